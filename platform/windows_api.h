@@ -1,0 +1,163 @@
+// The Windows API, as far as this project calls it. On Windows this is <windows.h>; elsewhere the same functions under
+// the same names, with the same numbers, are implemented in this folder.
+#pragma once
+
+#ifdef _WIN32
+
+#include <windows.h>
+// <windows.h> first: these two build on it.
+#include <io.h>
+
+#else
+
+#include <cstddef>
+#include <cstdint>
+
+// Calling conventions; the host has one.
+#define WINAPI
+#define CALLBACK
+#define APIENTRY
+
+using BYTE = std::uint8_t;
+using WORD = std::uint16_t;
+using DWORD = std::uint32_t;
+using ULONG = std::uint32_t;
+using LONG = std::int32_t;
+using UINT = std::uint32_t;
+using BOOL = int;
+using WPARAM = std::uintptr_t;
+using LPARAM = std::intptr_t;
+using LRESULT = std::intptr_t;
+using INT_PTR = std::intptr_t;
+using UINT_PTR = std::uintptr_t;
+using LPVOID = void*;
+using LPCSTR = const char*;
+using LPSTR = char*;
+
+struct HINSTANCE__;
+struct HWND__;
+struct HKEY__;
+using HINSTANCE = HINSTANCE__*;
+using HMODULE = HINSTANCE;
+using HWND = HWND__*;
+using HKEY = HKEY__*;
+using FARPROC = INT_PTR (*)();
+using DLGPROC = INT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
+
+inline constexpr BOOL TRUE = 1;
+inline constexpr BOOL FALSE = 0;
+
+extern "C" {
+
+// --- Errors
+
+inline constexpr DWORD ERROR_SUCCESS = 0;
+inline constexpr DWORD ERROR_FILE_NOT_FOUND = 2;
+inline constexpr DWORD ERROR_ACCESS_DENIED = 5;
+inline constexpr DWORD ERROR_INVALID_HANDLE = 6;
+inline constexpr DWORD ERROR_INVALID_PARAMETER = 87;
+inline constexpr DWORD ERROR_MOD_NOT_FOUND = 126;
+inline constexpr DWORD ERROR_PROC_NOT_FOUND = 127;
+inline constexpr DWORD ERROR_MORE_DATA = 234;
+inline constexpr DWORD ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
+
+DWORD WINAPI GetLastError();
+void WINAPI SetLastError(DWORD error);
+
+inline constexpr UINT SEM_FAILCRITICALERRORS = 0x0001;
+inline constexpr UINT SEM_NOOPENFILEERRORBOX = 0x8000;
+
+UINT WINAPI SetErrorMode(UINT mode);
+
+// --- Registry
+
+// The kind's own cast of a negative number; inline functions cannot be constants of a pointer type.
+#define HKEY_LOCAL_MACHINE (reinterpret_cast<HKEY>(static_cast<std::uintptr_t>(0x80000002U)))
+
+using REGSAM = DWORD;
+using LSTATUS = LONG;
+inline constexpr REGSAM KEY_READ = 0x20019;
+inline constexpr REGSAM KEY_WRITE = 0x20006;
+inline constexpr DWORD REG_SZ = 1;
+inline constexpr DWORD REG_OPTION_NON_VOLATILE = 0;
+
+LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD options, REGSAM access, HKEY* result);
+LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* reserved, DWORD* type,
+                                BYTE* data, DWORD* size);
+LSTATUS WINAPI RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD reserved, LPSTR keyClass,
+                               DWORD options, REGSAM access, void* security, HKEY* result,
+                               DWORD* disposition);
+LSTATUS WINAPI RegSetValueExA(HKEY key, LPCSTR valueName, DWORD reserved, DWORD type,
+                              const BYTE* data, DWORD size);
+LSTATUS WINAPI RegDeleteValueA(HKEY key, LPCSTR valueName);
+LSTATUS WINAPI RegCloseKey(HKEY key);
+
+// --- Libraries
+
+inline constexpr DWORD DLL_PROCESS_DETACH = 0;
+inline constexpr DWORD DLL_PROCESS_ATTACH = 1;
+inline constexpr DWORD DLL_THREAD_ATTACH = 2;
+inline constexpr DWORD DLL_THREAD_DETACH = 3;
+
+HMODULE WINAPI LoadLibraryA(LPCSTR fileName);
+FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
+BOOL WINAPI FreeLibrary(HMODULE module);
+HMODULE WINAPI GetModuleHandleA(LPCSTR fileName);
+BOOL WINAPI SetDllDirectoryA(LPCSTR directory);
+
+// --- Files and texts
+
+int _access(const char* path, int mode);
+BOOL WINAPI OemToCharA(LPCSTR source, LPSTR destination);
+DWORD WINAPI CharUpperBuffA(LPSTR text, DWORD length);
+
+// --- Windows, message boxes and dialogs
+
+#define MAKEINTRESOURCEA(id) \
+  (reinterpret_cast<LPSTR>(static_cast<std::uintptr_t>(static_cast<WORD>(id))))
+
+constexpr WORD LOWORD(std::uintptr_t value) { return static_cast<WORD>(value & 0xFFFF); }
+constexpr WORD HIWORD(std::uintptr_t value) { return static_cast<WORD>((value >> 16) & 0xFFFF); }
+
+inline constexpr UINT MB_OK = 0x0000;
+inline constexpr UINT MB_ICONHAND = 0x0010;
+inline constexpr UINT MB_SYSTEMMODAL = 0x1000;
+
+inline constexpr int IDOK = 1;
+inline constexpr int IDCANCEL = 2;
+
+inline constexpr UINT WM_CREATE = 0x0001;
+inline constexpr UINT WM_DESTROY = 0x0002;
+inline constexpr UINT WM_SETTEXT = 0x000C;
+inline constexpr UINT WM_INITDIALOG = 0x0110;
+inline constexpr UINT WM_COMMAND = 0x0111;
+
+inline constexpr UINT LB_ADDSTRING = 0x0180;
+inline constexpr UINT LB_SETCURSEL = 0x0186;
+inline constexpr UINT LB_GETCURSEL = 0x0188;
+inline constexpr UINT LB_GETTEXT = 0x0189;
+inline constexpr UINT LB_GETTEXTLEN = 0x018A;
+inline constexpr UINT LB_GETCOUNT = 0x018B;
+inline constexpr UINT LB_SETTABSTOPS = 0x0192;
+inline constexpr UINT LB_SETHORIZONTALEXTENT = 0x0194;
+inline constexpr UINT LB_GETITEMDATA = 0x0199;
+inline constexpr UINT LB_SETITEMDATA = 0x019A;
+inline constexpr LRESULT LB_ERR = -1;
+
+int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT style);
+INT_PTR WINAPI DialogBoxParamA(HINSTANCE module, LPCSTR templateName, HWND owner, DLGPROC procedure,
+                               LPARAM parameter);
+BOOL WINAPI EndDialog(HWND dialog, INT_PTR result);
+LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wordParam,
+                                   LPARAM longParam);
+BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text);
+BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text);
+UINT WINAPI RegisterWindowMessageA(LPCSTR name);
+LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM wordParam, LPARAM longParam);
+
+}  // extern "C"
+
+// The entry point of the library that this layer is linked into; called when a process loads and frees it.
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
+
+#endif

@@ -1,0 +1,121 @@
+// The record manager's published interface: operations, statuses, the two entry points and the buffers of Create and
+// Stat. The library, the embedded record manager, the tool and the tests all speak it; none of them needs another's
+// headers for it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/windows_api.h"
+
+namespace btrieve {
+
+// Operation codes. Transactions are for bulk work; the library itself uses Open to GetLast.
+inline constexpr WORD kOpen = 0;
+inline constexpr WORD kClose = 1;
+inline constexpr WORD kInsert = 2;
+inline constexpr WORD kUpdate = 3;
+inline constexpr WORD kDelete = 4;
+inline constexpr WORD kGetEqual = 5;
+inline constexpr WORD kGetNext = 6;
+inline constexpr WORD kGetPrevious = 7;
+inline constexpr WORD kGetGreater = 8;
+inline constexpr WORD kGetGreaterOrEqual = 9;
+inline constexpr WORD kGetLess = 10;
+inline constexpr WORD kGetLessOrEqual = 11;
+inline constexpr WORD kGetFirst = 12;
+inline constexpr WORD kGetLast = 13;
+inline constexpr WORD kCreate = 14;
+inline constexpr WORD kStat = 15;
+inline constexpr WORD kBeginTransaction = 19;
+inline constexpr WORD kEndTransaction = 20;
+inline constexpr WORD kAbortTransaction = 21;
+
+// Status codes.
+inline constexpr int kSuccess = 0;
+inline constexpr int kInvalidOperation = 1;
+inline constexpr int kIoError = 2;
+inline constexpr int kFileNotOpen = 3;
+inline constexpr int kKeyNotFound = 4;
+inline constexpr int kDuplicateKey = 5;
+inline constexpr int kInvalidKeyNumber = 6;
+inline constexpr int kDifferentKeyNumber = 7;
+inline constexpr int kInvalidPositioning = 8;
+inline constexpr int kEndOfFile = 9;
+inline constexpr int kModifiableKey = 10;
+inline constexpr int kInvalidFileName = 11;
+inline constexpr int kFileNotFound = 12;
+inline constexpr int kDiskFull = 18;
+inline constexpr int kKeyBufferTooShort = 21;
+inline constexpr int kDataBufferLength = 22;
+inline constexpr int kNotARecordFile = 30;
+inline constexpr int kTransactionActive = 37;
+inline constexpr int kNoTransaction = 39;
+inline constexpr int kNotAllowedInTransaction = 41;
+inline constexpr int kInvalidRecordAddress = 43;
+inline constexpr int kAccessDenied = 46;
+inline constexpr int kFileExists = 59;
+inline constexpr int kWaitError = 77;
+inline constexpr int kConflict = 80;
+inline constexpr int kLockError = 81;
+inline constexpr int kRecordInUse = 84;
+inline constexpr int kFileInUse = 85;
+inline constexpr int kPermissionError = 94;
+
+inline constexpr std::size_t kPositionBlockSize = 128;
+inline constexpr std::size_t kClientIdSize = 16;
+inline constexpr std::size_t kMaxKeyLength = 255;
+
+// The entry points. The data length is 16 bits wide behind a 32-bit pointer; the key buffer holds the file's path for
+// Open and Create. Each returns a status.
+using BtrCall = short WINAPI(WORD operation, void* positionBlock, void* dataBuffer,
+                             ULONG* dataLength, void* keyBuffer, BYTE keyLength, char keyNumber);
+using BtrCallId = short WINAPI(WORD operation, void* positionBlock, void* dataBuffer,
+                               ULONG* dataLength, void* keyBuffer, BYTE keyLength, char keyNumber,
+                               void* clientId);
+
+inline constexpr const char* kBtrCallName = "BTRCALL";
+inline constexpr const char* kBtrCallIdName = "BTRCALLID";
+
+// Key flags of a key's description.
+inline constexpr std::uint16_t kKeyDuplicates = 0x0001;
+inline constexpr std::uint16_t kKeyModifiable = 0x0002;
+inline constexpr std::uint16_t kKeyExtendedType = 0x0100;
+
+// Extended key types.
+inline constexpr std::uint8_t kStringKey = 0;
+inline constexpr std::uint8_t kIntegerKey = 1;
+inline constexpr std::uint8_t kAutoincrementKey = 15;
+
+// Create takes a file description followed by one key description a key; Stat gives the same back, with the number of
+// records and, in each key, the number of its unique values. All little-endian; Windows and this project's hosts are.
+#pragma pack(push, 1)
+struct FileDescription {
+  std::uint16_t recordLength;
+  std::uint16_t pageSize;
+  std::uint8_t keyCount;
+  std::uint8_t fileVersion;
+  std::uint32_t recordCount;  // Stat only
+  std::uint16_t fileFlags;
+  std::uint8_t duplicatePointers;
+  std::uint8_t reserved;
+  std::uint16_t pages;
+};
+
+struct KeyDescription {
+  std::uint16_t position;  // of the key's first byte in the record, counted from 1
+  std::uint16_t length;
+  std::uint16_t flags;
+  std::uint32_t uniqueValues;  // Stat only
+  std::uint8_t extendedType;
+  std::uint8_t nullValue;
+  std::uint16_t reserved;
+  std::uint8_t keyNumber;
+  std::uint8_t collation;
+};
+#pragma pack(pop)
+
+static_assert(sizeof(FileDescription) == 16);
+static_assert(sizeof(KeyDescription) == 16);
+
+}  // namespace btrieve
