@@ -1,5 +1,5 @@
-// The Windows API, as far as this project calls it. On Windows this is <windows.h>; elsewhere the same functions under
-// the same names, with the same numbers, are implemented in this folder.
+// The Windows API, as far as this project calls it. On Windows this is <windows.h>; elsewhere the
+// same functions under the same names, with the same numbers, are implemented in this folder.
 #pragma once
 
 #ifdef _WIN32
@@ -157,7 +157,8 @@ LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM wordParam, LPARA
 
 }  // extern "C"
 
-// The entry point of the library that this layer is linked into; called when a process loads and frees it.
+// The entry point of the library that this layer is linked into; called when a process loads and
+// frees it.
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
 #endif

@@ -1,6 +1,6 @@
-// The record manager's published interface: operations, statuses, the two entry points and the buffers of Create and
-// Stat. The library, the embedded record manager, the tool and the tests all speak it; none of them needs another's
-// headers for it.
+// The record manager's published interface: operations, statuses, the two entry points and the
+// buffers of Create and Stat. The library, the embedded record manager, the tool and the tests all
+// speak it; none of them needs another's headers for it.
 #pragma once
 
 #include <cstddef>
@@ -66,8 +66,8 @@ inline constexpr std::size_t kPositionBlockSize = 128;
 inline constexpr std::size_t kClientIdSize = 16;
 inline constexpr std::size_t kMaxKeyLength = 255;
 
-// The entry points. The data length is 16 bits wide behind a 32-bit pointer; the key buffer holds the file's path for
-// Open and Create. Each returns a status.
+// The entry points. The data length is 16 bits wide behind a 32-bit pointer; the key buffer holds
+// the file's path for Open and Create. Each returns a status.
 using BtrCall = short WINAPI(WORD operation, void* positionBlock, void* dataBuffer,
                              ULONG* dataLength, void* keyBuffer, BYTE keyLength, char keyNumber);
 using BtrCallId = short WINAPI(WORD operation, void* positionBlock, void* dataBuffer,
@@ -87,8 +87,9 @@ inline constexpr std::uint8_t kStringKey = 0;
 inline constexpr std::uint8_t kIntegerKey = 1;
 inline constexpr std::uint8_t kAutoincrementKey = 15;
 
-// Create takes a file description followed by one key description a key; Stat gives the same back, with the number of
-// records and, in each key, the number of its unique values. All little-endian; Windows and this project's hosts are.
+// Create takes a file description followed by one key description a key; Stat gives the same back,
+// with the number of records and, in each key, the number of its unique values. All little-endian;
+// Windows and this project's hosts are.
 #pragma pack(push, 1)
 struct FileDescription {
   std::uint16_t recordLength;

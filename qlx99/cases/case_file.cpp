@@ -1,0 +1,33 @@
+#include "cases/case_file.h"
+
+#include <algorithm>
+
+#include "frame/arguments.h"
+
+namespace qlx99 {
+namespace {
+
+constexpr std::size_t kCaseNumberLength = 8;
+
+}  // namespace
+
+CaseNumberKey::CaseNumberKey(const char* caseNumber) {
+  BoundedText(caseNumber, kCaseNumberLength).copy(bytes_.data(), kCaseNumberLength);
+  std::fill(bytes_.begin() + kCaseNumberLength, bytes_.end() - 1, ' ');
+}
+
+bool FindCase(RecordCursor<CaseRecord>& cases, const CaseNumberKey& key) {
+  return cases.GetEqual(CaseRecord::byCaseNumber, key.Bytes()) == btrieve::kSuccess;
+}
+
+std::int32_t FindCaseId(RecordCursor<CaseRecord>& cases, const char* caseNumber) {
+  if (!FindCase(cases, CaseNumberKey(caseNumber))) return kNoCase;
+  return cases.Current()[CaseRecord::id];
+}
+
+std::int32_t LookupCaseId(const DataRoot& dataRoot, const char* caseNumber) {
+  RecordFile<CaseRecord> cases(dataRoot);
+  return cases.IsOpen() ? FindCaseId(cases, caseNumber) : kNoCase;
+}
+
+}  // namespace qlx99

@@ -1,0 +1,86 @@
+// SLesenDLL: everything that a letter says of a case itself, as one record of 15 fields.
+#include <cstdint>
+#include <string_view>
+
+#include "caseparties/case_party_file.h"
+#include "cases/amount.h"
+#include "cases/case_code_files.h"
+#include "cases/case_file.h"
+#include "frame/arguments.h"
+#include "frame/call_gate.h"
+#include "frame/exports.h"
+#include "users/user_file.h"
+
+namespace qlx99 {
+namespace {
+
+// The currency of the case that was read last. It comes from the case record, but the export itself
+// adds it, behind the party count.
+struct LastCase {
+  std::array<char, CaseRecord::currency.width + 1> currency{};
+};
+
+LastCase lastCase;
+
+std::string_view LastCurrency() {
+  return TrimBlanks(BoundedText(lastCase.currency.data(), CaseRecord::currency.width));
+}
+
+// Fields 1 to 13.
+void ComposeCase(const DataRoot& dataRoot, const Record<CaseRecord>& caseRecord,
+                 ResultRecord& dest) {
+  using C = CaseRecord;
+  dest.AddField(caseRecord[C::rubrum]);
+  dest.AddField(caseRecord[C::text40]);
+  dest.AddField(caseRecord[C::text30]);
+  dest.AddField(caseRecord[C::shortCode]);
+  LookupCaseType(dataRoot, caseRecord[C::caseTypeId], dest);
+  FormatAmount(caseRecord[C::amount], dest);
+  dest.AddDay(caseRecord[C::firstDate]);
+  dest.AddDay(caseRecord[C::secondDate]);
+  dest.AddField(caseRecord[C::longText]);
+  LookupUser(dataRoot, caseRecord[C::userId], dest);
+  LookupArchiveEntry(dataRoot, caseRecord[C::archiveEntryId], dest);
+}
+
+// Composes fields 1 to 13 of a case that is found. False when the case file could not be read at
+// all.
+bool ReadCase(const DataRoot& dataRoot, const char* caseNumber, ResultRecord& dest) {
+  RecordFile<CaseRecord> cases(dataRoot);
+  if (!cases.IsOpen()) return false;
+  if (FindCase(cases, CaseNumberKey(caseNumber))) {
+    const auto& found = cases.Current();
+    found[CaseRecord::currency].copy(lastCase.currency.data(), CaseRecord::currency.width);
+    ComposeCase(dataRoot, found, dest);
+  }
+  return true;
+}
+
+// Composes fields 1 to 14; the last alone for an unknown case, nothing when the case file cannot be
+// read.
+void ReadCaseRecord(const char* caseNumber, ResultRecord& dest) {
+  if (!EnsureRecordManager()) return;
+  const auto dataRoot = ReadDataRoot(kNoDataPathForCases);
+  if (!dataRoot) return;
+  if (!ReadCase(*dataRoot, caseNumber, dest)) return;
+  dest.AddNumber(CountCaseParties(caseNumber));
+}
+
+std::int32_t DeliverCase(const char* caseNumber, char* record) {
+  ResultRecord caseRecord;
+  lastCase = {};
+  ReadCaseRecord(caseNumber, caseRecord);
+  caseRecord.DropLastEnd();
+  caseRecord.EndAtFirstZero();
+  caseRecord.Append("|");
+  caseRecord.Append(LastCurrency());
+  return HandOver(caseRecord, record, HandOverForm::kWithEndMark);
+}
+
+}  // namespace
+
+std::int32_t WINAPI SLesenDLL(const char* caseNumber, char* record) {
+  return PassGate("SLesenDLL", DeliverCase, caseNumber, record);
+}
+
+}  // namespace qlx99

@@ -1,0 +1,31 @@
+// The office's catalogue of follow-up kinds; every follow-up names one of them. The library only
+// reads it.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/registry.h"
+#include "store/record_layout.h"
+#include "store/result_record.h"
+
+namespace qlx99 {
+
+struct FollowUpKindRecord {
+  static constexpr RecordFileInfo file{"ZTKODOLI.KRV", 88};
+
+  static constexpr Int32Field id{"id", 0};
+  static constexpr TextField name{"name", 4, 30};
+  static constexpr Int32Field number{"number", 34};  // passed on as it is
+
+  static constexpr Key byId{0, id, Key::kUnique};
+
+  static constexpr auto fields = Fields(id, name, number);
+  static constexpr auto keys = Keys(byId);
+};
+static_assert(IsSound<FollowUpKindRecord>());
+
+// Adds the kind's name as a field, an empty one when there is no such kind or the file cannot be
+// opened.
+void LookupFollowUpKind(const DataRoot& dataRoot, std::int32_t kindId, ResultRecord& dest);
+
+}  // namespace qlx99

@@ -1,0 +1,166 @@
+// WVNew, WVChange and WVDelete: the writers of follow-ups. What they acknowledge with -1 is
+// written; what they refuse is not. Each checks its arguments in an order of its own, which its
+// users know: the first thing wrong is the one message that they see.
+#include "cases/case_file.h"
+#include "followups/follow_up_file.h"
+#include "frame/arguments.h"
+#include "frame/call_gate.h"
+#include "frame/exports.h"
+#include "store/dates.h"
+#include "store/record_file.h"
+
+namespace qlx99 {
+namespace {
+
+constexpr std::int32_t kDone = -1;
+constexpr std::int32_t kNotDone = 0;
+
+// What a macro may set of a follow-up, as it came.
+struct FollowUpArguments {
+  std::int32_t kindId;
+  std::string_view date;  // DD.MM.YYYY, cut behind the year
+  std::int32_t userId;
+  std::int32_t secondUserId;
+  std::int32_t partyRecordId;
+  std::string_view text;  // cut behind one character too many
+};
+
+constexpr std::size_t kDateLength = 10;
+constexpr std::size_t kTextLength = FollowUpRecord::text.width;
+
+FollowUpArguments TakeArguments(const char* kindId, const char* date, const char* userId,
+                                const char* secondUserId, const char* partyRecordId,
+                                const char* text) {
+  return {LeadingNumber(kindId),        BoundedText(date, kDateLength),
+          LeadingNumber(userId),        LeadingNumber(secondUserId),
+          LeadingNumber(partyRecordId), BoundedText(text, kTextLength + 1)};
+}
+
+// Shows the message unless the condition holds, and says whether it does.
+bool Require(bool condition, const Message& message) {
+  if (!condition) ShowMessage(message);
+  return condition;
+}
+
+struct Date {
+  int day;
+  int month;
+  int year;
+};
+
+// The separators are not looked at.
+Date TakeDate(std::string_view date) {
+  return {LeadingNumber(date.substr(0, 2)), LeadingNumber(date.substr(3, 2)),
+          LeadingNumber(date.substr(6, 4))};
+}
+
+// There is no lower bound, and no check whether the month has that day.
+bool CheckDate(std::string_view dateText) {
+  if (!Require(dateText.size() == kDateLength, kDateMissing)) return false;
+  const Date date = TakeDate(dateText);
+  return Require(date.day <= 31 && date.month <= 12 && date.year <= 2050, kDateInvalid);
+}
+
+bool CheckText(std::string_view text) {
+  return Require(text.size() <= kTextLength, kFollowUpTextTooLong);
+}
+
+void SetArguments(const FollowUpArguments& arguments, Record<FollowUpRecord>& record) {
+  const Date date = TakeDate(arguments.date);
+  record.Set(FollowUpRecord::date, DayNumberFromDate(date.day, date.month, date.year));
+  record.Set(FollowUpRecord::kindId, arguments.kindId);
+  record.Set(FollowUpRecord::text, arguments.text);
+  record.Set(FollowUpRecord::userId, arguments.userId);
+  record.Set(FollowUpRecord::secondUserId, arguments.secondUserId);
+  record.Set(FollowUpRecord::partyRecordId, arguments.partyRecordId);
+  record.Set(FollowUpRecord::flag, kWrittenFlag);
+}
+
+std::int32_t FindCaseOfNewFollowUp(const char* caseNumber) {
+  const auto dataRoot = ReadDataRoot(kNoDataPathForFollowUps);
+  return dataRoot ? LookupCaseId(*dataRoot, caseNumber) : kNoCase;
+}
+
+std::int32_t Insert(std::int32_t caseId, const FollowUpArguments& arguments) {
+  const auto dataRoot = ReadDataRoot(kNoDataPathForWritingFollowUps);
+  if (!dataRoot) return kNotDone;
+  RecordFile<FollowUpRecord> followUps(*dataRoot);
+  if (!followUps.IsOpen()) return kNotDone;
+
+  Record<FollowUpRecord> record;
+  record.Set(FollowUpRecord::caseId, caseId);
+  SetArguments(arguments, record);
+  return followUps.Insert(FollowUpRecord::byId, record) == btrieve::kSuccess ? kDone : kNotDone;
+}
+
+std::int32_t NewFollowUp(const char* caseNumber, const char* kindId, const char* date,
+                         const char* userId, const char* secondUserId, const char* partyRecordId,
+                         const char* text) {
+  if (!EnsureRecordManager()) return kNotDone;
+  const std::int32_t caseId = FindCaseOfNewFollowUp(caseNumber);
+  if (caseId == kNoCase) return kNotDone;
+
+  const auto arguments = TakeArguments(kindId, date, userId, secondUserId, partyRecordId, text);
+  if (!Require(arguments.kindId != 0, kFollowUpInvalid)) return kNotDone;
+  if (!Require(arguments.userId != 0, kUserInvalid)) return kNotDone;
+  if (!CheckDate(arguments.date) || !CheckText(arguments.text)) return kNotDone;
+  return Insert(caseId, arguments);
+}
+
+std::int32_t Change(std::int32_t followUpId, const FollowUpArguments& arguments) {
+  const auto dataRoot = ReadDataRoot(kNoDataPathForWritingFollowUps);
+  if (!dataRoot) return kNotDone;
+  RecordFile<FollowUpRecord> followUps(*dataRoot);
+  if (!followUps.IsOpen()) return kNotDone;
+  if (followUps.GetEqual(FollowUpRecord::byId, followUpId) != btrieve::kSuccess) return kNotDone;
+
+  auto record = followUps.Current();
+  SetArguments(arguments, record);
+  return followUps.Update(FollowUpRecord::byId, record) == btrieve::kSuccess ? kDone : kNotDone;
+}
+
+std::int32_t ChangeFollowUp(const char* followUpId, const char* kindId, const char* date,
+                            const char* userId, const char* secondUserId, const char* partyRecordId,
+                            const char* text) {
+  const std::int32_t id = LeadingNumber(followUpId);
+  const auto arguments = TakeArguments(kindId, date, userId, secondUserId, partyRecordId, text);
+  if (!Require(id != 0 || arguments.kindId != 0, kFollowUpInvalid)) return kNotDone;
+  if (!Require(arguments.userId != 0, kUserInvalid)) return kNotDone;
+  if (!EnsureRecordManager()) return kNotDone;
+  if (!CheckDate(arguments.date) || !CheckText(arguments.text)) return kNotDone;
+  return Change(id, arguments);
+}
+
+std::int32_t DeleteFollowUp(const char* followUpId) {
+  const std::int32_t id = LeadingNumber(followUpId);
+  if (!Require(id != 0, kFollowUpInvalid)) return kNotDone;
+  if (!EnsureRecordManager()) return kNotDone;
+  const auto dataRoot = ReadDataRoot(kNoDataPathForWritingFollowUps);
+  if (!dataRoot) return kNotDone;
+  RecordFile<FollowUpRecord> followUps(*dataRoot);
+  if (!followUps.IsOpen()) return kNotDone;
+  if (followUps.GetEqual(FollowUpRecord::byId, id) != btrieve::kSuccess) return kNotDone;
+  return followUps.Delete(FollowUpRecord::byId, id) == btrieve::kSuccess ? kDone : kNotDone;
+}
+
+}  // namespace
+
+std::int32_t WINAPI WVNew(const char* caseNumber, const char* kindId, const char* date,
+                          const char* userId, const char* secondUserId, const char* partyRecordId,
+                          const char* text) {
+  return PassGate("WVNew", NewFollowUp, caseNumber, kindId, date, userId, secondUserId,
+                  partyRecordId, text);
+}
+
+std::int32_t WINAPI WVChange(const char* followUpId, const char* kindId, const char* date,
+                             const char* userId, const char* secondUserId,
+                             const char* partyRecordId, const char* text) {
+  return PassGate("WVChange", ChangeFollowUp, followUpId, kindId, date, userId, secondUserId,
+                  partyRecordId, text);
+}
+
+std::int32_t WINAPI WVDelete(const char* followUpId) {
+  return PassGate("WVDelete", DeleteFollowUp, followUpId);
+}
+
+}  // namespace qlx99

@@ -1,0 +1,43 @@
+#include "frame/attach.h"
+
+#include <cstring>
+
+#include "frame/arguments.h"
+#include "frame/delegated_calls.h"
+#include "frame/registry.h"
+
+namespace qlx99 {
+namespace {
+
+Attachment attachment;
+
+InstallKind ConfiguredInstallKind() {
+  const auto programName = ReadConfiguration<kProgramName>();
+  if (!programName) return InstallKind::kLocal;
+  return InstallKindOf(BoundedText(programName->data(), programName->size()));
+}
+
+}  // namespace
+
+const Attachment& CurrentAttachment() { return attachment; }
+
+InstallKind InstallKindOf(std::string_view programName) {
+  std::array<char, kProgramName.size> upper{};
+  const std::size_t length = programName.copy(upper.data(), upper.size());
+  CharUpperBuffA(upper.data(), static_cast<DWORD>(length));
+  const bool delegated =
+      std::string_view(upper.data(), length).find("TELQ32") != std::string_view::npos;
+  return delegated ? InstallKind::kDelegated : InstallKind::kLocal;
+}
+
+void AttachLibrary(HINSTANCE module) { attachment = {module, ConfiguredInstallKind()}; }
+
+void DetachLibrary() { LeaveDelegation(); }
+
+}  // namespace qlx99
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
+  if (reason == DLL_PROCESS_ATTACH) qlx99::AttachLibrary(module);
+  if (reason == DLL_PROCESS_DETACH) qlx99::DetachLibrary();
+  return TRUE;
+}

@@ -1,0 +1,129 @@
+// BListeInit and BListeNext: how many parties a case has, whatever their role, and the party at a
+// position.
+#include <algorithm>
+
+#include "addresses/address_files.h"
+#include "addresses/party_files.h"
+#include "caseparties/case_party_file.h"
+#include "cases/case_file.h"
+#include "frame/arguments.h"
+#include "frame/call_gate.h"
+#include "frame/exports.h"
+
+namespace qlx99 {
+namespace {
+
+// The fields of an entry that come from the address book; each is composed by itself, because the
+// files are read in another order than the fields stand in.
+struct AddressParts {
+  ResultRecord salutation;
+  ResultRecord name;
+  ResultRecord street;
+};
+
+void ReadStreetAndSalutation(RecordCursor<AddressRecord>& addresses,
+                             RecordCursor<SalutationRecord>& salutations,
+                             std::int32_t addressNumber, AddressParts& parts) {
+  if (!FindAddress(addresses, addressNumber)) {
+    parts.street.AddEmptyFields(2);  // and no salutation field at all
+    return;
+  }
+  const auto& address = addresses.Current();
+  AddStreet(address, parts.street);
+  parts.street.AddField(address[AddressRecord::place]);
+  LookupSalutation(salutations, address[AddressRecord::salutationNumber], parts.salutation);
+}
+
+void ReadName(RecordCursor<ContactPersonRecord>& contacts, std::int32_t addressNumber,
+              ResultRecord& dest) {
+  if (!FindFirstContactPerson(contacts, addressNumber)) {
+    dest.AddEmptyFields(2);
+    return;
+  }
+  dest.AddField(contacts.Current()[ContactPersonRecord::name]);
+  dest.AddField(contacts.Current()[ContactPersonRecord::nameAddition]);
+}
+
+// Adds fields 2 to 7. False when a file cannot be opened.
+bool PartyAddressText(const DataRoot& dataRoot, std::int32_t addressNumber, ResultRecord& dest) {
+  RecordFile<ContactPersonRecord> contacts(dataRoot);
+  RecordFile<AddressRecord> addresses(dataRoot, contacts);
+  RecordFile<SalutationRecord> salutations(dataRoot, addresses);
+  if (!salutations.IsOpen()) return false;
+
+  AddressParts parts;
+  ReadStreetAndSalutation(addresses, salutations, addressNumber, parts);
+  ReadName(contacts, addressNumber, parts.name);
+  dest.Append(parts.salutation.Bytes());
+  dest.Append(parts.name.Bytes());
+  dest.Append(parts.street.Bytes());
+  dest.AddNumber(addressNumber);
+  return true;
+}
+
+// Adds field 1, which is missing altogether when the relation is.
+void AddRelationCode(RecordCursor<RelationRecord>& relations, std::int32_t relationId,
+                     ResultRecord& dest) {
+  if (FindRelation(relations, relationId)) {
+    dest.AddVerbatim(relations.Current()[RelationRecord::code]);
+  }
+}
+
+// Adds fields 8 and 9, behind whatever text the others gave.
+void AddPartyNumbers(const Record<CasePartyRecord>& party, ResultRecord& dest) {
+  const std::int32_t linkNumber = party[CasePartyRecord::addressLinkNumber];
+  dest.EndAtFirstZero();
+  if (linkNumber != 0) dest.AppendNumber(linkNumber);
+  dest.AddEmptyFields(1);
+  dest.AppendNumber(party[CasePartyRecord::id]);
+}
+
+// Composes the party at a position. False when there is none, when it has no address, or when a
+// file cannot be read.
+bool ReadPartyListEntry(const char* caseNumber, std::int32_t position, ResultRecord& dest) {
+  const auto dataRoot = ReadDataRoot(kNoDataPathForAddresses);
+  if (!dataRoot) return false;
+  RecordFile<CaseRecord> cases(*dataRoot);
+  RecordFile<CasePartyRecord> parties(*dataRoot, cases);
+  RecordFile<RelationRecord> relations(*dataRoot, parties);
+  if (!relations.IsOpen()) return false;
+
+  const std::int32_t caseId = FindCaseId(cases, caseNumber);
+  if (caseId == kNoCase) return false;
+  if (!WalkToPosition(parties.Walk(CasePartyRecord::byCase, caseId), position)) return false;
+
+  const auto& party = parties.Current();
+  const std::int32_t addressNumber = party[CasePartyRecord::addressNumber];
+  AddRelationCode(relations, party[CasePartyRecord::relationId], dest);
+  if (addressNumber == 0 || !PartyAddressText(*dataRoot, addressNumber, dest)) return false;
+  AddPartyNumbers(party, dest);
+  return true;
+}
+
+std::int32_t CountParties(const char* caseNumber) {
+  return EnsureRecordManager() ? CountCaseParties(caseNumber) : 0;
+}
+
+// Where there is no party to deliver, the macro is told that the list has ended, by two empty
+// fields and the result 0.
+std::int32_t DeliverParty(const char* caseNumber, const char* index, char* record) {
+  if (!EnsureRecordManager()) return 0;
+  ResultRecord party;
+  if (!ReadPartyListEntry(caseNumber, LeadingNumber(index), party)) {
+    party = {};
+    party.AddEmptyFields(2);
+  }
+  return HandOver(party, record, HandOverForm::kWithEndMark);
+}
+
+}  // namespace
+
+std::int32_t WINAPI BListeInit(const char* caseNumber) {
+  return PassGate("BListeInit", CountParties, caseNumber);
+}
+
+std::int32_t WINAPI BListeNext(const char* caseNumber, const char* index, char* record) {
+  return PassGate("BListeNext", DeliverParty, caseNumber, index, record);
+}
+
+}  // namespace qlx99

@@ -1,0 +1,213 @@
+// Open record files. An export opens what it needs, reads or writes, and everything is closed when
+// it returns:
+//
+//   RecordFile<CaseRecord> cases(dataRoot);
+//   RecordFile<CasePartyRecord> parties(dataRoot, cases);  // opened only if the case file is
+//   if (!parties.IsOpen()) return 0;                       // the user knows which file it was
+//   for (const auto& party : parties.Walk(CasePartyRecord::byCase, caseId)) ...
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <string_view>
+
+#include "frame/registry.h"
+#include "store/record.h"
+#include "store/record_manager.h"
+
+namespace qlx99 {
+
+template <class Layout>
+class KeyWalk;
+template <class Layout>
+class FileWalk;
+
+// A position in an open record file and the record that was read there last. A copy is a second,
+// independent position in the same open file; neither opens or closes anything.
+template <class Layout>
+class RecordCursor {
+ public:
+  // The record of the last read that succeeded; all zero bytes before the first.
+  const Record<Layout>& Current() const { return record_; }
+
+  // Each read returns the record manager's status, 0 for success, and leaves Current() as it was
+  // when it fails.
+  int GetEqual(const Key& key, std::int32_t value) {
+    return GetEqual(key, std::string_view(reinterpret_cast<const char*>(&value), sizeof value));
+  }
+  int GetEqual(const Key& key, std::string_view keyBytes) {
+    keyBuffer_ = {};
+    keyBytes.copy(keyBuffer_.data(), keyBuffer_.size());
+    return Read(btrieve::kGetEqual, key);
+  }
+  int GetFirst(const Key& key) { return Read(btrieve::kGetFirst, key); }
+  int GetNext(const Key& key) { return Read(btrieve::kGetNext, key); }
+
+  // Writes the record as a new one. A number that the record manager assigns comes back in
+  // Current().
+  int Insert(const Key& key, const Record<Layout>& record) {
+    return Write(btrieve::kInsert, key, record);
+  }
+
+  // Writes the record over the one that was read last.
+  int Update(const Key& key, const Record<Layout>& record) {
+    return Write(btrieve::kUpdate, key, record);
+  }
+
+  // Removes the record with this key value.
+  int Delete(const Key& key, std::int32_t value) {
+    keyBuffer_ = {};
+    std::memcpy(keyBuffer_.data(), &value, sizeof value);
+    return Call(btrieve::kDelete, key, record_);
+  }
+
+  // The records with this key value, for a range-based for loop: Get Equal, then Get Next as long
+  // as records with the same key value are found. Leaving the loop early reads nothing more, and
+  // Current() is the record it was left at.
+  KeyWalk<Layout> Walk(const Key& key, std::int32_t value) { return {*this, key, value}; }
+
+  // All records in the order of a key: Get First, then Get Next.
+  FileWalk<Layout> WalkAll(const Key& key) { return {*this, key}; }
+
+ protected:
+  PositionBlock positionBlock_{};
+
+ private:
+  int Read(WORD operation, const Key& key) {
+    Record<Layout> read;
+    const int status = Call(operation, key, read);
+    if (status == btrieve::kSuccess) record_ = read;
+    return status;
+  }
+
+  int Write(WORD operation, const Key& key, const Record<Layout>& record) {
+    record_ = record;
+    return Call(operation, key, record_);
+  }
+
+  int Call(WORD operation, const Key& key, Record<Layout>& record) {
+    std::uint16_t length = Layout::file.length;
+    return RecordCall(operation, positionBlock_, nullptr, record.bytes.data(), &length,
+                      keyBuffer_.data(), key.number, ClientId{});
+  }
+
+  Record<Layout> record_;
+  // Kept between the calls of a walk: the record manager may need the key of the last read.
+  std::array<char, btrieve::kMaxKeyLength> keyBuffer_{};
+};
+
+// A record file that the constructor opens, with a message when that fails, and the destructor
+// closes exactly when it had opened.
+template <class Layout>
+class RecordFile : public RecordCursor<Layout> {
+ public:
+  explicit RecordFile(const DataRoot& dataRoot)
+      : open_(OpenRecordFile(Layout::file.name, this->positionBlock_, dataRoot) ==
+              btrieve::kSuccess) {}
+
+  // Opens the file only if `before` is open, so that of several files the first failure is the last
+  // attempt.
+  template <class Before>
+  RecordFile(const DataRoot& dataRoot, const RecordFile<Before>& before)
+      : open_(before.IsOpen() && OpenRecordFile(Layout::file.name, this->positionBlock_,
+                                                dataRoot) == btrieve::kSuccess) {}
+
+  RecordFile(const RecordFile&) = delete;
+  RecordFile& operator=(const RecordFile&) = delete;
+
+  ~RecordFile() {
+    if (open_) CloseRecordFile(Layout::file.name, this->positionBlock_);
+  }
+
+  bool IsOpen() const { return open_; }
+
+ private:
+  bool open_;
+};
+
+// What the two kinds of walk share. A walk ends where a read fails or `Derived::Belongs` says so.
+template <class Layout, class Derived>
+class WalkBase {
+ public:
+  class Iterator {
+   public:
+    explicit Iterator(Derived& walk) : walk_(&walk) {}
+    const Record<Layout>& operator*() const { return walk_->cursor_->Current(); }
+    Iterator& operator++() {
+      walk_->status_ = walk_->cursor_->GetNext(*walk_->key_);
+      return *this;
+    }
+    bool operator==(std::default_sentinel_t /*end*/) const {
+      return walk_->status_ != btrieve::kSuccess || !walk_->Belongs();
+    }
+
+   private:
+    Derived* walk_;
+  };
+
+  Iterator begin() {
+    auto& walk = static_cast<Derived&>(*this);
+    status_ = walk.Start();
+    return Iterator(walk);
+  }
+  std::default_sentinel_t end() const { return {}; }
+
+  // The status of the walk's last read.
+  int Status() const { return status_; }
+
+ protected:
+  WalkBase(RecordCursor<Layout>& cursor, const Key& key) : cursor_(&cursor), key_(&key) {}
+
+  RecordCursor<Layout>* cursor_;
+  const Key* key_;
+  int status_ = btrieve::kSuccess;
+};
+
+template <class Layout>
+class KeyWalk : public WalkBase<Layout, KeyWalk<Layout>> {
+ public:
+  KeyWalk(RecordCursor<Layout>& cursor, const Key& key, std::int32_t value)
+      : WalkBase<Layout, KeyWalk>(cursor, key), value_(value) {}
+
+  int Start() { return this->cursor_->GetEqual(*this->key_, value_); }
+  bool Belongs() const {
+    const char* const stored = this->cursor_->Current().bytes.data() + this->key_->field.offset;
+    return std::memcmp(stored, &value_, sizeof value_) == 0;
+  }
+
+ private:
+  std::int32_t value_;
+};
+
+template <class Layout>
+class FileWalk : public WalkBase<Layout, FileWalk<Layout>> {
+ public:
+  FileWalk(RecordCursor<Layout>& cursor, const Key& key)
+      : WalkBase<Layout, FileWalk>(cursor, key) {}
+
+  int Start() { return this->cursor_->GetFirst(*this->key_); }
+  bool Belongs() const { return true; }
+};
+
+// The number of records on the walk.
+template <class Walk>
+std::int32_t CountRecords(Walk walk) {
+  std::int32_t count = 0;
+  for ([[maybe_unused]] const auto& record : walk) ++count;
+  return count;
+}
+
+// Goes to the record at a position of the walk, counted from 1; a position below 1 means the first.
+// True when there is such a record; it is the cursor's current one then, and nothing beyond it has
+// been read.
+template <class Walk>
+bool WalkToPosition(Walk walk, std::int32_t position) {
+  std::int32_t current = 0;
+  for ([[maybe_unused]] const auto& record : walk) {
+    if (++current >= position) return true;
+  }
+  return false;
+}
+
+}  // namespace qlx99

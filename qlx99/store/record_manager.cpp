@@ -1,0 +1,156 @@
+#include "store/record_manager.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdio>
+
+#include "frame/messages.h"
+
+namespace qlx99 {
+namespace {
+
+// Loaded once, never freed: the record manager keeps threads and files of its own.
+struct RecordManager {
+  HMODULE library = nullptr;
+  btrieve::BtrCall* btrCall = nullptr;
+  btrieve::BtrCallId* btrCallId = nullptr;
+  DWORD loadError =
+      ERROR_SUCCESS;  // why no library could be loaded, for whoever looks with a debugger
+};
+
+RecordManager recordManager;
+
+// What one call hands to the record manager, beside the operation.
+struct CallArguments {
+  PositionBlock& positionBlock;
+  void* dataBuffer;
+  std::uint16_t* dataLength;
+  void* keyBuffer;
+  std::int16_t keyNumber;
+  const ClientId& clientId;
+};
+
+HMODULE LoadFirst() {
+  for (const char* name : kRecordManagerNames) {
+    if (HMODULE library = LoadLibraryA(name); library != nullptr) return library;
+  }
+  return nullptr;
+}
+
+// Loads without the system's own dialogs about a missing disk or file: a missing record manager is
+// ordinary here.
+void LoadQuietly(RecordManager& manager) {
+  const UINT previousMode = SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+  if (manager.library == nullptr) {
+    manager.library = LoadFirst();
+    manager.loadError = manager.library == nullptr ? GetLastError() : ERROR_SUCCESS;
+  }
+  SetErrorMode(previousMode);
+}
+
+template <class Function>
+Function* EntryPoint(HMODULE library, const char* name) {
+  return std::bit_cast<Function*>(GetProcAddress(library, name));
+}
+
+int CallOnce(WORD operation, const CallArguments& arguments) {
+  constexpr auto kKeyLength = static_cast<BYTE>(btrieve::kMaxKeyLength);
+  const auto keyNumber = static_cast<char>(arguments.keyNumber);
+  const bool plain = arguments.clientId == ClientId{};
+  ULONG length = *arguments.dataLength;
+  ClientId clientId = arguments.clientId;
+  const short status =
+      plain ? recordManager.btrCall(operation, arguments.positionBlock.data(), arguments.dataBuffer,
+                                    &length, arguments.keyBuffer, kKeyLength, keyNumber)
+            : recordManager.btrCallId(operation, arguments.positionBlock.data(),
+                                      arguments.dataBuffer, &length, arguments.keyBuffer,
+                                      kKeyLength, keyNumber, clientId.data());
+  *arguments.dataLength = static_cast<std::uint16_t>(length);
+  return status;
+}
+
+bool IsBusy(int status) {
+  return status == btrieve::kWaitError || status == btrieve::kLockError ||
+         status == btrieve::kRecordInUse || status == btrieve::kFileInUse;
+}
+
+// Tries again at once while the record or file is busy: another workstation's operation takes a
+// moment only.
+int CallWithRetries(WORD operation, const CallArguments& arguments) {
+  for (int attempts = 1;; ++attempts) {
+    const int status = CallOnce(operation, arguments);
+    if (attempts > kMaxAttempts) {
+      ShowMessage(kRecordManagerBusy);
+      return status;
+    }
+    if (!IsBusy(status)) return status;
+  }
+}
+
+// The path is the key buffer, the (empty) owner name the data buffer; the mode, as key number, is
+// the normal one.
+int Open(PositionBlock& positionBlock, const char* filePath, const ClientId& clientId) {
+  std::array<char, btrieve::kMaxKeyLength + 1> path{};
+  std::snprintf(path.data(), path.size(), "%s", filePath);
+  char ownerName = '\0';
+  std::uint16_t ownerNameLength = 1;
+  return CallWithRetries(btrieve::kOpen,
+                         {positionBlock, &ownerName, &ownerNameLength, path.data(), 0, clientId});
+}
+
+// Deletes the record that has this key: it has to be the current one first.
+int Delete(const CallArguments& arguments) {
+  const int found = CallWithRetries(btrieve::kGetEqual, arguments);
+  if (found != btrieve::kSuccess) return found;
+  return CallWithRetries(btrieve::kDelete, arguments);
+}
+
+}  // namespace
+
+bool EnsureRecordManager() {
+  LoadQuietly(recordManager);
+  if (recordManager.library == nullptr) {
+    ShowMessage(kRecordManagerNotLoaded);
+    return false;
+  }
+  recordManager.btrCall =
+      EntryPoint<btrieve::BtrCall>(recordManager.library, btrieve::kBtrCallName);
+  recordManager.btrCallId =
+      EntryPoint<btrieve::BtrCallId>(recordManager.library, btrieve::kBtrCallIdName);
+  if (recordManager.btrCall == nullptr || recordManager.btrCallId == nullptr) {
+    ShowMessage(kRecordManagerIncomplete);
+    return false;
+  }
+  return true;
+}
+
+int RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePath, void* dataBuffer,
+               std::uint16_t* dataLength, void* keyBuffer, std::int16_t keyNumber,
+               const ClientId& clientId) {
+  const CallArguments arguments{positionBlock, dataBuffer, dataLength,
+                                keyBuffer,     keyNumber,  clientId};
+  if (operation == btrieve::kOpen) return Open(positionBlock, filePath, clientId);
+  if (operation == btrieve::kDelete) return Delete(arguments);
+  if (operation > btrieve::kGetLast) return btrieve::kInvalidOperation;
+  return CallWithRetries(operation, arguments);
+}
+
+int OpenRecordFile(const char* fileName, PositionBlock& positionBlock, const DataRoot& dataRoot) {
+  std::array<char, btrieve::kMaxKeyLength + 1> path{};
+  std::snprintf(path.data(), path.size(), "%s\\%s", dataRoot.data(), fileName);
+  const int status = RecordCall(btrieve::kOpen, positionBlock, path.data(), nullptr, nullptr,
+                                nullptr, 0, ClientId{});
+  if (status != btrieve::kSuccess) ShowMessage(kFileNotOpened, fileName);
+  return status;
+}
+
+void CloseRecordFile(const char* fileName, PositionBlock& positionBlock) {
+  // Close has no use for data or key, but a record manager may look where it is told that they are.
+  std::array<char, btrieve::kMaxKeyLength> unused{};
+  std::uint16_t noData = 0;
+  const int status = RecordCall(btrieve::kClose, positionBlock, nullptr, unused.data(), &noData,
+                                unused.data(), 0, ClientId{});
+  if (status != btrieve::kSuccess) ShowMessage(kFileNotClosed, fileName);
+}
+
+}  // namespace qlx99

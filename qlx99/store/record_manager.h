@@ -1,0 +1,49 @@
+// The record manager: loaded at run time by the first call that needs it, and called through one
+// wrapper.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "frame/registry.h"
+#include "recordmanager/btrieve.h"
+
+namespace qlx99 {
+
+// Its client library goes by these names; the first one that loads is used. The last is the
+// embedded record manager's, so that an office's own record manager always wins.
+inline constexpr std::array kRecordManagerNames{"w3btrv7.dll", "wbtrv32.dll", "atbtrv32.dll"};
+
+// One open file's position, zero-filled before it is opened. A copy is a second position in the
+// same open file.
+using PositionBlock = std::array<std::byte, btrieve::kPositionBlockSize>;
+
+// Who calls. All zeros, as everywhere in this library, is the plain call; anything else goes
+// through BTRCALLID.
+using ClientId = std::array<std::byte, btrieve::kClientIdSize>;
+
+// How often a busy record or file is tried again before the user is told.
+inline constexpr int kMaxAttempts = 40000;
+
+// Loads the record manager unless it is loaded, and finds its entry points. False when it cannot be
+// used; the user has been told then. It stays loaded until the process ends.
+bool EnsureRecordManager();
+
+// One operation of the record manager, repeated while the record or file is busy; see the table in
+// the source for what Open and Delete make of it. `filePath` is used by Open only. `dataLength`
+// holds the buffer's size before, the record's length after a read. `keyBuffer` has room for
+// btrieve::kMaxKeyLength bytes. Returns the record manager's status; an operation that this library
+// does not use sends nothing and gives "invalid operation".
+int RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePath, void* dataBuffer,
+               std::uint16_t* dataLength, void* keyBuffer, std::int16_t keyNumber,
+               const ClientId& clientId);
+
+// Opens the file in the data directory and shows a message when that fails. Returns the record
+// manager's status.
+int OpenRecordFile(const char* fileName, PositionBlock& positionBlock, const DataRoot& dataRoot);
+
+// Closes the file and shows a message when that fails.
+void CloseRecordFile(const char* fileName, PositionBlock& positionBlock);
+
+}  // namespace qlx99

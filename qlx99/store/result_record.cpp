@@ -1,0 +1,75 @@
+#include "store/result_record.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "frame/messages.h"
+#include "store/dates.h"
+
+namespace qlx99 {
+namespace {
+
+constexpr std::array<char, 6> kEndMark{0, 0, 0, 0, 0, 1};
+
+}  // namespace
+
+std::size_t EndField(char* dest, std::size_t width) {
+  while (width > 0 && dest[width - 1] == ' ') dest[--width] = '\0';
+  dest[width] = '|';
+  return width + 1;
+}
+
+std::string_view TrimBlanks(std::string_view text) {
+  const std::size_t last = text.find_last_not_of(' ');
+  return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
+}
+
+void ResultRecord::AddField(std::string_view stored) {
+  if (size_ + stored.size() + 1 > kScratchSize) return;
+  char* const dest = bytes_.data() + size_;
+  stored.copy(dest, stored.size());
+  size_ += EndField(dest, stored.size());
+}
+
+void ResultRecord::AddVerbatim(std::string_view bytes) {
+  Append(bytes);
+  Append("|");
+}
+
+void ResultRecord::AddNumber(std::int32_t number) {
+  AppendNumber(number);
+  Append("|");
+}
+
+void ResultRecord::AddDay(std::uint16_t dayNumber) {
+  TextBuffer<5> dayText;
+  dayText.AppendNumber(dayNumber);
+  std::array<char, kDateFieldSize> field{};
+  const std::size_t length = FormatDayNumber(dayText.Terminated(), field.data());
+  Append({field.data(), length});
+}
+
+void ResultRecord::AddEmptyFields(std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) Append("|");
+}
+
+void ResultRecord::DropLastEnd() {
+  if (size_ > 0) bytes_[--size_] = '\0';
+}
+
+std::int32_t HandOver(const ResultRecord& record, char* buffer, HandOverForm form) {
+  const std::string_view text = record.Text();
+  if (text.size() + kEndMark.size() > kCallerBufferSize) {
+    ShowMessage(kRecordTooLong);
+    return 0;
+  }
+  if (buffer == nullptr) return 0;
+  text.copy(buffer, text.size());
+  if (form == HandOverForm::kWithEndMark) {
+    std::copy(kEndMark.begin(), kEndMark.end(), buffer + text.size());
+  }
+  return std::memcmp(buffer, "||", 2) == 0 ? 0 : -1;
+}
+
+}  // namespace qlx99
