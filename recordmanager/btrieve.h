@@ -48,12 +48,18 @@ inline constexpr int kFileNotFound = 12;
 inline constexpr int kDiskFull = 18;
 inline constexpr int kKeyBufferTooShort = 21;
 inline constexpr int kDataBufferLength = 22;
+inline constexpr int kInvalidKeyCount = 26;
+inline constexpr int kInvalidKeyPosition = 27;
+inline constexpr int kInvalidRecordLength = 28;
+inline constexpr int kInvalidKeyLength = 29;
 inline constexpr int kNotARecordFile = 30;
 inline constexpr int kTransactionActive = 37;
 inline constexpr int kNoTransaction = 39;
 inline constexpr int kNotAllowedInTransaction = 41;
 inline constexpr int kInvalidRecordAddress = 43;
+inline constexpr int kInvalidKeyFlags = 45;
 inline constexpr int kAccessDenied = 46;
+inline constexpr int kInvalidKeyType = 49;
 inline constexpr int kFileExists = 59;
 inline constexpr int kWaitError = 77;
 inline constexpr int kConflict = 80;
@@ -61,6 +67,12 @@ inline constexpr int kLockError = 81;
 inline constexpr int kRecordInUse = 84;
 inline constexpr int kFileInUse = 85;
 inline constexpr int kPermissionError = 94;
+
+// Open's modes and Create's ways, both given as the key number.
+inline constexpr char kOpenNormal = 0;
+inline constexpr char kOpenReadOnly = -2;
+inline constexpr char kCreateOver = 0;   // replaces a file of that name
+inline constexpr char kCreateOnly = -1;  // status 59 when there is one
 
 inline constexpr std::size_t kPositionBlockSize = 128;
 inline constexpr std::size_t kClientIdSize = 16;
@@ -76,6 +88,10 @@ using BtrCallId = short WINAPI(WORD operation, void* positionBlock, void* dataBu
 
 inline constexpr const char* kBtrCallName = "BTRCALL";
 inline constexpr const char* kBtrCallIdName = "BTRCALLID";
+
+// Flags of a file's description: the keys' descriptions give their numbers; otherwise they count
+// from 0.
+inline constexpr std::uint16_t kKeyNumbersGiven = 0x0400;
 
 // Key flags of a key's description.
 inline constexpr std::uint16_t kKeyDuplicates = 0x0001;

@@ -1,0 +1,80 @@
+#include "recordmanager/cursor.h"
+
+#include <sqlite3.h>
+
+#include <bit>
+#include <cstring>
+
+namespace recordmanager {
+namespace {
+
+// The position block's bytes.
+struct BlockImage {
+  std::uint32_t slot;
+  std::uint32_t generation;
+  std::int64_t id;
+  std::int64_t version;
+  std::uint32_t rollbacks;
+  std::int8_t keyNumber;
+  std::uint8_t entrySize;
+  std::uint16_t unused;
+  std::array<std::uint8_t, Entry::kCapacity> entry;
+  std::uint32_t unused2;
+  std::uint32_t check;
+};
+
+static_assert(sizeof(BlockImage) == btrieve::kPositionBlockSize);
+
+// Differs from load to load, so that blocks of an earlier one are strangers.
+std::uint32_t CheckSeed() {
+  static const std::uint32_t seed = [] {
+    std::uint32_t random = 0;
+    sqlite3_randomness(sizeof(random), &random);
+    return random;
+  }();
+  return seed;
+}
+
+std::uint32_t CheckWordOf(const BlockImage& image) {
+  std::array<std::uint8_t, sizeof(image)> bytes{};
+  std::memcpy(bytes.data(), &image, sizeof(image));
+  std::uint32_t hash = CheckSeed();  // FNV-1a
+  for (std::size_t i = 0; i < offsetof(BlockImage, check); ++i) {
+    hash = (hash ^ bytes[i]) * 16777619U;
+  }
+  return hash;
+}
+
+}  // namespace
+
+bool Cursor::Load(const std::uint8_t* positionBlock, Cursor& cursor) {
+  if (positionBlock == nullptr) {
+    return false;
+  }
+  BlockImage image{};
+  std::memcpy(&image, positionBlock, sizeof(image));
+  if (image.check != CheckWordOf(image) || image.entrySize > Entry::kCapacity) {
+    return false;
+  }
+  cursor.handle = {image.slot, image.generation};
+  cursor.keyNumber = image.keyNumber;
+  cursor.entry = {image.entry, image.entrySize};
+  cursor.current = {image.id, image.version, image.rollbacks};
+  return true;
+}
+
+void Cursor::Save(std::uint8_t* positionBlock) const {
+  BlockImage image{};
+  image.slot = handle.slot;
+  image.generation = handle.generation;
+  image.id = current.id;
+  image.version = current.version;
+  image.rollbacks = current.rollbacks;
+  image.keyNumber = static_cast<std::int8_t>(keyNumber);
+  image.entrySize = entry.size;
+  image.entry = entry.bytes;
+  image.check = CheckWordOf(image);
+  std::memcpy(positionBlock, &image, sizeof(image));
+}
+
+}  // namespace recordmanager

@@ -1,0 +1,181 @@
+#include "recordmanager/file_format.h"
+
+#include <sqlite3.h>
+
+#include <array>
+
+#include "recordmanager/host_files.h"
+
+namespace recordmanager {
+namespace {
+
+// Tell a record file from any other database, and its format from later ones.
+constexpr std::int64_t kApplicationId = 0x4B524543;
+constexpr std::int64_t kFormatVersion = 1;
+
+std::string SchemaOf(const RecordLayout& layout) {
+  std::string columns;
+  std::string indexes;
+  for (const Key& key : layout.keys) {
+    const std::string name = "key" + std::to_string(key.Number());
+    columns += ", " + name + " BLOB NOT NULL";
+    indexes += "CREATE UNIQUE INDEX by_" + name + " ON record(" + name + ");";
+  }
+  return "PRAGMA application_id = " + std::to_string(kApplicationId) +
+         ";"
+         "PRAGMA user_version = " +
+         std::to_string(kFormatVersion) +
+         ";"
+         "CREATE TABLE file(description BLOB NOT NULL, changes INTEGER NOT NULL);"
+         "CREATE TABLE record(id INTEGER PRIMARY KEY, version INTEGER NOT NULL" +
+         columns + ", data BLOB NOT NULL);" + indexes;
+}
+
+int StoreDescription(Connection& connection, const RecordLayout& layout) {
+  Statement statement;
+  const int status =
+      connection.Prepare("INSERT INTO file(description, changes) VALUES(?1, 0)", statement);
+  if (status != btrieve::kSuccess) {
+    return status;
+  }
+  const auto description = DescribeLayout(layout);
+  return statement.Bind(1, description).Run();
+}
+
+int BuildDatabase(const std::string& path, const RecordLayout& layout) {
+  Connection connection;
+  int status = connection.Open(path, Connection::Way::kNew);
+  if (status == btrieve::kSuccess) {
+    status = connection.Execute("BEGIN");
+  }
+  if (status == btrieve::kSuccess) {
+    status = connection.Execute(SchemaOf(layout).c_str());
+  }
+  if (status == btrieve::kSuccess) {
+    status = StoreDescription(connection, layout);
+  }
+  if (status == btrieve::kSuccess) {
+    status = connection.Execute("COMMIT");
+  }
+  if (status == btrieve::kSuccess && IsOnLocalDisk(path)) {
+    status = connection.Execute("PRAGMA journal_mode = WAL");
+  }
+  return status;
+}
+
+std::string UnusedNameBeside(const std::string& path) {
+  std::uint64_t number = 0;
+  sqlite3_randomness(sizeof(number), &number);
+  return path + '-' + std::to_string(number);
+}
+
+// A log left beside the old file would be played into the new one. Leaving WAL mode folds it in,
+// and fails while anybody else has the file open.
+int SettleOldFile(const std::string& path) {
+  if (InspectFile(path).kind == FileKind::kMissing) {
+    return btrieve::kSuccess;
+  }
+  Connection connection;
+  int status = connection.Open(path, Connection::Way::kExisting);
+  if (status == btrieve::kSuccess) {
+    status = connection.Execute("PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE; COMMIT");
+  }
+  if (status == btrieve::kRecordInUse) {
+    return btrieve::kFileInUse;
+  }
+  return status == btrieve::kPermissionError ? status : int{btrieve::kSuccess};
+}
+
+int MoveIntoPlace(const std::string& from, const std::string& to, bool replace) {
+  if (replace) {
+    if (const int status = SettleOldFile(to); status != btrieve::kSuccess) {
+      return status;
+    }
+  }
+  switch (MoveFileTo(from, to, replace)) {
+    case MoveResult::kDone:
+      return btrieve::kSuccess;
+    case MoveResult::kTargetExists:
+      return btrieve::kFileExists;
+    default:
+      return btrieve::kPermissionError;
+  }
+}
+
+int CheckMarks(Connection& connection) {
+  std::int64_t application = 0;
+  std::int64_t version = 0;
+  int status = connection.QueryInteger("PRAGMA application_id", application);
+  if (status == btrieve::kSuccess) {
+    status = connection.QueryInteger("PRAGMA user_version", version);
+  }
+  if (status == btrieve::kSuccess &&
+      (application != kApplicationId || version < 1 || version > kFormatVersion)) {
+    return btrieve::kNotARecordFile;
+  }
+  return status;
+}
+
+// WAL is the file's own mode, set at its creation. It is taken back where it cannot work, and never
+// set again: a file on a share may have users on its own machine as well, and all must use the
+// same.
+int SetJournal(Connection& connection, bool local) {
+  std::string mode;
+  int status = connection.QueryText("PRAGMA journal_mode", mode);
+  if (status == btrieve::kSuccess && !(local && mode == "wal")) {
+    status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
+    if (status == btrieve::kSuccess && mode != "truncate") {
+      return btrieve::kFileInUse;
+    }
+  }
+  return status;
+}
+
+int ReadLayout(Connection& connection, RecordLayout& layout) {
+  Statement statement;
+  int status = connection.Prepare("SELECT description FROM file", statement);
+  if (status != btrieve::kSuccess) {
+    return status;
+  }
+  const int result = statement.Step();
+  if (result != SQLITE_ROW) {
+    return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
+  }
+  status = ParseLayout(statement.Bytes(0), layout);
+  return status == btrieve::kSuccess ? status : int{btrieve::kIoError};
+}
+
+}  // namespace
+
+int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool replace) {
+  const std::string beside = UnusedNameBeside(path);
+  int status = BuildDatabase(beside, layout);
+  if (status == btrieve::kSuccess) {
+    status = MoveIntoPlace(beside, path, replace);
+  }
+  if (status != btrieve::kSuccess) {
+    RemoveFile(beside);
+  }
+  return status;
+}
+
+int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout) {
+  int status = connection.Open(path, Connection::Way::kExisting);
+  if (status == btrieve::kSuccess) {
+    status = CheckMarks(connection);
+  }
+  if (status == btrieve::kSuccess) {
+    status = SetJournal(connection, IsOnLocalDisk(path));
+  }
+  if (status == btrieve::kSuccess) {
+    // FULL is what survives a loss of power in both modes. A small cache, as a host may keep ten
+    // files open.
+    status = connection.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -512");
+  }
+  if (status == btrieve::kSuccess) {
+    status = ReadLayout(connection, layout);
+  }
+  return status == btrieve::kRecordInUse ? int{btrieve::kFileInUse} : status;
+}
+
+}  // namespace recordmanager

@@ -1,0 +1,37 @@
+// What the record manager needs to know of files beyond what SQLite does with them; one
+// implementation a host.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace recordmanager {
+
+enum class FileKind { kMissing, kFile, kOther };
+
+struct FileFacts {
+  FileKind kind = FileKind::kMissing;
+  // The same for every path to the same file, another one for a file that has taken its place.
+  // Opaque bytes.
+  std::string identity;
+};
+
+// A path as callers give it (Windows notation, the system's code page) as SQLite and the functions
+// below take it.
+std::string HostPath(std::string_view path);
+
+FileFacts InspectFile(const std::string& path);
+
+// Whether processes that use this file share their memory, which WAL needs: not so on network
+// drives.
+bool IsOnLocalDisk(const std::string& path);
+
+enum class MoveResult { kDone, kTargetExists, kFailed };
+
+// Renames a file within its folder in one step, over an existing target only if `replace`, and sees
+// to it that the new name outlives a loss of power.
+MoveResult MoveFileTo(const std::string& from, const std::string& to, bool replace);
+
+void RemoveFile(const std::string& path);
+
+}  // namespace recordmanager

@@ -1,0 +1,88 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+
+#include "recordmanager/host_files.h"
+
+namespace recordmanager {
+namespace {
+
+// The kernel's numbers for file systems of other machines, and for those of user programs, which
+// may be such.
+constexpr std::array<std::uint32_t, 10> kRemoteFileSystems = {
+    0x00006969,  // NFS
+    0x0000517B,  // SMB
+    0xFE534D42,  // SMB2
+    0xFF534D42,  // CIFS
+    0x01021997,  // 9P
+    0x65735546,  // FUSE
+    0x5346414F,  // AFS
+    0x73757245,  // Coda
+    0x00C36400,  // Ceph
+    0x0BD00BD0,  // Lustre
+};
+
+std::string FolderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
+void SyncFolderOf(const std::string& path) {
+  const int folder = open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder >= 0) {
+    fsync(folder);
+    close(folder);
+  }
+}
+
+}  // namespace
+
+std::string HostPath(std::string_view path) {
+  std::string result(path);
+  std::replace(result.begin(), result.end(), '\\', '/');
+  return result;
+}
+
+FileFacts InspectFile(const std::string& path) {
+  struct stat facts {};
+  if (stat(path.c_str(), &facts) != 0) {
+    return {};
+  }
+  if (!S_ISREG(facts.st_mode)) {
+    return {FileKind::kOther, {}};
+  }
+  return {FileKind::kFile, std::to_string(facts.st_dev) + ':' + std::to_string(facts.st_ino)};
+}
+
+bool IsOnLocalDisk(const std::string& path) {
+  struct statfs facts {};
+  if (statfs(path.c_str(), &facts) != 0) {
+    return false;
+  }
+  return std::find(kRemoteFileSystems.begin(), kRemoteFileSystems.end(),
+                   static_cast<std::uint32_t>(facts.f_type)) == kRemoteFileSystems.end();
+}
+
+MoveResult MoveFileTo(const std::string& from, const std::string& to, bool replace) {
+  int result = renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(),
+                         replace ? 0 : static_cast<unsigned>(RENAME_NOREPLACE));
+  if (result != 0 && errno == EINVAL && InspectFile(to).kind == FileKind::kMissing) {
+    result = std::rename(from.c_str(), to.c_str());  // a file system without that flag
+  }
+  if (result != 0) {
+    return errno == EEXIST ? MoveResult::kTargetExists : MoveResult::kFailed;
+  }
+  SyncFolderOf(to);
+  return MoveResult::kDone;
+}
+
+void RemoveFile(const std::string& path) { unlink(path.c_str()); }
+
+}  // namespace recordmanager

@@ -1,0 +1,76 @@
+#include <vector>
+
+#include "platform/windows_api.h"
+#include "recordmanager/host_files.h"
+
+namespace recordmanager {
+namespace {
+
+std::wstring Widen(std::string_view text, UINT codePage) {
+  const int length = static_cast<int>(text.size());
+  const int needed = MultiByteToWideChar(codePage, 0, text.data(), length, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(needed), L'\0');
+  MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), needed);
+  return wide;
+}
+
+std::string ToUtf8(const std::wstring& wide) {
+  const int length = static_cast<int>(wide.size());
+  const int needed =
+      WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
+  std::string text(static_cast<std::size_t>(needed), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, text.data(), needed, nullptr, nullptr);
+  return text;
+}
+
+std::wstring FullPath(const std::string& path) {
+  const std::wstring wide = Widen(path, CP_UTF8);
+  const DWORD needed = GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr);
+  std::wstring full(needed, L'\0');
+  full.resize(GetFullPathNameW(wide.c_str(), needed, full.data(), nullptr));
+  return full;
+}
+
+}  // namespace
+
+std::string HostPath(std::string_view path) { return ToUtf8(Widen(path, CP_ACP)); }
+
+FileFacts InspectFile(const std::string& path) {
+  std::wstring full = FullPath(path);
+  const DWORD attributes = GetFileAttributesW(full.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) {
+    return {};
+  }
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+    return {FileKind::kOther, {}};
+  }
+  // The path serves as identity: as long as SQLite has the file open, Windows lets nobody rename or
+  // delete it. Asking for the file's own number would open it, which costs hundreds of times as
+  // much.
+  CharUpperBuffW(full.data(), static_cast<DWORD>(full.size()));
+  return {FileKind::kFile, ToUtf8(full)};
+}
+
+bool IsOnLocalDisk(const std::string& path) {
+  const std::wstring full = FullPath(path);
+  std::vector<wchar_t> root(full.size() + 2);
+  if (GetVolumePathNameW(full.c_str(), root.data(), static_cast<DWORD>(root.size())) == 0) {
+    return false;
+  }
+  const UINT type = GetDriveTypeW(root.data());
+  return type == DRIVE_FIXED || type == DRIVE_RAMDISK;
+}
+
+MoveResult MoveFileTo(const std::string& from, const std::string& to, bool replace) {
+  const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0U);
+  if (MoveFileExW(FullPath(from).c_str(), FullPath(to).c_str(), flags) != 0) {
+    return MoveResult::kDone;
+  }
+  const DWORD error = GetLastError();
+  const bool exists = error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
+  return exists ? MoveResult::kTargetExists : MoveResult::kFailed;
+}
+
+void RemoveFile(const std::string& path) { DeleteFileW(FullPath(path).c_str()); }
+
+}  // namespace recordmanager

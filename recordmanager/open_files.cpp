@@ -1,0 +1,160 @@
+#include "recordmanager/open_files.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "recordmanager/host_files.h"
+
+namespace recordmanager {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kIdleTime = 2s;
+
+}  // namespace
+
+int OpenFiles::Open(const std::string& path, bool readOnly, const ClientId& client,
+                    FileHandle& handle) {
+  Database* database = nullptr;
+  if (const int status = Provide(path, database); status != btrieve::kSuccess) {
+    return status;
+  }
+  if (!readOnly && database->file->IsReadOnly()) {
+    return btrieve::kPermissionError;
+  }
+  ++database->users;
+  Slot& slot = FreeSlot(handle.slot);
+  handle.generation = ++slot.generation;
+  slot.database = database;
+  slot.client = client;
+  slot.open = {database->file.get(), readOnly};
+  return btrieve::kSuccess;
+}
+
+// Finds the database among those that are open, or opens it.
+int OpenFiles::Provide(const std::string& path, Database*& database) {
+  const FileFacts facts = InspectFile(path);
+  if (facts.kind != FileKind::kFile) {
+    return facts.kind == FileKind::kMissing ? btrieve::kFileNotFound : btrieve::kInvalidFileName;
+  }
+  for (std::size_t i = databases_.size(); i-- > 0;) {
+    Database* known = databases_[i].get();
+    if (known->identity != facts.identity && known->path != path) {
+      continue;
+    }
+    // By another path it is the same database only if the old path still leads to it: SQLite's log
+    // goes by the path.
+    if (known->identity == facts.identity &&
+        (known->path == path || InspectFile(known->path).identity == facts.identity)) {
+      database = known;
+      return btrieve::kSuccess;
+    }
+    if (known->users != 0) {
+      return btrieve::kFileInUse;
+    }
+    Drop(known);
+  }
+  return OpenAnew(path, facts.identity, database);
+}
+
+int OpenFiles::OpenAnew(const std::string& path, const std::string& identity, Database*& database) {
+  auto opened = std::make_unique<Database>();
+  if (const int status = RecordFile::Open(path, opened->file); status != btrieve::kSuccess) {
+    return status;
+  }
+  if (InspectFile(path).identity != identity) {
+    return btrieve::kFileInUse;  // replaced in this very moment
+  }
+  opened->path = path;
+  opened->identity = identity;
+  opened->idleSince = Clock::now();
+  database = opened.get();
+  databases_.push_back(std::move(opened));
+  return btrieve::kSuccess;
+}
+
+OpenFiles::Slot& OpenFiles::FreeSlot(std::uint32_t& number) {
+  auto free = std::find_if(slots_.begin(), slots_.end(),
+                           [](const Slot& slot) { return slot.database == nullptr; });
+  if (free == slots_.end()) {
+    free = slots_.insert(free, Slot{});
+  }
+  number = static_cast<std::uint32_t>(free - slots_.begin());
+  return *free;
+}
+
+const OpenFiles::OpenFile* OpenFiles::Find(const FileHandle& handle, const ClientId& client) const {
+  if (handle.slot >= slots_.size()) {
+    return nullptr;
+  }
+  const Slot& slot = slots_[handle.slot];
+  const bool valid =
+      slot.database != nullptr && slot.generation == handle.generation && slot.client == client;
+  return valid ? &slot.open : nullptr;
+}
+
+void OpenFiles::Close(const FileHandle& handle) {
+  Slot& slot = slots_[handle.slot];
+  Database* database = std::exchange(slot.database, nullptr);
+  if (--database->users == 0) {
+    database->idleSince = Clock::now();
+    database->file->Settle();
+  }
+}
+
+int OpenFiles::Release(const std::string& path) {
+  const std::string identity = InspectFile(path).identity;
+  for (std::size_t i = databases_.size(); i-- > 0;) {
+    const Database* known = databases_[i].get();
+    if (known->path != path && (identity.empty() || known->identity != identity)) {
+      continue;
+    }
+    if (known->users != 0) {
+      return btrieve::kFileInUse;
+    }
+    Drop(known);
+  }
+  return btrieve::kSuccess;
+}
+
+void OpenFiles::CloseIdle() {
+  const auto longAgo = Clock::now() - kIdleTime;
+  std::erase_if(databases_, [longAgo](const auto& database) {
+    return database->users == 0 && !database->file->IsInTransaction() &&
+           database->idleSince < longAgo;
+  });
+}
+
+int OpenFiles::CommitAll() {
+  int status = btrieve::kSuccess;
+  for (const auto& database : databases_) {
+    if (status == btrieve::kSuccess) {
+      status = database->file->Commit();
+    } else {
+      database->file->RollBack();
+    }
+  }
+  SettleUnused();
+  return status;
+}
+
+void OpenFiles::RollBackAll() {
+  for (const auto& database : databases_) {
+    database->file->RollBack();
+  }
+}
+
+void OpenFiles::SettleUnused() {
+  for (const auto& database : databases_) {
+    if (database->users == 0) {
+      database->file->Settle();
+    }
+  }
+}
+
+void OpenFiles::Drop(const Database* database) {
+  std::erase_if(databases_, [database](const auto& other) { return other.get() == database; });
+}
+
+}  // namespace recordmanager

@@ -1,0 +1,67 @@
+// The files that this process has open. Opening a database costs far more than a read, and callers
+// open and close all the time; so a closed file's database stays open for a while, and opening it
+// again is a look-up.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "recordmanager/call.h"
+#include "recordmanager/cursor.h"
+#include "recordmanager/record_file.h"
+
+namespace recordmanager {
+
+class OpenFiles {
+ public:
+  struct OpenFile {
+    RecordFile* file = nullptr;
+    bool readOnly = false;
+  };
+
+  // `path` as HostPath gives it. Status 0 and a handle, or why the file cannot be opened.
+  int Open(const std::string& path, bool readOnly, const ClientId& client, FileHandle& handle);
+  void Close(const FileHandle& handle);
+
+  // Null when the handle is stale, or was opened by another client.
+  const OpenFile* Find(const FileHandle& handle, const ClientId& client) const;
+
+  // Lets go of the file at `path` so that it can be replaced; status 85 when somebody here has it
+  // open.
+  int Release(const std::string& path);
+
+  // Closes what nobody has used for a while, so that files can be moved and restored.
+  void CloseIdle();
+
+  // Ends the transactions of all files. The first that fails takes the remaining ones back.
+  int CommitAll();
+  void RollBackAll();
+
+ private:
+  struct Database {
+    std::string path;
+    std::string identity;
+    std::unique_ptr<RecordFile> file;
+    int users = 0;
+    Clock::time_point idleSince;
+  };
+
+  struct Slot {
+    std::uint32_t generation = 0;
+    Database* database = nullptr;  // null: free
+    ClientId client{};
+    OpenFile open;
+  };
+
+  int Provide(const std::string& path, Database*& database);
+  int OpenAnew(const std::string& path, const std::string& identity, Database*& database);
+  void Drop(const Database* database);
+  void SettleUnused();
+  Slot& FreeSlot(std::uint32_t& number);
+
+  std::vector<std::unique_ptr<Database>> databases_;
+  std::vector<Slot> slots_;
+};
+
+}  // namespace recordmanager

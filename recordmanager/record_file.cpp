@@ -1,0 +1,319 @@
+#include "recordmanager/record_file.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "recordmanager/file_format.h"
+
+namespace recordmanager {
+namespace {
+
+std::string ColumnOf(const Key& key) { return "key" + std::to_string(key.Number()); }
+
+// The key columns, each followed by `suffix`, as a list for SQL.
+std::string ColumnList(const RecordLayout& layout, const char* suffix) {
+  std::string list;
+  for (const Key& key : layout.keys) {
+    list += ", " + ColumnOf(key) + suffix;
+  }
+  return list;
+}
+
+std::string ParameterList(std::size_t count) {
+  std::string list = "?";
+  for (std::size_t i = 1; i < count; ++i) {
+    list += ", ?";
+  }
+  return list;
+}
+
+std::string ConditionOf(Bound bound, const std::string& column) {
+  switch (bound) {
+    case Bound::kFrom:
+      return column + " >= ?1 ORDER BY " + column;
+    case Bound::kAfter:
+      return column + " > ?1 ORDER BY " + column;
+    case Bound::kUpTo:
+      return column + " <= ?1 ORDER BY " + column + " DESC";
+    case Bound::kBefore:
+      return column + " < ?1 ORDER BY " + column + " DESC";
+    default:
+      return column + " BETWEEN ?1 AND ?2 ORDER BY " + column;
+  }
+}
+
+bool IsZero(const std::uint8_t* bytes, std::size_t length) {
+  return std::all_of(bytes, bytes + length, [](std::uint8_t byte) { return byte == 0; });
+}
+
+}  // namespace
+
+int RecordFile::Open(const std::string& path, std::unique_ptr<RecordFile>& file) {
+  std::unique_ptr<RecordFile> opened(new RecordFile);
+  int status = OpenDatabase(path, opened->connection_, opened->layout_);
+  if (status == btrieve::kSuccess) {
+    status = opened->Prepare();
+  }
+  if (status == btrieve::kSuccess) {
+    file = std::move(opened);
+  }
+  return status;
+}
+
+int RecordFile::Prepare() {
+  reads_.resize(layout_.keys.size());
+  const std::pair<Statement*, std::string> statements[] = {
+      {&begin_, "BEGIN IMMEDIATE"},
+      {&commit_, "COMMIT"},
+      {&nextChange_, "UPDATE file SET changes = changes + 1 RETURNING changes"},
+      {&loadEntries_, "SELECT version" + ColumnList(layout_, "") + " FROM record WHERE id = ?1"},
+      {&insert_, "INSERT INTO record(version, id, data" + ColumnList(layout_, "") + ") VALUES(" +
+                     ParameterList(layout_.keys.size() + 3) + ")"},
+      {&rewrite_, "UPDATE record SET version = ?1, data = ?3 WHERE id = ?2"},
+      {&rekey_, "UPDATE record SET version = ?1, data = ?3" + ColumnList(layout_, " = ?") +
+                    " WHERE id = ?2"},
+      {&delete_, "DELETE FROM record WHERE id = ?1"},
+  };
+  for (const auto& [statement, sql] : statements) {
+    if (const int status = connection_.Prepare(sql, *statement); status != btrieve::kSuccess) {
+      return status;
+    }
+  }
+  return btrieve::kSuccess;
+}
+
+int RecordFile::PrepareRead(const Key& key, Bound bound, Statement*& statement) {
+  statement = &reads_[IndexOf(key)][static_cast<std::size_t>(bound)];
+  if (statement->IsPrepared()) {
+    return btrieve::kSuccess;
+  }
+  const std::string column = ColumnOf(key);
+  return connection_.Prepare("SELECT id, version, " + column + ", data FROM record WHERE " +
+                                 ConditionOf(bound, column) + " LIMIT 1",
+                             *statement);
+}
+
+int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_t> target,
+                     RecordVersion& version, Entry& entry) {
+  Statement* statement = nullptr;
+  if (const int status = PrepareRead(key, search.bound, statement); status != btrieve::kSuccess) {
+    return status;
+  }
+  const StatementUse use(*statement);
+  statement->Bind(1, search.first);
+  if (search.bound == Bound::kWithin) {
+    statement->Bind(2, search.last);
+  }
+  const int result = statement->Step();
+  if (result != SQLITE_ROW) {
+    return result == SQLITE_DONE ? int{btrieve::kEndOfFile} : StatusOf(result);
+  }
+  const auto data = statement->Bytes(3);
+  if (data.size() != layout_.RecordLength()) {
+    return btrieve::kIoError;
+  }
+  if (target.size() < data.size()) {
+    return btrieve::kDataBufferLength;
+  }
+  std::memcpy(target.data(), data.data(), data.size());
+  version = {statement->Integer(0), statement->Integer(1), rollbacks_};
+  const auto found = statement->Bytes(2);
+  entry = Entry::From(found.data(), found.size());
+  return btrieve::kSuccess;
+}
+
+// Runs `body`, which returns a status, as a transaction of its own or as part of the one that is
+// open.
+template <typename Body>
+int RecordFile::Write(Body body) {
+  if (inTransaction_) {
+    return connection_.IsInTransaction() ? body() : int{btrieve::kIoError};
+  }
+  if (const int status = begin_.Run(); status != btrieve::kSuccess) {
+    return status;
+  }
+  unsettled_ = true;
+  int status = body();
+  if (status == btrieve::kSuccess) {
+    status = commit_.Run();
+  }
+  if (connection_.IsInTransaction()) {
+    connection_.Execute("ROLLBACK");
+  }
+  return status;
+}
+
+int RecordFile::NextChange(std::int64_t& change) {
+  const StatementUse use(nextChange_);
+  const int result = nextChange_.Step();
+  change = nextChange_.Integer(0);
+  return result == SQLITE_ROW ? int{btrieve::kSuccess} : StatusOf(result);
+}
+
+int RecordFile::NumberRecord(std::span<std::uint8_t> record) {
+  for (const Key& key : layout_.keys) {
+    std::uint8_t* field = key.In(record.data());
+    if (!key.IsAutoincrement() || !IsZero(field, key.Length())) {
+      continue;
+    }
+    Entry highest;
+    RecordVersion ignored;
+    std::vector<std::uint8_t> other(record.size());
+    const int status = Read(key, {Bound::kUpTo, Entry::AfterAll(), {}}, other, ignored, highest);
+    if (status != btrieve::kSuccess && status != btrieve::kEndOfFile) {
+      return status;
+    }
+    if (!key.StoreNext(highest, field)) {
+      return btrieve::kDuplicateKey;  // the published status when all numbers are used up
+    }
+  }
+  return btrieve::kSuccess;
+}
+
+int RecordFile::StoreRecord(Statement& statement, std::int64_t change, std::int64_t id,
+                            std::span<const std::uint8_t> record,
+                            const std::vector<Entry>& entries) {
+  statement.Bind(1, change).Bind(2, id).Bind(3, record);
+  int parameter = 4;
+  for (const Entry& entry : entries) {
+    statement.Bind(parameter++, entry);
+  }
+  return statement.Run();
+}
+
+int RecordFile::Insert(std::span<std::uint8_t> record, RecordVersion& version,
+                       std::vector<Entry>& entries) {
+  return Write([&] {
+    int status = NumberRecord(record);
+    std::int64_t change = 0;
+    if (status == btrieve::kSuccess) {
+      status = NextChange(change);
+    }
+    if (status != btrieve::kSuccess) {
+      return status;
+    }
+    entries.clear();
+    for (const Key& key : layout_.keys) {
+      entries.push_back(key.Make(key.In(record.data()), static_cast<std::uint64_t>(change)));
+    }
+    version = {change, change, rollbacks_};
+    return StoreRecord(insert_, change, change, record, entries);
+  });
+}
+
+// The entries of the record as it was read.
+int RecordFile::LoadEntries(const RecordVersion& version, std::vector<Entry>& entries) {
+  const StatementUse use(loadEntries_);
+  const int result = loadEntries_.Bind(1, version.id).Step();
+  if (result != SQLITE_ROW && result != SQLITE_DONE) {
+    return StatusOf(result);
+  }
+  if (result == SQLITE_DONE || loadEntries_.Integer(0) != version.version ||
+      version.rollbacks != rollbacks_) {
+    return btrieve::kConflict;
+  }
+  entries.clear();
+  for (std::size_t i = 0; i < layout_.keys.size(); ++i) {
+    const auto entry = loadEntries_.Bytes(static_cast<int>(i) + 1);
+    entries.push_back(Entry::From(entry.data(), entry.size()));
+  }
+  return btrieve::kSuccess;
+}
+
+int RecordFile::Update(std::span<const std::uint8_t> record, RecordVersion& version,
+                       std::vector<Entry>& entries) {
+  return Write([&] {
+    int status = LoadEntries(version, entries);
+    std::int64_t change = 0;
+    if (status == btrieve::kSuccess) {
+      status = NextChange(change);
+    }
+    if (status != btrieve::kSuccess) {
+      return status;
+    }
+    bool rekeyed = false;
+    for (const Key& key : layout_.keys) {
+      Entry& entry = entries[IndexOf(key)];
+      const std::uint8_t* value = key.In(record.data());
+      if (key.Matches(entry, value)) {
+        continue;
+      }
+      if (!key.IsModifiable()) {
+        return int{btrieve::kModifiableKey};
+      }
+      entry = key.Make(value, static_cast<std::uint64_t>(change));
+      rekeyed = true;
+    }
+    version.version = change;
+    // SQLite would write every key's index anew, though no value of it has changed.
+    return rekeyed ? StoreRecord(rekey_, change, version.id, record, entries)
+                   : StoreRecord(rewrite_, change, version.id, record, {});
+  });
+}
+
+int RecordFile::Delete(const RecordVersion& version) {
+  return Write([&] {
+    std::vector<Entry> entries;
+    const int status = LoadEntries(version, entries);
+    return status == btrieve::kSuccess ? delete_.Bind(1, version.id).Run() : status;
+  });
+}
+
+int RecordFile::CountRecords(std::int64_t& count) {
+  return connection_.QueryInteger("SELECT count(*) FROM record", count);
+}
+
+int RecordFile::CountValues(const Key& key, std::int64_t& count) {
+  if (!key.AllowsDuplicates()) {
+    return CountRecords(count);
+  }
+  const std::string sql = "SELECT count(DISTINCT substr(" + ColumnOf(key) + ", 1, " +
+                          std::to_string(key.Length()) + ")) FROM record";
+  return connection_.QueryInteger(sql.c_str(), count);
+}
+
+int RecordFile::Begin() {
+  if (inTransaction_) {
+    return btrieve::kSuccess;
+  }
+  const int status = begin_.Run();
+  inTransaction_ = status == btrieve::kSuccess;
+  unsettled_ = unsettled_ || inTransaction_;
+  return status;
+}
+
+int RecordFile::Commit() {
+  if (!inTransaction_) {
+    return btrieve::kSuccess;
+  }
+  const int status = connection_.IsInTransaction() ? commit_.Run() : int{btrieve::kIoError};
+  if (status == btrieve::kSuccess) {
+    inTransaction_ = false;
+  } else {
+    RollBack();
+  }
+  return status;
+}
+
+void RecordFile::RollBack() {
+  if (!inTransaction_) {
+    return;
+  }
+  if (connection_.IsInTransaction()) {
+    connection_.Execute("ROLLBACK");
+  }
+  inTransaction_ = false;
+  ++rollbacks_;
+}
+
+void RecordFile::Settle() {
+  if (unsettled_ && !inTransaction_) {
+    connection_.Checkpoint();
+    unsettled_ = false;
+  }
+}
+
+}  // namespace recordmanager

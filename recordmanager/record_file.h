@@ -1,0 +1,100 @@
+// The records of one file: finding them by key, writing them, transactions over them. What a cursor
+// is, and who may do what, is decided above.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "recordmanager/key.h"
+#include "recordmanager/record_layout.h"
+#include "recordmanager/sql.h"
+
+namespace recordmanager {
+
+// Which of a key's entries is meant, with `first` (and for kWithin `last`) as the bound.
+enum class Bound : std::uint8_t { kFrom, kAfter, kUpTo, kBefore, kWithin };
+
+struct Search {
+  Bound bound = Bound::kFrom;
+  Entry first;
+  Entry last;
+};
+
+// A record, and the state in which somebody read or wrote it.
+struct RecordVersion {
+  std::int64_t id = 0;  // 0: no record
+  std::int64_t version = 0;
+  std::uint32_t rollbacks =
+      0;  // numbers given in a transaction that was taken back are given again
+};
+
+class RecordFile {
+ public:
+  // `path` as HostPath gives it. Leaves `file` alone unless the status is 0.
+  static int Open(const std::string& path, std::unique_ptr<RecordFile>& file);
+
+  const RecordLayout& Layout() const { return layout_; }
+  bool IsReadOnly() const { return connection_.IsReadOnly(); }
+
+  // Finds the entry that the search means and copies its record to `target`. Status 9 when there is
+  // none, 22 when the record does not fit; then nothing is changed.
+  int Read(const Key& key, const Search& search, std::span<std::uint8_t> target,
+           RecordVersion& version, Entry& entry);
+
+  // Writes a record of the layout's length. Autoincrement fields of 0 are given their numbers in
+  // `record`. `entries` receives the new entries, one a key in the layout's order.
+  int Insert(std::span<std::uint8_t> record, RecordVersion& version, std::vector<Entry>& entries);
+
+  // Writes over, or removes, the record as it was read; status 80 when it has been changed or
+  // removed since.
+  int Update(std::span<const std::uint8_t> record, RecordVersion& version,
+             std::vector<Entry>& entries);
+  int Delete(const RecordVersion& version);
+
+  int CountRecords(std::int64_t& count);
+  int CountValues(const Key& key, std::int64_t& count);
+
+  // A transaction holds the file against other writers from Begin to Commit or RollBack. Repeating
+  // a call is harmless. When SQLite had to give the transaction up, writes and Commit return
+  // status 2.
+  int Begin();
+  int Commit();
+  void RollBack();
+  bool IsInTransaction() const { return inTransaction_; }
+
+  // To be called when the last user has closed the file: brings all its records into the file
+  // itself, so that it can be copied while this process still holds it. Does not wait for others.
+  void Settle();
+
+ private:
+  using KeyReads = std::array<Statement, 5>;
+
+  RecordFile() = default;
+  int Prepare();
+  int PrepareRead(const Key& key, Bound bound, Statement*& statement);
+  std::size_t IndexOf(const Key& key) const {
+    return static_cast<std::size_t>(&key - layout_.keys.data());
+  }
+
+  template <typename Body>
+  int Write(Body body);
+  int NextChange(std::int64_t& change);
+  int NumberRecord(std::span<std::uint8_t> record);
+  int LoadEntries(const RecordVersion& version, std::vector<Entry>& entries);
+  int StoreRecord(Statement& statement, std::int64_t change, std::int64_t id,
+                  std::span<const std::uint8_t> record, const std::vector<Entry>& entries);
+
+  Connection connection_;
+  RecordLayout layout_;
+  std::vector<KeyReads> reads_;
+  Statement begin_, commit_, nextChange_, loadEntries_, insert_, rewrite_, rekey_, delete_;
+  bool inTransaction_ = false;
+  bool unsettled_ = false;
+  std::uint32_t rollbacks_ = 0;
+};
+
+}  // namespace recordmanager

@@ -1,0 +1,155 @@
+#include "recordmanager/sql.h"
+
+#include <sqlite3.h>
+
+#include <utility>
+
+namespace recordmanager {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kLongestWait = 3s;
+constexpr auto kImpatience = 1s;
+constexpr int kPauseMilliseconds = 1;
+
+}  // namespace
+
+int StatusOf(int sqliteCode) {
+  if (sqliteCode == SQLITE_CONSTRAINT_UNIQUE) {
+    return btrieve::kDuplicateKey;
+  }
+  switch (sqliteCode & 0xFF) {  // the rest of an extended code tells apart what has one status
+    case SQLITE_OK:
+    case SQLITE_ROW:
+    case SQLITE_DONE:
+      return btrieve::kSuccess;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:
+      return btrieve::kRecordInUse;
+    case SQLITE_FULL:
+      return btrieve::kDiskFull;
+    case SQLITE_NOTADB:
+      return btrieve::kNotARecordFile;
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+    case SQLITE_CANTOPEN:  // whoever opens has seen that the file is there
+      return btrieve::kPermissionError;
+    default:
+      return btrieve::kIoError;
+  }
+}
+
+Statement& Statement::operator=(Statement other) noexcept {
+  std::swap(handle_, other.handle_);
+  return *this;
+}
+
+Statement::~Statement() { sqlite3_finalize(handle_); }
+
+Statement& Statement::Bind(int parameter, std::int64_t value) {
+  sqlite3_bind_int64(handle_, parameter, value);
+  return *this;
+}
+
+Statement& Statement::Bind(int parameter, std::span<const std::uint8_t> bytes) {
+  sqlite3_bind_blob(handle_, parameter, bytes.data(), static_cast<int>(bytes.size()),
+                    SQLITE_STATIC);
+  return *this;
+}
+
+Statement& Statement::Bind(int parameter, const Entry& entry) {
+  return Bind(parameter, std::span(entry.bytes).first(entry.size));
+}
+
+int Statement::Step() { return sqlite3_step(handle_); }
+
+int Statement::Run() {
+  const StatementUse use(*this);
+  return StatusOf(Step());
+}
+
+void Statement::Reset() { sqlite3_reset(handle_); }
+
+std::int64_t Statement::Integer(int column) { return sqlite3_column_int64(handle_, column); }
+
+std::span<const std::uint8_t> Statement::Bytes(int column) {
+  const void* bytes = sqlite3_column_blob(handle_, column);
+  const int size = sqlite3_column_bytes(handle_, column);
+  return {static_cast<const std::uint8_t*>(bytes), bytes == nullptr ? 0U : std::size_t(size)};
+}
+
+Connection::~Connection() { sqlite3_close_v2(handle_); }
+
+int Connection::Open(const std::string& path, Way way) {
+  // One lock around the whole record manager makes SQLite's own around each connection needless.
+  int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+  if (way == Way::kNew) {
+    flags |= SQLITE_OPEN_CREATE;
+  }
+  const int result = sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr);
+  sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+  return StatusOf(result);
+}
+
+bool Connection::IsReadOnly() const { return sqlite3_db_readonly(handle_, "main") != 0; }
+
+bool Connection::IsInTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
+
+int Connection::Prepare(const std::string& sql, Statement& statement) {
+  Statement prepared;
+  const int result = sqlite3_prepare_v3(handle_, sql.c_str(), static_cast<int>(sql.size()) + 1,
+                                        SQLITE_PREPARE_PERSISTENT, &prepared.handle_, nullptr);
+  statement = std::move(prepared);
+  return StatusOf(result);
+}
+
+int Connection::Execute(const char* sql) {
+  return StatusOf(sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr));
+}
+
+int Connection::QueryInteger(const char* sql, std::int64_t& value) {
+  Statement statement;
+  if (const int status = Prepare(sql, statement); status != btrieve::kSuccess) {
+    return status;
+  }
+  const int result = statement.Step();
+  value = statement.Integer(0);
+  return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
+}
+
+int Connection::QueryText(const char* sql, std::string& text) {
+  Statement statement;
+  if (const int status = Prepare(sql, statement); status != btrieve::kSuccess) {
+    return status;
+  }
+  const int result = statement.Step();
+  const auto bytes = statement.Bytes(0);
+  text.assign(bytes.begin(), bytes.end());
+  return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
+}
+
+void Connection::Checkpoint() {
+  sqlite3_busy_handler(handle_, nullptr, nullptr);
+  sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+  sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+}
+
+int Connection::WaitForLock(void* connection, int attempt) {
+  auto* self = static_cast<Connection*>(connection);
+  const auto now = Clock::now();
+  if (attempt == 0) {
+    self->waitingSince_ = now;
+  }
+  const bool patient = now >= self->impatientUntil_;
+  if (patient ? now - self->waitingSince_ < kLongestWait : attempt < 2) {
+    sqlite3_sleep(kPauseMilliseconds);
+    return 1;
+  }
+  self->impatientUntil_ = now + kImpatience;
+  return 0;
+}
+
+}  // namespace recordmanager

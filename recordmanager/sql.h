@@ -1,0 +1,101 @@
+// SQLite, as far as the record manager needs it: one connection, prepared statements, and statuses
+// for its errors.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "recordmanager/key.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace recordmanager {
+
+using Clock = std::chrono::steady_clock;
+
+// The published status for a result code of SQLite.
+int StatusOf(int sqliteCode);
+
+// A prepared statement. Bound bytes must stay where they are until the run ends.
+class Statement {
+ public:
+  Statement() = default;
+  Statement(Statement&& other) noexcept : handle_(other.handle_) { other.handle_ = nullptr; }
+  Statement& operator=(Statement other) noexcept;
+  Statement(const Statement&) = delete;
+  ~Statement();
+
+  bool IsPrepared() const { return handle_ != nullptr; }
+
+  Statement& Bind(int parameter, std::int64_t value);
+  Statement& Bind(int parameter, std::span<const std::uint8_t> bytes);
+  Statement& Bind(int parameter, const Entry& entry);
+
+  // Runs to the next row; SQLITE_ROW, SQLITE_DONE or an error.
+  int Step();
+  // Runs a statement without rows to its end and returns a status.
+  int Run();
+  // Ends the run, and with it the locks it holds.
+  void Reset();
+
+  std::int64_t Integer(int column);
+  // Valid until the next step or reset; empty for NULL.
+  std::span<const std::uint8_t> Bytes(int column);
+
+ private:
+  friend class Connection;
+  sqlite3_stmt* handle_ = nullptr;
+};
+
+// Resets a statement when its use ends, so that no read lock outlives a call.
+class StatementUse {
+ public:
+  explicit StatementUse(Statement& statement) : statement_(statement) {}
+  StatementUse(const StatementUse&) = delete;
+  StatementUse& operator=(const StatementUse&) = delete;
+  ~StatementUse() { statement_.Reset(); }
+
+ private:
+  Statement& statement_;
+};
+
+class Connection {
+ public:
+  enum class Way { kExisting, kNew };
+
+  Connection() = default;
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+  ~Connection();
+
+  // `path` is UTF-8 in the host's own notation. A file that cannot be written is opened for
+  // reading. An existing file is not read yet, so success does not mean that it is a database.
+  int Open(const std::string& path, Way way);
+  bool IsReadOnly() const;
+  bool IsInTransaction() const;
+
+  int Prepare(const std::string& sql, Statement& statement);
+  int Execute(const char* sql);
+  // The first column of the first row; fails also when there is none.
+  int QueryInteger(const char* sql, std::int64_t& value);
+  int QueryText(const char* sql, std::string& text);
+
+  // Moves what the log (in WAL mode) holds into the file and empties the log, unless others are
+  // using it just now.
+  void Checkpoint();
+
+ private:
+  // SQLite's busy handler: whether to try again.
+  static int WaitForLock(void* connection, int attempt);
+
+  sqlite3* handle_ = nullptr;
+  Clock::time_point waitingSince_;
+  // For a while after a wait in vain, waits are short: callers repeat a busy call many thousand
+  // times, and would wait for hours.
+  Clock::time_point impatientUntil_;
+};
+
+}  // namespace recordmanager
