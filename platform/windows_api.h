@@ -33,6 +33,9 @@ using UINT_PTR = std::uintptr_t;
 using LPVOID = void*;
 using LPCSTR = const char*;
 using LPSTR = char*;
+using WCHAR = char16_t;
+using LPCWSTR = const WCHAR*;
+using LPWSTR = WCHAR*;
 
 struct HINSTANCE__;
 struct HWND__;
@@ -56,9 +59,16 @@ inline constexpr DWORD ERROR_FILE_NOT_FOUND = 2;
 inline constexpr DWORD ERROR_ACCESS_DENIED = 5;
 inline constexpr DWORD ERROR_INVALID_HANDLE = 6;
 inline constexpr DWORD ERROR_INVALID_PARAMETER = 87;
+inline constexpr DWORD ERROR_INSUFFICIENT_BUFFER = 122;
 inline constexpr DWORD ERROR_MOD_NOT_FOUND = 126;
 inline constexpr DWORD ERROR_PROC_NOT_FOUND = 127;
+inline constexpr DWORD ERROR_BAD_EXE_FORMAT = 193;
 inline constexpr DWORD ERROR_MORE_DATA = 234;
+inline constexpr DWORD ERROR_INVALID_FLAGS = 1004;
+inline constexpr DWORD ERROR_NO_UNICODE_TRANSLATION = 1113;
+inline constexpr DWORD ERROR_INVALID_WINDOW_HANDLE = 1400;
+inline constexpr DWORD ERROR_CANNOT_FIND_WND_CLASS = 1407;
+inline constexpr DWORD ERROR_CONTROL_ID_NOT_FOUND = 1421;
 inline constexpr DWORD ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
 
 DWORD WINAPI GetLastError();
@@ -76,10 +86,16 @@ UINT WINAPI SetErrorMode(UINT mode);
 
 using REGSAM = DWORD;
 using LSTATUS = LONG;
+inline constexpr REGSAM KEY_QUERY_VALUE = 0x0001;
+inline constexpr REGSAM KEY_SET_VALUE = 0x0002;
 inline constexpr REGSAM KEY_READ = 0x20019;
 inline constexpr REGSAM KEY_WRITE = 0x20006;
 inline constexpr DWORD REG_SZ = 1;
+inline constexpr DWORD REG_BINARY = 3;
+inline constexpr DWORD REG_DWORD = 4;
 inline constexpr DWORD REG_OPTION_NON_VOLATILE = 0;
+inline constexpr DWORD REG_CREATED_NEW_KEY = 1;
+inline constexpr DWORD REG_OPENED_EXISTING_KEY = 2;
 
 LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD options, REGSAM access, HKEY* result);
 LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* reserved, DWORD* type,
@@ -111,6 +127,19 @@ int _access(const char* path, int mode);
 BOOL WINAPI OemToCharA(LPCSTR source, LPSTR destination);
 DWORD WINAPI CharUpperBuffA(LPSTR text, DWORD length);
 
+// Code pages 850, 1252 and 65001 (UTF-8) only. Towards the first two, WC_NO_BEST_FIT_CHARS must be
+// asked for: this layer has no table of lookalikes.
+inline constexpr UINT CP_UTF8 = 65001;
+inline constexpr DWORD MB_ERR_INVALID_CHARS = 0x0008;
+inline constexpr DWORD WC_ERR_INVALID_CHARS = 0x0080;
+inline constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x0400;
+
+int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR source, int sourceLength,
+                               LPWSTR destination, int destinationLength);
+int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR source, int sourceLength,
+                               LPSTR destination, int destinationLength, LPCSTR defaultChar,
+                               BOOL* usedDefaultChar);
+
 // --- Windows, message boxes and dialogs
 
 #define MAKEINTRESOURCEA(id) \
@@ -118,6 +147,9 @@ DWORD WINAPI CharUpperBuffA(LPSTR text, DWORD length);
 
 constexpr WORD LOWORD(std::uintptr_t value) { return static_cast<WORD>(value & 0xFFFF); }
 constexpr WORD HIWORD(std::uintptr_t value) { return static_cast<WORD>((value >> 16) & 0xFFFF); }
+constexpr WPARAM MAKEWPARAM(WORD low, WORD high) {
+  return static_cast<WPARAM>(low) | (static_cast<WPARAM>(high) << 16);
+}
 
 inline constexpr UINT MB_OK = 0x0000;
 inline constexpr UINT MB_ICONHAND = 0x0010;
@@ -131,6 +163,18 @@ inline constexpr UINT WM_DESTROY = 0x0002;
 inline constexpr UINT WM_SETTEXT = 0x000C;
 inline constexpr UINT WM_INITDIALOG = 0x0110;
 inline constexpr UINT WM_COMMAND = 0x0111;
+
+inline constexpr DWORD WS_TABSTOP = 0x00010000;
+inline constexpr DWORD WS_DISABLED = 0x08000000;
+inline constexpr DWORD WS_VISIBLE = 0x10000000;
+inline constexpr DWORD BS_DEFPUSHBUTTON = 0x0001;
+inline constexpr DWORD LBS_NOTIFY = 0x0001;
+inline constexpr DWORD LBS_SORT = 0x0002;
+inline constexpr DWORD LBS_USETABSTOPS = 0x0080;
+
+inline constexpr WORD BN_CLICKED = 0;
+inline constexpr WORD LBN_SELCHANGE = 1;
+inline constexpr WORD LBN_DBLCLK = 2;
 
 inline constexpr UINT LB_ADDSTRING = 0x0180;
 inline constexpr UINT LB_SETCURSEL = 0x0186;
@@ -158,7 +202,8 @@ LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM wordParam, LPARA
 }  // extern "C"
 
 // The entry point of the library that this layer is linked into; called when a process loads and
-// frees it.
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
+// frees it. Hidden, so that each of several libraries in a process keeps its own.
+extern "C" [[gnu::visibility("hidden")]] BOOL WINAPI DllMain(HINSTANCE module, DWORD reason,
+                                                             LPVOID reserved);
 
 #endif

@@ -1,0 +1,111 @@
+#include "platform/dialog.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/unsupported.h"
+
+namespace platform {
+
+namespace {
+
+// The dialogs that exist, each opened by the one before it.
+std::vector<Dialog*>& Existing() {
+  static auto& existing = *new std::vector<Dialog*>;
+  return existing;
+}
+
+bool CanBeUsed(const Control* control, ControlKind kind) {
+  return control != nullptr && control->kind == kind && control->IsVisible() &&
+         (control->style & WS_DISABLED) == 0;
+}
+
+}  // namespace
+
+Dialog::Dialog(DialogTemplate form, DLGPROC procedure)
+    : form_(std::move(form)), procedure_(procedure) {
+  Existing().push_back(this);
+}
+
+Dialog::~Dialog() { std::erase(Existing(), this); }
+
+HWND Dialog::Handle() { return reinterpret_cast<HWND>(this); }
+
+INT_PTR Dialog::Run(LPARAM parameter, Screen& screen) {
+  procedure_(Handle(), WM_INITDIALOG, 0, parameter);
+  if (!ended_) {
+    screen.ShowDialog(*this);
+  }
+  if (!ended_) {
+    Unsupported("DialogBoxParamA", "a dialog that its screen leaves open");
+  }
+  procedure_(Handle(), WM_DESTROY, 0, 0);
+  return result_;
+}
+
+void Dialog::End(INT_PTR result) {
+  ended_ = true;
+  result_ = result;
+}
+
+void Dialog::SetTitle(const char* title) { form_.title = title == nullptr ? "" : title; }
+
+Control* Dialog::FindControl(int id) {
+  const auto found = std::find_if(form_.controls.begin(), form_.controls.end(),
+                                  [id](const Control& control) { return control.id == id; });
+  return found == form_.controls.end() ? nullptr : &*found;
+}
+
+void Dialog::Notify(int id, WORD code) {
+  procedure_(Handle(), WM_COMMAND, MAKEWPARAM(static_cast<WORD>(id), code),
+             reinterpret_cast<LPARAM>(FindControl(id)));
+}
+
+bool Dialog::Click(int listId, int index) {
+  Control* control = FindControl(listId);
+  return IsOpen() && CanBeUsed(control, ControlKind::kListBox) && index >= 0 &&
+         control->list.Select(index);
+}
+
+bool Dialog::Select(int listId, int index) {
+  if (!Click(listId, index)) {
+    return false;
+  }
+  if ((FindControl(listId)->style & LBS_NOTIFY) != 0) {
+    Notify(listId, LBN_SELCHANGE);
+  }
+  return true;
+}
+
+bool Dialog::DoubleClick(int listId, int index) {
+  if (!Select(listId, index)) {
+    return false;
+  }
+  if (IsOpen() && (FindControl(listId)->style & LBS_NOTIFY) != 0) {
+    Notify(listId, LBN_DBLCLK);
+  }
+  return true;
+}
+
+bool Dialog::Press(int buttonId) {
+  if (!IsOpen() || !CanBeUsed(FindControl(buttonId), ControlKind::kButton)) {
+    return false;
+  }
+  Notify(buttonId, BN_CLICKED);
+  return true;
+}
+
+void Dialog::Cancel() {
+  if (IsOpen()) {
+    Notify(IDCANCEL, BN_CLICKED);
+  }
+}
+
+Dialog* DialogOf(HWND window) {
+  const std::vector<Dialog*>& existing = Existing();
+  const auto found = std::find_if(existing.begin(), existing.end(),
+                                  [window](Dialog* dialog) { return dialog->Handle() == window; });
+  return found == existing.end() ? nullptr : *found;
+}
+
+}  // namespace platform

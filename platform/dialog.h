@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/dialog_template.h"
+#include "platform/screen.h"
+#include "platform/windows_api.h"
+
+namespace platform {
+
+/// A modal dialog from its template to EndDialog. While it exists, its handle is known to DialogOf.
+class Dialog final : public DialogView {
+ public:
+  Dialog(DialogTemplate form, DLGPROC procedure);
+  ~Dialog() override;
+  Dialog(const Dialog&) = delete;
+  Dialog& operator=(const Dialog&) = delete;
+
+  /// Shows the dialog, unless its initialisation ends it, and returns what it was ended with.
+  INT_PTR Run(LPARAM parameter, Screen& screen);
+
+  void End(INT_PTR result);
+  HWND Handle();
+  void SetTitle(const char* title);
+
+  /// Null when the dialog has no control of that id.
+  Control* FindControl(int id);
+
+  const std::string& Title() const override { return form_.title; }
+  const std::vector<Control>& Controls() const override { return form_.controls; }
+  bool IsOpen() const override { return !ended_; }
+  bool Select(int listId, int index) override;
+  bool DoubleClick(int listId, int index) override;
+  bool Press(int buttonId) override;
+  void Cancel() override;
+
+ private:
+  bool Click(int listId, int index);
+  void Notify(int id, WORD code);
+
+  DialogTemplate form_;
+  DLGPROC procedure_;
+  bool ended_ = false;
+  INT_PTR result_ = 0;
+};
+
+/// Null when the handle is no dialog's that exists.
+Dialog* DialogOf(HWND window);
+
+}  // namespace platform

@@ -1,0 +1,99 @@
+// Dialog boxes and what their procedures do to the controls.
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/dialog.h"
+#include "platform/dialog_template.h"
+#include "platform/resources.h"
+#include "platform/unsupported.h"
+#include "platform/windows_api.h"
+
+namespace {
+
+using platform::Control;
+using platform::ControlKind;
+using platform::Dialog;
+using platform::DialogOf;
+using platform::DialogTemplate;
+
+template <class Result>
+Result Fail(DWORD error, Result result) {
+  SetLastError(error);
+  return result;
+}
+
+/// Null, with the last error set, when there is no such dialog or control.
+Control* FindControl(HWND window, int id) {
+  Dialog* dialog = DialogOf(window);
+  if (dialog == nullptr) {
+    return Fail<Control*>(ERROR_INVALID_WINDOW_HANDLE, nullptr);
+  }
+  Control* control = dialog->FindControl(id);
+  return control != nullptr ? control : Fail<Control*>(ERROR_CONTROL_ID_NOT_FOUND, nullptr);
+}
+
+}  // namespace
+
+INT_PTR WINAPI DialogBoxParamA(HINSTANCE module, LPCSTR templateName, HWND owner, DLGPROC procedure,
+                               LPARAM parameter) {
+  constexpr WORD kDialogResource = 5;  // RT_DIALOG
+  const auto id = reinterpret_cast<std::uintptr_t>(templateName);
+  if (id > 0xFFFF || procedure == nullptr) {
+    platform::Unsupported("DialogBoxParamA",
+                          "a template with a name or a dialog without a procedure");
+  }
+  if (owner != nullptr && DialogOf(owner) == nullptr) {
+    return Fail<INT_PTR>(ERROR_INVALID_WINDOW_HANDLE, 0);
+  }
+  const platform::ResourceBytes bytes =
+      platform::FindResourceOf(module == nullptr ? GetModuleHandleA(nullptr) : module,
+                               kDialogResource, static_cast<WORD>(id));
+  if (bytes.empty()) {
+    return Fail<INT_PTR>(ERROR_RESOURCE_NAME_NOT_FOUND, -1);
+  }
+  std::optional<DialogTemplate> form = platform::ParseDialogTemplate(bytes);
+  if (!form) {
+    return Fail<INT_PTR>(ERROR_CANNOT_FIND_WND_CLASS, -1);
+  }
+  return Dialog(*std::move(form), procedure).Run(parameter, platform::CurrentScreen());
+}
+
+BOOL WINAPI EndDialog(HWND window, INT_PTR result) {
+  Dialog* dialog = DialogOf(window);
+  if (dialog == nullptr) {
+    return Fail<BOOL>(ERROR_INVALID_WINDOW_HANDLE, FALSE);
+  }
+  dialog->End(result);
+  return TRUE;
+}
+
+LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wordParam,
+                                   LPARAM longParam) {
+  Control* control = FindControl(dialog, id);
+  if (control == nullptr) {
+    return 0;
+  }
+  if (message == WM_SETTEXT) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the message carries the text's address as a number
+    return SetDlgItemTextA(dialog, id, reinterpret_cast<LPCSTR>(longParam));
+  }
+  const std::optional<LRESULT> answer = control->kind == ControlKind::kListBox
+                                            ? control->list.Receive(message, wordParam, longParam)
+                                            : std::nullopt;
+  if (!answer) {
+    platform::Unsupported("SendDlgItemMessageA", "message " + std::to_string(message));
+  }
+  return *answer;
+}
+
+BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text) {
+  Control* control = FindControl(dialog, id);
+  if (control == nullptr) {
+    return FALSE;
+  }
+  control->text = text == nullptr ? "" : text;
+  return TRUE;
+}

@@ -1,0 +1,241 @@
+// How does a library that Windows calls NAME.dll become libNAME.so? A module's handle is, as on
+// Windows, the address at which it was mapped.
+#include "platform/libraries.h"
+
+#include <dlfcn.h>
+#include <link.h>
+#include <strings.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/unsupported.h"
+
+namespace {
+
+struct Module {
+  HMODULE handle;
+  std::string path;  // empty for the program itself
+};
+
+struct Library {
+  void* handle;  // dlopen's
+  int useCount;
+};
+
+struct LoadedLibraries {
+  std::mutex mutex;
+  std::map<HMODULE, Library> byModule;
+  std::string extraDirectory;
+};
+
+// Never destroyed: libraries may still free others while the process ends.
+LoadedLibraries& Loaded() {
+  static auto& loaded = *new LoadedLibraries;
+  return loaded;
+}
+
+template <class Result>
+Result Fail(DWORD error, Result result) {
+  SetLastError(error);
+  return result;
+}
+
+std::string BaseName(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+bool EndsWithIgnoringCase(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() &&
+         strcasecmp(text.c_str() + (text.size() - end.size()), end.c_str()) == 0;
+}
+
+/// "dir\NAME.dll" or "dir\NAME" as "dir/libNAME.so"; a name with another extension stays.
+std::string LibraryFile(std::string name) {
+  std::replace(name.begin(), name.end(), '\\', '/');
+  std::string base = BaseName(name);
+  const std::string directory = name.substr(0, name.size() - base.size());
+  if (base.find('.') == std::string::npos) {
+    base += ".dll";
+  }
+  const std::string extension = ".dll";
+  if (!EndsWithIgnoringCase(base, extension)) {
+    return name;
+  }
+  base.resize(base.size() - extension.size());
+  return directory + "lib" + base + ".so";
+}
+
+int AddModule(dl_phdr_info* info, std::size_t /*size*/, void* modules) {
+  const ElfW(Phdr)* headers = info->dlpi_phdr;
+  const ElfW(Phdr)* end = headers + info->dlpi_phnum;
+  const ElfW(Phdr)* first =
+      std::find_if(headers, end, [](const auto& h) { return h.p_type == PT_LOAD; });
+  if (first != end) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the loader tells addresses as numbers
+    auto* base = reinterpret_cast<HMODULE>(info->dlpi_addr + first->p_vaddr);
+    static_cast<std::vector<Module>*>(modules)->push_back({base, info->dlpi_name});
+  }
+  return 0;
+}
+
+/// Everything that is mapped now, the program first.
+std::vector<Module> Modules() {
+  std::vector<Module> modules;
+  dl_iterate_phdr(AddModule, &modules);
+  return modules;
+}
+
+/// The path of the mapped library with this file name; empty when there is none. Windows compares
+/// names alone, too.
+std::string PathOfLoaded(const std::string& file) {
+  for (const Module& module : Modules()) {
+    if (strcasecmp(BaseName(module.path).c_str(), file.c_str()) == 0) {
+      return module.path;
+    }
+  }
+  return {};
+}
+
+HMODULE ModuleOf(void* handle) {
+  link_map* map = nullptr;
+  if (dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0) {
+    return nullptr;
+  }
+  return map->l_prev == nullptr ? GetModuleHandleA(nullptr) : platform::ModuleAt(map->l_ld);
+}
+
+std::string ExtraDirectory() {
+  const std::lock_guard lock(Loaded().mutex);
+  return Loaded().extraDirectory;
+}
+
+std::string ProgramDirectory() {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
+}
+
+/// The path to hand to dlopen. A bare name that lies in none of Windows' places is left to dlopen's
+/// own search.
+std::string Locate(const std::string& file) {
+  if (file.find('/') != std::string::npos) {
+    return file;
+  }
+  if (std::string path = PathOfLoaded(file); !path.empty()) {
+    return path;
+  }
+  for (const std::string& directory : {ProgramDirectory(), ExtraDirectory()}) {
+    std::string path = directory + "/" + file;
+    if (!directory.empty() && access(path.c_str(), F_OK) == 0) {
+      return path;
+    }
+  }
+  return file;
+}
+
+auto FindModule(const std::vector<Module>& modules, HMODULE module) {
+  return std::find_if(modules.begin(), modules.end(),
+                      [module](const Module& known) { return known.handle == module; });
+}
+
+bool IsModule(HMODULE module) {
+  const std::vector<Module> modules = Modules();
+  return FindModule(modules, module) != modules.end();
+}
+
+/// dlopen's handle of a mapped module, to be closed by the caller; null when it is not (or no
+/// longer) mapped.
+void* Reopen(HMODULE module) {
+  const std::vector<Module> modules = Modules();
+  const auto known = FindModule(modules, module);
+  if (known == modules.end()) {
+    return nullptr;
+  }
+  return dlopen(known->path.empty() ? nullptr : known->path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+}
+
+}  // namespace
+
+HMODULE platform::ModuleAt(const void* address) {
+  Dl_info info{};
+  return dladdr(address, &info) == 0 ? nullptr : static_cast<HMODULE>(info.dli_fbase);
+}
+
+HMODULE WINAPI LoadLibraryA(LPCSTR fileName) {
+  if (fileName == nullptr || *fileName == '\0') {
+    return Fail<HMODULE>(ERROR_INVALID_PARAMETER, nullptr);
+  }
+  const std::string path = Locate(LibraryFile(fileName));
+  void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (handle == nullptr) {
+    const bool present = path.find('/') != std::string::npos && access(path.c_str(), F_OK) == 0;
+    return Fail<HMODULE>(present ? ERROR_BAD_EXE_FORMAT : ERROR_MOD_NOT_FOUND, nullptr);
+  }
+  HMODULE module = ModuleOf(handle);
+  const std::lock_guard lock(Loaded().mutex);
+  ++Loaded().byModule.try_emplace(module, Library{handle, 0}).first->second.useCount;
+  return module;
+}
+
+BOOL WINAPI FreeLibrary(HMODULE module) {
+  LoadedLibraries& loaded = Loaded();
+  std::unique_lock lock(loaded.mutex);
+  const auto found = loaded.byModule.find(module);
+  if (found == loaded.byModule.end()) {
+    lock.unlock();
+    // What came with the program cannot be unloaded, and Windows does not call that a failure.
+    return IsModule(module) ? TRUE : Fail<BOOL>(ERROR_MOD_NOT_FOUND, FALSE);
+  }
+  void* handle = found->second.handle;
+  if (--found->second.useCount == 0) {
+    loaded.byModule.erase(found);
+  }
+  lock.unlock();
+  dlclose(handle);
+  return TRUE;
+}
+
+FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
+  if (reinterpret_cast<std::uintptr_t>(name) <= 0xFFFF) {
+    platform::Unsupported("GetProcAddress", "a function's number instead of its name");
+  }
+  HMODULE owner = module == nullptr ? GetModuleHandleA(nullptr) : module;
+  void* handle = Reopen(owner);
+  if (handle == nullptr) {
+    return Fail<FARPROC>(ERROR_MOD_NOT_FOUND, nullptr);
+  }
+  void* address = dlsym(handle, name);
+  dlclose(handle);
+  // dlsym also looks into the libraries that this one needs; Windows does not.
+  if (address == nullptr || platform::ModuleAt(address) != owner) {
+    return Fail<FARPROC>(ERROR_PROC_NOT_FOUND, nullptr);
+  }
+  return reinterpret_cast<FARPROC>(address);
+}
+
+HMODULE WINAPI GetModuleHandleA(LPCSTR fileName) {
+  if (fileName == nullptr) {
+    return Modules().front().handle;
+  }
+  const std::string file = LibraryFile(fileName);
+  const std::string path = file.find('/') == std::string::npos ? PathOfLoaded(file) : file;
+  void* handle = path.empty() ? nullptr : dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+  if (handle == nullptr) {
+    return Fail<HMODULE>(ERROR_MOD_NOT_FOUND, nullptr);
+  }
+  HMODULE module = ModuleOf(handle);
+  dlclose(handle);
+  return module;
+}
+
+BOOL WINAPI SetDllDirectoryA(LPCSTR directory) {
+  std::string path = directory == nullptr ? "" : directory;
+  std::replace(path.begin(), path.end(), '\\', '/');
+  const std::lock_guard lock(Loaded().mutex);
+  Loaded().extraDirectory = std::move(path);
+  return TRUE;
+}

@@ -1,0 +1,30 @@
+// From one code page to another, by the C library's converter.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+// Encodings, as iconv_open names them.
+inline constexpr auto kAnsi = "CP1252";
+inline constexpr auto kOem = "CP850";
+inline constexpr auto kUtf8 = "UTF-8";
+
+struct WideText {
+  std::u16string text;
+  bool broken;  // something in the input was no character; U+FFFD stands in its place
+};
+
+struct NarrowText {
+  std::string text;
+  bool substituted;  // some character has no counterpart in the encoding; the substitute stands in
+                     // its place
+};
+
+/// The five bytes that Windows-1252 leaves free stand for the control characters of the same
+/// numbers, in both directions, as Windows has it.
+WideText ToUtf16(const char* encoding, std::string_view bytes);
+NarrowText FromUtf16(const char* encoding, std::u16string_view text, std::string_view substitute);
+
+}  // namespace platform

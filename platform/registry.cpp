@@ -1,0 +1,247 @@
+// The registry: a registration text file that is read anew at every question, so that a change by
+// hand or by another process counts at once. An open key is only the path that it was opened by.
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <system_error>
+
+#include <unistd.h>
+
+#include "platform/registry_file.h"
+#include "platform/unsupported.h"
+#include "platform/windows_api.h"
+
+namespace {
+
+using platform::RegistryFile;
+using platform::RegistryValue;
+
+struct OpenKey {
+  std::string path;
+  REGSAM access;
+};
+
+struct OpenKeys {
+  std::mutex mutex;
+  std::uintptr_t lastNumber = 0;
+  std::map<HKEY, OpenKey> byHandle;
+};
+
+// Never destroyed: libraries may still close keys while the process ends.
+OpenKeys& Keys() {
+  static auto& keys = *new OpenKeys;
+  return keys;
+}
+
+constexpr LSTATUS Status(DWORD error) { return static_cast<LSTATUS>(error); }
+
+std::optional<OpenKey> Look(HKEY key) {
+  if (key == HKEY_LOCAL_MACHINE) {
+    return OpenKey{"HKEY_LOCAL_MACHINE", KEY_READ | KEY_WRITE};
+  }
+  OpenKeys& keys = Keys();
+  const std::lock_guard lock(keys.mutex);
+  const auto found = keys.byHandle.find(key);
+  return found == keys.byHandle.end() ? std::nullopt : std::optional(found->second);
+}
+
+HKEY NewHandle(OpenKey key) {
+  OpenKeys& keys = Keys();
+  const std::lock_guard lock(keys.mutex);
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is a number that looks like a pointer
+  auto* handle = reinterpret_cast<HKEY>(keys.lastNumber += 4);
+  keys.byHandle.emplace(handle, std::move(key));
+  return handle;
+}
+
+/// An empty text when the environment does not say it.
+std::string Environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+std::filesystem::path FilePath() {
+  if (const std::string path = Environment("QLX99_REGISTRY"); !path.empty()) {
+    return path;
+  }
+  const std::string settings = Environment("XDG_CONFIG_HOME");
+  const std::filesystem::path directory =
+      settings.empty() ? std::filesystem::path(Environment("HOME")) / ".config"
+                       : std::filesystem::path(settings);
+  return directory / "qlx99" / "registry.reg";
+}
+
+/// A file that cannot be read is a registry without keys.
+RegistryFile Read() {
+  std::ifstream file(FilePath(), std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return RegistryFile::Parse(text);
+}
+
+/// Replaces the file in one step, so that readers see the old or the new one whole.
+LSTATUS Write(const RegistryFile& registry) {
+  const std::filesystem::path path = FilePath();
+  std::error_code error;
+  if (path.has_parent_path()) {
+    std::filesystem::create_directories(path.parent_path(), error);
+  }
+  const std::string draft = path.string() + "." + std::to_string(getpid());
+  std::ofstream file(draft, std::ios::binary | std::ios::trunc);
+  file << registry.Format();
+  file.close();
+  if (file) {
+    std::filesystem::rename(draft, path, error);
+  }
+  if (!file || error) {
+    std::filesystem::remove(draft, error);
+    return Status(ERROR_ACCESS_DENIED);
+  }
+  return ERROR_SUCCESS;
+}
+
+std::string Below(const std::string& path, LPCSTR subKey) {
+  std::string below = subKey == nullptr ? "" : subKey;
+  while (below.ends_with('\\')) {
+    below.pop_back();
+  }
+  return below.empty() ? path : path + '\\' + below;
+}
+
+std::string Text(LPCSTR text) { return text == nullptr ? "" : text; }
+
+/// Hands over a value's bytes as all of Windows' queries do; see RegQueryValueExA.
+LSTATUS Deliver(const RegistryValue& value, DWORD* type, BYTE* data, DWORD* size) {
+  if (type != nullptr) {
+    *type = value.type;
+  }
+  if (size == nullptr) {
+    return ERROR_SUCCESS;
+  }
+  const DWORD room = *size;
+  *size = static_cast<DWORD>(value.bytes.size());
+  if (data == nullptr) {
+    return ERROR_SUCCESS;
+  }
+  if (room < *size) {
+    return Status(ERROR_MORE_DATA);
+  }
+  std::memcpy(data, value.bytes.data(), value.bytes.size());
+  return ERROR_SUCCESS;
+}
+
+}  // namespace
+
+LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD /*options*/, REGSAM access,
+                             HKEY* result) {
+  if (result == nullptr) {
+    return Status(ERROR_INVALID_PARAMETER);
+  }
+  const std::optional<OpenKey> parent = Look(key);
+  if (!parent) {
+    return Status(ERROR_INVALID_HANDLE);
+  }
+  const std::string path = Below(parent->path, subKey);
+  if (path != "HKEY_LOCAL_MACHINE" && !Read().Has(path)) {
+    *result = nullptr;
+    return Status(ERROR_FILE_NOT_FOUND);
+  }
+  *result = NewHandle({path, access});
+  return ERROR_SUCCESS;
+}
+
+LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* reserved, DWORD* type,
+                                BYTE* data, DWORD* size) {
+  if (reserved != nullptr || (data != nullptr && size == nullptr)) {
+    return Status(ERROR_INVALID_PARAMETER);
+  }
+  const std::optional<OpenKey> open = Look(key);
+  if (!open) {
+    return Status(ERROR_INVALID_HANDLE);
+  }
+  if ((open->access & KEY_QUERY_VALUE) == 0) {
+    return Status(ERROR_ACCESS_DENIED);
+  }
+  const RegistryFile registry = Read();
+  const RegistryValue* value = registry.Find(open->path, Text(valueName));
+  return value == nullptr ? Status(ERROR_FILE_NOT_FOUND) : Deliver(*value, type, data, size);
+}
+
+LSTATUS WINAPI RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD /*reserved*/, LPSTR /*keyClass*/,
+                               DWORD options, REGSAM access, void* security, HKEY* result,
+                               DWORD* disposition) {
+  if (options != REG_OPTION_NON_VOLATILE || security != nullptr) {
+    platform::Unsupported("RegCreateKeyExA", "a key with options or a security descriptor");
+  }
+  if (subKey == nullptr || result == nullptr) {
+    return Status(ERROR_INVALID_PARAMETER);
+  }
+  const std::optional<OpenKey> parent = Look(key);
+  if (!parent) {
+    return Status(ERROR_INVALID_HANDLE);
+  }
+  const std::string path = Below(parent->path, subKey);
+  RegistryFile registry = Read();
+  const bool present = registry.Has(path);
+  if (!present) {
+    registry.CreateKey(path);
+    if (const LSTATUS status = Write(registry); status != ERROR_SUCCESS) {
+      return status;
+    }
+  }
+  if (disposition != nullptr) {
+    *disposition = present ? REG_OPENED_EXISTING_KEY : REG_CREATED_NEW_KEY;
+  }
+  *result = NewHandle({path, access});
+  return ERROR_SUCCESS;
+}
+
+LSTATUS WINAPI RegSetValueExA(HKEY key, LPCSTR valueName, DWORD /*reserved*/, DWORD type,
+                              const BYTE* data, DWORD size) {
+  const std::optional<OpenKey> open = Look(key);
+  if (!open) {
+    return Status(ERROR_INVALID_HANDLE);
+  }
+  if ((open->access & KEY_SET_VALUE) == 0) {
+    return Status(ERROR_ACCESS_DENIED);
+  }
+  if (data == nullptr && size != 0) {
+    return Status(ERROR_INVALID_PARAMETER);
+  }
+  std::string bytes;
+  if (size != 0) {
+    bytes.assign(reinterpret_cast<const char*>(data), size);
+  }
+  RegistryFile registry = Read();
+  registry.Set(open->path, {Text(valueName), type, bytes});
+  return Write(registry);
+}
+
+LSTATUS WINAPI RegDeleteValueA(HKEY key, LPCSTR valueName) {
+  const std::optional<OpenKey> open = Look(key);
+  if (!open) {
+    return Status(ERROR_INVALID_HANDLE);
+  }
+  if ((open->access & KEY_SET_VALUE) == 0) {
+    return Status(ERROR_ACCESS_DENIED);
+  }
+  RegistryFile registry = Read();
+  if (!registry.Remove(open->path, Text(valueName))) {
+    return Status(ERROR_FILE_NOT_FOUND);
+  }
+  return Write(registry);
+}
+
+LSTATUS WINAPI RegCloseKey(HKEY key) {
+  if (key == HKEY_LOCAL_MACHINE) {
+    return ERROR_SUCCESS;
+  }
+  OpenKeys& keys = Keys();
+  const std::lock_guard lock(keys.mutex);
+  return keys.byHandle.erase(key) == 1 ? ERROR_SUCCESS : Status(ERROR_INVALID_HANDLE);
+}
