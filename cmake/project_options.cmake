@@ -14,7 +14,7 @@ endif()
 if(WIN32)
   target_compile_definitions(project_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   # The word processor's folder must not have to hold a compiler's runtime, and equal sources make equal files.
-  target_link_options(project_options INTERFACE -static -Wl,--no-insert-timestamp)
+  target_link_options(project_options INTERFACE -static -s -Wl,--no-insert-timestamp)
 elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # A library whose symbols are "unique" is never unloaded, but macros' hosts load and free it again.
   target_compile_options(project_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-gnu-unique>)

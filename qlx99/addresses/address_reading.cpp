@@ -9,6 +9,7 @@
 #include "caseparties/case_party_file.h"
 #include "cases/case_file.h"
 #include "frame/arguments.h"
+#include "frame/bytes.h"
 #include "frame/call_gate.h"
 #include "frame/exports.h"
 
@@ -61,7 +62,7 @@ struct PartyTexts {
 
 template <std::size_t size>
 void Keep(std::string_view stored, std::array<char, size>& text) {
-  stored.copy(text.data(), size);
+  CopyBytes(stored, text.data(), size);
 }
 
 // The party of the case that is this address under the requested link number.

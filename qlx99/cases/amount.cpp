@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "frame/bytes.h"
+
 namespace qlx99 {
 namespace {
 
@@ -16,10 +18,10 @@ constexpr std::size_t kDecimals = 2;
 void AppendGrouped(std::string_view digits, ResultRecord& dest) {
   const std::size_t groups = std::min((digits.size() - 1) / kGroup, kMaxGroups);
   std::size_t at = digits.size() - groups * kGroup;
-  dest.Append(digits.substr(0, at));
+  dest.Append(Part(digits, 0, at));
   for (; at < digits.size(); at += kGroup) {
     dest.Append(".");
-    dest.Append(digits.substr(at, kGroup));
+    dest.Append(Part(digits, at, kGroup));
   }
 }
 
@@ -38,9 +40,9 @@ void FormatAmount(double amount, ResultRecord& dest) {
     text.remove_prefix(1);
   }
   // What stands before the decimals depends on the locale that the word processor has set.
-  AppendGrouped(text.substr(0, text.find_first_not_of("0123456789")), dest);
+  AppendGrouped(Part(text, 0, text.find_first_not_of("0123456789")), dest);
   dest.Append(",");
-  dest.AddVerbatim(text.substr(text.size() - kDecimals));
+  dest.AddVerbatim(Part(text, text.size() - kDecimals, kDecimals));
 }
 
 }  // namespace qlx99

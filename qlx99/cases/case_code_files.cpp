@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "frame/bytes.h"
 #include "platform/windows_api.h"
 #include "store/record_file.h"
 
@@ -12,7 +13,7 @@ namespace {
 void AddMark(std::string_view mark, ResultRecord& dest) {
   std::array<char, ArchiveRecord::mark.width + 1> oem{};
   std::array<char, oem.size()> ansi{};
-  mark.copy(oem.data(), ArchiveRecord::mark.width);
+  CopyBytes(mark, oem.data(), ArchiveRecord::mark.width);
   OemToCharA(oem.data(), ansi.data());
   dest.AddField({ansi.data(), ArchiveRecord::mark.width});
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frame/arguments.h"
+#include "frame/bytes.h"
 
 namespace qlx99 {
 namespace {
@@ -12,7 +13,7 @@ constexpr std::size_t kCaseNumberLength = 8;
 }  // namespace
 
 CaseNumberKey::CaseNumberKey(const char* caseNumber) {
-  BoundedText(caseNumber, kCaseNumberLength).copy(bytes_.data(), kCaseNumberLength);
+  CopyBytes(BoundedText(caseNumber, kCaseNumberLength), bytes_.data(), kCaseNumberLength);
   std::fill(bytes_.begin() + kCaseNumberLength, bytes_.end() - 1, ' ');
 }
 

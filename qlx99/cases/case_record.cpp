@@ -7,6 +7,7 @@
 #include "cases/case_code_files.h"
 #include "cases/case_file.h"
 #include "frame/arguments.h"
+#include "frame/bytes.h"
 #include "frame/call_gate.h"
 #include "frame/exports.h"
 #include "users/user_file.h"
@@ -50,7 +51,7 @@ bool ReadCase(const DataRoot& dataRoot, const char* caseNumber, ResultRecord& de
   if (!cases.IsOpen()) return false;
   if (FindCase(cases, CaseNumberKey(caseNumber))) {
     const auto& found = cases.Current();
-    found[CaseRecord::currency].copy(lastCase.currency.data(), CaseRecord::currency.width);
+    CopyBytes(found[CaseRecord::currency], lastCase.currency.data(), CaseRecord::currency.width);
     ComposeCase(dataRoot, found, dest);
   }
   return true;

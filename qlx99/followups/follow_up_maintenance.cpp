@@ -4,6 +4,7 @@
 #include "cases/case_file.h"
 #include "followups/follow_up_file.h"
 #include "frame/arguments.h"
+#include "frame/bytes.h"
 #include "frame/call_gate.h"
 #include "frame/exports.h"
 #include "store/dates.h"
@@ -50,8 +51,8 @@ struct Date {
 
 // The separators are not looked at.
 Date TakeDate(std::string_view date) {
-  return {LeadingNumber(date.substr(0, 2)), LeadingNumber(date.substr(3, 2)),
-          LeadingNumber(date.substr(6, 4))};
+  return {LeadingNumber(Part(date, 0, 2)), LeadingNumber(Part(date, 3, 2)),
+          LeadingNumber(Part(date, 6, 4))};
 }
 
 // There is no lower bound, and no check whether the month has that day.

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "frame/arguments.h"
+#include "frame/bytes.h"
 #include "frame/delegated_calls.h"
 #include "frame/registry.h"
 
@@ -23,7 +24,7 @@ const Attachment& CurrentAttachment() { return attachment; }
 
 InstallKind InstallKindOf(std::string_view programName) {
   std::array<char, kProgramName.size> upper{};
-  const std::size_t length = programName.copy(upper.data(), upper.size());
+  const std::size_t length = CopyBytes(programName, upper.data(), upper.size());
   CharUpperBuffA(upper.data(), static_cast<DWORD>(length));
   const bool delegated =
       std::string_view(upper.data(), length).find("TELQ32") != std::string_view::npos;

@@ -12,10 +12,7 @@ struct LoginAnswer {
 LoginAnswer loginAnswer;
 
 // Registered under the same name by all processes of the office, which so agree on its number.
-UINT LoginMaskMessage() {
-  static const UINT message = RegisterWindowMessageA("WM_KRV_LOGINMASK");
-  return message;
-}
+UINT LoginMaskMessage() { return RegisterWindowMessageA("WM_KRV_LOGINMASK"); }
 
 }  // namespace
 

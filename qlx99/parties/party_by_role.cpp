@@ -4,6 +4,7 @@
 
 #include "cases/case_file.h"
 #include "frame/arguments.h"
+#include "frame/bytes.h"
 #include "frame/call_gate.h"
 #include "frame/exports.h"
 #include "parties/party_reference.h"
@@ -51,7 +52,7 @@ PartiesInRole CollectPartiesByRole(const Role& role, const char* caseNumber) {
 
 // Copies the text and its terminator.
 void CopyText(std::string_view text, char* result) {
-  text.copy(result, text.size());
+  CopyBytes(text, result, text.size());
   result[text.size()] = '\0';
 }
 

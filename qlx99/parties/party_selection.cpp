@@ -2,6 +2,7 @@
 
 #include "addresses/address_files.h"
 #include "frame/attach.h"
+#include "frame/bytes.h"
 #include "resources/resource.h"
 
 namespace qlx99 {
@@ -68,7 +69,7 @@ ListLine LineOf(SelectionFiles& files, const Record<CasePartyRecord>& party, boo
     const auto& contact = files.contacts.Current();
     line.Append(TrimBlanks(contact[ContactPersonRecord::firstName]));
     line.Append("\t ");
-    line.Append(TrimBlanks(contact[ContactPersonRecord::name].substr(0, kNameShown)));
+    line.Append(TrimBlanks(Part(contact[ContactPersonRecord::name], 0, kNameShown)));
   }
   return line;
 }

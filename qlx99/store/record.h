@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "frame/bytes.h"
 #include "store/record_layout.h"
 
 namespace qlx99 {
@@ -34,7 +35,7 @@ struct Record {
   void Set(const TextField& field, std::string_view text) {
     char* const begin = bytes.data() + field.offset;
     std::fill_n(begin, field.width, ' ');
-    text.copy(begin, field.width);
+    CopyBytes(text, begin, field.width);
   }
 
  private:

@@ -12,6 +12,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "frame/bytes.h"
 #include "frame/registry.h"
 #include "store/record.h"
 #include "store/record_manager.h"
@@ -38,7 +39,7 @@ class RecordCursor {
   }
   int GetEqual(const Key& key, std::string_view keyBytes) {
     keyBuffer_ = {};
-    keyBytes.copy(keyBuffer_.data(), keyBuffer_.size());
+    CopyBytes(keyBytes, keyBuffer_.data(), keyBuffer_.size());
     return Read(btrieve::kGetEqual, key);
   }
   int GetFirst(const Key& key) { return Read(btrieve::kGetFirst, key); }
@@ -88,7 +89,7 @@ class RecordCursor {
 
   int Call(WORD operation, const Key& key, Record<Layout>& record) {
     std::uint16_t length = Layout::file.length;
-    return RecordCall(operation, positionBlock_, nullptr, record.bytes.data(), &length,
+    return RecordCall(operation, positionBlock_, nullptr, record.bytes.data(), length,
                       keyBuffer_.data(), key.number, ClientId{});
   }
 

@@ -24,7 +24,7 @@ RecordManager recordManager;
 struct CallArguments {
   PositionBlock& positionBlock;
   void* dataBuffer;
-  std::uint16_t* dataLength;
+  std::uint16_t& dataLength;
   void* keyBuffer;
   std::int16_t keyNumber;
   const ClientId& clientId;
@@ -57,7 +57,7 @@ int CallOnce(WORD operation, const CallArguments& arguments) {
   constexpr auto kKeyLength = static_cast<BYTE>(btrieve::kMaxKeyLength);
   const auto keyNumber = static_cast<char>(arguments.keyNumber);
   const bool plain = arguments.clientId == ClientId{};
-  ULONG length = *arguments.dataLength;
+  ULONG length = arguments.dataLength;
   ClientId clientId = arguments.clientId;
   const short status =
       plain ? recordManager.btrCall(operation, arguments.positionBlock.data(), arguments.dataBuffer,
@@ -65,7 +65,7 @@ int CallOnce(WORD operation, const CallArguments& arguments) {
             : recordManager.btrCallId(operation, arguments.positionBlock.data(),
                                       arguments.dataBuffer, &length, arguments.keyBuffer,
                                       kKeyLength, keyNumber, clientId.data());
-  *arguments.dataLength = static_cast<std::uint16_t>(length);
+  arguments.dataLength = static_cast<std::uint16_t>(length);
   return status;
 }
 
@@ -95,7 +95,7 @@ int Open(PositionBlock& positionBlock, const char* filePath, const ClientId& cli
   char ownerName = '\0';
   std::uint16_t ownerNameLength = 1;
   return CallWithRetries(btrieve::kOpen,
-                         {positionBlock, &ownerName, &ownerNameLength, path.data(), 0, clientId});
+                         {positionBlock, &ownerName, ownerNameLength, path.data(), 0, clientId});
 }
 
 // Deletes the record that has this key: it has to be the current one first.
@@ -125,7 +125,7 @@ bool EnsureRecordManager() {
 }
 
 int RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePath, void* dataBuffer,
-               std::uint16_t* dataLength, void* keyBuffer, std::int16_t keyNumber,
+               std::uint16_t& dataLength, void* keyBuffer, std::int16_t keyNumber,
                const ClientId& clientId) {
   const CallArguments arguments{positionBlock, dataBuffer, dataLength,
                                 keyBuffer,     keyNumber,  clientId};
@@ -138,7 +138,8 @@ int RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePat
 int OpenRecordFile(const char* fileName, PositionBlock& positionBlock, const DataRoot& dataRoot) {
   std::array<char, btrieve::kMaxKeyLength + 1> path{};
   std::snprintf(path.data(), path.size(), "%s\\%s", dataRoot.data(), fileName);
-  const int status = RecordCall(btrieve::kOpen, positionBlock, path.data(), nullptr, nullptr,
+  std::uint16_t noData = 0;
+  const int status = RecordCall(btrieve::kOpen, positionBlock, path.data(), nullptr, noData,
                                 nullptr, 0, ClientId{});
   if (status != btrieve::kSuccess) ShowMessage(kFileNotOpened, fileName);
   return status;
@@ -148,7 +149,7 @@ void CloseRecordFile(const char* fileName, PositionBlock& positionBlock) {
   // Close has no use for data or key, but a record manager may look where it is told that they are.
   std::array<char, btrieve::kMaxKeyLength> unused{};
   std::uint16_t noData = 0;
-  const int status = RecordCall(btrieve::kClose, positionBlock, nullptr, unused.data(), &noData,
+  const int status = RecordCall(btrieve::kClose, positionBlock, nullptr, unused.data(), noData,
                                 unused.data(), 0, ClientId{});
   if (status != btrieve::kSuccess) ShowMessage(kFileNotClosed, fileName);
 }

@@ -36,7 +36,7 @@ bool EnsureRecordManager();
 // btrieve::kMaxKeyLength bytes. Returns the record manager's status; an operation that this library
 // does not use sends nothing and gives "invalid operation".
 int RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePath, void* dataBuffer,
-               std::uint16_t* dataLength, void* keyBuffer, std::int16_t keyNumber,
+               std::uint16_t& dataLength, void* keyBuffer, std::int16_t keyNumber,
                const ClientId& clientId);
 
 // Opens the file in the data directory and shows a message when that fails. Returns the record

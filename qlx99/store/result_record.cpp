@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 
+#include "frame/bytes.h"
 #include "frame/messages.h"
 #include "store/dates.h"
 
@@ -21,14 +22,13 @@ std::size_t EndField(char* dest, std::size_t width) {
 }
 
 std::string_view TrimBlanks(std::string_view text) {
-  const std::size_t last = text.find_last_not_of(' ');
-  return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
+  return Part(text, 0, text.find_last_not_of(' ') + 1);  // no such byte: -1 + 1
 }
 
 void ResultRecord::AddField(std::string_view stored) {
   if (size_ + stored.size() + 1 > kScratchSize) return;
   char* const dest = bytes_.data() + size_;
-  stored.copy(dest, stored.size());
+  CopyBytes(stored, dest, stored.size());
   size_ += EndField(dest, stored.size());
 }
 
@@ -65,7 +65,7 @@ std::int32_t HandOver(const ResultRecord& record, char* buffer, HandOverForm for
     return 0;
   }
   if (buffer == nullptr) return 0;
-  text.copy(buffer, text.size());
+  CopyBytes(text, buffer, text.size());
   if (form == HandOverForm::kWithEndMark) {
     std::copy(kEndMark.begin(), kEndMark.end(), buffer + text.size());
   }

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "frame/bytes.h"
+
 namespace qlx99 {
 
 template <std::size_t capacity>
@@ -15,7 +17,7 @@ class TextBuffer {
  public:
   // What does not fit any more is left out.
   void Append(std::string_view bytes) {
-    size_ += bytes.copy(bytes_.data() + size_, capacity - size_);
+    size_ += CopyBytes(bytes, bytes_.data() + size_, capacity - size_);
   }
 
   // Signed decimal.
