@@ -1,0 +1,58 @@
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <csignal>
+#include <filesystem>
+
+#include <utility>
+
+#include "host.h"
+
+extern "C" btrieve::BtrCall BTRCALL;
+extern "C" btrieve::BtrCallId BTRCALLID;
+
+namespace recordmanager_tests::host {
+
+btrieve::BtrCall* EntryPoint() { return &BTRCALL; }
+
+btrieve::BtrCallId* EntryPointWithClient() { return &BTRCALLID; }
+
+std::string ProgramFolder() {
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path();
+}
+
+Worker::Worker(const std::vector<std::string>& arguments) {
+  std::string program = ProgramFolder() + "/record_manager_worker";
+  std::vector<std::string> texts = arguments;
+  std::vector<char*> argv{program.data()};
+  for (std::string& text : texts) {
+    argv.push_back(text.data());
+  }
+  argv.push_back(nullptr);
+  pid_t pid = 0;
+  if (posix_spawn(&pid, program.c_str(), nullptr, nullptr, argv.data(), environ) == 0) {
+    process_ = pid;
+  }
+}
+
+Worker::Worker(Worker&& other) noexcept : process_(std::exchange(other.process_, 0)) {}
+
+Worker::~Worker() { Kill(); }
+
+int Worker::Wait() {
+  int state = -1;
+  const auto pid = static_cast<pid_t>(std::exchange(process_, 0));
+  if (pid == 0 || waitpid(pid, &state, 0) != pid || !WIFEXITED(state)) {
+    return -1;
+  }
+  return WEXITSTATUS(state);
+}
+
+void Worker::Kill() {
+  if (process_ != 0) {
+    kill(static_cast<pid_t>(process_), SIGKILL);
+    Wait();
+  }
+}
+
+}  // namespace recordmanager_tests::host

@@ -1,0 +1,69 @@
+#include <bit>
+#include <utility>
+
+#include "host.h"
+
+namespace recordmanager_tests::host {
+namespace {
+
+template <typename Function>
+Function* Resolve(const char* name) {
+  static const HMODULE library = LoadLibraryA("atbtrv32.dll");
+  return std::bit_cast<Function*>(GetProcAddress(library, name));
+}
+
+HANDLE ToHandle(std::intptr_t process) { return std::bit_cast<HANDLE>(process); }
+
+}  // namespace
+
+btrieve::BtrCall* EntryPoint() { return Resolve<btrieve::BtrCall>(btrieve::kBtrCallName); }
+
+btrieve::BtrCallId* EntryPointWithClient() {
+  return Resolve<btrieve::BtrCallId>(btrieve::kBtrCallIdName);
+}
+
+std::string ProgramFolder() {
+  std::string path(MAX_PATH, '\0');
+  path.resize(GetModuleFileNameA(nullptr, path.data(), MAX_PATH));
+  return path.substr(0, path.rfind('\\'));
+}
+
+Worker::Worker(const std::vector<std::string>& arguments) {
+  std::string command = '"' + ProgramFolder() + "\\record_manager_worker.exe\"";
+  for (const std::string& argument : arguments) {
+    command += " \"" + argument + '"';
+  }
+  STARTUPINFOA startup{};
+  startup.cb = sizeof(startup);
+  PROCESS_INFORMATION started{};
+  if (CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                     &startup, &started) != 0) {
+    CloseHandle(started.hThread);
+    process_ = std::bit_cast<std::intptr_t>(started.hProcess);
+  }
+}
+
+Worker::Worker(Worker&& other) noexcept : process_(std::exchange(other.process_, 0)) {}
+
+Worker::~Worker() { Kill(); }
+
+int Worker::Wait() {
+  if (process_ == 0) {
+    return -1;
+  }
+  const HANDLE handle = ToHandle(std::exchange(process_, 0));
+  DWORD code = 0;
+  WaitForSingleObject(handle, INFINITE);
+  GetExitCodeProcess(handle, &code);
+  CloseHandle(handle);
+  return static_cast<int>(code);
+}
+
+void Worker::Kill() {
+  if (process_ != 0) {
+    TerminateProcess(ToHandle(process_), 255);
+    Wait();
+  }
+}
+
+}  // namespace recordmanager_tests::host
