@@ -27,7 +27,7 @@ TextOrNumber TakeTextOrNumber(ByteReader& reader) {
     return {"", reader.U16()};
   }
   const std::u16string wide = static_cast<char16_t>(first) + reader.WideText();
-  return {FromUtf16(kAnsi, wide, "?").text, 0};
+  return {FromUtf16(Encoding::kAnsi, wide, "?").text, 0};
 }
 
 struct ControlClass {

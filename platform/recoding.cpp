@@ -14,7 +14,20 @@ namespace platform {
 
 namespace {
 
+// As iconv_open names them.
 constexpr auto kUtf16 = "UTF-16LE";
+
+const char* NameOf(Encoding encoding) {
+  switch (encoding) {
+    case Encoding::kAnsi:
+      return "CP1252";
+    case Encoding::kOem:
+      return "CP850";
+    case Encoding::kUtf8:
+      return "UTF-8";
+  }
+  return "";
+}
 
 class Converter {
  public:
@@ -92,11 +105,11 @@ bool IsFreeInAnsi(char16_t unit) {
 
 }  // namespace
 
-WideText ToUtf16(const char* encoding, std::string_view bytes) {
+WideText ToUtf16(Encoding encoding, std::string_view bytes) {
   constexpr char16_t kReplacement = 0xFFFD;
   bool broken = false;
-  const std::string wide = Recode(kUtf16, encoding, bytes, [&](std::string_view& rest) {
-    if (encoding == kUtf8) {
+  const std::string wide = Recode(kUtf16, NameOf(encoding), bytes, [&](std::string_view& rest) {
+    if (encoding == Encoding::kUtf8) {
       broken = true;
       SkipBrokenSequence(rest);
       return Bytes(kReplacement);
@@ -110,13 +123,13 @@ WideText ToUtf16(const char* encoding, std::string_view bytes) {
   return {text, broken};
 }
 
-NarrowText FromUtf16(const char* encoding, std::u16string_view text, std::string_view substitute) {
+NarrowText FromUtf16(Encoding encoding, std::u16string_view text, std::string_view substitute) {
   bool substituted = false;
   const std::string_view bytes(reinterpret_cast<const char*>(text.data()),
                                text.size() * sizeof(char16_t));
-  std::string narrow = Recode(encoding, kUtf16, bytes, [&](std::string_view& rest) {
+  std::string narrow = Recode(NameOf(encoding), kUtf16, bytes, [&](std::string_view& rest) {
     const char16_t unit = TakeUnit(rest);
-    if (encoding == kAnsi && IsFreeInAnsi(unit)) {
+    if (encoding == Encoding::kAnsi && IsFreeInAnsi(unit)) {
       return std::string(1, static_cast<char>(unit));
     }
     substituted = true;

@@ -6,10 +6,7 @@
 
 namespace platform {
 
-// Encodings, as iconv_open names them.
-inline constexpr auto kAnsi = "CP1252";
-inline constexpr auto kOem = "CP850";
-inline constexpr auto kUtf8 = "UTF-8";
+enum class Encoding { kAnsi, kOem, kUtf8 };  // Windows-1252, code page 850, UTF-8
 
 struct WideText {
   std::u16string text;
@@ -24,7 +21,7 @@ struct NarrowText {
 
 /// The five bytes that Windows-1252 leaves free stand for the control characters of the same
 /// numbers, in both directions, as Windows has it.
-WideText ToUtf16(const char* encoding, std::string_view bytes);
-NarrowText FromUtf16(const char* encoding, std::u16string_view text, std::string_view substitute);
+WideText ToUtf16(Encoding encoding, std::string_view bytes);
+NarrowText FromUtf16(Encoding encoding, std::u16string_view text, std::string_view substitute);
 
 }  // namespace platform

@@ -47,7 +47,8 @@ std::string TakeLine(std::string_view& text) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     line += Trim(text.substr(0, end));
     text.remove_prefix(std::min(end + 1, text.size()));
-    goesOn = line.ends_with('\\') && line.find("hex") != std::string::npos;
+    goesOn =
+        line.ends_with('\\') && !line.starts_with(';') && line.find("hex") != std::string::npos;
     line.resize(line.size() - (goesOn ? 1 : 0));
   }
   return line;

@@ -20,10 +20,10 @@ namespace {
 std::string Shown(std::string text) {
   const auto isOrder = [](unsigned char c) { return (c < ' ' && c != '\n') || c == 0x7F; };
   std::replace_if(text.begin(), text.end(), isOrder, ' ');
-  std::u16string wide = ToUtf16(kAnsi, text).text;
+  std::u16string wide = ToUtf16(Encoding::kAnsi, text).text;
   const auto isHighOrder = [](char16_t c) { return c >= 0x80 && c < 0xA0; };
   std::replace_if(wide.begin(), wide.end(), isHighOrder, u' ');
-  return FromUtf16(kUtf8, wide, "?").text;
+  return FromUtf16(Encoding::kUtf8, wide, "?").text;
 }
 
 /// The column that a tab leads to. A single stop stands for all its multiples, as in a list box.

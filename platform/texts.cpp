@@ -1,6 +1,7 @@
 // Code pages. All conversions go by way of UTF-16, as on Windows.
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,26 +11,24 @@
 
 namespace {
 
-using platform::kAnsi;
-using platform::kOem;
-using platform::kUtf8;
+using platform::Encoding;
 
 int Fail(DWORD error) {
   SetLastError(error);
   return 0;
 }
 
-/// Null for a code page that this layer does not know.
-const char* EncodingOf(UINT codePage) {
+/// Nothing for a code page that this layer does not know.
+std::optional<Encoding> EncodingOf(UINT codePage) {
   switch (codePage) {
     case CP_UTF8:
-      return kUtf8;
+      return Encoding::kUtf8;
     case 1252:
-      return kAnsi;
+      return Encoding::kAnsi;
     case 850:
-      return kOem;
+      return Encoding::kOem;
     default:
-      return nullptr;
+      return std::nullopt;
   }
 }
 
@@ -84,14 +83,14 @@ constexpr unsigned char UpperInAnsi(unsigned char c) {
 
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR source, int sourceLength,
                                LPWSTR destination, int destinationLength) {
-  const char* encoding = EncodingOf(codePage);
-  if (encoding == nullptr || !AreSound(source, sourceLength, destination, destinationLength)) {
+  const std::optional<Encoding> encoding = EncodingOf(codePage);
+  if (!encoding || !AreSound(source, sourceLength, destination, destinationLength)) {
     return Fail(ERROR_INVALID_PARAMETER);
   }
   if ((flags & ~MB_ERR_INVALID_CHARS) != 0) {
     return Fail(ERROR_INVALID_FLAGS);
   }
-  const platform::WideText wide = platform::ToUtf16(encoding, Input(source, sourceLength));
+  const platform::WideText wide = platform::ToUtf16(*encoding, Input(source, sourceLength));
   if (wide.broken && flags == MB_ERR_INVALID_CHARS) {
     return Fail(ERROR_NO_UNICODE_TRANSLATION);
   }
@@ -101,9 +100,9 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR source, int so
 int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR source, int sourceLength,
                                LPSTR destination, int destinationLength, LPCSTR defaultChar,
                                BOOL* usedDefaultChar) {
-  const char* encoding = EncodingOf(codePage);
-  const bool toUtf8 = encoding == kUtf8;
-  if (encoding == nullptr || !AreSound(source, sourceLength, destination, destinationLength) ||
+  const std::optional<Encoding> encoding = EncodingOf(codePage);
+  const bool toUtf8 = encoding == Encoding::kUtf8;
+  if (!encoding || !AreSound(source, sourceLength, destination, destinationLength) ||
       (toUtf8 && (defaultChar != nullptr || usedDefaultChar != nullptr))) {
     return Fail(ERROR_INVALID_PARAMETER);
   }
@@ -116,7 +115,7 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR source, int s
   }
   const char* substitute = toUtf8 ? "\xEF\xBF\xBD" : "?";
   const platform::NarrowText narrow = platform::FromUtf16(
-      encoding, Input(source, sourceLength), defaultChar != nullptr ? defaultChar : substitute);
+      *encoding, Input(source, sourceLength), defaultChar != nullptr ? defaultChar : substitute);
   if (narrow.substituted && flags == WC_ERR_INVALID_CHARS) {
     return Fail(ERROR_NO_UNICODE_TRANSLATION);
   }
@@ -132,7 +131,8 @@ BOOL WINAPI OemToCharA(LPCSTR source, LPSTR destination) {
   }
   // Converted before anything is written: both may be the same text.
   const std::string ansi =
-      platform::FromUtf16(kAnsi, platform::ToUtf16(kOem, source).text, "?").text;
+      platform::FromUtf16(Encoding::kAnsi, platform::ToUtf16(Encoding::kOem, source).text, "?")
+          .text;
   std::memcpy(destination, ansi.c_str(), ansi.size() + 1);
   return TRUE;
 }

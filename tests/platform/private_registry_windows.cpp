@@ -1,0 +1,4 @@
+#include "private_registry.h"
+
+PrivateRegistry::PrivateRegistry() = default;
+PrivateRegistry::~PrivateRegistry() = default;
