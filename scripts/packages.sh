@@ -1,0 +1,66 @@
+# Sourced by run and test: makes sure that this machine has what they use.
+
+# need COMMAND_OR_FILE PACKAGE: notes the Debian package if the command or file is missing.
+missing_packages=()
+need() {
+  case "$1" in
+    /*) [ -e "$1" ] || missing_packages+=("$2") ;;
+    *) command -v "$1" >/dev/null || missing_packages+=("$2") ;;
+  esac
+}
+
+need_to_build() {
+  need c++ g++
+  need cmake cmake
+  need ninja ninja-build
+  need npm npm # brings SQLite's source
+  need /usr/include/CLI/CLI.hpp libcli11-dev
+  need i686-w64-mingw32-windres binutils-mingw-w64-i686 # compiles the dialogs, for Linux too
+  need /usr/share/mingw-w64/include/winuser.h mingw-w64-common
+}
+
+need_to_test() {
+  need clang++ clang
+  need clang-tidy clang-tidy
+  need clang-format clang-format
+  need /usr/share/doc/libclang-rt-14-dev libclang-rt-14-dev
+  need /usr/include/gmock/gmock.h libgmock-dev
+  need i686-w64-mingw32-g++-posix g++-mingw-w64-i686-posix
+}
+
+# Installs what was noted, as root or through sudo; says what to install where neither can be had.
+install_missing() {
+  [ ${#missing_packages[@]} -gt 0 ] || return 0
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      echo "Please install these Debian packages as root, then try again:" >&2
+      echo "  apt-get install ${missing_packages[*]}" >&2
+      exit 1
+    fi
+    as_root=(sudo)
+  fi
+  echo "Installing ${missing_packages[*]} (once; this takes a minute or two) ..." >&2
+  local log
+  log=$(mktemp)
+  if ! { "${as_root[@]}" apt-get update &&
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+      apt-get install -y --no-install-recommends "${missing_packages[@]}"; } >"$log" 2>&1; then
+    tail -20 "$log" >&2
+    echo "The packages could not be installed; the whole output is in $log." >&2
+    exit 1
+  fi
+  rm -f "$log"
+}
+
+# build PRESET: configures and builds, showing the output only if something fails.
+build() {
+  local log="build/$1.log"
+  mkdir -p build
+  echo "Building (preset $1; the first time takes some minutes) ..." >&2
+  if ! { cmake --preset "$1" && cmake --build --preset "$1"; } >"$log" 2>&1; then
+    grep -E 'error|Error|FAILED|undefined' "$log" | head -40 >&2
+    echo "The build failed; the whole output is in $log." >&2
+    return 1
+  fi
+}
