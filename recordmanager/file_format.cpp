@@ -14,21 +14,19 @@ constexpr std::int64_t kApplicationId = 0x4B524543;
 constexpr std::int64_t kFormatVersion = 1;
 
 std::string SchemaOf(const RecordLayout& layout) {
-  std::string columns;
+  std::string table = "CREATE TABLE record(id INTEGER PRIMARY KEY, version INTEGER NOT NULL";
   std::string indexes;
   for (const Key& key : layout.keys) {
-    const std::string name = "key" + std::to_string(key.Number());
-    columns += ", " + name + " BLOB NOT NULL";
-    indexes += "CREATE UNIQUE INDEX by_" + name + " ON record(" + name + ");";
+    const std::string column = "key" + std::to_string(key.Number());
+    table.append(", ").append(column).append(" BLOB NOT NULL");
+    indexes.append("CREATE UNIQUE INDEX by_").append(column);
+    indexes.append(" ON record(").append(column).append(");");
   }
+  table.append(", data BLOB NOT NULL);");
   return "PRAGMA application_id = " + std::to_string(kApplicationId) +
-         ";"
-         "PRAGMA user_version = " +
-         std::to_string(kFormatVersion) +
-         ";"
-         "CREATE TABLE file(description BLOB NOT NULL, changes INTEGER NOT NULL);"
-         "CREATE TABLE record(id INTEGER PRIMARY KEY, version INTEGER NOT NULL" +
-         columns + ", data BLOB NOT NULL);" + indexes;
+         "; PRAGMA user_version = " + std::to_string(kFormatVersion) +
+         "; CREATE TABLE file(description BLOB NOT NULL, changes INTEGER NOT NULL);" + table +
+         indexes;
 }
 
 int StoreDescription(Connection& connection, const RecordLayout& layout) {
@@ -83,7 +81,7 @@ int SettleOldFile(const std::string& path) {
   if (status == btrieve::kRecordInUse) {
     return btrieve::kFileInUse;
   }
-  return status == btrieve::kPermissionError ? status : int{btrieve::kSuccess};
+  return status == btrieve::kPermissionError ? status : btrieve::kSuccess;
 }
 
 int MoveIntoPlace(const std::string& from, const std::string& to, bool replace) {
@@ -142,7 +140,7 @@ int ReadLayout(Connection& connection, RecordLayout& layout) {
     return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
   }
   status = ParseLayout(statement.Bytes(0), layout);
-  return status == btrieve::kSuccess ? status : int{btrieve::kIoError};
+  return status == btrieve::kSuccess ? status : btrieve::kIoError;
 }
 
 }  // namespace
@@ -175,7 +173,7 @@ int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& 
   if (status == btrieve::kSuccess) {
     status = ReadLayout(connection, layout);
   }
-  return status == btrieve::kRecordInUse ? int{btrieve::kFileInUse} : status;
+  return status == btrieve::kRecordInUse ? btrieve::kFileInUse : status;
 }
 
 }  // namespace recordmanager

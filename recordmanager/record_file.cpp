@@ -109,7 +109,7 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
   }
   const int result = statement->Step();
   if (result != SQLITE_ROW) {
-    return result == SQLITE_DONE ? int{btrieve::kEndOfFile} : StatusOf(result);
+    return result == SQLITE_DONE ? btrieve::kEndOfFile : StatusOf(result);
   }
   const auto data = statement->Bytes(3);
   if (data.size() != layout_.RecordLength()) {
@@ -130,7 +130,7 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
 template <typename Body>
 int RecordFile::Write(Body body) {
   if (inTransaction_) {
-    return connection_.IsInTransaction() ? body() : int{btrieve::kIoError};
+    return connection_.IsInTransaction() ? body() : btrieve::kIoError;
   }
   if (const int status = begin_.Run(); status != btrieve::kSuccess) {
     return status;
@@ -150,7 +150,7 @@ int RecordFile::NextChange(std::int64_t& change) {
   const StatementUse use(nextChange_);
   const int result = nextChange_.Step();
   change = nextChange_.Integer(0);
-  return result == SQLITE_ROW ? int{btrieve::kSuccess} : StatusOf(result);
+  return result == SQLITE_ROW ? btrieve::kSuccess : StatusOf(result);
 }
 
 int RecordFile::NumberRecord(std::span<std::uint8_t> record) {
@@ -242,7 +242,7 @@ int RecordFile::Update(std::span<const std::uint8_t> record, RecordVersion& vers
         continue;
       }
       if (!key.IsModifiable()) {
-        return int{btrieve::kModifiableKey};
+        return btrieve::kModifiableKey;
       }
       entry = key.Make(value, static_cast<std::uint64_t>(change));
       rekeyed = true;
@@ -289,7 +289,7 @@ int RecordFile::Commit() {
   if (!inTransaction_) {
     return btrieve::kSuccess;
   }
-  const int status = connection_.IsInTransaction() ? commit_.Run() : int{btrieve::kIoError};
+  const int status = connection_.IsInTransaction() ? commit_.Run() : btrieve::kIoError;
   if (status == btrieve::kSuccess) {
     inTransaction_ = false;
   } else {
