@@ -67,26 +67,35 @@ std::string UnusedNameBeside(const std::string& path) {
   return path + '-' + std::to_string(number);
 }
 
-// A log left beside the old file would be played into the new one. Leaving WAL mode folds it in,
-// and fails while anybody else has the file open.
-int SettleOldFile(const std::string& path) {
-  if (InspectFile(path).kind == FileKind::kMissing) {
-    return btrieve::kSuccess;
+// A log left beside the new file's name would be played into it. If there is a database of that
+// name, leaving WAL mode folds the log in, and fails while anybody else has the file open;
+// otherwise the log is an orphan.
+int ClearLogs(const std::string& path) {
+  int status = btrieve::kNotARecordFile;
+  if (InspectFile(path).kind == FileKind::kFile) {
+    Connection connection;
+    status = connection.Open(path, Connection::Way::kExisting);
+    if (status == btrieve::kSuccess) {
+      status = connection.Execute("PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE; COMMIT");
+    }
   }
-  Connection connection;
-  int status = connection.Open(path, Connection::Way::kExisting);
-  if (status == btrieve::kSuccess) {
-    status = connection.Execute("PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE; COMMIT");
+  switch (status) {
+    case btrieve::kSuccess:
+    case btrieve::kPermissionError:
+      return status;
+    case btrieve::kRecordInUse:
+      return btrieve::kFileInUse;
+    default:  // no database, or one past repair
+      for (const char* suffix : {"-wal", "-shm", "-journal"}) {
+        RemoveFile(path + suffix);
+      }
+      return btrieve::kSuccess;
   }
-  if (status == btrieve::kRecordInUse) {
-    return btrieve::kFileInUse;
-  }
-  return status == btrieve::kPermissionError ? status : btrieve::kSuccess;
 }
 
 int MoveIntoPlace(const std::string& from, const std::string& to, bool replace) {
-  if (replace) {
-    if (const int status = SettleOldFile(to); status != btrieve::kSuccess) {
+  if (replace || InspectFile(to).kind == FileKind::kMissing) {
+    if (const int status = ClearLogs(to); status != btrieve::kSuccess) {
       return status;
     }
   }
