@@ -2,9 +2,8 @@
 
 #include <sqlite3.h>
 
-#include <array>
-
 #include "recordmanager/host_files.h"
+#include "recordmanager/record_sql.h"
 
 namespace recordmanager {
 namespace {
@@ -13,20 +12,9 @@ namespace {
 constexpr std::int64_t kApplicationId = 0x4B524543;
 constexpr std::int64_t kFormatVersion = 1;
 
-std::string SchemaOf(const RecordLayout& layout) {
-  std::string table = "CREATE TABLE record(id INTEGER PRIMARY KEY, version INTEGER NOT NULL";
-  std::string indexes;
-  for (const Key& key : layout.keys) {
-    const std::string column = "key" + std::to_string(key.Number());
-    table.append(", ").append(column).append(" BLOB NOT NULL");
-    indexes.append("CREATE UNIQUE INDEX by_").append(column);
-    indexes.append(" ON record(").append(column).append(");");
-  }
-  table.append(", data BLOB NOT NULL);");
+std::string MarksSql() {
   return "PRAGMA application_id = " + std::to_string(kApplicationId) +
-         "; PRAGMA user_version = " + std::to_string(kFormatVersion) +
-         "; CREATE TABLE file(description BLOB NOT NULL, changes INTEGER NOT NULL);" + table +
-         indexes;
+         "; PRAGMA user_version = " + std::to_string(kFormatVersion) + ";";
 }
 
 int StoreDescription(Connection& connection, const RecordLayout& layout) {
@@ -47,7 +35,7 @@ int BuildDatabase(const std::string& path, const RecordLayout& layout) {
     status = connection.Execute("BEGIN");
   }
   if (status == btrieve::kSuccess) {
-    status = connection.Execute(SchemaOf(layout).c_str());
+    status = connection.Execute((MarksSql() + SchemaSql(layout)).c_str());
   }
   if (status == btrieve::kSuccess) {
     status = StoreDescription(connection, layout);
