@@ -124,6 +124,9 @@ TEST_F(PosixFiles, LoseATransactionAsAWholeWhenAWriteFails) {
     std::string inserted;
     EXPECT_EQ(client.Call(kBeginTransaction), kSuccess);
     InsertUntilItFails(inserted);
+    for (int i = 0; i < 3; ++i) {
+      client.Insert(MakeParty(1));
+    }
     EXPECT_NE(client.Call(kEndTransaction), kSuccess);
     EXPECT_EQ(Walk(client, kByNumber), "1");
     EXPECT_EQ(client.Call(kEndTransaction), kNoTransaction);
