@@ -128,7 +128,7 @@ std::string Locate(const std::string& file) {
     return path;
   }
   for (const std::string& directory : {ProgramDirectory(), ExtraDirectory()}) {
-    const std::string path = std::filesystem::path(directory) / file;
+    std::string path = std::filesystem::path(directory) / file;
     if (!directory.empty() && access(path.c_str(), F_OK) == 0) {
       return path;
     }

@@ -209,4 +209,6 @@ LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM wordParam, LPARA
 extern "C" [[gnu::visibility("hidden")]] BOOL WINAPI DllMain(HINSTANCE module, DWORD reason,
                                                              LPVOID reserved);
 
+// NOLINTEND(readability-identifier-naming,bugprone-reserved-identifier)
+
 #endif
