@@ -43,12 +43,12 @@ class CommandLine {
     app_.require_subcommand(1);
     app_.set_version_flag("--version", "qlx " QLX99_VERSION_TEXT);
     app_.set_help_flag("--help", "Print this help message and exit");
-    app_.footer(kExamples);
     AddLetter();
     AddCall();
     AddFollowUps();
     AddOffice();
     AddSetup();
+    app_.footer(kExamples);  // after the commands, which would take it over
   }
 
   // Throws CLI::ParseError, WrongUsage or Failure.
@@ -77,8 +77,9 @@ class CommandLine {
 
   void AddCall() {
     CLI::App* call = app_.add_subcommand("call", "Call an export and show what it delivers");
-    call->add_option("EXPORT", exportName_, "Name of the export")->required();
-    call->add_option("ARGUMENT", "Its arguments, without the buffer");
+    call->add_option("EXPORT", exportName_, "Its name, and what it is given")
+        ->option_text("ARGUMENT...")
+        ->required();
     call->footer(kCallNotes + ExportList());
     // An argument may begin with a minus sign.
     call->prefix_command();

@@ -54,7 +54,8 @@ std::string DescribeCall(std::string_view name, const std::vector<std::string>& 
   const CallOutcome outcome = CallExport(called, arguments);
   std::string lines =
       "result: " + std::to_string(outcome.result) + "  (" + std::string(called.meaning) + ")\n";
-  if (!outcome.ansiRecord) return lines;
+  if (called.fields.empty()) return lines;
+  if (!outcome.ansiRecord) return lines + "record: none; the buffer was left as it was\n";
   const DeliveredRecord record(called, *outcome.ansiRecord);
   lines += "record: " + Decode(*outcome.ansiRecord) + "\n";
   if (!record.IsComplete()) {

@@ -39,7 +39,8 @@ std::string PartyName(const std::string& caseNumber, const std::string& position
 
 std::string FollowUpTable(const std::string& caseNumber) {
   std::vector<DeliveredRecord> followUps = ReadFollowUps(caseNumber);
-  if (followUps.empty()) throw Failure("There is no follow-up of a case " + caseNumber + ".");
+  if (followUps.empty())
+    throw Failure("Case " + caseNumber + " has no follow-ups, or there is no such case.");
   std::ranges::stable_sort(followUps, {}, [](const DeliveredRecord& followUp) {
     return Chronological(followUp["date"]);
   });

@@ -80,12 +80,19 @@ std::string ReferenceBlock(const LetterFacts& facts) {
 std::string SalutationLine(const DeliveredRecord& address) {
   const std::string& salutation = address["letterSalutation"];
   if (!IsToOnePerson(salutation)) return "Sehr geehrte Damen und Herren,\n";
-  return Joined({salutation, address["title"], address["name"]}, " ") + ",\n";
+  // People are addressed by academic titles, not by professional ones.
+  const std::string& title = address["title"];
+  const bool academic = title.find("Dr.") != std::string::npos || title.starts_with("Prof.");
+  return Joined({salutation, academic ? title : "", address["name"]}, " ") + ",\n";
 }
 
+// What stands in a case without a value is 0; a negative amount is none to be in dispute.
 std::string AmountSentence(const DeliveredRecord& caseData) {
-  return "Den Gegenstandswert führen wir derzeit mit " +
-         Joined({caseData["amount"], caseData["currency"]}, " ") + ".";
+  const std::string& amount = caseData["amount"];
+  if (amount == "0,00") return {};
+  const std::string text = Joined({amount, caseData["currency"]}, " ");
+  if (amount.starts_with('-')) return "Zur Akte ist ein Betrag von " + text + " vermerkt.";
+  return "Der Gegenstandswert beträgt derzeit " + text + ".";
 }
 
 std::string DatesSentence(const DeliveredRecord& caseData) {
@@ -93,7 +100,7 @@ std::string DatesSentence(const DeliveredRecord& caseData) {
   const std::string& second = caseData["secondDate"];
   if (first.empty() && second.empty()) return {};
   const bool both = !first.empty() && !second.empty();
-  return std::string("Zur Akte ") + (both ? "sind der " : "ist der ") +
+  return std::string(both ? "Als Daten sind der " : "Als Datum ist der ") +
          Joined({first, second}, " und der ") + " vermerkt.";
 }
 

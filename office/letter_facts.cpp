@@ -27,9 +27,9 @@ DeliveredRecord PartyInRole(const std::string& caseNumber, const std::string& ro
     return DeliveredRecord(called, *outcome.ansiRecord);
   }
   if (outcome.ansiRecord) throw Failure("No party was chosen, so there is no letter.");
-  CaseData(caseNumber);  // fails when it is the case that is missing
-  throw Failure("Case " + caseNumber + " has no party in the role \"" + role +
-                "\". `qlx call BListeNext " + caseNumber + " 1` shows its first party.");
+  const DeliveredRecord caseData = CaseData(caseNumber);  // or it is the case that is missing
+  throw Failure("Case " + caseNumber + " has no party in the role \"" + role + "\", and " +
+                caseData["partyCount"] + " in all. Try another --role.");
 }
 
 DeliveredRecord Address(const std::string& caseNumber, const DeliveredRecord& party) {
@@ -39,6 +39,10 @@ DeliveredRecord Address(const std::string& caseNumber, const DeliveredRecord& pa
   if (!record) throw Failure("Address " + number + " could not be read.");
   if ((*record)["name"].empty()) {
     throw Failure("Address " + number + " has no contact person with a name to write to.");
+  }
+  if ((*record)["place"].empty() && (*record)["secondPlace"].empty()) {
+    throw Failure("Address " + number + ", of " + (*record)["name"] +
+                  ", has no place to send a letter to.");
   }
   return std::move(*record);
 }
