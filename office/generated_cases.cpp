@@ -1,9 +1,10 @@
 #include "office/generated_cases.h"
 
 #include <algorithm>
-#include <array>
+#include <initializer_list>
+#include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "office/text_encoding.h"
 #include "record_files.h"
@@ -24,17 +25,14 @@ constexpr std::int32_t kFirstCaseNumber = 10'000'001;
 constexpr std::int32_t kCasesPerTransaction = 500;
 constexpr std::int32_t kCasesPerPoolAddress = 20;
 
-constexpr std::array kFirstNames{"Anna",   "Bernd", "Christa", "Dieter", "Elke",     "Frank",
-                                 "Gisela", "Jörg",  "Käthe",   "Lothar", "Müzeyyen", "Stefan"};
-constexpr std::array kNames{"Bäcker", "Dohmen", "Esser",         "Fußhöller", "Großmann", "Hürten",
-                            "Jansen", "Königs", "Lützenkirchen", "Meier",     "Schäfer",  "Weiß"};
-constexpr std::array kStreets{"Aachener Straße",  "Bahnhofstraße", "Dürener Straße",
-                              "Gartenweg",        "Lindenallee",   "Mühlengasse",
-                              "Rösrather Straße", "Schloßplatz"};
-constexpr std::array kPlaces{"Köln", "Bonn", "Düren", "Münster", "Nürnberg", "Gießen"};
-constexpr std::array kBanks{"Sparkasse", "Volksbank", "Städtische Bank"};
-constexpr std::array kFollowUpTexts{"Zahlungseingang prüfen", "Stellungnahme der Gegenseite",
-                                    "Rücksprache mit der Mandantschaft", "Frist notieren"};
+// Texts to pick from, encoded once.
+using Texts = std::vector<std::string>;
+
+Texts Encoded(std::initializer_list<const char*> utf8) {
+  Texts texts;
+  for (const char* text : utf8) texts.push_back(Encode(text));
+  return texts;
+}
 
 // The same numbers on every machine, which the standard's distributions are not.
 class Dice {
@@ -45,9 +43,8 @@ class Dice {
     return static_cast<std::uint32_t>(state_ >> 33U) % sides;
   }
 
-  template <std::size_t Size>
-  std::string Pick(const std::array<const char*, Size>& texts) {
-    return Encode(texts[Roll(Size)]);
+  const std::string& Pick(const Texts& texts) {
+    return texts[Roll(static_cast<std::uint32_t>(texts.size()))];
   }
 
  private:
@@ -90,12 +87,12 @@ class CaseGenerator {
     auto address = NewRecord<AddressRecord>();
     address.Set(AddressRecord::number, ++addresses_);
     address.Set(AddressRecord::salutationNumber, kSirs);
-    address.Set(AddressRecord::street, dice_.Pick(kStreets));
+    address.Set(AddressRecord::street, dice_.Pick(streets_));
     address.Set(AddressRecord::houseNumber, std::to_string(1 + dice_.Roll(180)));
     address.Set(AddressRecord::postalCode, Digits(1000 + dice_.Roll(98'000), 5));
-    address.Set(AddressRecord::place, dice_.Pick(kPlaces));
+    address.Set(AddressRecord::place, dice_.Pick(places_));
     files_.Insert(address);
-    const std::string name = dice_.Pick(kNames);
+    const std::string name = dice_.Pick(names_);
     AddContactPerson(name);
     if (dice_.Roll(4) == 0) AddContactPerson(name);
     for (std::uint32_t left = dice_.Roll(3); left > 0; --left) AddBankConnection();
@@ -107,16 +104,16 @@ class CaseGenerator {
     person.Set(ContactPersonRecord::number, ++contacts_);
     person.Set(ContactPersonRecord::name, name);
     person.Set(ContactPersonRecord::addressNumber, addresses_);
-    person.Set(ContactPersonRecord::firstName, dice_.Pick(kFirstNames));
+    person.Set(ContactPersonRecord::firstName, dice_.Pick(firstNames_));
     person.Set(ContactPersonRecord::salutationNumber, dice_.Roll(2) == 0 ? kMr : kMrs);
     files_.Insert(person);
   }
 
   void AddBankConnection() {
     auto bank = NewRecord<BankConnectionRecord>();
-    bank.Set(BankConnectionRecord::number, ++banks_);
+    bank.Set(BankConnectionRecord::number, ++bankConnections_);
     bank.Set(BankConnectionRecord::addressNumber, addresses_);
-    bank.Set(BankConnectionRecord::bankName, dice_.Pick(kBanks));
+    bank.Set(BankConnectionRecord::bankName, dice_.Pick(banks_));
     bank.Set(BankConnectionRecord::bankCode, "370" + Digits(dice_.Roll(100'000), 5));
     bank.Set(BankConnectionRecord::accountNumber, Digits(dice_.Roll(1'000'000'000), 10));
     files_.Insert(bank);
@@ -149,7 +146,7 @@ class CaseGenerator {
     followUp.Set(FollowUpRecord::caseId, caseId);
     followUp.Set(FollowUpRecord::date, Day());
     followUp.Set(FollowUpRecord::kindId, static_cast<std::int32_t>(1 + dice_.Roll(kFollowUpKinds)));
-    followUp.Set(FollowUpRecord::text, dice_.Pick(kFollowUpTexts));
+    followUp.Set(FollowUpRecord::text, dice_.Pick(followUpTexts_));
     followUp.Set(FollowUpRecord::userId, static_cast<std::int32_t>(1 + dice_.Roll(kUsers)));
     followUp.Set(FollowUpRecord::partyRecordId, dice_.Roll(2) == 0 ? 0 : party);
     followUp.Set(FollowUpRecord::flag, kWrittenFlag);
@@ -159,12 +156,23 @@ class CaseGenerator {
   // In the years 2004 to 2025.
   std::uint16_t Day() { return static_cast<std::uint16_t>(38'000 + dice_.Roll(8'000)); }
 
+  const Texts firstNames_ = Encoded({"Anna", "Bernd", "Christa", "Dieter", "Elke", "Frank",
+                                     "Gisela", "Jörg", "Käthe", "Lothar", "Müzeyyen", "Stefan"});
+  const Texts names_ = Encoded({"Bäcker", "Dohmen", "Esser", "Fußhöller", "Großmann", "Hürten",
+                                "Jansen", "Königs", "Lützenkirchen", "Meier", "Schäfer", "Weiß"});
+  const Texts streets_ = Encoded({"Aachener Straße", "Bahnhofstraße", "Dürener Straße", "Gartenweg",
+                                  "Lindenallee", "Mühlengasse", "Rösrather Straße", "Schloßplatz"});
+  const Texts places_ = Encoded({"Köln", "Bonn", "Düren", "Münster", "Nürnberg", "Gießen"});
+  const Texts banks_ = Encoded({"Sparkasse", "Volksbank", "Städtische Bank"});
+  const Texts followUpTexts_ = Encoded({"Zahlungseingang prüfen", "Stellungnahme der Gegenseite",
+                                        "Rücksprache mit der Mandantschaft", "Frist notieren"});
+
   OfficeFiles& files_;
   Dice dice_;
   std::int32_t poolSize_;
   std::int32_t addresses_ = 0;
   std::int32_t contacts_ = 0;
-  std::int32_t banks_ = 0;
+  std::int32_t bankConnections_ = 0;
   std::int32_t parties_ = 0;
 };
 

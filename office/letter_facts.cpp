@@ -28,8 +28,8 @@ DeliveredRecord PartyInRole(const std::string& caseNumber, const std::string& ro
   }
   if (outcome.ansiRecord) throw Failure("No party was chosen, so there is no letter.");
   const DeliveredRecord caseData = CaseData(caseNumber);  // or it is the case that is missing
-  throw Failure("Case " + caseNumber + " has no party in the role \"" + role + "\", and " +
-                caseData["partyCount"] + " in all. Try another --role.");
+  throw Failure("None of the " + caseData["partyCount"] + " parties of case " + caseNumber +
+                " is in the role \"" + role + "\". Try another --role.");
 }
 
 DeliveredRecord Address(const std::string& caseNumber, const DeliveredRecord& party) {
