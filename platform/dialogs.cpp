@@ -77,7 +77,6 @@ LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wor
     return 0;
   }
   if (message == WM_SETTEXT) {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the message carries the text's address as a number
     return SetDlgItemTextA(dialog, id, reinterpret_cast<LPCSTR>(longParam));
   }
   const std::optional<LRESULT> answer = control->kind == ControlKind::kListBox

@@ -76,7 +76,6 @@ int AddModule(dl_phdr_info* info, std::size_t /*size*/, void* modules) {
   const ElfW(Phdr)* first =
       std::find_if(headers, end, [](const auto& h) { return h.p_type == PT_LOAD; });
   if (first != end) {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the loader tells addresses as numbers
     auto* base = reinterpret_cast<HMODULE>(info->dlpi_addr + first->p_vaddr);
     static_cast<std::vector<Module>*>(modules)->push_back({base, info->dlpi_name});
   }
@@ -129,7 +128,7 @@ std::string Locate(const std::string& file) {
     return path;
   }
   for (const std::string& directory : {ProgramDirectory(), ExtraDirectory()}) {
-    std::string path = directory + "/" + file;
+    std::string path = std::filesystem::path(directory) / file;
     if (!directory.empty() && access(path.c_str(), F_OK) == 0) {
       return path;
     }

@@ -46,7 +46,6 @@ LRESULT ListBox::CopyText(const Entry* entry, LPARAM buffer) const {
   if (entry == nullptr || buffer == 0) {
     return LB_ERR;
   }
-  // NOLINTNEXTLINE(performance-no-int-to-ptr): the message carries the buffer's address as a number
   std::memcpy(reinterpret_cast<char*>(buffer), entry->text.c_str(), entry->text.size() + 1);
   return TextLength(entry->text);
 }
@@ -55,7 +54,6 @@ LRESULT ListBox::SetTabStops(WPARAM count, LPARAM stops) {
   if ((style_ & LBS_USETABSTOPS) == 0 || (count != 0 && stops == 0)) {
     return FALSE;
   }
-  // NOLINTNEXTLINE(performance-no-int-to-ptr): as above
   const auto* first = reinterpret_cast<const int*>(stops);
   tabStops_.assign(first, first + count);
   return TRUE;
@@ -65,7 +63,6 @@ std::optional<LRESULT> ListBox::Receive(UINT message, WPARAM wordParam, LPARAM l
   Entry* entry = EntryAt(wordParam);
   switch (message) {
     case LB_ADDSTRING:
-      // NOLINTNEXTLINE(performance-no-int-to-ptr): as above
       return Add(reinterpret_cast<const char*>(longParam));
     case LB_SETCURSEL:
       return Select(static_cast<int>(wordParam)) ? selected_ : LB_ERR;

@@ -20,6 +20,6 @@ class Attachment {
   HMODULE module_;
 };
 
-const Attachment attachment;
+const Attachment kAttachment;
 
 }  // namespace

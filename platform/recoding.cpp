@@ -32,7 +32,6 @@ const char* NameOf(Encoding encoding) {
 class Converter {
  public:
   Converter(const char* to, const char* from) : iconv_(iconv_open(to, from)) {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): iconv_open's own way to say no
     if (iconv_ == reinterpret_cast<iconv_t>(-1)) {
       Unsupported("iconv_open", std::string(from) + " to " + to);
     }

@@ -1,7 +1,9 @@
 // The registry: a registration text file that is read anew at every question, so that a change by
 // hand or by another process counts at once. An open key is only the path that it was opened by.
+#include <unistd.h>
+
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -10,8 +12,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
-
-#include <unistd.h>
+#include <utility>
 
 #include "platform/registry_file.h"
 #include "platform/unsupported.h"
@@ -54,7 +55,6 @@ std::optional<OpenKey> Look(HKEY key) {
 HKEY NewHandle(OpenKey key) {
   OpenKeys& keys = Keys();
   const std::lock_guard lock(keys.mutex);
-  // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is a number that looks like a pointer
   auto* handle = reinterpret_cast<HKEY>(keys.lastNumber += 4);
   keys.byHandle.emplace(handle, std::move(key));
   return handle;
@@ -131,7 +131,7 @@ LSTATUS Deliver(const RegistryValue& value, DWORD* type, BYTE* data, DWORD* size
   if (room < *size) {
     return Status(ERROR_MORE_DATA);
   }
-  std::memcpy(data, value.bytes.data(), value.bytes.size());
+  std::copy(value.bytes.begin(), value.bytes.end(), data);
   return ERROR_SUCCESS;
 }
 
@@ -155,6 +155,7 @@ LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD /*options*/, REGSAM 
   return ERROR_SUCCESS;
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): `reserved` has Windows' type
 LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* reserved, DWORD* type,
                                 BYTE* data, DWORD* size) {
   if (reserved != nullptr || (data != nullptr && size == nullptr)) {

@@ -49,7 +49,6 @@ UINT WINAPI RegisterWindowMessageA(LPCSTR name) {
 
 LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM /*wordParam*/, LPARAM longParam) {
   if (message == WM_SETTEXT) {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the message carries the text's address as a number
     return SetWindowTextA(window, reinterpret_cast<LPCSTR>(longParam));
   }
   return 0;

@@ -13,6 +13,9 @@
 #include <cstddef>
 #include <cstdint>
 
+// The names are Windows' own.
+// NOLINTBEGIN(readability-identifier-naming,bugprone-reserved-identifier)
+
 // Calling conventions; the host has one.
 #define WINAPI
 #define CALLBACK
@@ -191,7 +194,7 @@ inline constexpr LRESULT LB_ERR = -1;
 int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT style);
 INT_PTR WINAPI DialogBoxParamA(HINSTANCE module, LPCSTR templateName, HWND owner, DLGPROC procedure,
                                LPARAM parameter);
-BOOL WINAPI EndDialog(HWND dialog, INT_PTR result);
+BOOL WINAPI EndDialog(HWND window, INT_PTR result);
 LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wordParam,
                                    LPARAM longParam);
 BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text);
@@ -205,5 +208,7 @@ LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM wordParam, LPARA
 // frees it. Hidden, so that each of several libraries in a process keeps its own.
 extern "C" [[gnu::visibility("hidden")]] BOOL WINAPI DllMain(HINSTANCE module, DWORD reason,
                                                              LPVOID reserved);
+
+// NOLINTEND(readability-identifier-naming,bugprone-reserved-identifier)
 
 #endif

@@ -15,9 +15,9 @@ struct BlockImage {
   std::int64_t id;
   std::int64_t version;
   std::uint32_t rollbacks;
-  std::int8_t keyNumber;
+  std::int16_t keyNumber;
   std::uint8_t entrySize;
-  std::uint16_t unused;
+  std::uint8_t unused;
   std::array<std::uint8_t, Entry::kCapacity> entry;
   std::uint32_t unused2;
   std::uint32_t check;
@@ -70,7 +70,7 @@ void Cursor::Save(std::uint8_t* positionBlock) const {
   image.id = current.id;
   image.version = current.version;
   image.rollbacks = current.rollbacks;
-  image.keyNumber = static_cast<std::int8_t>(keyNumber);
+  image.keyNumber = static_cast<std::int16_t>(keyNumber);
   image.entrySize = entry.size;
   image.entry = entry.bytes;
   image.check = CheckWordOf(image);

@@ -26,8 +26,7 @@ int Engine::Serve(const Call& call) {
     case btrieve::kAbortTransaction:
       return EndTransaction(call);
     default:
-      return call.operation <= btrieve::kStat ? ServeOpenFile(call)
-                                              : int{btrieve::kInvalidOperation};
+      return call.operation <= btrieve::kStat ? ServeOpenFile(call) : btrieve::kInvalidOperation;
   }
 }
 
@@ -151,7 +150,7 @@ int Engine::Stat(const Call& call, RecordFile& file) const {
   return btrieve::kSuccess;
 }
 
-int Engine::Write(const Call& call, const OpenFiles::OpenFile& open, Cursor& cursor) {
+int Engine::Write(const Call& call, const OpenFiles::OpenFile& open, Cursor& cursor) const {
   if (open.readOnly) {
     return btrieve::kAccessDenied;
   }

@@ -47,7 +47,7 @@ class Engine {
   int ServeOpenFile(const Call& call);
   int Close(const Call& call, const Cursor& cursor);
   int Stat(const Call& call, RecordFile& file) const;
-  int Write(const Call& call, const OpenFiles::OpenFile& open, Cursor& cursor);
+  int Write(const Call& call, const OpenFiles::OpenFile& open, Cursor& cursor) const;
 
   OpenFiles files_;
   bool inTransaction_ = false;

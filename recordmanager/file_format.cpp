@@ -2,9 +2,8 @@
 
 #include <sqlite3.h>
 
-#include <array>
-
 #include "recordmanager/host_files.h"
+#include "recordmanager/record_sql.h"
 
 namespace recordmanager {
 namespace {
@@ -13,22 +12,9 @@ namespace {
 constexpr std::int64_t kApplicationId = 0x4B524543;
 constexpr std::int64_t kFormatVersion = 1;
 
-std::string SchemaOf(const RecordLayout& layout) {
-  std::string columns;
-  std::string indexes;
-  for (const Key& key : layout.keys) {
-    const std::string name = "key" + std::to_string(key.Number());
-    columns += ", " + name + " BLOB NOT NULL";
-    indexes += "CREATE UNIQUE INDEX by_" + name + " ON record(" + name + ");";
-  }
+std::string MarksSql() {
   return "PRAGMA application_id = " + std::to_string(kApplicationId) +
-         ";"
-         "PRAGMA user_version = " +
-         std::to_string(kFormatVersion) +
-         ";"
-         "CREATE TABLE file(description BLOB NOT NULL, changes INTEGER NOT NULL);"
-         "CREATE TABLE record(id INTEGER PRIMARY KEY, version INTEGER NOT NULL" +
-         columns + ", data BLOB NOT NULL);" + indexes;
+         "; PRAGMA user_version = " + std::to_string(kFormatVersion) + ";";
 }
 
 int StoreDescription(Connection& connection, const RecordLayout& layout) {
@@ -49,7 +35,7 @@ int BuildDatabase(const std::string& path, const RecordLayout& layout) {
     status = connection.Execute("BEGIN");
   }
   if (status == btrieve::kSuccess) {
-    status = connection.Execute(SchemaOf(layout).c_str());
+    status = connection.Execute((MarksSql() + SchemaSql(layout)).c_str());
   }
   if (status == btrieve::kSuccess) {
     status = StoreDescription(connection, layout);
@@ -69,26 +55,35 @@ std::string UnusedNameBeside(const std::string& path) {
   return path + '-' + std::to_string(number);
 }
 
-// A log left beside the old file would be played into the new one. Leaving WAL mode folds it in,
-// and fails while anybody else has the file open.
-int SettleOldFile(const std::string& path) {
-  if (InspectFile(path).kind == FileKind::kMissing) {
-    return btrieve::kSuccess;
+// A log left beside the new file's name would be played into it. If there is a database of that
+// name, leaving WAL mode folds the log in, and fails while anybody else has the file open;
+// otherwise the log is an orphan.
+int ClearLogs(const std::string& path) {
+  int status = btrieve::kNotARecordFile;
+  if (InspectFile(path).kind == FileKind::kFile) {
+    Connection connection;
+    status = connection.Open(path, Connection::Way::kExisting);
+    if (status == btrieve::kSuccess) {
+      status = connection.Execute("PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE; COMMIT");
+    }
   }
-  Connection connection;
-  int status = connection.Open(path, Connection::Way::kExisting);
-  if (status == btrieve::kSuccess) {
-    status = connection.Execute("PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE; COMMIT");
+  switch (status) {
+    case btrieve::kSuccess:
+    case btrieve::kPermissionError:
+      return status;
+    case btrieve::kRecordInUse:
+      return btrieve::kFileInUse;
+    default:  // no database, or one past repair
+      for (const char* suffix : {"-wal", "-shm", "-journal"}) {
+        RemoveFile(path + suffix);
+      }
+      return btrieve::kSuccess;
   }
-  if (status == btrieve::kRecordInUse) {
-    return btrieve::kFileInUse;
-  }
-  return status == btrieve::kPermissionError ? status : int{btrieve::kSuccess};
 }
 
 int MoveIntoPlace(const std::string& from, const std::string& to, bool replace) {
-  if (replace) {
-    if (const int status = SettleOldFile(to); status != btrieve::kSuccess) {
+  if (replace || InspectFile(to).kind == FileKind::kMissing) {
+    if (const int status = ClearLogs(to); status != btrieve::kSuccess) {
       return status;
     }
   }
@@ -142,7 +137,7 @@ int ReadLayout(Connection& connection, RecordLayout& layout) {
     return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
   }
   status = ParseLayout(statement.Bytes(0), layout);
-  return status == btrieve::kSuccess ? status : int{btrieve::kIoError};
+  return status == btrieve::kSuccess ? status : btrieve::kIoError;
 }
 
 }  // namespace
@@ -175,7 +170,7 @@ int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& 
   if (status == btrieve::kSuccess) {
     status = ReadLayout(connection, layout);
   }
-  return status == btrieve::kRecordInUse ? int{btrieve::kFileInUse} : status;
+  return status == btrieve::kRecordInUse ? btrieve::kFileInUse : status;
 }
 
 }  // namespace recordmanager

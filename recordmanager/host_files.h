@@ -17,7 +17,7 @@ struct FileFacts {
 };
 
 // A path as callers give it (Windows notation, the system's code page) as SQLite and the functions
-// below take it.
+// below take it: absolute, in the host's own notation, on Windows in UTF-8.
 std::string HostPath(std::string_view path);
 
 FileFacts InspectFile(const std::string& path);

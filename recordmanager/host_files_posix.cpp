@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 
 #include "recordmanager/host_files.h"
 
@@ -47,7 +49,8 @@ void SyncFolderOf(const std::string& path) {
 std::string HostPath(std::string_view path) {
   std::string result(path);
   std::replace(result.begin(), result.end(), '\\', '/');
-  return result;
+  std::error_code ignored;
+  return std::filesystem::absolute(result, ignored).string();
 }
 
 FileFacts InspectFile(const std::string& path) {

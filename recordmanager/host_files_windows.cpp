@@ -23,21 +23,21 @@ std::string ToUtf8(const std::wstring& wide) {
   return text;
 }
 
-std::wstring FullPath(const std::string& path) {
-  const std::wstring wide = Widen(path, CP_UTF8);
-  const DWORD needed = GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr);
-  std::wstring full(needed, L'\0');
-  full.resize(GetFullPathNameW(wide.c_str(), needed, full.data(), nullptr));
-  return full;
-}
+std::wstring ToWide(const std::string& path) { return Widen(path, CP_UTF8); }
 
 }  // namespace
 
-std::string HostPath(std::string_view path) { return ToUtf8(Widen(path, CP_ACP)); }
+std::string HostPath(std::string_view path) {
+  const std::wstring wide = Widen(path, CP_ACP);
+  std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
+  const auto room = static_cast<DWORD>(full.size());
+  full.resize(GetFullPathNameW(wide.c_str(), room, full.data(), nullptr));
+  return ToUtf8(full);
+}
 
 FileFacts InspectFile(const std::string& path) {
-  std::wstring full = FullPath(path);
-  const DWORD attributes = GetFileAttributesW(full.c_str());
+  std::wstring wide = ToWide(path);
+  const DWORD attributes = GetFileAttributesW(wide.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) {
     return {};
   }
@@ -45,16 +45,15 @@ FileFacts InspectFile(const std::string& path) {
     return {FileKind::kOther, {}};
   }
   // The path serves as identity: as long as SQLite has the file open, Windows lets nobody rename or
-  // delete it. Asking for the file's own number would open it, which costs hundreds of times as
-  // much.
-  CharUpperBuffW(full.data(), static_cast<DWORD>(full.size()));
-  return {FileKind::kFile, ToUtf8(full)};
+  // delete it. Asking for the file's own number would open it, which costs hundreds of times more.
+  CharUpperBuffW(wide.data(), static_cast<DWORD>(wide.size()));
+  return {FileKind::kFile, ToUtf8(wide)};
 }
 
 bool IsOnLocalDisk(const std::string& path) {
-  const std::wstring full = FullPath(path);
-  std::vector<wchar_t> root(full.size() + 2);
-  if (GetVolumePathNameW(full.c_str(), root.data(), static_cast<DWORD>(root.size())) == 0) {
+  const std::wstring wide = ToWide(path);
+  std::vector<wchar_t> root(wide.size() + 2);
+  if (GetVolumePathNameW(wide.c_str(), root.data(), static_cast<DWORD>(root.size())) == 0) {
     return false;
   }
   const UINT type = GetDriveTypeW(root.data());
@@ -63,7 +62,7 @@ bool IsOnLocalDisk(const std::string& path) {
 
 MoveResult MoveFileTo(const std::string& from, const std::string& to, bool replace) {
   const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0U);
-  if (MoveFileExW(FullPath(from).c_str(), FullPath(to).c_str(), flags) != 0) {
+  if (MoveFileExW(ToWide(from).c_str(), ToWide(to).c_str(), flags) != 0) {
     return MoveResult::kDone;
   }
   const DWORD error = GetLastError();
@@ -71,6 +70,6 @@ MoveResult MoveFileTo(const std::string& from, const std::string& to, bool repla
   return exists ? MoveResult::kTargetExists : MoveResult::kFailed;
 }
 
-void RemoveFile(const std::string& path) { DeleteFileW(FullPath(path).c_str()); }
+void RemoveFile(const std::string& path) { DeleteFileW(ToWide(path).c_str()); }
 
 }  // namespace recordmanager

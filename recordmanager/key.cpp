@@ -90,14 +90,15 @@ Entry Key::Lowest(const std::uint8_t* value) const {
     return Entry::From(value, Length());
   }
   std::uint64_t number = LoadLittleEndian(value, Length());
-  if (Type() == btrieve::kIntegerKey) {
-    number ^= SignBit();
-  } else if ((number & SignBit()) != 0) {
-    number = ~number + 1;  // autoincrement keys are published to sort by the absolute value
+  if (IsAutoincrement() && IsNegative(value)) {
+    number = ~number + 1;  // these keys are published to sort by the absolute value
   }
   Entry entry;
   entry.size = static_cast<std::uint8_t>(Length());
   StoreBigEndian(number, Length(), entry.bytes.data());
+  if (!IsAutoincrement()) {
+    entry.bytes[0] ^= 0x80;
+  }
   return entry;
 }
 
@@ -123,11 +124,8 @@ bool Key::StoreNext(const Entry& highest, std::uint8_t* value) const {
   if (highest.size >= Length()) {
     next = LoadBigEndian(highest.bytes.data(), Length()) + 1;
   }
-  if (next >= SignBit()) {
-    return false;
-  }
   std::memcpy(value, &next, Length());
-  return true;
+  return !IsNegative(value);
 }
 
 }  // namespace recordmanager

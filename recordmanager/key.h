@@ -62,14 +62,14 @@ class Key {
   bool Matches(const Entry& entry, const std::uint8_t* value) const;
 
   // Autoincrement keys: writes the number after that of `highest` (an empty entry: 1) to `value`.
-  // False when there is no further number.
+  // False when there is no further number; `value` is then of no use.
   bool StoreNext(const Entry& highest, std::uint8_t* value) const;
 
  private:
   std::size_t Offset() const { return description_.position - 1U; }
   std::uint8_t Type() const;
   int CheckType() const;
-  std::uint64_t SignBit() const { return std::uint64_t{1} << (Length() * 8 - 1); }
+  bool IsNegative(const std::uint8_t* value) const { return (value[Length() - 1] & 0x80) != 0; }
 
   btrieve::KeyDescription description_;
 };

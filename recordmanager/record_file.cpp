@@ -11,40 +11,6 @@
 namespace recordmanager {
 namespace {
 
-std::string ColumnOf(const Key& key) { return "key" + std::to_string(key.Number()); }
-
-// The key columns, each followed by `suffix`, as a list for SQL.
-std::string ColumnList(const RecordLayout& layout, const char* suffix) {
-  std::string list;
-  for (const Key& key : layout.keys) {
-    list += ", " + ColumnOf(key) + suffix;
-  }
-  return list;
-}
-
-std::string ParameterList(std::size_t count) {
-  std::string list = "?";
-  for (std::size_t i = 1; i < count; ++i) {
-    list += ", ?";
-  }
-  return list;
-}
-
-std::string ConditionOf(Bound bound, const std::string& column) {
-  switch (bound) {
-    case Bound::kFrom:
-      return column + " >= ?1 ORDER BY " + column;
-    case Bound::kAfter:
-      return column + " > ?1 ORDER BY " + column;
-    case Bound::kUpTo:
-      return column + " <= ?1 ORDER BY " + column + " DESC";
-    case Bound::kBefore:
-      return column + " < ?1 ORDER BY " + column + " DESC";
-    default:
-      return column + " BETWEEN ?1 AND ?2 ORDER BY " + column;
-  }
-}
-
 bool IsZero(const std::uint8_t* bytes, std::size_t length) {
   return std::all_of(bytes, bytes + length, [](std::uint8_t byte) { return byte == 0; });
 }
@@ -69,12 +35,10 @@ int RecordFile::Prepare() {
       {&begin_, "BEGIN IMMEDIATE"},
       {&commit_, "COMMIT"},
       {&nextChange_, "UPDATE file SET changes = changes + 1 RETURNING changes"},
-      {&loadEntries_, "SELECT version" + ColumnList(layout_, "") + " FROM record WHERE id = ?1"},
-      {&insert_, "INSERT INTO record(version, id, data" + ColumnList(layout_, "") + ") VALUES(" +
-                     ParameterList(layout_.keys.size() + 3) + ")"},
-      {&rewrite_, "UPDATE record SET version = ?1, data = ?3 WHERE id = ?2"},
-      {&rekey_, "UPDATE record SET version = ?1, data = ?3" + ColumnList(layout_, " = ?") +
-                    " WHERE id = ?2"},
+      {&loadEntries_, LoadEntriesSql(layout_)},
+      {&insert_, InsertSql(layout_)},
+      {&rewrite_, RewriteSql()},
+      {&rekey_, RekeySql(layout_)},
       {&delete_, "DELETE FROM record WHERE id = ?1"},
   };
   for (const auto& [statement, sql] : statements) {
@@ -90,10 +54,7 @@ int RecordFile::PrepareRead(const Key& key, Bound bound, Statement*& statement) 
   if (statement->IsPrepared()) {
     return btrieve::kSuccess;
   }
-  const std::string column = ColumnOf(key);
-  return connection_.Prepare("SELECT id, version, " + column + ", data FROM record WHERE " +
-                                 ConditionOf(bound, column) + " LIMIT 1",
-                             *statement);
+  return connection_.Prepare(ReadSql(key, bound), *statement);
 }
 
 int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_t> target,
@@ -109,7 +70,7 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
   }
   const int result = statement->Step();
   if (result != SQLITE_ROW) {
-    return result == SQLITE_DONE ? int{btrieve::kEndOfFile} : StatusOf(result);
+    return result == SQLITE_DONE ? btrieve::kEndOfFile : StatusOf(result);
   }
   const auto data = statement->Bytes(3);
   if (data.size() != layout_.RecordLength()) {
@@ -130,7 +91,7 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
 template <typename Body>
 int RecordFile::Write(Body body) {
   if (inTransaction_) {
-    return connection_.IsInTransaction() ? body() : int{btrieve::kIoError};
+    return connection_.IsInTransaction() ? body() : btrieve::kIoError;
   }
   if (const int status = begin_.Run(); status != btrieve::kSuccess) {
     return status;
@@ -150,7 +111,7 @@ int RecordFile::NextChange(std::int64_t& change) {
   const StatementUse use(nextChange_);
   const int result = nextChange_.Step();
   change = nextChange_.Integer(0);
-  return result == SQLITE_ROW ? int{btrieve::kSuccess} : StatusOf(result);
+  return result == SQLITE_ROW ? btrieve::kSuccess : StatusOf(result);
 }
 
 int RecordFile::NumberRecord(std::span<std::uint8_t> record) {
@@ -242,7 +203,7 @@ int RecordFile::Update(std::span<const std::uint8_t> record, RecordVersion& vers
         continue;
       }
       if (!key.IsModifiable()) {
-        return int{btrieve::kModifiableKey};
+        return btrieve::kModifiableKey;
       }
       entry = key.Make(value, static_cast<std::uint64_t>(change));
       rekeyed = true;
@@ -270,9 +231,7 @@ int RecordFile::CountValues(const Key& key, std::int64_t& count) {
   if (!key.AllowsDuplicates()) {
     return CountRecords(count);
   }
-  const std::string sql = "SELECT count(DISTINCT substr(" + ColumnOf(key) + ", 1, " +
-                          std::to_string(key.Length()) + ")) FROM record";
-  return connection_.QueryInteger(sql.c_str(), count);
+  return connection_.QueryInteger(CountValuesSql(key).c_str(), count);
 }
 
 int RecordFile::Begin() {
@@ -289,7 +248,7 @@ int RecordFile::Commit() {
   if (!inTransaction_) {
     return btrieve::kSuccess;
   }
-  const int status = connection_.IsInTransaction() ? commit_.Run() : int{btrieve::kIoError};
+  const int status = connection_.IsInTransaction() ? commit_.Run() : btrieve::kIoError;
   if (status == btrieve::kSuccess) {
     inTransaction_ = false;
   } else {

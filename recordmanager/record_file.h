@@ -11,13 +11,12 @@
 
 #include "recordmanager/key.h"
 #include "recordmanager/record_layout.h"
+#include "recordmanager/record_sql.h"
 #include "recordmanager/sql.h"
 
 namespace recordmanager {
 
-// Which of a key's entries is meant, with `first` (and for kWithin `last`) as the bound.
-enum class Bound : std::uint8_t { kFrom, kAfter, kUpTo, kBefore, kWithin };
-
+// Which of a key's entries is meant: the bound's `first` and, for kWithin, `last`.
 struct Search {
   Bound bound = Bound::kFrom;
   Entry first;
@@ -71,7 +70,7 @@ class RecordFile {
   void Settle();
 
  private:
-  using KeyReads = std::array<Statement, 5>;
+  using KeyReads = std::array<Statement, kBoundCount>;
 
   RecordFile() = default;
   int Prepare();

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <optional>
 #include <string_view>
 
 #include "frame/bytes.h"
@@ -20,9 +21,7 @@
 namespace qlx99 {
 
 template <class Layout>
-class KeyWalk;
-template <class Layout>
-class FileWalk;
+class RecordWalk;
 
 // A position in an open record file and the record that was read there last. A copy is a second,
 // independent position in the same open file; neither opens or closes anything.
@@ -66,10 +65,10 @@ class RecordCursor {
   // The records with this key value, for a range-based for loop: Get Equal, then Get Next as long
   // as records with the same key value are found. Leaving the loop early reads nothing more, and
   // Current() is the record it was left at.
-  KeyWalk<Layout> Walk(const Key& key, std::int32_t value) { return {*this, key, value}; }
+  RecordWalk<Layout> Walk(const Key& key, std::int32_t value) { return {*this, key, value}; }
 
   // All records in the order of a key: Get First, then Get Next.
-  FileWalk<Layout> WalkAll(const Key& key) { return {*this, key}; }
+  RecordWalk<Layout> WalkAll(const Key& key) { return {*this, key, std::nullopt}; }
 
  protected:
   PositionBlock positionBlock_{};
@@ -127,68 +126,45 @@ class RecordFile : public RecordCursor<Layout> {
   bool open_;
 };
 
-// What the two kinds of walk share. A walk ends where a read fails or `Derived::Belongs` says so.
-template <class Layout, class Derived>
-class WalkBase {
+// A walk over records in the order of a key, as a range: those with one value of the key, or all.
+// It ends at the first read that fails, or at the first record with another value.
+template <class Layout>
+class RecordWalk {
  public:
+  RecordWalk(RecordCursor<Layout>& cursor, const Key& key, std::optional<std::int32_t> value)
+      : cursor_(&cursor), key_(&key), value_(value) {}
+
   class Iterator {
    public:
-    explicit Iterator(Derived& walk) : walk_(&walk) {}
+    explicit Iterator(RecordWalk& walk) : walk_(&walk) {}
     const Record<Layout>& operator*() const { return walk_->cursor_->Current(); }
     Iterator& operator++() {
       walk_->status_ = walk_->cursor_->GetNext(*walk_->key_);
       return *this;
     }
-    bool operator==(std::default_sentinel_t /*end*/) const {
-      return walk_->status_ != btrieve::kSuccess || !walk_->Belongs();
-    }
+    bool operator==(std::default_sentinel_t /*end*/) const { return !walk_->IsOnRecord(); }
 
    private:
-    Derived* walk_;
+    RecordWalk* walk_;
   };
 
   Iterator begin() {
-    auto& walk = static_cast<Derived&>(*this);
-    status_ = walk.Start();
-    return Iterator(walk);
+    status_ = value_ ? cursor_->GetEqual(*key_, *value_) : cursor_->GetFirst(*key_);
+    return Iterator(*this);
   }
   std::default_sentinel_t end() const { return {}; }
 
-  // The status of the walk's last read.
-  int Status() const { return status_; }
-
- protected:
-  WalkBase(RecordCursor<Layout>& cursor, const Key& key) : cursor_(&cursor), key_(&key) {}
+ private:
+  bool IsOnRecord() const {
+    if (status_ != btrieve::kSuccess) return false;
+    const char* const keyBytes = cursor_->Current().bytes.data() + key_->field.offset;
+    return !value_ || std::memcmp(keyBytes, &*value_, sizeof *value_) == 0;
+  }
 
   RecordCursor<Layout>* cursor_;
   const Key* key_;
+  std::optional<std::int32_t> value_;
   int status_ = btrieve::kSuccess;
-};
-
-template <class Layout>
-class KeyWalk : public WalkBase<Layout, KeyWalk<Layout>> {
- public:
-  KeyWalk(RecordCursor<Layout>& cursor, const Key& key, std::int32_t value)
-      : WalkBase<Layout, KeyWalk>(cursor, key), value_(value) {}
-
-  int Start() { return this->cursor_->GetEqual(*this->key_, value_); }
-  bool Belongs() const {
-    const char* const stored = this->cursor_->Current().bytes.data() + this->key_->field.offset;
-    return std::memcmp(stored, &value_, sizeof value_) == 0;
-  }
-
- private:
-  std::int32_t value_;
-};
-
-template <class Layout>
-class FileWalk : public WalkBase<Layout, FileWalk<Layout>> {
- public:
-  FileWalk(RecordCursor<Layout>& cursor, const Key& key)
-      : WalkBase<Layout, FileWalk>(cursor, key) {}
-
-  int Start() { return this->cursor_->GetFirst(*this->key_); }
-  bool Belongs() const { return true; }
 };
 
 // The number of records on the walk.

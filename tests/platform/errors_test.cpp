@@ -6,10 +6,12 @@
 
 namespace {
 
-TEST(LastError, BelongsToItsThread) {
+TEST(LastError, IsNotSeenByAnotherThread) {
   SetLastError(ERROR_MORE_DATA);
-  std::thread([] { SetLastError(ERROR_ACCESS_DENIED); }).join();
   EXPECT_EQ(GetLastError(), ERROR_MORE_DATA);
+  DWORD elsewhere = ERROR_MORE_DATA;
+  std::thread([&] { elsewhere = GetLastError(); }).join();
+  EXPECT_NE(elsewhere, ERROR_MORE_DATA);
 }
 
 TEST(ErrorMode, IsHandedBackWhenItIsReplaced) {

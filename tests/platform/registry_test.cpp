@@ -27,7 +27,10 @@ class Registry : public testing::Test {
   }
 
   LSTATUS Set(std::string_view bytes, DWORD type = REG_SZ) {
-    return RegSetValueExA(key_, kName, 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
+    // Windows looks at the byte behind an unterminated text and stores a terminator that it finds
+    // there.
+    const std::string guarded = std::string(bytes) + '#';
+    return RegSetValueExA(key_, kName, 0, type, reinterpret_cast<const BYTE*>(guarded.data()),
                           static_cast<DWORD>(bytes.size()));
   }
 

@@ -125,6 +125,27 @@ TEST_F(Creating, ReplacesAFileOnlyWhenAskedToAndWhenNobodyHasItOpen) {
   EXPECT_EQ(Walk(client, kByNumber), "");
 }
 
+TEST_F(Creating, IsNotMisledByWhatAFormerFileLeftBehind) {
+  ASSERT_EQ(client.Insert(MakeParty(1)), kSuccess);
+  const std::string other = InFolder("OTHER.KRV");
+  std::filesystem::copy_file(path + "-wal", other + "-wal");
+  ASSERT_EQ(Create(other, DescribeParties(), kCreateOnly), kSuccess);
+  Client second;
+  ASSERT_EQ(second.Open(other), kSuccess);
+  EXPECT_EQ(Walk(second, kByNumber), "");
+  EXPECT_EQ(second.Close(), kSuccess);
+}
+
+TEST_F(Creating, ReplacesAlsoADamagedFile) {
+  const std::string other = InFolder("OTHER.KRV");
+  std::ofstream(other) << std::string(5000, 'x');
+  EXPECT_EQ(Create(other, DescribeParties(), kCreateOnly), kFileExists);
+  EXPECT_EQ(Create(other, DescribeParties()), kSuccess);
+  Client second;
+  EXPECT_EQ(second.Open(other), kSuccess);
+  EXPECT_EQ(second.Close(), kSuccess);
+}
+
 TEST_F(Creating, LeavesNothingButTheFileBehind) {
   ASSERT_EQ(client.Close(), kSuccess);
   ASSERT_EQ(Create(path, DescribeParties()), kSuccess);

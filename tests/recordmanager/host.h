@@ -20,8 +20,6 @@ std::string ProgramFolder();
 class Worker {
  public:
   explicit Worker(const std::vector<std::string>& arguments);
-  Worker(Worker&& other) noexcept;
-  Worker& operator=(Worker&&) = delete;
   Worker(const Worker&) = delete;
   Worker& operator=(const Worker&) = delete;
   ~Worker();

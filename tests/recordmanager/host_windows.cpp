@@ -43,8 +43,6 @@ Worker::Worker(const std::vector<std::string>& arguments) {
   }
 }
 
-Worker::Worker(Worker&& other) noexcept : process_(std::exchange(other.process_, 0)) {}
-
 Worker::~Worker() { Kill(); }
 
 int Worker::Wait() {

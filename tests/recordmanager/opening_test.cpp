@@ -81,25 +81,6 @@ TEST_F(Opening, ForReadingRefusesWrites) {
   EXPECT_EQ(reader.Close(), kSuccess);
 }
 
-TEST_F(Opening, SeesThatAFileHasGoneOrWasReplaced) {
-  ASSERT_EQ(client.Insert(MakeParty(1)), kSuccess);
-  const std::string saved = InFolder("SAVED.KRV");
-  ASSERT_EQ(client.Close(), kSuccess);
-  std::error_code inUse;
-  std::filesystem::rename(path, saved, inUse);
-  if (inUse) {
-    GTEST_SKIP() << "this host lets nobody rename a file that is in use: " << inUse.message();
-  }
-  EXPECT_EQ(client.Open(path), kFileNotFound);
-  ASSERT_EQ(Create(path, DescribeParties(), kCreateOnly), kSuccess);
-  EXPECT_EQ(client.Open(path), kSuccess);
-  EXPECT_EQ(Walk(client, kByNumber), "");
-  Client other;
-  EXPECT_EQ(other.Open(saved), kSuccess);
-  EXPECT_EQ(Walk(other, kByNumber), "1");
-  EXPECT_EQ(other.Close(), kSuccess);
-}
-
 TEST_F(Opening, LeavesAFileCompleteWhenItsLastUserHasClosedIt) {
   ASSERT_EQ(client.Insert(MakeParty(1)), kSuccess);
   ASSERT_EQ(client.Close(), kSuccess);

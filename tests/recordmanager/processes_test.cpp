@@ -39,10 +39,9 @@ class Processes : public PartyFile {
 
 TEST_F(Processes, LoseNoneOfEachOthersUpdates) {
   ASSERT_EQ(client.Insert(MakeParty(1)), kSuccess);
-  std::vector<host::Worker> workers;
-  for (int i = 0; i < 3; ++i) {
-    workers.emplace_back(std::vector<std::string>{"count", path, "150"});
-  }
+  host::Worker workers[] = {host::Worker({"count", path, "150"}),
+                            host::Worker({"count", path, "150"}),
+                            host::Worker({"count", path, "150"})};
   for (host::Worker& worker : workers) {
     EXPECT_EQ(worker.Wait(), 0);
   }
@@ -51,15 +50,15 @@ TEST_F(Processes, LoseNoneOfEachOthersUpdates) {
 }
 
 TEST_F(Processes, NeverGetTheSameNumber) {
-  std::vector<host::Worker> workers;
-  for (int i = 0; i < 3; ++i) {
-    workers.emplace_back(std::vector<std::string>{"insert", path, std::to_string(i), "100",
-                                                  InFolder("log" + std::to_string(i))});
+  host::Worker workers[] = {host::Worker({"insert", path, "1", "100", InFolder("log1")}),
+                            host::Worker({"insert", path, "2", "100", InFolder("log2")}),
+                            host::Worker({"insert", path, "3", "100", InFolder("log3")})};
+  for (host::Worker& worker : workers) {
+    EXPECT_EQ(worker.Wait(), 0);
   }
   std::set<std::int32_t> numbers;
-  for (std::size_t i = 0; i < workers.size(); ++i) {
-    EXPECT_EQ(workers[i].Wait(), 0);
-    const auto log = ReadLog(InFolder("log" + std::to_string(i)));
+  for (const char* name : {"log1", "log2", "log3"}) {
+    const auto log = ReadLog(InFolder(name));
     numbers.insert(log.begin(), log.end());
   }
   EXPECT_EQ(numbers.size(), 300U);
@@ -82,8 +81,8 @@ TEST_F(Processes, KeepWhatWasAcknowledgedWhenTheyAreKilled) {
     }
   }
   ASSERT_GT(acknowledged.size(), 60U);
-  for (const std::int32_t number : acknowledged) {
-    ASSERT_EQ(client.Get(kGetEqual, kByNumber, number), kSuccess) << number;
+  for (const std::int32_t survivor : acknowledged) {
+    ASSERT_EQ(client.Get(kGetEqual, kByNumber, survivor), kSuccess) << survivor;
   }
   const std::size_t count = CountByKey(kByNumber);
   EXPECT_GE(count, acknowledged.size());

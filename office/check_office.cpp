@@ -1,0 +1,121 @@
+#include "office/check_office.h"
+
+#include <algorithm>
+#include <ostream>
+#include <string>
+
+#include "frame/attach.h"
+#include "frame/registry.h"
+#include "office/failure.h"
+#include "office/host.h"
+#include "office/record_manager.h"
+#include "office/show_file.h"
+#include "record_files.h"
+
+namespace office {
+namespace {
+
+using qlx99::RecordLayout;
+
+// Writes the report's lines and remembers whether all was well.
+class Report {
+ public:
+  explicit Report(std::ostream& out) : out_(out) {}
+
+  void Good(const std::string& line) { out_ << "  " << line << "\n"; }
+  void Bad(const std::string& line) {
+    out_ << "! " << line << "\n";
+    sound_ = false;
+  }
+
+  // What `look` returns is well, its failure is not.
+  template <class Look>
+  void Add(const Look& look) {
+    try {
+      Good(look());
+    } catch (const Failure& failure) {
+      Bad(failure.what());
+    }
+  }
+
+  bool IsSound() const { return sound_; }
+
+ private:
+  std::ostream& out_;
+  bool sound_ = true;
+};
+
+std::string KindOfInstallation() {
+  const bool local = qlx99::CurrentAttachment().installKind == qlx99::InstallKind::kLocal;
+  return local ? "ProgramName: the library reads the record files itself"
+               : "ProgramName: the library hands every call on to the sibling library";
+}
+
+// The library reads a file by the last of the keys that it declares, and follow-ups also by their
+// own numbers. The other keys are the case-management system's, which may make them as it likes.
+bool IsReadBy(const RecordLayout& layout, const qlx99::Key& key) {
+  return key.number + 1U == layout.keys.size() ||
+         layout.file.name == qlx99::FollowUpRecord::file.name;
+}
+
+// The key as the file must have it, or why not.
+std::string KeyProblem(const qlx99::Key& key, const FileFacts& facts) {
+  const auto found = std::ranges::find(facts.keys, key.number, &btrieve::KeyDescription::keyNumber);
+  const std::string name = "key " + std::to_string(key.number);
+  if (found == facts.keys.end()) return "it has no " + name;
+  if (found->position != key.field.offset + 1 || found->length != key.field.width) {
+    return name + " does not lie over " + key.field.name;
+  }
+  const bool duplicates = (found->flags & btrieve::kKeyDuplicates) != 0;
+  if (duplicates != (key.kind == qlx99::Key::kDuplicates)) {
+    return name + (duplicates ? " allows duplicates" : " does not allow duplicates");
+  }
+  return {};
+}
+
+std::string LookAtFile(const RecordManager& manager, const std::filesystem::path& directory,
+                       const RecordLayout& layout) {
+  TableFile file(manager, directory, layout);
+  const FileFacts facts = file.Facts();
+  const std::string name = layout.file.name;
+  if (facts.file.recordLength != layout.file.length) {
+    throw Failure(name + ": its records have " + std::to_string(facts.file.recordLength) +
+                  " bytes, not " + std::to_string(layout.file.length));
+  }
+  for (const qlx99::Key& key : layout.keys) {
+    const std::string problem = IsReadBy(layout, key) ? KeyProblem(key, facts) : "";
+    if (!problem.empty()) throw Failure(name + ": " + problem);
+  }
+  return name + ": " + std::to_string(facts.file.recordCount) + " records of " +
+         std::to_string(layout.file.length) + " bytes";
+}
+
+template <const qlx99::RegistryValue& value>
+std::string LookAtValue() {
+  const auto text = qlx99::ReadConfiguration<value>();
+  if (!text) throw Failure(std::string(value.name) + " is not set; `qlx setup DIR` sets it");
+  return std::string(value.name) + ": " + text->data();
+}
+
+}  // namespace
+
+bool CheckOffice(std::ostream& out) {
+  Report report(out);
+  report.Add(LookAtValue<qlx99::kDataRoot>);
+  report.Add(LookAtValue<qlx99::kDocuRoot>);
+  report.Add(LookAtValue<qlx99::kProgramRoot>);
+  report.Good(KindOfInstallation());
+  try {
+    const RecordManager manager;
+    report.Good("Record manager: " + manager.Name());
+    const std::filesystem::path directory = ConfiguredDataRoot();
+    for (const RecordLayout& layout : qlx99::kRecordFiles) {
+      report.Add([&] { return LookAtFile(manager, directory, layout); });
+    }
+  } catch (const Failure& failure) {
+    report.Bad(failure.what());
+  }
+  return report.IsSound();
+}
+
+}  // namespace office

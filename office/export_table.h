@@ -1,0 +1,55 @@
+// The library's exports as data: what each takes and what the fields of its record mean. Whatever
+// the tool knows about calling the library stands here.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/result_record.h"
+
+namespace office {
+
+// What one call is given. The buffer is where every macro's is, full of blanks.
+class CallArguments {
+ public:
+  // In the order of the export's arguments, without the buffer; missing ones are null pointers.
+  explicit CallArguments(std::vector<std::string> ansiTexts);
+
+  // The next argument of an export, by its type: a text, the buffer or a number.
+  template <class Parameter>
+  Parameter Next();
+
+  // What the export left in the buffer: the bytes before the first zero byte or, when nothing but
+  // the record was written, before the blanks. Nothing when the buffer is as it was.
+  std::optional<std::string> Record() const;
+
+ private:
+  std::vector<std::string> texts_;
+  std::size_t next_ = 0;
+  std::array<char, qlx99::kCallerBufferSize> buffer_{};
+};
+
+struct Export {
+  std::string_view name;
+  std::vector<std::string_view> arguments;  // without the buffer
+  std::vector<std::string_view> fields;     // of the record; none: there is no buffer
+  std::string_view meaning;                 // of what it answers
+  std::function<std::int32_t(CallArguments&)> function;
+};
+
+// Every export that a macro can call, in the order of exports.h.
+std::span<const Export> Exports();
+
+// A line for each, with its arguments, behind a line break.
+std::string ExportList();
+
+// Fails with the list of all exports when there is none of that name.
+const Export& ExportNamed(std::string_view name);
+
+}  // namespace office

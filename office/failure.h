@@ -1,0 +1,20 @@
+// How a command ends early: with words for the person at the screen, which say what to do next.
+#pragma once
+
+#include <stdexcept>
+
+namespace office {
+
+// What was asked for could not be done: exit code 1.
+class Failure : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// The command line asks for something that there is not: exit code 2.
+class WrongUsage : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+}  // namespace office

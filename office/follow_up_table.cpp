@@ -1,0 +1,56 @@
+#include "office/follow_up_table.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "office/export_call.h"
+#include "office/failure.h"
+#include "office/text_table.h"
+
+namespace office {
+namespace {
+
+// Whether the export reports the follow-up as delivered does not matter: it does not for one
+// without date and kind, although it is there.
+std::vector<DeliveredRecord> ReadFollowUps(const std::string& caseNumber) {
+  const std::int32_t count = CallExport(ExportNamed("WVInit"), {caseNumber}).result;
+  std::vector<DeliveredRecord> followUps;
+  for (std::int32_t index = 1; index <= count; ++index) {
+    auto followUp = ReadExport("WVNext", {caseNumber, std::to_string(index)});
+    if (followUp) followUps.push_back(std::move(*followUp));
+  }
+  return followUps;
+}
+
+// DD.MM.YYYY as YYYYMMDD; no date comes behind all dates.
+std::string Chronological(const std::string& date) {
+  constexpr std::size_t kDateLength = 10;
+  if (date.size() != kDateLength) return "~";
+  return date.substr(6, 4) + date.substr(3, 2) + date.substr(0, 2);
+}
+
+std::string PartyName(const std::string& caseNumber, const std::string& position) {
+  if (position == "0") return {};
+  const auto party = ReadExport("BListeNext", {caseNumber, position});
+  return party ? (*party)["name"] : position;
+}
+
+}  // namespace
+
+std::string FollowUpTable(const std::string& caseNumber) {
+  std::vector<DeliveredRecord> followUps = ReadFollowUps(caseNumber);
+  if (followUps.empty())
+    throw Failure("Case " + caseNumber + " has no follow-ups, or there is no such case.");
+  std::ranges::stable_sort(followUps, {}, [](const DeliveredRecord& followUp) {
+    return Chronological(followUp["date"]);
+  });
+  std::vector<std::vector<std::string>> rows;
+  for (const DeliveredRecord& followUp : followUps) {
+    rows.push_back({followUp["date"], followUp["kindName"], followUp["text"], followUp["userSign"],
+                    followUp["secondUserSign"], PartyName(caseNumber, followUp["partyPosition"]),
+                    followUp["id"]});
+  }
+  return TextTable({"Date", "Kind", "Text", "User", "Second", "Party", "ID"}, rows);
+}
+
+}  // namespace office

@@ -1,0 +1,32 @@
+// What differs between the systems that the tool runs on.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace office {
+
+// The command line without the program's name, in UTF-8.
+std::vector<std::string> CommandLineArguments(int count, char** texts);
+
+// Lets a console show UTF-8.
+void PrepareConsole();
+
+// A path as the record manager and the registry take it.
+std::string NativeText(const std::filesystem::path& path);
+
+// Where the registry is kept, for people.
+std::string RegistryPlace();
+
+// Paths are given and shown in UTF-8.
+inline std::filesystem::path PathOf(std::string_view utf8) {
+  return {std::u8string(utf8.begin(), utf8.end())};
+}
+inline std::string PathText(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+}  // namespace office

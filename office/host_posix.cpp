@@ -1,0 +1,21 @@
+#include <cstdlib>
+
+#include "office/host.h"
+
+namespace office {
+
+std::vector<std::string> CommandLineArguments(int count, char** texts) {
+  return {texts + (count > 0 ? 1 : 0), texts + count};
+}
+
+void PrepareConsole() {}
+
+std::string NativeText(const std::filesystem::path& path) { return path.string(); }
+
+std::string RegistryPlace() {
+  const char* file = std::getenv("QLX99_REGISTRY");
+  if (file != nullptr && *file != '\0') return std::string("the registration file ") + file;
+  return "your registration file (the environment variable QLX99_REGISTRY names another)";
+}
+
+}  // namespace office

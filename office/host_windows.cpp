@@ -1,0 +1,36 @@
+#include "office/host.h"
+#include "office/text_encoding.h"
+#include "platform/windows_api.h"
+// <windows.h> first: this builds on it.
+#include <shellapi.h>
+
+namespace office {
+namespace {
+
+std::string ToUtf8(const wchar_t* wide) {
+  const int needed = WideCharToMultiByte(CP_UTF8, 0, wide, -1, nullptr, 0, nullptr, nullptr);
+  std::string text(static_cast<std::size_t>(needed), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, wide, -1, text.data(), needed, nullptr, nullptr);
+  text.pop_back();  // the terminator
+  return text;
+}
+
+}  // namespace
+
+// The texts that main is given are in the system's code page; the system itself has all characters.
+std::vector<std::string> CommandLineArguments(int /*count*/, char** /*texts*/) {
+  int count = 0;
+  wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::vector<std::string> arguments;
+  for (int i = 1; i < count; ++i) arguments.push_back(ToUtf8(wide[i]));
+  LocalFree(wide);
+  return arguments;
+}
+
+void PrepareConsole() { SetConsoleOutputCP(CP_UTF8); }
+
+std::string NativeText(const std::filesystem::path& path) { return Encode(PathText(path)); }
+
+std::string RegistryPlace() { return "the registry"; }
+
+}  // namespace office

@@ -1,0 +1,62 @@
+// BLesenDLL, ALesenDLL, SLesenDLL, GetDokuNr: the calls of a letter macro, in its order.
+#include "office/failure.h"
+#include "office/letter.h"
+
+namespace office {
+namespace {
+
+std::string RoleCode(std::string role) {
+  constexpr std::size_t kRoleLength = 2;
+  if (role.size() < kRoleLength) role.resize(kRoleLength, ' ');
+  return role;
+}
+
+DeliveredRecord CaseData(const std::string& caseNumber) {
+  auto record = ReadExport("SLesenDLL", {caseNumber});
+  if (!record) {
+    throw Failure("There is no case " + caseNumber +
+                  ". `qlx office show ZTCASE` lists the cases of this office.");
+  }
+  return std::move(*record);
+}
+
+DeliveredRecord PartyInRole(const std::string& caseNumber, const std::string& role) {
+  const Export& called = ExportNamed("BLesenDLL");
+  const CallOutcome outcome = CallExport(called, {role, caseNumber, "", ""});
+  if (outcome.result != 0 && outcome.ansiRecord) {
+    return DeliveredRecord(called, *outcome.ansiRecord);
+  }
+  if (outcome.ansiRecord) throw Failure("No party was chosen, so there is no letter.");
+  const DeliveredRecord caseData = CaseData(caseNumber);  // or it is the case that is missing
+  throw Failure("None of the " + caseData["partyCount"] + " parties of case " + caseNumber +
+                " is in the role \"" + role + "\". Try another --role.");
+}
+
+DeliveredRecord Address(const std::string& caseNumber, const DeliveredRecord& party) {
+  const std::string& number = party["addressNumber"];
+  // Without a link the fourth argument must still be given, or that of an earlier call would count.
+  auto record = ReadExport("ALesenDLL", {caseNumber, number, party["linkNumber"]});
+  if (!record) throw Failure("Address " + number + " could not be read.");
+  if ((*record)["name"].empty()) {
+    throw Failure("Address " + number + " has no contact person with a name to write to.");
+  }
+  if ((*record)["place"].empty() && (*record)["secondPlace"].empty()) {
+    throw Failure("Address " + number + ", of " + (*record)["name"] +
+                  ", has no place to send a letter to.");
+  }
+  return std::move(*record);
+}
+
+}  // namespace
+
+LetterFacts ReadLetterFacts(const std::string& caseNumber, const std::string& role) {
+  const DeliveredRecord party = PartyInRole(caseNumber, RoleCode(role));
+  DeliveredRecord address = Address(caseNumber, party);
+  DeliveredRecord caseData = CaseData(caseNumber);
+  // Last, because the number is used up.
+  const std::int32_t number = CallExport(ExportNamed("GetDokuNr"), {caseNumber}).result;
+  if (number <= 0) throw Failure("There was no document number for case " + caseNumber + ".");
+  return {caseNumber, number, std::move(address), std::move(caseData)};
+}
+
+}  // namespace office

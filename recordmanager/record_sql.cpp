@@ -1,0 +1,79 @@
+#include "recordmanager/record_sql.h"
+
+namespace recordmanager {
+namespace {
+
+std::string ColumnOf(const Key& key) { return "key" + std::to_string(key.Number()); }
+
+// The key columns with `suffix`, each after a comma.
+std::string ColumnList(const RecordLayout& layout, const char* suffix) {
+  std::string list;
+  for (const Key& key : layout.keys) {
+    list.append(", ").append(ColumnOf(key)).append(suffix);
+  }
+  return list;
+}
+
+std::string ConditionOf(Bound bound, const std::string& column) {
+  switch (bound) {
+    case Bound::kFrom:
+      return column + " >= ?1 ORDER BY " + column;
+    case Bound::kAfter:
+      return column + " > ?1 ORDER BY " + column;
+    case Bound::kUpTo:
+      return column + " <= ?1 ORDER BY " + column + " DESC";
+    case Bound::kBefore:
+      return column + " < ?1 ORDER BY " + column + " DESC";
+    default:
+      return column + " BETWEEN ?1 AND ?2 ORDER BY " + column;
+  }
+}
+
+}  // namespace
+
+std::string SchemaSql(const RecordLayout& layout) {
+  // The data comes last, so that a long record does not push the keys to another page.
+  std::string sql =
+      "CREATE TABLE file(description BLOB NOT NULL, changes INTEGER NOT NULL);"
+      "CREATE TABLE record(id INTEGER PRIMARY KEY, version INTEGER NOT NULL" +
+      ColumnList(layout, " BLOB NOT NULL") + ", data BLOB NOT NULL);";
+  for (const Key& key : layout.keys) {
+    const std::string column = ColumnOf(key);
+    sql.append("CREATE UNIQUE INDEX by_").append(column);
+    sql.append(" ON record(").append(column).append(");");
+  }
+  return sql;
+}
+
+std::string ReadSql(const Key& key, Bound bound) {
+  const std::string column = ColumnOf(key);
+  return "SELECT id, version, " + column + ", data FROM record WHERE " +
+         ConditionOf(bound, column) + " LIMIT 1";
+}
+
+std::string LoadEntriesSql(const RecordLayout& layout) {
+  return "SELECT version" + ColumnList(layout, "") + " FROM record WHERE id = ?1";
+}
+
+std::string InsertSql(const RecordLayout& layout) {
+  std::string values = "?1, ?2, ?3";
+  for (std::size_t i = 0; i < layout.keys.size(); ++i) {
+    values += ", ?";
+  }
+  return "INSERT INTO record(version, id, data" + ColumnList(layout, "") + ") VALUES(" + values +
+         ")";
+}
+
+std::string RewriteSql() { return "UPDATE record SET version = ?1, data = ?3 WHERE id = ?2"; }
+
+std::string RekeySql(const RecordLayout& layout) {
+  return "UPDATE record SET version = ?1, data = ?3" + ColumnList(layout, " = ?") +
+         " WHERE id = ?2";
+}
+
+std::string CountValuesSql(const Key& key) {
+  return "SELECT count(DISTINCT substr(" + ColumnOf(key) + ", 1, " + std::to_string(key.Length()) +
+         ")) FROM record";
+}
+
+}  // namespace recordmanager
