@@ -1,0 +1,51 @@
+// The fixtures of all tests of exports. A test arranges the office, calls the library as a macro
+// does, and looks at what it got and at what the user saw:
+//
+//   TEST_F(UserListTest, CountsTheUsers) {
+//     office.Has<UserRecord>({{UserRecord::number, 17}});
+//     EXPECT_EQ(library->UserInit(), 1);
+//   }
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "support/caller_buffer.h"
+#include "support/library.h"
+#include "support/manager_script.h"
+#include "support/office.h"
+#include "support/record_managers.h"
+#include "support/user.h"
+
+namespace qlx99::tests {
+
+// With the embedded record manager.
+class ExportTest : public testing::Test {
+ protected:
+  void TearDown() override;
+
+  FoundManagers managers;
+  Office office;
+  User user;
+  Library library;
+};
+
+// With the scripted one, over the embedded one.
+class ScriptedExportTest : public ExportTest {
+ protected:
+  void TearDown() override;
+
+  // Runs an export once as it is, to count its calls of the record manager, and then with each of
+  // them failing in turn, with several statuses. Each time the result is one of `results`, every
+  // file that was opened has been closed, the user was told of the file that could not be opened or
+  // closed and of no other, and nothing stands behind the record in the buffer.
+  void ExpectSoundWhicheverCallFails(const std::function<std::int32_t(char* buffer)>& run,
+                                     const std::vector<std::int32_t>& results);
+
+  ManagerScript manager{managers};
+};
+
+}  // namespace qlx99::tests

@@ -1,0 +1,92 @@
+// An office: its record files and its configuration, in a folder of the test's own. At first every
+// file is there and empty, and nothing but the data path is configured.
+//
+//   office.Has<UserRecord>({{UserRecord::number, 17}, {UserRecord::name, "Müller"}});
+//   office.Lacks<UserRecord>();
+//   office.IsConfigured("DocuRoot", "C:\\Akten");
+//   EXPECT_EQ(office.Records<DocumentNumberRecord>().size(), 1);
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/record.h"
+#include "store/record_layout.h"
+
+namespace qlx99::tests {
+
+// A field and its bytes. Texts are UTF-8, padded with blanks; those of the OEM code page are taken
+// as they are.
+struct FieldValue {
+  FieldValue(const Int32Field& field, std::int32_t value);
+  FieldValue(const DayField& field, std::uint16_t value);
+  FieldValue(const AmountField& field, double value);
+  FieldValue(const TextField& field, std::string_view text);
+
+  FieldInfo field;
+  std::string bytes;
+};
+
+using FieldValues = std::vector<FieldValue>;
+
+class Office {
+ public:
+  Office();
+  ~Office();
+  Office(const Office&) = delete;
+  Office& operator=(const Office&) = delete;
+
+  // One more record. Fields that are not given are blank or 0; the bytes between the fields are
+  // rubbish, as they are none of the library's business.
+  template <class Layout>
+  void Has(const FieldValues& values) {
+    Insert(LayoutOf<Layout>(), values);
+  }
+
+  // Another workstation changes the record whose key has this value.
+  template <class Layout>
+  void Changes(const Key& key, std::int32_t keyValue, const FieldValues& values) {
+    Update(LayoutOf<Layout>(), key, keyValue, values);
+  }
+
+  // All records, in the order of key 0.
+  template <class Layout>
+  std::vector<Record<Layout>> Records() {
+    std::vector<Record<Layout>> records;
+    for (const std::string& bytes : ReadAll(LayoutOf<Layout>())) {
+      std::copy(bytes.begin(), bytes.end(), records.emplace_back().bytes.begin());
+    }
+    return records;
+  }
+
+  // The file is not there (any more).
+  template <class Layout>
+  void Lacks() {
+    Remove(Layout::file.name);
+  }
+
+  // A value of the library's configuration, by its bare name, as the registry editor would store
+  // it, or with exactly these bytes.
+  void IsConfigured(const std::string& name, const std::string& text);
+  void IsConfiguredWithBytes(const std::string& name, const std::string& bytes);
+  void IsNotConfigured(const std::string& name);
+
+  // A folder that a test may use, and the one of the record files.
+  const std::filesystem::path& Folder() const { return folder_; }
+  std::filesystem::path DataFolder() const { return folder_ / "data"; }
+
+ private:
+  void Insert(const RecordLayout& layout, const FieldValues& values);
+  void Update(const RecordLayout& layout, const Key& key, std::int32_t keyValue,
+              const FieldValues& values);
+  std::vector<std::string> ReadAll(const RecordLayout& layout);
+  void Remove(const char* fileName);
+
+  std::filesystem::path folder_;
+};
+
+}  // namespace qlx99::tests

@@ -1,0 +1,52 @@
+// The person at the screen: acts on dialogs as the test says, beforehand, and remembers what was
+// shown. A dialog that the test did not foresee, and a message that it did not look at, fail it.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "support/screen.h"
+
+namespace qlx99::tests {
+
+class User final : public Watcher {
+ public:
+  User() : screen_(*this) {}
+
+  // What to do at the next dialog, one instruction for each dialog to come.
+  void Chooses(int line);        // selects that line, counted from 1, and takes it
+  void TakesTheSelected();       // takes what is selected already
+  void Cancels();                // by the Escape key or the close box
+  void Presses(int buttonId);    // and nothing else
+  void Does(std::function<void(OpenDialog&)> action);
+
+  // What has been shown since the last time the test asked.
+  std::vector<MessageBox> Messages();
+  std::vector<ShownDialog> Dialogs();
+
+  // The only dialog shown since then.
+  ShownDialog OnlyDialog();
+
+  // At a test's end: no message was left unread, and no instruction unused.
+  void ExpectNothingLeft();
+
+  void Sees(const MessageBox& message) override;
+  void Sees(OpenDialog& dialog) override;
+
+ private:
+  std::deque<std::function<void(OpenDialog&)>> instructions_;
+  std::vector<MessageBox> messages_;
+  std::vector<ShownDialog> dialogs_;
+  Screen screen_;
+};
+
+// The messages that many exports have in common.
+MessageBox CannotOpen(const std::string& fileName);
+MessageBox CannotClose(const std::string& fileName);
+MessageBox NoDataPath(const std::string& whatCannotBeTaken);  // "User", "Adressdaten", ...
+MessageBox TooMuchData();
+MessageBox Invalid(const std::string& text);  // of validation: OK button only
+
+}  // namespace qlx99::tests
