@@ -13,7 +13,8 @@ constexpr int kStatuses[] = {btrieve::kIoError, btrieve::kKeyNotFound, btrieve::
 
 // The messages about a file, among others that the export may have.
 std::vector<MessageBox> FileMessages(std::vector<MessageBox> messages) {
-  std::erase_if(messages, [](const auto& message) { return !message.text.starts_with("Die Datei"); });
+  std::erase_if(messages,
+                [](const auto& message) { return !message.text.starts_with("Die Datei"); });
   return messages;
 }
 

@@ -13,14 +13,15 @@ namespace qlx99::tests {
 namespace {
 
 constexpr const char* kOperations[] = {
-    "Open",       "Close",    "Insert", "Update", "Delete", "GetEqual", "GetNext", "GetPrevious",
-    "GetGreater", "GetGreaterOrEqual", "GetLess", "GetLessOrEqual",   "GetFirst", "GetLast"};
+    "Open",     "Close",          "Insert",      "Update",     "Delete",
+    "GetEqual", "GetNext",        "GetPrevious", "GetGreater", "GetGreaterOrEqual",
+    "GetLess",  "GetLessOrEqual", "GetFirst",    "GetLast"};
 
 std::string BareName(const std::string& path) { return path.substr(path.find_last_of("\\/") + 1); }
 
 std::string OperationOnFile(WORD operation, const std::string& file) {
-  return std::string(operation < std::size(kOperations) ? kOperations[operation] : "Unknown") + ' ' +
-         file;
+  return std::string(operation < std::size(kOperations) ? kOperations[operation] : "Unknown") +
+         ' ' + file;
 }
 
 bool BringsData(WORD operation) {
@@ -37,22 +38,16 @@ std::string ManagerCall::Text() const {
 }
 
 ManagerScript::ManagerScript(FoundManagers& managers) {
-  const std::string file =
-      (managers.Are({{"w3btrv7"}}) / world::LibraryFile("w3btrv7")).string();
-  library_ = LoadLibraryA(file.c_str());
-  setHandler_ = std::bit_cast<SetHandlerFunction*>(GetProcAddress(library_, "SetHandler"));
-  setHandler_(&ManagerScript::Handle, this);
-}
-
-ManagerScript::~ManagerScript() {
-  setHandler_(nullptr, nullptr);
-  FreeLibrary(library_);
+  const std::string file = (managers.Are({{"w3btrv7"}}) / world::LibraryFile("w3btrv7")).string();
+  HMODULE library = LoadLibraryA(file.c_str());
+  auto* const setHandler =
+      std::bit_cast<SetHandlerFunction*>(GetProcAddress(library, "SetHandler"));
+  setHandler(&ManagerScript::Handle, this);
 }
 
 void ManagerScript::Answers(WORD operation, const std::string& file, int status, int times) {
-  rules_.push_back({operation, file, times, [status](const ManagerCall&, void*, ULONG*) {
-                      return status;
-                    }});
+  rules_.push_back(
+      {operation, file, times, [status](const ManagerCall&, void*, ULONG*) { return status; }});
 }
 
 void ManagerScript::FailsCall(std::size_t n, int status) { failures_[calls_.size() + n] = status; }

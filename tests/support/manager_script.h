@@ -34,9 +34,9 @@ class ManagerScript {
  public:
   static constexpr int kForEver = -1;
 
-  // From now on the library finds this record manager.
+  // From now on the library finds this record manager, until UnloadRecordManagers.
   explicit ManagerScript(FoundManagers& managers);
-  ~ManagerScript();
+  ~ManagerScript() = default;
   ManagerScript(const ManagerScript&) = delete;
   ManagerScript& operator=(const ManagerScript&) = delete;
 
@@ -81,11 +81,9 @@ class ManagerScript {
 
   std::vector<ManagerCall> calls_;
   std::vector<Rule> rules_;
-  std::map<std::size_t, int> failures_;  // by the number of the call
+  std::map<std::size_t, int> failures_;                        // by the number of the call
   std::multimap<std::string, std::function<void()>> actions_;  // by the call's operation and file
   std::map<const void*, std::string> openFiles_;               // by position block
-  HMODULE library_;
-  SetHandlerFunction* setHandler_;
 };
 
 }  // namespace qlx99::tests

@@ -131,8 +131,8 @@ std::vector<std::string> Office::ReadAll(const RecordLayout& layout) {
   std::vector<std::string> records;
   OpenFile file(layout, DataFolder());
   std::string record(layout.file.length, '\0');
-  for (WORD operation = btrieve::kGetFirst;
-       file.Call(operation, 0, record) == btrieve::kSuccess; operation = btrieve::kGetNext) {
+  for (WORD operation = btrieve::kGetFirst; file.Call(operation, 0, record) == btrieve::kSuccess;
+       operation = btrieve::kGetNext) {
     records.push_back(record);
   }
   return records;

@@ -16,9 +16,9 @@ std::string Convert(std::string_view text, UINT from, UINT to) {
   const int wideLength = MultiByteToWideChar(from, 0, text.data(), length, wide.data(), length);
   // No character of Windows-1252 takes more than three bytes.
   std::string converted(text.size() * 3, '\0');
-  const int size = WideCharToMultiByte(to, to == kAnsi ? WC_NO_BEST_FIT_CHARS : 0, wide.data(),
-                                       wideLength, converted.data(),
-                                       static_cast<int>(converted.size()), nullptr, nullptr);
+  const int size =
+      WideCharToMultiByte(to, to == kAnsi ? WC_NO_BEST_FIT_CHARS : 0, wide.data(), wideLength,
+                          converted.data(), static_cast<int>(converted.size()), nullptr, nullptr);
   converted.resize(static_cast<std::size_t>(size));
   return converted;
 }

@@ -79,9 +79,9 @@ MessageBox CannotClose(const std::string& fileName) {
 }
 
 MessageBox NoDataPath(const std::string& whatCannotBeTaken) {
-  return {"Datenpfad nicht gefunden !\n " + whatCannotBeTaken +
-              " können nicht übernommen werden ! ",
-          "Systemmeldung !", kStopIcon};
+  return {
+      "Datenpfad nicht gefunden !\n " + whatCannotBeTaken + " können nicht übernommen werden ! ",
+      "Systemmeldung !", kStopIcon};
 }
 
 MessageBox TooMuchData() { return {"Datenmenge ist zu groß !", "Systemmeldung !", kStopIcon}; }

@@ -16,10 +16,10 @@ class User final : public Watcher {
   User() : screen_(*this) {}
 
   // What to do at the next dialog, one instruction for each dialog to come.
-  void Chooses(int line);        // selects that line, counted from 1, and takes it
-  void TakesTheSelected();       // takes what is selected already
-  void Cancels();                // by the Escape key or the close box
-  void Presses(int buttonId);    // and nothing else
+  void Chooses(int line);      // selects that line, counted from 1, and takes it
+  void TakesTheSelected();     // takes what is selected already
+  void Cancels();              // by the Escape key or the close box
+  void Presses(int buttonId);  // and nothing else
   void Does(std::function<void(OpenDialog&)> action);
 
   // What has been shown since the last time the test asked.
