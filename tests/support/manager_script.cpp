@@ -84,14 +84,15 @@ void ManagerScript::Forget() {
   actions_.clear();
 }
 
-// A copied position block is known by its content.
-std::string ManagerScript::FileOf(const void* positionBlock) const {
+// A copied position block is known by its content at first, and by its place once it has moved on.
+std::string ManagerScript::FileOf(const void* positionBlock) {
   const auto known = openFiles_.find(positionBlock);
   if (known != openFiles_.end()) return known->second;
   const auto original = std::find_if(openFiles_.begin(), openFiles_.end(), [&](const auto& open) {
     return std::memcmp(open.first, positionBlock, btrieve::kPositionBlockSize) == 0;
   });
-  return original == openFiles_.end() ? "" : original->second;
+  if (original != openFiles_.end()) copies_[positionBlock] = original->second;
+  return copies_[positionBlock];
 }
 
 ManagerScript::Rule* ManagerScript::RuleFor(const ManagerCall& call) {

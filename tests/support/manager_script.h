@@ -74,7 +74,7 @@ class ManagerScript {
                       ULONG* dataLength, void* keyBuffer, BYTE keyLength, char keyNumber,
                       void* clientId);
 
-  std::string FileOf(const void* positionBlock) const;
+  std::string FileOf(const void* positionBlock);
   Rule* RuleFor(const ManagerCall& call);
   void RunActions(const ManagerCall& call);
   void Keep(const ManagerCall& call);
