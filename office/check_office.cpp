@@ -73,21 +73,25 @@ std::string KeyProblem(const qlx99::Key& key, const FileFacts& facts) {
   return {};
 }
 
+[[noreturn]] void Refuse(const RecordLayout& layout, const std::string& why) {
+  throw Failure(std::string(layout.file.name) + ": " + why);
+}
+
 std::string LookAtFile(const RecordManager& manager, const std::filesystem::path& directory,
                        const RecordLayout& layout) {
   TableFile file(manager, directory, layout);
   const FileFacts facts = file.Facts();
-  const std::string name = layout.file.name;
+  const std::string length = std::to_string(layout.file.length);
   if (facts.file.recordLength != layout.file.length) {
-    throw Failure(name + ": its records have " + std::to_string(facts.file.recordLength) +
-                  " bytes, not " + std::to_string(layout.file.length));
+    Refuse(layout,
+           "its records have " + std::to_string(facts.file.recordLength) + " bytes, not " + length);
   }
   for (const qlx99::Key& key : layout.keys) {
     const std::string problem = IsReadBy(layout, key) ? KeyProblem(key, facts) : "";
-    if (!problem.empty()) throw Failure(name + ": " + problem);
+    if (!problem.empty()) Refuse(layout, problem);
   }
-  return name + ": " + std::to_string(facts.file.recordCount) + " records of " +
-         std::to_string(layout.file.length) + " bytes";
+  return std::string(layout.file.name) + ": " + std::to_string(facts.file.recordCount) +
+         " records of " + length + " bytes";
 }
 
 template <const qlx99::RegistryValue& value>

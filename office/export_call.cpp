@@ -34,7 +34,8 @@ CallOutcome CallExport(const Export& called, const std::vector<std::string>& arg
                      std::to_string(arguments.size()) + "; the buffer is not one of them.");
   }
   std::vector<std::string> texts;
-  for (const std::string& argument : arguments) texts.push_back(Encode(argument));
+  std::ranges::transform(arguments, std::back_inserter(texts),
+                         [](const std::string& argument) { return Encode(argument); });
   CallArguments given(std::move(texts));
   const std::int32_t result = called.function(given);
   return {result, called.fields.empty() ? std::nullopt : given.Record()};

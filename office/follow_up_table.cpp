@@ -45,6 +45,7 @@ std::string FollowUpTable(const std::string& caseNumber) {
     return Chronological(followUp["date"]);
   });
   std::vector<std::vector<std::string>> rows;
+  rows.reserve(followUps.size());
   for (const DeliveredRecord& followUp : followUps) {
     rows.push_back({followUp["date"], followUp["kindName"], followUp["text"], followUp["userSign"],
                     followUp["secondUserSign"], PartyName(caseNumber, followUp["partyPosition"]),

@@ -92,7 +92,7 @@ class CaseGenerator {
     address.Set(AddressRecord::postalCode, Digits(1000 + dice_.Roll(98'000), 5));
     address.Set(AddressRecord::place, dice_.Pick(places_));
     files_.Insert(address);
-    const std::string name = dice_.Pick(names_);
+    std::string name = dice_.Pick(names_);
     AddContactPerson(name);
     if (dice_.Roll(4) == 0) AddContactPerson(name);
     for (std::uint32_t left = dice_.Roll(3); left > 0; --left) AddBankConnection();

@@ -24,7 +24,7 @@ DeliveredRecord PartyInRole(const std::string& caseNumber, const std::string& ro
   const Export& called = ExportNamed("BLesenDLL");
   const CallOutcome outcome = CallExport(called, {role, caseNumber, "", ""});
   if (outcome.result != 0 && outcome.ansiRecord) {
-    return DeliveredRecord(called, *outcome.ansiRecord);
+    return {called, *outcome.ansiRecord};
   }
   if (outcome.ansiRecord) throw Failure("No party was chosen, so there is no letter.");
   const DeliveredRecord caseData = CaseData(caseNumber);  // or it is the case that is missing

@@ -99,6 +99,13 @@ std::string Describe(const qlx99::RecordLayout& layout) {
   return description;
 }
 
+int CallWithoutFile(const RecordManager& manager, WORD operation) {
+  std::array<std::byte, btrieve::kPositionBlockSize> positionBlock{};
+  std::array<char, 1> noData{};
+  KeyBuffer key{};
+  return manager.Call(operation, {positionBlock, noData, key});
+}
+
 }  // namespace
 
 RecordManager::RecordManager() {
@@ -126,17 +133,6 @@ int RecordManager::Call(WORD operation, const Arguments& arguments, std::size_t*
   if (length != nullptr) *length = std::min<std::size_t>(dataLength, arguments.data.size());
   return status;
 }
-
-namespace {
-
-int CallWithoutFile(const RecordManager& manager, WORD operation) {
-  std::array<std::byte, btrieve::kPositionBlockSize> positionBlock{};
-  std::array<char, 1> noData{};
-  KeyBuffer key{};
-  return manager.Call(operation, {positionBlock, noData, key});
-}
-
-}  // namespace
 
 Transaction::Transaction(const RecordManager& manager) : manager_(manager) {
   Check(CallWithoutFile(manager, btrieve::kBeginTransaction), "Beginning to write");

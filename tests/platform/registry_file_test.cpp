@@ -15,7 +15,7 @@ namespace {
 
 using platform::RegistryFile;
 using platform::RegistryValue;
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 constexpr auto kOptions = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Options)";
 
@@ -64,9 +64,9 @@ TEST(RegistrationText, IsReadBackAsItWasWritten) {
 
 TEST(RegistrationText, PassesOverLinesThatMeanNothing) {
   for (const char* line :
-       {"rubbish", "\"x", "\"x\"", "\"x\"=", "\"x\"=\"open", "\"x\"=\"a\"b", "\"x\"=dword:xyz",
-        "\"x\"=dword:123456789", "\"x\"=hex:1g", "\"x\"=hex:100", "\"x\"=hex():00", "\"x\"=hex(:00",
-        "\"x\"=-", "=", "\"\\", "[", "@", "\xFF\xFE"}) {
+       {"rubbish", R"("x)", R"("x")", R"("x"=)", R"("x"="open)", R"("x"="a"b)", R"("x"=dword:xyz)",
+        R"("x"=dword:123456789)", R"("x"=hex:1g)", R"("x"=hex:100)", R"("x"=hex():00)",
+        R"("x"=hex(:00)", R"("x"=-)", "=", R"("\)", "[", "@", "\xFF\xFE"}) {
     SCOPED_TRACE(line);
     const std::string text = std::string("[") + kOptions + "]\n" + line + "\n\"after\"=\"ok\"\n";
     const RegistryFile file = RegistryFile::Parse(text);

@@ -10,7 +10,7 @@
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 class Registry : public testing::Test {
  protected:

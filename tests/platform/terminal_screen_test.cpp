@@ -9,7 +9,6 @@
 
 namespace {
 
-using testing::EndsWith;
 using testing::HasSubstr;
 
 class Terminal : public testing::Test {
@@ -20,7 +19,7 @@ class Terminal : public testing::Test {
   /// Shows dialog `id` to somebody who types `answers`; returns the line taken, -1 for none, -2 for
   /// cancelled.
   INT_PTR Show(const std::string& answers, int id = 1) {
-    in_.str(answers);
+    in_ = std::istringstream(answers);
     return DialogBoxParamA(library_.Handle(), MAKEINTRESOURCEA(id), nullptr, Procedure,
                            id == 1 ? 403 : 201);
   }
@@ -78,7 +77,6 @@ TEST_F(Terminal, TakesTheLineOfTheNumber) {
        {Case{"\n", 0}, Case{"2\n", 1}, Case{" 3 \r\n", 2}, Case{"3", 2}, Case{"0\n", -2},
         Case{"", -2}, Case{"4\nx\n-1\n2\n", 1}}) {
     for (const int id : {1, 2}) {
-      in_.clear();
       EXPECT_EQ(Show(answers, id), result) << answers << " in dialog " << id;
     }
   }

@@ -5,7 +5,7 @@
 namespace {
 
 // Built when the library is loaded, not when it is compiled.
-const std::string greeting(3, 'x');
+const std::string kGreeting(3, 'x');
 
 HINSTANCE attachedAs = nullptr;
 int attachments = 0;
@@ -20,9 +20,9 @@ BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
   if (reason == DLL_PROCESS_ATTACH) {
     attachedAs = module;
     ++attachments;
-    objectsWereReady = greeting == "xxx";
+    objectsWereReady = kGreeting == "xxx";
   }
-  if (reason == DLL_PROCESS_DETACH && detachments != nullptr && greeting == "xxx") {
+  if (reason == DLL_PROCESS_DETACH && detachments != nullptr && kGreeting == "xxx") {
     ++*detachments;
   }
   return TRUE;

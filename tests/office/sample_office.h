@@ -1,0 +1,52 @@
+// The sample office in a folder of its own, made and configured as an administrator does it: by the
+// tool's commands.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/platform/private_registry.h"
+
+// What one command did.
+struct Outcome {
+  int code;
+  std::string out;
+  std::string err;
+};
+
+Outcome Qlx(const std::vector<std::string>& arguments);
+
+// An empty folder until the end of its scope, and as much of it as can be removed then.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder();
+
+  std::filesystem::path Path() const { return path_; }
+  std::string Text() const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+// One office for all tests of a suite; tests that write choose cases of their own.
+class SampleOffice : public testing::Test {
+ protected:
+  static void SetUpTestSuite();
+  static void TearDownTestSuite();
+
+  static std::string Folder() { return made_->folder.Text(); }
+
+ private:
+  struct Made {
+    PrivateRegistry registry;
+    TemporaryFolder folder;
+  };
+  static std::unique_ptr<Made> made_;
+};
