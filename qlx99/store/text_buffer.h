@@ -2,6 +2,7 @@
 // zero-terminated.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -37,7 +38,7 @@ class TextBuffer {
   // Lets the buffer end where its text does, so that what is appended next is part of it.
   void EndAtFirstZero() {
     size_ = Text().size();
-    bytes_[size_] = '\0';
+    std::fill(bytes_.begin() + size_, bytes_.end(), '\0');  // what is appended has no terminator
   }
 
  protected:

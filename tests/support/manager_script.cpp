@@ -72,9 +72,11 @@ std::vector<std::string> ManagerScript::CallTexts() const {
 }
 
 std::vector<std::string> ManagerScript::OpenFiles() const {
-  std::vector<std::string> files;
-  for (const auto& [positionBlock, file] : openFiles_) files.push_back(file);
-  return files;
+  std::vector<std::string> names;
+  for (const auto& [positionBlock, file] : files_) {
+    if (!file.isClosed) names.push_back(file.name);
+  }
+  return names;
 }
 
 void ManagerScript::Forget() {
@@ -86,12 +88,12 @@ void ManagerScript::Forget() {
 
 // A copied position block is known by its content at first, and by its place once it has moved on.
 std::string ManagerScript::FileOf(const void* positionBlock) {
-  const auto known = openFiles_.find(positionBlock);
-  if (known != openFiles_.end()) return known->second;
-  const auto original = std::find_if(openFiles_.begin(), openFiles_.end(), [&](const auto& open) {
-    return std::memcmp(open.first, positionBlock, btrieve::kPositionBlockSize) == 0;
+  const auto known = files_.find(positionBlock);
+  if (known != files_.end()) return known->second.name;
+  const auto original = std::find_if(files_.begin(), files_.end(), [&](const auto& file) {
+    return std::memcmp(file.first, positionBlock, btrieve::kPositionBlockSize) == 0;
   });
-  if (original != openFiles_.end()) copies_[positionBlock] = original->second;
+  if (original != files_.end()) copies_[positionBlock] = original->second.name;
   return copies_[positionBlock];
 }
 
@@ -114,10 +116,20 @@ void ManagerScript::RunActions(const ManagerCall& call) {
 
 void ManagerScript::Keep(const ManagerCall& call) {
   if (call.operation == btrieve::kOpen && call.status == btrieve::kSuccess) {
-    openFiles_[call.positionBlock] = call.file;
+    files_[call.positionBlock] = {call.file};
   }
-  if (call.operation == btrieve::kClose) openFiles_.erase(call.positionBlock);
+  const bool comesAgain =
+      call.status == btrieve::kWaitError || call.status == btrieve::kLockError ||
+      call.status == btrieve::kRecordInUse || call.status == btrieve::kFileInUse;
+  if (call.operation == btrieve::kClose && !comesAgain) files_.erase(call.positionBlock);
   calls_.push_back(call);
+}
+
+// Whatever the script answers, the file is closed: after the last attempt nobody comes back to it.
+int ManagerScript::Close(const ManagerCall& call, const std::function<int()>& forward) {
+  const auto file = files_.find(call.positionBlock);
+  if (file == files_.end() || !std::exchange(file->second.isClosed, true)) return forward();
+  return btrieve::kSuccess;
 }
 
 short ManagerScript::Handle(void* script, WORD operation, void* positionBlock, void* dataBuffer,
@@ -143,10 +155,14 @@ short ManagerScript::Handle(void* script, WORD operation, void* positionBlock, v
   const auto failure = self.failures_.find(self.calls_.size() + 1);
   const bool fails = failure != self.failures_.end();
   Rule* const rule = fails ? nullptr : self.RuleFor(call);
-  // A Close that the script lets fail closes all the same, as nobody will come back to it.
-  if ((!fails && rule == nullptr) || operation == btrieve::kClose) {
-    call.status = EmbeddedCall()(operation, positionBlock, dataBuffer, dataLength, keyBuffer,
-                                 keyLength, keyNumber);
+  const auto forward = [&]() -> int {
+    return EmbeddedCall()(operation, positionBlock, dataBuffer, dataLength, keyBuffer, keyLength,
+                          keyNumber);
+  };
+  if (operation == btrieve::kClose) {
+    call.status = self.Close(call, forward);
+  } else if (!fails && rule == nullptr) {
+    call.status = forward();
   }
   if (fails) call.status = failure->second;
   if (rule != nullptr) call.status = rule->answer(call, dataBuffer, dataLength);

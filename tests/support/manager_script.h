@@ -30,6 +30,8 @@ struct ManagerCall {
   std::string Text() const;
 };
 
+inline void PrintTo(const ManagerCall& call, std::ostream* out) { *out << call.Text(); }
+
 class ManagerScript {
  public:
   static constexpr int kForEver = -1;
@@ -74,7 +76,13 @@ class ManagerScript {
                       ULONG* dataLength, void* keyBuffer, BYTE keyLength, char keyNumber,
                       void* clientId);
 
+  struct KnownFile {
+    std::string name;
+    bool isClosed = false;  // in truth, although the script answered that it was busy
+  };
+
   std::string FileOf(const void* positionBlock);
+  int Close(const ManagerCall& call, const std::function<int()>& forward);
   Rule* RuleFor(const ManagerCall& call);
   void RunActions(const ManagerCall& call);
   void Keep(const ManagerCall& call);
@@ -83,7 +91,8 @@ class ManagerScript {
   std::vector<Rule> rules_;
   std::map<std::size_t, int> failures_;                        // by the number of the call
   std::multimap<std::string, std::function<void()>> actions_;  // by the call's operation and file
-  std::map<const void*, std::string> openFiles_;               // by position block
+  std::map<const void*, KnownFile> files_;                     // by position block
+  std::map<const void*, std::string> copies_;                  // of position blocks
 };
 
 }  // namespace qlx99::tests

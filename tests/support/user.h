@@ -49,7 +49,7 @@ class User final : public Watcher {
 // The messages that many exports have in common.
 MessageBox CannotOpen(const std::string& fileName);
 MessageBox CannotClose(const std::string& fileName);
-MessageBox NoDataPath(const std::string& whatCannotBeTaken);  // "User", "Adressdaten", ...
+MessageBox NoDataPath(const std::string& whatCannotBeTaken);  // "User", "Adressadaten", ...
 MessageBox TooMuchData();
 MessageBox Invalid(const std::string& text);  // of validation: OK button only
 
