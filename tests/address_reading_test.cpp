@@ -142,7 +142,7 @@ TEST_F(AddressReadingTest, LeavesFieldsEmptyForWhatIsNotThere) {
 
   office.Has<A>({{A::number, 4713}, {A::street, "Markt"}});
   EXPECT_EQ(library->ALesenDLL("12345678", "4713", buffer, "815"), 0);
-  EXPECT_EQ(Utf8(buffer.Record()), noContact + "Markt |||||||||||");
+  EXPECT_EQ(Utf8(buffer.Record()), noContact + "Markt ||||||||||||");
 
   EXPECT_EQ(library->ALesenDLL("12345678", "4711", nullptr, "815"), 0);
 }
@@ -217,19 +217,15 @@ TEST_F(AddressReadingTest, UserChoosesAmongSeveralBankConnections) {
   user.Dialogs();
 }
 
-TEST_F(AddressReadingTest, DialogIsEmptyWhenItsRecordsOrTheDataPathVanish) {
+TEST_F(AddressReadingTest, DialogIsEmptyWhenTheDataPathVanishes) {
   office.Has<P>(Contact(101, "Meier"));
-  manager.Answers(btrieve::kGetEqual, "ZTPART.KRV", btrieve::kSuccess, 1);
-  user.Does([&](OpenDialog& open) { open.Press(IDC_TAKE); });
-  office.Has<B>({{B::number, 201}, {B::addressNumber, 4711}});
+  manager.Meanwhile(btrieve::kGetNext, "ZTPART.KRV", [&] { office.IsNotConfigured("DataRoot"); });
   user.Does([&](OpenDialog& open) {
-    EXPECT_THAT(open.Look().List().lines, IsEmpty());
+    EXPECT_THAT(open.Look().Control(IDC_CONTACT_LINES).lines, IsEmpty());
     open.Press(IDC_TAKE);
   });
-  manager.Meanwhile(btrieve::kGetEqual, "ZTBANK.KRV", [&] { office.IsNotConfigured("DataRoot"); });
-  CallerBuffer buffer;
-  EXPECT_EQ(library->ALesenDLL("12345678", "4711", buffer, "815"), -1);
-  EXPECT_THAT(user.Messages(), ElementsAre(NoDataPath("Adressdaten")));
+  ExpectRecord(whole_);
+  EXPECT_THAT(user.Messages(), ElementsAre(NoDataPath("Adressadaten")));
   user.Dialogs();
 }
 
@@ -249,7 +245,7 @@ TEST_F(AddressReadingTest, DeliversAnEmptyTextWithoutDataPathOrFiles) {
                           "Close ZTKOFPAR.KRV", "Close ZTPART.KRV"));
   office.IsNotConfigured("DataRoot");
   ExpectRecord("");
-  EXPECT_THAT(user.Messages(), ElementsAre(CannotOpen("ZTKOTITL.KRV"), NoDataPath("Adressdaten")));
+  EXPECT_THAT(user.Messages(), ElementsAre(CannotOpen("ZTKOTITL.KRV"), NoDataPath("Adressadaten")));
 }
 
 TEST_F(AddressReadingTest, KeepsItsFieldsWhenALookupFileIsMissing) {
@@ -264,15 +260,22 @@ TEST_F(AddressReadingTest, KeepsItsFieldsWhenALookupFileIsMissing) {
 }
 
 TEST_F(AddressReadingTest, RefusesARecordThatIsOneByteTooLong) {
-  const std::size_t free = 1018 - Ansi(whole_).size();
-  std::string text(300, 'f');
-  std::string addition(4 + free - (300 - 4), 'a');
-  office.Changes<P>(P::byNumber, 100, {{P::freeText, text}, {P::nameAddition, addition}});
-  CallerBuffer buffer;
-  EXPECT_EQ(library->ALesenDLL("12345678", "4711", buffer, "815"), -1);
-  EXPECT_EQ(buffer.Record().size(), 1018U);
+  const auto with = [](char character, std::size_t size) { return std::string(size, character); };
+  office.Changes<P>(P::byNumber, 100,
+                    {{P::name, ""},
+                     {P::nameAddition, with('a', 360)},
+                     {P::freeText, with('f', 300)},
+                     {P::wideField, with('w', 75)}});
+  CallerBuffer shorter;
+  library->ALesenDLL("12345678", "4711", shorter, "815");
+  const std::size_t room = 1018 - shorter.Record().size();
 
-  office.Changes<P>(P::byNumber, 100, {{P::nameAddition, addition + "a"}});
+  office.Changes<P>(P::byNumber, 100, {{P::name, with('n', room)}});
+  CallerBuffer longest;
+  EXPECT_EQ(library->ALesenDLL("12345678", "4711", longest, "815"), -1);
+  EXPECT_EQ(longest.Record().size(), 1018U);
+
+  office.Changes<P>(P::byNumber, 100, {{P::name, with('n', room + 1)}});
   CallerBuffer untouched;
   EXPECT_EQ(library->ALesenDLL("12345678", "4711", untouched, "815"), 0);
   EXPECT_THAT(untouched, IsUntouched());

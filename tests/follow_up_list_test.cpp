@@ -58,7 +58,7 @@ TEST_F(FollowUpListTest, CountsTheFollowUpsOfTheCaseAlone) {
 TEST_F(FollowUpListTest, DeliversTheFollowUpAtEachPosition) {
   const std::string first = "02.01.2000|Frist prüfen|3|Berufung begründen|Meier|MEI|17|||0|2|1";
   const std::string second =
-      "||-7|||||99|Meier|MEI|17|0|3";  // no date, and a kind and a party that are not there
+      "||-7||||99|Meier|MEI|17|0|3";  // no date, and a kind and a party that are not there
   const struct {
     const char* index;
     const std::string& record;
@@ -116,7 +116,7 @@ TEST_F(FollowUpListTest, SaysWhichDataCannotBeTakenWithoutADataPath) {
   EXPECT_EQ(library->ZtkodoliNext("1", buffer), -1);
   EXPECT_THAT(buffer, IsUntouched());
   EXPECT_THAT(user.Messages(),
-              ElementsAre(NoDataPath("Wiedervorlagedaten"), NoDataPath("Adressdaten"),
+              ElementsAre(NoDataPath("Wiedervorlagedaten"), NoDataPath("Adressadaten"),
                           NoDataPath("User"), NoDataPath("Wiedervorlagedaten")));
 }
 

@@ -195,14 +195,16 @@ TEST_F(FollowUpMaintenanceTest, WithoutADataPathEachSaysSoAtItsPlace) {
   EXPECT_THAT(user.Messages(), ElementsAre(kNoPathToCase, kNoPathToFollowUps, kNoPathToFollowUps));
 }
 
-TEST_F(FollowUpMaintenanceTest, ChecksBeforeItAsksForTheRecordManager) {
-  managers.Are({});
+// Each of them looks for the record manager at a place of its own among its checks.
+TEST_F(ExportTest, FollowUpWritersAskForTheRecordManagerInTheirTurn) {
   const MessageBox notLoaded{
       "Die Datenbank Schnittstelle Pervasie.SQL / Btrieve konnte nicht geladen werden",
       "Systemmeldung", MB_OK};
-  New({.key = "12345678", .kind = "0"});
-  Change({.key = "40", .date = ""});
-  Change({.key = "40", .user = "0"});
+  ReleaseEmbedded();
+  managers.Are({});
+  library->WVNew("12345678", "0", "", "0", "", "", "");
+  library->WVChange("40", "3", "", "17", "", "", "");
+  library->WVChange("40", "3", "", "0", "", "", "");
   library->WVDelete("0");
   library->WVDelete("40");
   EXPECT_THAT(user.Messages(),

@@ -188,13 +188,17 @@ TEST_F(PartySelectionTest, ClosesAtOnceWhenItCannotBeFilled) {
   manager.Meanwhile(btrieve::kClose, "ZTHEAD.KRV", [&] { office.IsNotConfigured("DataRoot"); });
   EXPECT_EQ(Ask("G "), "| | | 0");
   EXPECT_EQ(Ask("G "), " 0");
-  EXPECT_THAT(user.Messages(), ElementsAre(NoDataPath("Adressdaten"), NoDataPath("Dokumentdaten")));
+  EXPECT_THAT(user.Messages(),
+              ElementsAre(NoDataPath("Adressadaten"), NoDataPath("Dokumentdaten")));
   EXPECT_THAT(user.Dialogs(), IsEmpty());
 }
 
 TEST_F(PartySelectionTest, IsSoundWhicheverCallFails) {
-  ExpectSoundWhicheverCallFails(
-      [&](char* b) { return library->BLesenDLL("M ", "12345678", "", "", b); }, {0, -1});
+  user.TakesTheSelectedFromNowOn();
+  for (const char* role : {"M ", "G "}) {
+    ExpectSoundWhicheverCallFails(
+        [&](char* b) { return library->BLesenDLL(role, "12345678", "", "", b); }, {0, -1});
+  }
 }
 
 }  // namespace

@@ -27,13 +27,13 @@ TemporaryFolder::~TemporaryFolder() {
 
 std::string TemporaryFolder::Text() const { return office::PathText(path_); }
 
-std::unique_ptr<SampleOffice::Made> SampleOffice::made_;
+std::unique_ptr<SampleOffice::Made> SampleOffice::made;
 
 void SampleOffice::SetUpTestSuite() {
-  made_ = std::make_unique<Made>();
+  made = std::make_unique<Made>();
   ASSERT_EQ(Qlx({"office", "create", Folder()}).err, "");
   ASSERT_EQ(Qlx({"setup", Folder()}).err, "");
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
 }
 
-void SampleOffice::TearDownTestSuite() { made_.reset(); }
+void SampleOffice::TearDownTestSuite() { made.reset(); }

@@ -41,12 +41,12 @@ class SampleOffice : public testing::Test {
   static void SetUpTestSuite();
   static void TearDownTestSuite();
 
-  static std::string Folder() { return made_->folder.Text(); }
+  static std::string Folder() { return made->folder.Text(); }
 
  private:
   struct Made {
     PrivateRegistry registry;
     TemporaryFolder folder;
   };
-  static std::unique_ptr<Made> made_;
+  static std::unique_ptr<Made> made;
 };

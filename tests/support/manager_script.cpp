@@ -86,14 +86,15 @@ void ManagerScript::Forget() {
   actions_.clear();
 }
 
-// A copied position block is known by its content.
-std::string ManagerScript::FileOf(const void* positionBlock) const {
+// A copied position block is known by its content at first, and by its place once it has moved on.
+std::string ManagerScript::FileOf(const void* positionBlock) {
   const auto known = files_.find(positionBlock);
   if (known != files_.end()) return known->second.name;
   const auto original = std::find_if(files_.begin(), files_.end(), [&](const auto& file) {
     return std::memcmp(file.first, positionBlock, btrieve::kPositionBlockSize) == 0;
   });
-  return original == files_.end() ? "" : original->second.name;
+  if (original != files_.end()) copies_[positionBlock] = original->second.name;
+  return copies_[positionBlock];
 }
 
 ManagerScript::Rule* ManagerScript::RuleFor(const ManagerCall& call) {

@@ -81,7 +81,7 @@ class ManagerScript {
     bool isClosed = false;  // in truth, although the script answered that it was busy
   };
 
-  std::string FileOf(const void* positionBlock) const;
+  std::string FileOf(const void* positionBlock);
   int Close(const ManagerCall& call, const std::function<int()>& forward);
   Rule* RuleFor(const ManagerCall& call);
   void RunActions(const ManagerCall& call);
@@ -92,6 +92,7 @@ class ManagerScript {
   std::map<std::size_t, int> failures_;                        // by the number of the call
   std::multimap<std::string, std::function<void()>> actions_;  // by the call's operation and file
   std::map<const void*, KnownFile> files_;                     // by position block
+  std::map<const void*, std::string> copies_;                  // of position blocks, likewise
 };
 
 }  // namespace qlx99::tests

@@ -59,6 +59,7 @@ void User::Sees(const MessageBox& message) { messages_.push_back(message); }
 void User::Sees(OpenDialog& dialog) {
   const ShownDialog shown = dialog.Look();
   dialogs_.push_back(shown);
+  if (instructions_.empty() && isPatient_) TakesTheSelected();
   if (instructions_.empty()) {
     ADD_FAILURE() << "nobody said what to do at " << shown;
   } else {

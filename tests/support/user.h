@@ -22,6 +22,9 @@ class User final : public Watcher {
   void Presses(int buttonId);  // and nothing else
   void Does(std::function<void(OpenDialog&)> action);
 
+  // At every dialog without an instruction of its own, takes what is selected.
+  void TakesTheSelectedFromNowOn() { isPatient_ = true; }
+
   // What has been shown since the last time the test asked.
   std::vector<MessageBox> Messages();
   std::vector<ShownDialog> Dialogs();
@@ -37,6 +40,7 @@ class User final : public Watcher {
 
  private:
   std::deque<std::function<void(OpenDialog&)>> instructions_;
+  bool isPatient_ = false;
   std::vector<MessageBox> messages_;
   std::vector<ShownDialog> dialogs_;
   Screen screen_;
