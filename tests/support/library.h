@@ -5,15 +5,14 @@
 #include "platform/windows_api.h"
 
 // The table of exports.
-#define QLX99_EXPORTS(EXPORT)                                                              \
-  EXPORT(GetDocuRoot)                                                                      \
-  EXPORT(GetProgramRoot)                                                                   \
-  EXPORT(MainWndProc)                                                                      \
-  EXPORT(UserInit)                                                                         \
-  EXPORT(UserNext) EXPORT(ZtkodoliInit) EXPORT(ZtkodoliNext) EXPORT(WVInit) EXPORT(WVNext) \
-      EXPORT(WVNew) EXPORT(WVChange) EXPORT(WVDelete) EXPORT(SLesenDLL) EXPORT(ALesenDLL)  \
-          EXPORT(BLesenDLL) EXPORT(BListeInit) EXPORT(BListeNext) EXPORT(GetAdrFieldsMain) \
-              EXPORT(GetAdressTyp) EXPORT(GetDokuNr)
+#define QLX99_EXPORTS(EXPORT)                                                                \
+  EXPORT(GetDocuRoot)                                                                        \
+  EXPORT(GetProgramRoot)                                                                     \
+  EXPORT(MainWndProc)                                                                        \
+  EXPORT(UserInit) EXPORT(UserNext) EXPORT(ZtkodoliInit) EXPORT(ZtkodoliNext) EXPORT(WVInit) \
+      EXPORT(WVNext) EXPORT(WVNew) EXPORT(WVChange) EXPORT(WVDelete) EXPORT(SLesenDLL)       \
+          EXPORT(ALesenDLL) EXPORT(BLesenDLL) EXPORT(BListeInit) EXPORT(BListeNext)          \
+              EXPORT(GetAdrFieldsMain) EXPORT(GetAdressTyp) EXPORT(GetDokuNr)
 
 namespace qlx99::tests {
 

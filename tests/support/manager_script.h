@@ -92,7 +92,7 @@ class ManagerScript {
   std::map<std::size_t, int> failures_;                        // by the number of the call
   std::multimap<std::string, std::function<void()>> actions_;  // by the call's operation and file
   std::map<const void*, KnownFile> files_;                     // by position block
-  std::map<const void*, std::string> copies_;                  // of position blocks
+  std::map<const void*, std::string> copies_;                  // of position blocks, likewise
 };
 
 }  // namespace qlx99::tests

@@ -55,12 +55,12 @@ void UnloadRecordManagers() {
   for (const char* name : kRecordManagerNames) Unload(name);
 }
 
-FoundManagers::FoundManagers() : folder_(world::MakeFolder()) {
-  SetDllDirectoryA(ProductFolder().string().c_str());
-}
+void FindTheEmbeddedManager() { SetDllDirectoryA(ProductFolder().string().c_str()); }
+
+FoundManagers::FoundManagers() : folder_(world::MakeFolder()) {}
 
 FoundManagers::~FoundManagers() {
-  SetDllDirectoryA(ProductFolder().string().c_str());
+  FindTheEmbeddedManager();
   std::error_code error;
   fs::remove_all(folder_, error);
 }

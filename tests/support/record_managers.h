@@ -21,6 +21,9 @@ void ReleaseEmbedded();
 // Unloads what the library under test leaves loaded by design, so that each test starts anew.
 void UnloadRecordManagers();
 
+// By its bare name, as it lies beside the library, not beside this program.
+void FindTheEmbeddedManager();
+
 // A record manager that can be put in the library's way.
 struct PlacedManager {
   enum Kind { kComplete, kWithoutBtrCall, kWithoutBtrCallId };
@@ -29,7 +32,7 @@ struct PlacedManager {
   Kind kind = kComplete;
 };
 
-// What the library finds by a bare name. At first, and in the end, that is the embedded one.
+// What the library finds by a bare name. Until told otherwise that is the embedded one.
 class FoundManagers {
  public:
   FoundManagers();
