@@ -121,7 +121,7 @@ class HandOverTest : public testing::Test {
 };
 
 TEST_F(HandOverTest, TakesNoMoreOfTheBufferThanItsForm) {
-  for (const std::size_t length : {0, 1, 1017, 1018}) {
+  for (const std::size_t length : {0U, 1U, 1017U, 1018U}) {
     CallerBuffer plain;
     CallerBuffer marked;
     EXPECT_EQ(HandOver(RecordOf(length), plain, HandOverForm::kRecordOnly), -1);
@@ -133,7 +133,7 @@ TEST_F(HandOverTest, TakesNoMoreOfTheBufferThanItsForm) {
 
 TEST_F(HandOverTest, RefusesAnOverlongRecordInBothForms) {
   for (const auto form : {HandOverForm::kRecordOnly, HandOverForm::kWithEndMark}) {
-    for (const std::size_t length : {1019, 1500, 2000}) {
+    for (const std::size_t length : {1019U, 1500U, 2000U}) {
       EXPECT_EQ(HandOver(RecordOf(length), buffer, form), 0);
       EXPECT_THAT(user.Messages(), ElementsAre(TooMuchData()));
       EXPECT_THAT(buffer, IsUntouched());

@@ -30,7 +30,7 @@ class CallerBuffer {
   std::string_view Record() const {
     const std::string_view bytes = Bytes();
     const std::size_t zero = bytes.find('\0');
-    return bytes.substr(0, zero != bytes.npos ? zero : bytes.find_last_not_of(' ') + 1);
+    return bytes.substr(0, zero != std::string_view::npos ? zero : bytes.find_last_not_of(' ') + 1);
   }
 
  private:
