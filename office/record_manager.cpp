@@ -51,12 +51,6 @@ KeyBuffer PathKey(const std::filesystem::path& path) {
   return key;
 }
 
-// The embedded record manager takes no longer ones; this much of a text is enough to sort by.
-std::uint16_t LengthOf(const qlx99::Key& key) {
-  constexpr std::uint16_t kLongestKey = 80;
-  return std::min(key.field.width, kLongestKey);
-}
-
 std::uint16_t FlagsOf(const qlx99::Key& key) {
   const auto duplicates =
       key.kind == qlx99::Key::kDuplicates ? btrieve::kKeyDuplicates : std::uint16_t{0};
@@ -90,7 +84,7 @@ std::string Describe(const qlx99::RecordLayout& layout) {
   for (const qlx99::Key& key : layout.keys) {
     btrieve::KeyDescription one{};
     one.position = static_cast<std::uint16_t>(key.field.offset + 1);
-    one.length = LengthOf(key);
+    one.length = key.field.width;
     one.flags = FlagsOf(key);
     one.extendedType = TypeOf(key);
     one.keyNumber = key.number;

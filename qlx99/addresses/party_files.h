@@ -32,7 +32,8 @@ struct ContactPersonRecord {
                                                1258};  // 0 = the address's applies
 
   static constexpr Key byNumber{0, number, Key::kUnique};
-  static constexpr Key byName{1, name, Key::kDuplicates};
+  // Not used here; a key is shorter than the name may be.
+  static constexpr Key byName{1, TextField{"name", 4, 30}, Key::kDuplicates};
   static constexpr Key byAddress{2, addressNumber, Key::kDuplicates};
 
   static constexpr auto fields = Fields(

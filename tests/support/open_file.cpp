@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
 
 #include "support/record_managers.h"
@@ -11,12 +10,11 @@ namespace qlx99::tests {
 namespace {
 
 constexpr std::uint16_t kPageSize = 4096;
-constexpr std::uint16_t kLongestKey = 80;  // that the embedded record manager takes
 
 btrieve::KeyDescription Describe(const Key& key) {
   btrieve::KeyDescription description{};
   description.position = static_cast<std::uint16_t>(key.field.offset + 1);
-  description.length = std::min(key.field.width, kLongestKey);
+  description.length = key.field.width;
   description.flags = btrieve::kKeyExtendedType;
   description.extendedType =
       key.field.kind == FieldKind::kText ? btrieve::kStringKey : btrieve::kIntegerKey;
