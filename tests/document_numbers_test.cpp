@@ -9,7 +9,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::SizeIs;
 using D = DocumentNumberRecord;
 
 const std::string kCounters = "ZTHISTO.KRV";

@@ -42,7 +42,8 @@ inline void PrintTo(const CallerBuffer& buffer, std::ostream* out) {
   *out << '"' << Utf8(buffer.Record()) << '"';
 }
 
-inline const std::string kEndMark{"\0\0\0\0\0\1", 6};
+inline const std::string kTerminator(1, '\0');
+inline const std::string kEndMark = std::string(5, '\0') + '\1';
 
 // Whether the buffer holds exactly this text (UTF-8), then these bytes, then the caller's blanks.
 inline bool HoldsExactly(const CallerBuffer& buffer, std::string_view utf8, std::string_view tail) {
@@ -56,14 +57,14 @@ inline bool HoldsExactly(const CallerBuffer& buffer, std::string_view utf8, std:
 // The three forms in which an export leaves its caller's buffer, down to the last byte.
 MATCHER_P(HoldsRecordOnly, record, "") { return HoldsExactly(arg, record, ""); }
 MATCHER_P(HoldsRecordWithEndMark, record, "") { return HoldsExactly(arg, record, kEndMark); }
-MATCHER_P(HoldsTerminated, text, "") { return HoldsExactly(arg, text, {"", 1}); }
+MATCHER_P(HoldsTerminated, text, "") { return HoldsExactly(arg, text, kTerminator); }
 MATCHER(IsUntouched, "") { return HoldsExactly(arg, "", ""); }
 
 // Behind a record there is nothing, a terminator or an end mark, and then the caller's own bytes.
 MATCHER(HasNothingBehindTheRecord, "") {
   const std::string_view rest = arg.Bytes().substr(arg.Record().size());
   const std::string_view tail = rest.substr(0, rest.find_last_not_of(' ') + 1);
-  return tail.empty() || tail == std::string_view("", 1) || tail == kEndMark;
+  return tail.empty() || tail == kTerminator || tail == kEndMark;
 }
 
 }  // namespace qlx99::tests

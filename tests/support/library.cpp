@@ -2,37 +2,33 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
-#include <utility>
+#include <stdexcept>
+#include <string>
 
 #include "support/record_managers.h"
 #include "support/world.h"
 
 namespace qlx99::tests {
-namespace {
 
-template <class Function>
-void Resolve(HMODULE module, const char* name, Function*& function) {
-  function = std::bit_cast<Function*>(GetProcAddress(module, name));
-  if (function == nullptr) throw std::runtime_error(std::string(name) + " is not exported");
+FoundExport::FoundExport(HMODULE module, const char* name)
+    : address_(GetProcAddress(module, name)) {
+  if (address_ == nullptr) throw std::runtime_error(std::string(name) + " is not exported");
 }
 
-}  // namespace
-
 const Exports* Library::operator->() {
-  if (module_ == nullptr) {
-    module_ = LoadLibraryA((ProductFolder() / world::LibraryFile("qlx99")).string().c_str());
-    if (module_ == nullptr) throw std::runtime_error("qlx99 cannot be loaded");
-#define QLX99_RESOLVE(name) Resolve(module_, #name, exports_.name);
-    QLX99_EXPORTS(QLX99_RESOLVE)
-#undef QLX99_RESOLVE
+  if (!exports_) {
+    const std::string path = (ProductFolder() / world::LibraryFile("qlx99")).string();
+    HMODULE module = LoadLibraryA(path.c_str());
+    if (module == nullptr) throw std::runtime_error(path + " cannot be loaded");
+    exports_.emplace(module);
   }
-  return &exports_;
+  return &*exports_;
 }
 
 void Library::Free() {
-  if (module_ == nullptr) return;
-  FreeLibrary(std::exchange(module_, nullptr));
+  if (!exports_) return;
+  FreeLibrary(exports_->module);
+  exports_.reset();
   EXPECT_EQ(GetModuleHandleA("qlx99.dll"), nullptr) << "qlx99 stays loaded";
 }
 

@@ -1,26 +1,56 @@
 // The library under test, used as a macro's host uses it: loaded, its exports found by name, freed.
 #pragma once
 
+#include <bit>
+#include <optional>
+
 #include "frame/exports.h"
 #include "platform/windows_api.h"
 
-// The table of exports.
-#define QLX99_EXPORTS(EXPORT)                                                                \
-  EXPORT(GetDocuRoot)                                                                        \
-  EXPORT(GetProgramRoot)                                                                     \
-  EXPORT(MainWndProc)                                                                        \
-  EXPORT(UserInit) EXPORT(UserNext) EXPORT(ZtkodoliInit) EXPORT(ZtkodoliNext) EXPORT(WVInit) \
-      EXPORT(WVNext) EXPORT(WVNew) EXPORT(WVChange) EXPORT(WVDelete) EXPORT(SLesenDLL)       \
-          EXPORT(ALesenDLL) EXPORT(BLesenDLL) EXPORT(BListeInit) EXPORT(BListeNext)          \
-              EXPORT(GetAdrFieldsMain) EXPORT(GetAdressTyp) EXPORT(GetDokuNr)
-
 namespace qlx99::tests {
+
+// A function that a library exports, whatever the type it is taken for. Throws when the library has
+// none of that name.
+class FoundExport {
+ public:
+  FoundExport(HMODULE module, const char* name);
+
+  template <class Function>
+  operator Function*() const {
+    return std::bit_cast<Function*>(address_);
+  }
+
+ private:
+  FARPROC address_;
+};
 
 // The exports under their own names.
 struct Exports {
-#define QLX99_MEMBER(name) decltype(&qlx99::name) name = nullptr;
-  QLX99_EXPORTS(QLX99_MEMBER)
-#undef QLX99_MEMBER
+  explicit Exports(HMODULE library) : module(library) {}
+
+  FoundExport Find(const char* name) const { return {module, name}; }
+
+  HMODULE module;
+  decltype(&qlx99::GetDocuRoot) GetDocuRoot = Find("GetDocuRoot");
+  decltype(&qlx99::GetProgramRoot) GetProgramRoot = Find("GetProgramRoot");
+  decltype(&qlx99::MainWndProc) MainWndProc = Find("MainWndProc");
+  decltype(&qlx99::UserInit) UserInit = Find("UserInit");
+  decltype(&qlx99::UserNext) UserNext = Find("UserNext");
+  decltype(&qlx99::ZtkodoliInit) ZtkodoliInit = Find("ZtkodoliInit");
+  decltype(&qlx99::ZtkodoliNext) ZtkodoliNext = Find("ZtkodoliNext");
+  decltype(&qlx99::WVInit) WVInit = Find("WVInit");
+  decltype(&qlx99::WVNext) WVNext = Find("WVNext");
+  decltype(&qlx99::WVNew) WVNew = Find("WVNew");
+  decltype(&qlx99::WVChange) WVChange = Find("WVChange");
+  decltype(&qlx99::WVDelete) WVDelete = Find("WVDelete");
+  decltype(&qlx99::SLesenDLL) SLesenDLL = Find("SLesenDLL");
+  decltype(&qlx99::ALesenDLL) ALesenDLL = Find("ALesenDLL");
+  decltype(&qlx99::BLesenDLL) BLesenDLL = Find("BLesenDLL");
+  decltype(&qlx99::BListeInit) BListeInit = Find("BListeInit");
+  decltype(&qlx99::BListeNext) BListeNext = Find("BListeNext");
+  decltype(&qlx99::GetAdrFieldsMain) GetAdrFieldsMain = Find("GetAdrFieldsMain");
+  decltype(&qlx99::GetAdressTyp) GetAdressTyp = Find("GetAdressTyp");
+  decltype(&qlx99::GetDokuNr) GetDokuNr = Find("GetDokuNr");
 };
 
 class Library {
@@ -37,8 +67,7 @@ class Library {
   void Free();
 
  private:
-  HMODULE module_ = nullptr;
-  Exports exports_;
+  std::optional<Exports> exports_;
 };
 
 }  // namespace qlx99::tests

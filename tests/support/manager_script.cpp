@@ -146,7 +146,7 @@ short ManagerScript::Handle(void* script, WORD operation, void* positionBlock, v
                    .dataLength = *dataLength,
                    .data = {},
                    .plain = clientId == nullptr};
-  if (operation == btrieve::kOpen) call.path = call.key.c_str();
+  if (operation == btrieve::kOpen) call.path = call.key.substr(0, call.key.find('\0'));
   call.file = operation == btrieve::kOpen ? BareName(call.path) : self.FileOf(positionBlock);
   EXPECT_NE(call.file, "") << "operation " << operation << " on a file that is not open";
   if (BringsData(operation)) call.data.assign(static_cast<const char*>(dataBuffer), *dataLength);

@@ -111,14 +111,14 @@ Office::~Office() {
   fs::remove_all(folder_, error);
 }
 
-void Office::Insert(const RecordLayout& layout, const FieldValues& values) {
+void Office::Insert(const RecordLayout& layout, const FieldValues& values) const {
   std::string record = Compose(layout, values);
   OpenFile file(layout, DataFolder());
   EXPECT_EQ(file.Call(btrieve::kInsert, 0, record), btrieve::kSuccess) << layout.file.name;
 }
 
 void Office::Update(const RecordLayout& layout, const Key& key, std::int32_t keyValue,
-                    const FieldValues& values) {
+                    const FieldValues& values) const {
   std::string record(layout.file.length, '\0');
   OpenFile file(layout, DataFolder());
   file.SetKey(BytesOf(keyValue));
@@ -127,7 +127,7 @@ void Office::Update(const RecordLayout& layout, const Key& key, std::int32_t key
   EXPECT_EQ(file.Call(btrieve::kUpdate, key.number, record), btrieve::kSuccess);
 }
 
-std::vector<std::string> Office::ReadAll(const RecordLayout& layout) {
+std::vector<std::string> Office::ReadAll(const RecordLayout& layout) const {
   std::vector<std::string> records;
   OpenFile file(layout, DataFolder());
   std::string record(layout.file.length, '\0');
@@ -138,7 +138,7 @@ std::vector<std::string> Office::ReadAll(const RecordLayout& layout) {
   return records;
 }
 
-void Office::Remove(const char* fileName) {
+void Office::Remove(const char* fileName) const {
   ReleaseEmbedded();
   EXPECT_TRUE(fs::remove(DataFolder() / fileName));
 }

@@ -22,10 +22,10 @@ namespace qlx99::tests {
 // A field and its bytes. Texts are UTF-8, padded with blanks; those of the OEM code page are taken
 // as they are.
 struct FieldValue {
-  FieldValue(const Int32Field& field, std::int32_t value);
-  FieldValue(const DayField& field, std::uint16_t value);
-  FieldValue(const AmountField& field, double value);
-  FieldValue(const TextField& field, std::string_view text);
+  FieldValue(const Int32Field& at, std::int32_t value);
+  FieldValue(const DayField& at, std::uint16_t value);
+  FieldValue(const AmountField& at, double value);
+  FieldValue(const TextField& at, std::string_view text);
 
   FieldInfo field;
   std::string bytes;
@@ -80,11 +80,11 @@ class Office {
   std::filesystem::path DataFolder() const { return folder_ / "data"; }
 
  private:
-  void Insert(const RecordLayout& layout, const FieldValues& values);
+  void Insert(const RecordLayout& layout, const FieldValues& values) const;
   void Update(const RecordLayout& layout, const Key& key, std::int32_t keyValue,
-              const FieldValues& values);
-  std::vector<std::string> ReadAll(const RecordLayout& layout);
-  void Remove(const char* fileName);
+              const FieldValues& values) const;
+  std::vector<std::string> ReadAll(const RecordLayout& layout) const;
+  void Remove(const char* fileName) const;
 
   std::filesystem::path folder_;
 };
