@@ -118,8 +118,9 @@ std::string ProgramDirectory() {
   return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
 }
 
-/// The path to hand to dlopen. A bare name that lies in none of Windows' places is left to dlopen's
-/// own search.
+/// The path to hand to dlopen: always one with a folder, because dlopen's own search for a bare
+/// name depends on which library calls it. A name that lies nowhere is looked for beside the
+/// program.
 std::string Locate(const std::string& file) {
   if (file.find('/') != std::string::npos) {
     return file;
@@ -133,7 +134,7 @@ std::string Locate(const std::string& file) {
       return path;
     }
   }
-  return file;
+  return std::filesystem::path(ProgramDirectory()) / file;
 }
 
 auto FindModule(const std::vector<Module>& modules, HMODULE module) {
