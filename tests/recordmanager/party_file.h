@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <filesystem>
+#include <random>
 #include <string>
 
 #include "parties.h"
@@ -12,18 +14,34 @@ namespace recordmanager_tests {
 
 class PartyFile : public testing::Test {
  protected:
-  PartyFile();
-  ~PartyFile() override;
+  PartyFile() {
+    std::filesystem::create_directory(folder);
+    EXPECT_EQ(Create(path), btrieve::kSuccess);
+    EXPECT_EQ(client.Open(path), btrieve::kSuccess);
+  }
+
+  ~PartyFile() override {
+    client.Do("close");
+    for (Client& other : others_) other.Do("close");
+    std::error_code ignored;  // where open files cannot be deleted, the host's clean-up will
+    std::filesystem::remove_all(folder, ignored);
+  }
 
   std::string InFolder(const std::string& name) const { return (folder / name).string(); }
 
-  std::filesystem::path folder;
-  std::string path;
-  Client client;  // has the file open
-};
+  // One more client of a file; closed at the end.
+  Client& Opened(const std::string& name, char mode = btrieve::kOpenNormal) {
+    EXPECT_EQ(others_.emplace_back().Open(name, mode), btrieve::kSuccess) << name;
+    return others_.back();
+  }
 
-// The numbers of the records that a client reads along a key, as a text such as "1 3 2".
-std::string Walk(Client client, int keyNumber, WORD start = btrieve::kGetFirst,
-                 WORD step = btrieve::kGetNext);
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() /
+                                       ("parties-" + std::to_string(std::random_device()()));
+  const std::string path = InFolder("PARTIES.KRV");
+  Client client;  // has the file open
+
+ private:
+  std::deque<Client> others_;
+};
 
 }  // namespace recordmanager_tests

@@ -1,4 +1,5 @@
-// The position block is in the caller's hands: whatever comes back must be recognised or refused.
+// The position block and the other buffers are in the caller's hands: whatever comes back must be
+// recognised or refused.
 #include <cstring>
 #include <memory>
 
@@ -14,93 +15,81 @@ using Block = std::array<std::uint8_t, kPositionBlockSize>;
 
 class PositionBlock : public PartyFile {
  protected:
-  PositionBlock() {
-    EXPECT_EQ(client.Insert(MakeParty(1)), kSuccess);
-    EXPECT_EQ(client.Get(kGetEqual, kByNumber, 1), kSuccess);
-  }
+  PositionBlock() { EXPECT_EQ(client.Do("insert, equal number=1"), "1 1"); }
 
-  int ReadWith(const Block& block) {
+  std::string ReadWith(const Block& block) {
     Client other = client;
     other.block = block;
-    return other.Call(kGetFirst, kByNumber);
+    return other.Do("first number");
   }
 };
 
-TEST_F(PositionBlock, IsRefusedWhenItWasNotMadeByOpen) {
+TEST_F(PositionBlock, IsRefusedUnlessItIsJustWhatOpenMade) {
   Block ones;
   ones.fill(0xFF);
-  EXPECT_EQ(ReadWith(Block{}), kFileNotOpen);
-  EXPECT_EQ(ReadWith(ones), kFileNotOpen);
-  EXPECT_EQ(host::EntryPoint()(kGetFirst, nullptr, nullptr, nullptr, nullptr, 0, 0), kFileNotOpen);
-}
-
-TEST_F(PositionBlock, IsRefusedWhenAnyByteHasChanged) {
+  EXPECT_EQ(ReadWith(Block{}), "!3");
+  EXPECT_EQ(ReadWith(ones), "!3");
   for (std::size_t i = 0; i < kPositionBlockSize; ++i) {
     Block changed = client.block;
     changed[i] ^= 0x10;
-    EXPECT_EQ(ReadWith(changed), kFileNotOpen) << "byte " << i;
+    EXPECT_EQ(ReadWith(changed), "!3") << "byte " << i;
   }
-  EXPECT_EQ(ReadWith(client.block), kSuccess);
-}
-
-TEST_F(PositionBlock, EndsWithTheFileThatItWasOpenedFor) {
   const Block old = client.block;
-  ASSERT_EQ(client.Close(), kSuccess);
-  EXPECT_EQ(client.Close(), kFileNotOpen);
-  EXPECT_EQ(ReadWith(old), kFileNotOpen);
+  EXPECT_EQ(ReadWith(old), "1");
+  EXPECT_EQ(client.Do("close, close"), "ok !3");
+  EXPECT_EQ(ReadWith(old), "!3");
   ASSERT_EQ(client.Open(path), kSuccess);
-  EXPECT_EQ(ReadWith(old), kFileNotOpen) << "another opening of the same file";
+  EXPECT_EQ(ReadWith(old), "!3") << "another opening of the same file";
 }
 
-TEST_F(PositionBlock, MayLieAnywhere) {
+TEST_F(PositionBlock, MayLieAnywhereAndBelongsToTheClientThatOpenedIt) {
   const auto memory = std::make_unique<std::array<std::uint8_t, kPositionBlockSize + 1>>();
   std::memcpy(memory->data() + 1, client.block.data(), kPositionBlockSize);
-  EXPECT_EQ(host::EntryPoint()(kGetFirst, memory->data() + 1, &client.record, &client.length,
-                               client.key.data(), kMaxKeyLength, kByNumber),
-            kSuccess);
-}
-
-TEST_F(PositionBlock, BelongsToTheClientThatOpenedIt) {
-  std::array<std::uint8_t, kClientIdSize> zeros{};
+  std::array<std::uint8_t, kClientIdSize> zeros{};  // which are the client of BTRCALL
   std::array<std::uint8_t, kClientIdSize> someone{1};
   const auto read = [&](void* id) {
-    return host::EntryPointWithClient()(kGetFirst, client.block.data(), &client.record,
-                                        &client.length, client.key.data(), kMaxKeyLength, kByNumber,
-                                        id);
+    return host::EntryPointWithClient()(kGetFirst, memory->data() + 1, &client.record,
+                                        &client.length, client.key.data(), kMaxKeyLength, 0, id);
   };
   EXPECT_EQ(read(someone.data()), kFileNotOpen);
-  EXPECT_EQ(read(zeros.data()), kSuccess) << "which is the client of BTRCALL";
+  EXPECT_EQ(read(zeros.data()), kSuccess);
   EXPECT_EQ(read(nullptr), kSuccess);
 }
 
 TEST_F(PositionBlock, IsServedWithWhateverBuffersCome) {
+  enum Missing { kNothing, kBlock, kData, kLength, kKey, kAll };
   const struct {
     WORD operation;
-    bool data, length, key;
+    Missing missing;
     int status;
   } cases[] = {
-      {kGetFirst, false, true, true, kDataBufferLength},
-      {kGetFirst, true, false, true, kDataBufferLength},
-      {kGetFirst, true, true, false, kKeyBufferTooShort},
-      {kInsert, false, true, true, kDataBufferLength},
-      {kInsert, true, true, false, kKeyBufferTooShort},
-      {kUpdate, false, true, true, kDataBufferLength},
-      {kStat, false, true, true, kDataBufferLength},
-      {kStat, true, false, true, kDataBufferLength},
-      {kOpen, true, true, false, kInvalidFileName},
-      {kCreate, true, true, false, kDataBufferLength},
-      {16, true, true, true, kInvalidOperation},
-      {105, true, true, true, kInvalidOperation},
-      {0xFFFF, true, true, true, kInvalidOperation},
-      {kDelete, false, false, false, kSuccess},
-      {kClose, false, false, false, kSuccess},
+      {kGetFirst, kBlock, kFileNotOpen},
+      {kGetFirst, kData, kDataBufferLength},
+      {kGetFirst, kLength, kDataBufferLength},
+      {kGetFirst, kKey, kKeyBufferTooShort},
+      {kInsert, kData, kDataBufferLength},
+      {kInsert, kKey, kKeyBufferTooShort},
+      {kUpdate, kData, kDataBufferLength},
+      {kStat, kData, kDataBufferLength},
+      {kStat, kLength, kDataBufferLength},
+      {kOpen, kKey, kInvalidFileName},
+      {kOpen, kBlock, kFileNotOpen},
+      {kCreate, kData, kDataBufferLength},
+      {16, kNothing, kInvalidOperation},
+      {105, kNothing, kInvalidOperation},
+      {0xFFFF, kNothing, kInvalidOperation},
+      {kDelete, kAll, kSuccess},
+      {kClose, kAll, kSuccess},
   };
-  for (const auto& [operation, data, length, key, status] : cases) {
-    EXPECT_EQ(host::EntryPoint()(operation, client.block.data(), data ? &client.record : nullptr,
-                                 length ? &client.length : nullptr,
-                                 key ? client.key.data() : nullptr, kMaxKeyLength, 0),
+  for (const auto& [operation, missing, status] : cases) {
+    const auto given = [missing = missing](Missing which, auto* buffer) {
+      return missing == which || (missing == kAll && which != kBlock) ? nullptr : buffer;
+    };
+    EXPECT_EQ(host::EntryPoint()(operation, given(kBlock, client.block.data()),
+                                 given(kData, &client.record), given(kLength, &client.length),
+                                 given(kKey, client.key.data()), kMaxKeyLength, 0),
               status)
-        << "operation " << operation << ' ' << data << length << key;
+        << "operation " << operation << " without " << missing;
   }
 }
 

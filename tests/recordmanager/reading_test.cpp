@@ -1,5 +1,4 @@
 // Get Equal to Get Last: order, duplicates, the place after each read.
-#include <array>
 #include <cstring>
 #include <memory>
 
@@ -14,143 +13,76 @@ using namespace btrieve;
 class Reading : public PartyFile {
  protected:
   Reading() {
-    // Numbers 1 to 6 in this order.
-    for (const Party& party :
-         {MakeParty(7, "M", -3), MakeParty(-5, "G", 256), MakeParty(7, "M ", 1),
-          MakeParty(300, "\xC4ra", 0), MakeParty(7, "MA", -32768), MakeParty(-5, "a", 32767)}) {
-      EXPECT_EQ(client.Insert(party), kSuccess);
-    }
-    EXPECT_EQ(client.Close(), kSuccess);
-    EXPECT_EQ(client.Open(path), kSuccess);
+    EXPECT_EQ(client.Do("insert case=7 role=M rank=-3, insert case=-5 role=G rank=256,"
+                        "insert case=7 role=M rank=1, insert case=300 role=\xC4ra rank=0,"
+                        "insert case=7 role=MA rank=-32768, insert case=-5 role=a rank=32767"),
+              "1 2 3 4 5 6");
   }
 };
 
-TEST_F(Reading, GoesAlongEachKeyInItsOrderWithDuplicatesAsTheyWereInserted) {
+TEST_F(Reading, FindsWhatTheOperationMeansAndKnowsItsPlace) {
   const struct {
-    int key;
-    const char* up;
-    const char* down;
-  } cases[] = {{kByNumber, "1 2 3 4 5 6", "6 5 4 3 2 1"},
-               {kByCase, "2 6 1 3 5 4", "4 5 3 1 6 2"},
-               {kByRole, "2 1 3 5 6 4", "4 6 5 3 1 2"},
-               {kByRank, "5 1 4 3 2 6", "6 2 3 4 1 5"}};
-  for (const auto& [key, up, down] : cases) {
-    EXPECT_EQ(Walk(client, key), up) << "key " << key;
-    EXPECT_EQ(Walk(client, key, kGetLast, kGetPrevious), down) << "key " << key;
-  }
-}
-
-TEST_F(Reading, FindsTheRecordThatTheOperationMeans) {
-  const struct {
-    WORD operation;
-    int caseId;
-    int status;
-    int number;
-  } cases[] = {
-      {kGetEqual, 7, kSuccess, 1},          {kGetEqual, 8, kKeyNotFound, 0},
-      {kGetEqual, -5, kSuccess, 2},         {kGetGreater, 7, kSuccess, 4},
-      {kGetGreater, -6, kSuccess, 2},       {kGetGreater, 300, kEndOfFile, 0},
-      {kGetGreaterOrEqual, 7, kSuccess, 1}, {kGetGreaterOrEqual, 8, kSuccess, 4},
-      {kGetLess, 7, kSuccess, 6},           {kGetLess, -5, kEndOfFile, 0},
-      {kGetLessOrEqual, 7, kSuccess, 5},    {kGetLessOrEqual, 299, kSuccess, 5},
-      {kGetLessOrEqual, -6, kEndOfFile, 0},
+    const char* script;
+    const char* outcome;
+  } rows[] = {
+      // Each key in its order, duplicates as they were inserted.
+      {"walk number, back number", "1 2 3 4 5 6 6 5 4 3 2 1"},
+      {"walk case, back case", "2 6 1 3 5 4 4 5 3 1 6 2"},
+      {"walk role, back role", "2 1 3 5 6 4 4 6 5 3 1 2"},
+      {"walk rank, back rank", "5 1 4 3 2 6 6 2 3 4 1 5"},
+      // From a value.
+      {"equal case=7, equal case=8, equal case=-5", "1 !4 2"},
+      {"greater case=7, greater case=-6, greater case=300", "4 2 !9"},
+      {"from case=7, from case=8, from case=301", "1 4 !9"},
+      {"less case=7, less case=-5", "6 !9"},
+      {"upto case=7, upto case=299, upto case=-6", "5 5 !9"},
+      {"equal role=MA, equal role=m, equal role=M", "5 !4 1"},
+      // The place.
+      {"next case, previous case, equal 4, equal -1", "!8 !8 !6 !6"},
+      {"equal case=300, next number, next case, next case, previous case", "4 !7 !9 !9 4"},
+      {"first case, previous case, next case", "2 !9 2"},
+      {"equal case=300, next case, update, delete", "4 !9 !8 !8"},
+      {"equal case=7, equal case=8, next case", "1 !4 !8"},
   };
-  for (const auto& [operation, caseId, status, number] : cases) {
-    SCOPED_TRACE("operation " + std::to_string(operation) + ", case " + std::to_string(caseId));
-    client.record = {};
-    EXPECT_EQ(client.Get(operation, kByCase, caseId), status);
-    EXPECT_EQ(client.record.number, number);
-    if (status == kSuccess) {
-      EXPECT_EQ(std::memcmp(client.key.data(), &client.record.caseId, 4), 0);
-    }
-  }
+  for (const auto& [script, outcome] : rows) EXPECT_EQ(Opened(path).Do(script), outcome) << script;
+
+  ASSERT_EQ(Create(InFolder("EMPTY.KRV")), kSuccess);
+  EXPECT_EQ(Opened(InFolder("EMPTY.KRV"))
+                .Do("first case, last case, greater case=7, upto case=7, equal case=7"),
+            "!9 !9 !9 !9 !4");
 }
 
-TEST_F(Reading, ComparesStringsByTheirWholeLength) {
-  EXPECT_EQ(client.Get(kGetEqual, kByRole, std::string("MA")), kSuccess);
-  EXPECT_EQ(client.record.number, 5);
-  EXPECT_EQ(client.Get(kGetEqual, kByRole, std::string("m")), kKeyNotFound);
-}
-
-TEST_F(Reading, KnowsItsPlace) {
-  EXPECT_EQ(client.Call(kGetNext, kByCase), kInvalidPositioning);
-  EXPECT_EQ(client.Call(kGetEqual, 4), kInvalidKeyNumber);
-  EXPECT_EQ(client.Call(kGetEqual, -1), kInvalidKeyNumber);
-
-  EXPECT_EQ(client.Get(kGetEqual, kByCase, 300), kSuccess);
-  EXPECT_EQ(client.Call(kGetNext, kByNumber), kDifferentKeyNumber);
-  EXPECT_EQ(client.Call(kGetNext, kByCase), kEndOfFile);
-  EXPECT_EQ(client.Call(kGetNext, kByCase), kEndOfFile);
-  EXPECT_EQ(client.Update(), kInvalidPositioning);
-  EXPECT_EQ(client.Call(kGetPrevious, kByCase), kSuccess);
-  EXPECT_EQ(client.record.number, 4);
-
-  EXPECT_EQ(client.Call(kGetFirst, kByCase), kSuccess);
-  EXPECT_EQ(client.Call(kGetPrevious, kByCase), kEndOfFile);
-  EXPECT_EQ(client.Call(kGetNext, kByCase), kSuccess);
-  EXPECT_EQ(client.record.number, 2);
-
-  EXPECT_EQ(client.Get(kGetEqual, kByCase, 8), kKeyNotFound);
-  EXPECT_EQ(client.Call(kGetNext, kByCase), kInvalidPositioning);
+TEST_F(Reading, LeavesACopiedBlockAPlaceOfItsOwn) {
+  EXPECT_EQ(client.Do("equal case=7"), "1");
+  Client copy = client;
+  EXPECT_EQ(copy.Do("next case, next case"), "3 5");
+  EXPECT_EQ(client.Do("next case"), "3");
 }
 
 TEST_F(Reading, GivesNoDataIntoABufferThatIsTooShort) {
   client.record.number = 99;
-  client.length = kPartyLength - 1;
-  EXPECT_EQ(client.Get(kGetEqual, kByCase, 7), kDataBufferLength);
+  client.length = sizeof(Party) - 1;
+  EXPECT_EQ(client.Do("equal case=7, equal case=8"), "!22 !4");
   EXPECT_EQ(client.record.number, 99);
-  EXPECT_EQ(client.Get(kGetEqual, kByCase, 8), kKeyNotFound);
-  client.length = 0xFFFF;
-  EXPECT_EQ(client.Get(kGetEqual, kByCase, 7), kSuccess);
-  EXPECT_EQ(client.length, kPartyLength);
 }
 
 TEST_F(Reading, TakesTheLengthFromTheLowHalfAndWritesNothingElse) {
-  client.length = 0xDEAD0000U | kPartyLength;
-  EXPECT_EQ(client.Get(kGetEqual, kByCase, 7), kSuccess);
-  EXPECT_EQ(client.length, 0xDEAD0000U | kPartyLength);
-
-  // A caller with a 16-bit variable and nothing behind it.
-  const auto shortLength = std::make_unique<WORD>(WORD{0x1000});
-  EXPECT_EQ(host::EntryPoint()(kGetFirst, client.block.data(), &client.record,
-                               reinterpret_cast<ULONG*>(shortLength.get()), client.key.data(), 255,
-                               kByCase),
-            kSuccess);
-  EXPECT_EQ(*shortLength, kPartyLength);
-}
-
-TEST_F(Reading, TouchesNoMoreOfTheKeyBufferThanTheKey) {
+  for (const ULONG high : {0U, 0xDEAD0000U}) {
+    client.length = high | 0xFFFF;
+    EXPECT_EQ(client.Do("equal case=7"), "1");
+    EXPECT_EQ(client.length, high | sizeof(Party));
+  }
+  // A caller with a 16-bit variable and a key of 4 bytes, and nothing behind them.
+  const auto length = std::make_unique<WORD>(WORD{0x1000});
   const auto key = std::make_unique<std::int32_t>(7);
   const auto get = [&](BYTE keyLength) {
-    return host::EntryPoint()(kGetEqual, client.block.data(), &client.record, &client.length,
-                              key.get(), keyLength, kByCase);
+    return host::EntryPoint()(kGetEqual, client.block.data(), &client.record,
+                              reinterpret_cast<ULONG*>(length.get()), key.get(), keyLength, 1);
   };
   EXPECT_EQ(get(255), kSuccess);
+  EXPECT_EQ(*length, sizeof(Party));
   EXPECT_EQ(get(4), kSuccess);
   EXPECT_EQ(get(3), kKeyBufferTooShort);
-}
-
-TEST_F(Reading, LeavesACopiedBlockAPlaceOfItsOwn) {
-  EXPECT_EQ(client.Get(kGetEqual, kByCase, 7), kSuccess);
-  Client copy = client;
-  EXPECT_EQ(copy.Call(kGetNext, kByCase), kSuccess);
-  EXPECT_EQ(copy.record.number, 3);
-  EXPECT_EQ(copy.Call(kGetNext, kByCase), kSuccess);
-  EXPECT_EQ(copy.record.number, 5);
-  EXPECT_EQ(client.Call(kGetNext, kByCase), kSuccess);
-  EXPECT_EQ(client.record.number, 3);
-}
-
-TEST_F(Reading, OfAnEmptyFileEndsAtOnce) {
-  const std::string empty = InFolder("EMPTY.KRV");
-  ASSERT_EQ(Create(empty, DescribeParties()), kSuccess);
-  Client other;
-  ASSERT_EQ(other.Open(empty), kSuccess);
-  for (const WORD operation : {kGetFirst, kGetLast, kGetGreater, kGetLessOrEqual}) {
-    EXPECT_EQ(other.Get(operation, kByCase, 7), kEndOfFile);
-  }
-  EXPECT_EQ(other.Get(kGetEqual, kByCase, 7), kKeyNotFound);
-  EXPECT_EQ(other.Close(), kSuccess);
 }
 
 }  // namespace
