@@ -1,43 +1,76 @@
-// A fresh party file in a folder of its own, for one test.
+// The record file that these tests work on, fresh for each test, and clients of it. A party has a
+// number (key 0: autoincrement), a case (key 1: integer), a role of 6 characters (key 2: string), a
+// rank (key 3: integer of two bytes) and a counter, which is no key; all keys but the first are
+// modifiable and allow duplicates.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
 #include <deque>
 #include <filesystem>
-#include <random>
 #include <string>
+#include <vector>
 
-#include "parties.h"
+#include "recordmanager/btrieve.h"
 
 namespace recordmanager_tests {
 
+inline constexpr std::size_t kPartyLength = 20;
+inline constexpr std::size_t kCounterOffset = 16;
+
+btrieve::KeyDescription DescribeKey(std::size_t offset, std::size_t length,
+                                    unsigned type = btrieve::kStringKey, unsigned flags = 0);
+
+// The buffer that Create takes, for that record length and those keys.
+std::string DescribeFile(std::size_t recordLength, const std::vector<btrieve::KeyDescription>& keys,
+                         unsigned fileFlags = 0);
+std::string DescribeParties();
+
+int Create(const std::string& path, const std::string& description = DescribeParties(),
+           char keyNumber = btrieve::kCreateOver);
+
+// One position block with the buffers of its calls. A copy is a client with a copy of the block.
+class Client {
+ public:
+  std::array<std::uint8_t, btrieve::kPositionBlockSize> block{};
+  std::array<std::uint8_t, btrieve::kClientIdSize> id{};
+  std::array<char, kPartyLength> record{};
+  ULONG length = kPartyLength;
+  std::array<char, btrieve::kMaxKeyLength> key{};
+
+  int Open(const std::string& path, char mode = btrieve::kOpenNormal);
+
+  // Takes the steps of a script and returns what came of each: the number of the record that was
+  // read or inserted, "ok", or "!" and the status.
+  //
+  //   "insert case=7 role=M, equal case=7, next case, update rank=5 case, delete"
+  //
+  // Insert and update write the given fields, of a fresh record and of the present one, by the key
+  // named without a value (-1 for none) or by number. "next*" goes on until it fails.
+  std::string Do(const std::string& script);
+
+  std::int32_t Field(const char* name) const;  // of the record
+
+ private:
+  int Call(WORD operation, int keyNumber);
+  std::string Take(const std::string& step);
+  std::string Outcome(WORD operation, int keyNumber);
+};
+
 class PartyFile : public testing::Test {
  protected:
-  PartyFile() {
-    std::filesystem::create_directory(folder);
-    EXPECT_EQ(Create(path), btrieve::kSuccess);
-    EXPECT_EQ(client.Open(path), btrieve::kSuccess);
-  }
-
-  ~PartyFile() override {
-    client.Do("close");
-    for (Client& other : others_) other.Do("close");
-    std::error_code ignored;  // where open files cannot be deleted, the host's clean-up will
-    std::filesystem::remove_all(folder, ignored);
-  }
+  PartyFile();
+  ~PartyFile() override;
 
   std::string InFolder(const std::string& name) const { return (folder / name).string(); }
 
   // One more client of a file; closed at the end.
-  Client& Opened(const std::string& name, char mode = btrieve::kOpenNormal) {
-    EXPECT_EQ(others_.emplace_back().Open(name, mode), btrieve::kSuccess) << name;
-    return others_.back();
-  }
+  Client& Opened(const std::string& name, char mode = btrieve::kOpenNormal);
 
-  const std::filesystem::path folder = std::filesystem::temp_directory_path() /
-                                       ("parties-" + std::to_string(std::random_device()()));
-  const std::string path = InFolder("PARTIES.KRV");
+  const std::filesystem::path folder;
+  const std::string path;
   Client client;  // has the file open
 
  private:

@@ -41,10 +41,10 @@ TEST_F(PosixFiles, ThatHaveGoneOrWereReplacedAreNoticed) {
 
   ASSERT_EQ(Create(InFolder("OTHER.KRV")), kSuccess);
   std::filesystem::rename(InFolder("OTHER.KRV"), path);
-  EXPECT_EQ(Opened(path).Do("walk number, insert, insert, close"), "!9 1 2 ok");
+  EXPECT_EQ(Opened(path).Do("first, insert, insert, close"), "!9 1 2 ok");
 
   std::filesystem::rename(saved, path);
-  EXPECT_EQ(Opened(path).Do("walk number"), "1");
+  EXPECT_EQ(Opened(path).Do("first, next"), "1 !9");
 }
 
 TEST_F(PosixFiles, AreTheSameByEveryPath) {
@@ -54,7 +54,7 @@ TEST_F(PosixFiles, AreTheSameByEveryPath) {
   EXPECT_EQ(client.Do("begin, insert"), "ok 1");
   EXPECT_EQ(other.Do("insert"), "2") << "not a second database that waits for the first";
   EXPECT_EQ(client.Do("end"), "ok");
-  EXPECT_EQ(other.Do("walk number"), "1 2");
+  EXPECT_EQ(other.Do("first, next*"), "1 2 !9");
 }
 
 TEST_F(PosixFiles, OfTheSameNameInTwoFoldersAreKeptApart) {
@@ -65,9 +65,9 @@ TEST_F(PosixFiles, OfTheSameNameInTwoFoldersAreKeptApart) {
   std::filesystem::current_path(folder / "second");
   EXPECT_EQ(Client().Open("PARTIES.KRV"), kFileNotFound);
   EXPECT_EQ(Create("PARTIES.KRV"), kSuccess);
-  EXPECT_EQ(Opened("PARTIES.KRV").Do("walk number"), "!9");
+  EXPECT_EQ(Opened("PARTIES.KRV").Do("first"), "!9");
   std::filesystem::current_path(before);
-  EXPECT_EQ(client.Do("walk number"), "1");
+  EXPECT_EQ(client.Do("first, next"), "1 !9");
 }
 
 TEST_F(PosixFiles, StayWholeWhenAWriteFails) {
@@ -80,7 +80,7 @@ TEST_F(PosixFiles, StayWholeWhenAWriteFails) {
     LimitFileSize(RLIM_INFINITY);
     ASSERT_EQ(client.Open(path), kSuccess);
     for (const char* key : {"number", "case", "role", "rank"}) {
-      EXPECT_EQ(client.Do(std::string("walk ") + key), inserted) << key;
+      EXPECT_EQ(client.Do(std::string("first ") + key + ", next* " + key), inserted + " !9") << key;
     }
   }
 }
@@ -94,10 +94,10 @@ TEST_F(PosixFiles, LoseATransactionAsAWholeWhenAWriteFails) {
     InsertUntilItFails(inserted);
     client.Do("insert, insert, insert");
     EXPECT_NE(client.Do("end"), "ok");
-    EXPECT_EQ(client.Do("walk number, end"), "1 !39");
+    EXPECT_EQ(client.Do("first, next, end"), "1 !9 !39");
   }
   LimitFileSize(RLIM_INFINITY);
-  EXPECT_EQ(client.Do("insert, walk number"), "2 1 2");
+  EXPECT_EQ(client.Do("insert, first, next*"), "2 1 2 !9");
 }
 
 }  // namespace

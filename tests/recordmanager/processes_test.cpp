@@ -16,6 +16,8 @@ using namespace std::chrono_literals;
 
 class Processes : public PartyFile {
  protected:
+  Processes() { EXPECT_EQ(client.Do("insert"), "1"); }
+
   // Adds the numbers that a worker has put down as acknowledged.
   void ReadLog(const std::string& name, std::set<std::int32_t>& numbers) const {
     std::ifstream file(InFolder(name));
@@ -23,26 +25,24 @@ class Processes : public PartyFile {
   }
 
   std::ptrdiff_t CountBy(const char* key) {
-    const std::string numbers = client.Do(std::string("walk ") + key);
-    return std::count(numbers.begin(), numbers.end(), ' ') + 1;
+    const std::string numbers = client.Do(std::string("first ") + key + ", next* " + key);
+    return std::count(numbers.begin(), numbers.end(), ' ');
   }
 };
 
 TEST_F(Processes, LoseNoUpdateAndShareNoNumber) {
-  EXPECT_EQ(client.Do("insert"), "1");
-  const std::string counter = std::to_string(offsetof(Party, counter));
-  const std::vector<std::string> count{"add", path, "1", counter, "150"};
-  const auto insert = [this](const char* caseId) {
-    return std::vector<std::string>{"insert", path, caseId, "100", InFolder(caseId)};
+  const std::vector<std::string> add{"add", path, "1", std::to_string(kCounterOffset), "150"};
+  const auto copy = [this](const char* log) {
+    return std::vector<std::string>{"copy", path, "1", InFolder(log), "100"};
   };
-  host::Worker workers[] = {host::Worker(count),       host::Worker(count),
-                            host::Worker(count),       host::Worker(insert("7")),
-                            host::Worker(insert("8")), host::Worker(insert("9"))};
-  std::set<std::int32_t> numbers{1};
+  host::Worker workers[] = {host::Worker(add),       host::Worker(add),
+                            host::Worker(add),       host::Worker(copy("a")),
+                            host::Worker(copy("b")), host::Worker(copy("c"))};
   for (host::Worker& worker : workers) EXPECT_EQ(worker.Wait(), 0);
-  for (const char* log : {"7", "8", "9"}) ReadLog(log, numbers);
+  std::set<std::int32_t> numbers{1};
+  for (const char* log : {"a", "b", "c"}) ReadLog(log, numbers);
   EXPECT_EQ(client.Do("equal number=1"), "1");
-  EXPECT_EQ(client.record.counter, 450);
+  EXPECT_EQ(client.Field("counter"), 450);
   EXPECT_EQ(numbers.size(), 301U);
   EXPECT_EQ(*numbers.rbegin(), 301);
   EXPECT_EQ(CountBy("case"), 301);
@@ -50,10 +50,10 @@ TEST_F(Processes, LoseNoUpdateAndShareNoNumber) {
 
 TEST_F(Processes, KeepWhatWasAcknowledgedWhenTheyAreKilled) {
   constexpr int kRounds = 12;
-  std::set<std::int32_t> acknowledged;
+  std::set<std::int32_t> acknowledged{1};
   for (int round = 0; round < kRounds; ++round) {
-    host::Worker victim({"insert", path, "1", "1000000", InFolder("victim")});
-    host::Worker bystander({"insert", path, "2", "5", InFolder("bystander")});
+    host::Worker victim({"copy", path, "1", InFolder("victim"), "1000000"});
+    host::Worker bystander({"copy", path, "1", InFolder("bystander"), "5"});
     std::this_thread::sleep_for(40ms + round * 3ms);
     victim.Kill();
     EXPECT_EQ(bystander.Wait(), 0);
@@ -72,13 +72,12 @@ TEST_F(Processes, KeepWhatWasAcknowledgedWhenTheyAreKilled) {
 }
 
 TEST_F(Processes, ReadButNeitherWriteNorReplaceWhatAnotherHolds) {
-  EXPECT_EQ(client.Do("insert"), "1");
   const std::string flag = InFolder("held");
-  host::Worker holder({"hold", path, flag});
+  host::Worker holder({"hold", path, "1", flag});
   for (int i = 0; i < 2000 && !std::filesystem::exists(flag); ++i) std::this_thread::sleep_for(5ms);
   ASSERT_TRUE(std::filesystem::exists(flag));
 
-  EXPECT_EQ(client.Do("walk number"), "1");
+  EXPECT_EQ(client.Do("first, next"), "1 !9");
   EXPECT_EQ(Create(InFolder("OTHER.KRV")), kSuccess);
   const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(client.Do("insert"), "!84");
@@ -93,7 +92,7 @@ TEST_F(Processes, ReadButNeitherWriteNorReplaceWhatAnotherHolds) {
 
   std::filesystem::remove(flag);
   EXPECT_EQ(holder.Wait(), 0);
-  EXPECT_EQ(Opened(path).Do("insert, walk number"), "3 1 2 3");
+  EXPECT_EQ(Opened(path).Do("insert, first, next*"), "3 1 2 3 !9");
 }
 
 }  // namespace
