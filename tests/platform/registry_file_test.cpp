@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -19,11 +18,10 @@ using namespace std::string_view_literals;
 
 constexpr auto kOptions = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Options)";
 
-/// Type and bytes, as "1:text"; nothing when the value is not there.
-std::optional<std::string> Value(const RegistryFile& file, const char* name) {
+/// Type and bytes, as "1:text"; "none" when the value is not there.
+std::string Value(const RegistryFile& file, const char* name) {
   const RegistryValue* value = file.Find(kOptions, name);
-  return value == nullptr ? std::nullopt
-                          : std::optional(std::to_string(value->type) + ':' + value->bytes);
+  return value == nullptr ? "none" : std::to_string(value->type) + ':' + value->bytes;
 }
 
 constexpr auto kFile =
@@ -37,12 +35,14 @@ constexpr auto kFile =
     "\"Count\"=dword:0000010a\r\n"
     "\"Bytes\"=hex:01,ff,\\\r\n"
     "  00\r\n"
-    "\"Unterminated\"=hex(1):61,62\r\n";
+    "\"Unterminated\"=hex(1):61,62\r\n"sv;
 
-TEST(RegistrationText, HoldsEveryKindOfValue) {
-  std::string text = kFile;
-  for (const char* ends : {"CRLF", "LF"}) {
-    SCOPED_TRACE(ends);
+TEST(RegistrationText, HoldsEveryKindOfValueAndIsReadBackAsItWasWritten) {
+  std::string withoutReturns(kFile);
+  std::erase(withoutReturns, '\r');
+  for (const std::string& text :
+       {std::string(kFile), withoutReturns, RegistryFile::Parse(kFile).Format()}) {
+    SCOPED_TRACE(text);
     const RegistryFile file = RegistryFile::Parse(text);
     EXPECT_EQ(Value(file, ""), "1:unnamed\0"sv);
     EXPECT_EQ(Value(file, "DataRoot"), "1:C:\\data \"new\"\0"sv);
@@ -50,38 +50,25 @@ TEST(RegistrationText, HoldsEveryKindOfValue) {
     EXPECT_EQ(Value(file, "Count"), "4:\x0A\x01\0\0"sv);
     EXPECT_EQ(Value(file, "Bytes"), "3:\x01\xFF\0"sv);
     EXPECT_EQ(Value(file, "Unterminated"), "1:ab");
-    std::erase(text, '\r');
   }
 }
 
-TEST(RegistrationText, IsReadBackAsItWasWritten) {
-  const RegistryFile file = RegistryFile::Parse(kFile);
-  const RegistryFile again = RegistryFile::Parse(file.Format());
-  for (const char* name : {"", "DataRoot", "Spaced", "Count", "Bytes", "Unterminated"}) {
-    EXPECT_EQ(Value(again, name), Value(file, name)) << name;
-  }
-}
-
-TEST(RegistrationText, PassesOverLinesThatMeanNothing) {
+TEST(RegistrationText, MayHaveLinesThatMeanNothingAndEndAnywhere) {
   for (const char* line :
        {"rubbish", R"("x)", R"("x")", R"("x"=)", R"("x"="open)", R"("x"="a"b)", R"("x"=dword:xyz)",
         R"("x"=dword:123456789)", R"("x"=hex:1g)", R"("x"=hex:100)", R"("x"=hex():00)",
         R"("x"=hex(:00)", R"("x"=-)", "=", R"("\)", "[", "@", "\xFF\xFE"}) {
     SCOPED_TRACE(line);
-    const std::string text = std::string("[") + kOptions + "]\n" + line + "\n\"after\"=\"ok\"\n";
-    const RegistryFile file = RegistryFile::Parse(text);
-    EXPECT_EQ(Value(file, "x"), std::nullopt);
+    const RegistryFile file =
+        RegistryFile::Parse(std::string("[") + kOptions + "]\n" + line + "\n\"after\"=\"ok\"\n");
+    EXPECT_EQ(Value(file, "x"), "none");
     EXPECT_EQ(Value(file, "after"), "1:ok\0"sv);
   }
-  EXPECT_EQ(Value(RegistryFile::Parse("\"outside\"=\"of any key\""), "outside"), std::nullopt);
-}
-
-TEST(RegistrationText, MayEndAnywhere) {
-  const std::string_view whole = kFile;
-  const std::string_view beforeCount = whole.substr(0, whole.find("\"Count"));
-  for (std::size_t length = 0; length <= whole.size(); ++length) {
-    const RegistryFile file = RegistryFile::Parse(std::string(whole.substr(0, length)));
-    EXPECT_EQ(Value(file, "Spaced").has_value(), length + 3 >= beforeCount.size()) << length;
+  EXPECT_EQ(RegistryFile::Parse("\"outside\"=\"of any key\"").Format(), "REGEDIT4\r\n");
+  const std::size_t endOfSpaced = kFile.find("\"Count") - std::string_view(" \r\n").size();
+  for (std::size_t length = 0; length <= kFile.size(); ++length) {
+    const RegistryFile file = RegistryFile::Parse(kFile.substr(0, length));
+    EXPECT_EQ(Value(file, "Spaced") != "none", length >= endOfSpaced) << length;
   }
 }
 
@@ -89,10 +76,17 @@ class RegistrationFile : public testing::Test {
  protected:
   std::filesystem::path Path() const { return registry_.Folder() / "registry.reg"; }
 
-  static LSTATUS Set(const char* name) {
+  RegistryFile Read() const {
+    std::ifstream stream(Path(), std::ios::binary);
+    return RegistryFile::Parse(std::string{std::istreambuf_iterator<char>(stream), {}});
+  }
+
+  /// Creates the key and, when that succeeds, sets the value to "new".
+  static LSTATUS Set(const char* name, DWORD* disposition = nullptr) {
     HKEY key = nullptr;
-    LSTATUS status = RegCreateKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Options", 0, nullptr,
-                                     REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &key, nullptr);
+    LSTATUS status =
+        RegCreateKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Options", 0, nullptr,
+                        REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &key, disposition);
     if (status == ERROR_SUCCESS) {
       status = RegSetValueExA(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>("new"), 4);
       RegCloseKey(key);
@@ -103,42 +97,18 @@ class RegistrationFile : public testing::Test {
   PrivateRegistry registry_;
 };
 
-TEST_F(RegistrationFile, IsMadeWhenTheFirstKeyIsCreated) {
+TEST_F(RegistrationFile, IsMadeByTheFirstKeyAndReadAnewWhenItHasChanged) {
   HKEY key = nullptr;
   DWORD disposition = 0;
   EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE", 0, KEY_READ, &key),
             LSTATUS{ERROR_FILE_NOT_FOUND});
-  ASSERT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Options", 0, nullptr,
-                            REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &key, &disposition),
-            LSTATUS{ERROR_SUCCESS});
-  RegCloseKey(key);
+  ASSERT_EQ(Set("value", &disposition), LSTATUS{ERROR_SUCCESS});
   EXPECT_EQ(disposition, REG_CREATED_NEW_KEY);
-  EXPECT_TRUE(std::filesystem::exists(Path()));
-  EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Options", 0, KEY_READ, &key),
+  EXPECT_EQ(Value(Read(), "value"), "1:new\0"sv);
+
+  ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Options", 0, KEY_READ, &key),
             LSTATUS{ERROR_SUCCESS});
-  RegCloseKey(key);
-}
-
-TEST_F(RegistrationFile, KeepsWhatAChangeDoesNotConcern) {
-  std::ofstream(Path(), std::ios::binary)
-      << kFile << "[HKEY_CURRENT_USER\\Other]\r\n\"a\"=\"b\"\r\n";
-  ASSERT_EQ(Set("dataroot"), LSTATUS{ERROR_SUCCESS});
-  std::ifstream stream(Path(), std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(stream), {}};
-  const RegistryFile file = RegistryFile::Parse(text);
-  EXPECT_EQ(Value(file, "DataRoot"), "1:new\0"sv);
-  EXPECT_EQ(Value(file, "Count"), "4:\x0A\x01\0\0"sv);
-  EXPECT_NE(file.Find("HKEY_CURRENT_USER\\Other", "a"), nullptr);
-  const std::filesystem::directory_iterator files(registry_.Folder());
-  EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "a draft was left behind";
-}
-
-TEST_F(RegistrationFile, IsReadAnewWhenItHasChanged) {
-  ASSERT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
-  HKEY key = nullptr;
-  RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Options", 0, KEY_READ, &key);
-  std::ofstream(Path(), std::ios::binary)
-      << "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Options]\n\"value\"=\"by hand\"\n";
+  std::ofstream(Path()) << "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Options]\n\"value\"=\"by hand\"\n";
   DWORD size = 0;
   EXPECT_EQ(RegQueryValueExA(key, "value", nullptr, nullptr, nullptr, &size),
             LSTATUS{ERROR_SUCCESS});
@@ -146,15 +116,25 @@ TEST_F(RegistrationFile, IsReadAnewWhenItHasChanged) {
   RegCloseKey(key);
 }
 
-TEST_F(RegistrationFile, ThatCannotBeWrittenIsAccessDenied) {
-  std::ofstream(registry_.Folder() / "file") << "no folder";
-  setenv("QLX99_REGISTRY", (registry_.Folder() / "file" / "registry.reg").c_str(), 1);
-  EXPECT_EQ(Set("value"), LSTATUS{ERROR_ACCESS_DENIED});
+TEST_F(RegistrationFile, KeepsWhatAChangeDoesNotConcern) {
+  std::ofstream(Path(), std::ios::binary)
+      << kFile << "[HKEY_CURRENT_USER\\Other]\r\n\"a\"=\"b\"\r\n";
+  ASSERT_EQ(Set("dataroot"), LSTATUS{ERROR_SUCCESS});
+  const RegistryFile file = Read();
+  EXPECT_EQ(Value(file, "DataRoot"), "1:new\0"sv);
+  EXPECT_EQ(Value(file, "Count"), "4:\x0A\x01\0\0"sv);
+  EXPECT_NE(file.Find("HKEY_CURRENT_USER\\Other", "a"), nullptr);
+  const std::filesystem::directory_iterator files(registry_.Folder());
+  EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "a draft was left behind";
 }
 
-TEST_F(RegistrationFile, LiesAmongTheUsersSettingsByDefault) {
+TEST_F(RegistrationFile, LiesWhereTheEnvironmentSaysAndThereAlone) {
+  const std::string folder = registry_.Folder().string();
+  std::ofstream(registry_.Folder() / "file") << "no folder";
+  setenv("QLX99_REGISTRY", (folder + "/file/registry.reg").c_str(), 1);
+  EXPECT_EQ(Set("value"), LSTATUS{ERROR_ACCESS_DENIED});
   unsetenv("QLX99_REGISTRY");
-  setenv("XDG_CONFIG_HOME", registry_.Folder().c_str(), 1);
+  setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
   EXPECT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
   unsetenv("XDG_CONFIG_HOME");
   EXPECT_TRUE(std::filesystem::exists(registry_.Folder() / "qlx99" / "registry.reg"));
