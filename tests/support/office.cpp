@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "office/record_manager.h"
 #include "record_files.h"
 #include "support/open_file.h"
 #include "support/record_managers.h"
@@ -48,8 +49,11 @@ std::string Compose(const RecordLayout& layout, const FieldValues& values) {
 class EmptyOffice {
  public:
   EmptyOffice() : folder_(world::MakeFolder()) {
-    for (const RecordLayout& layout : kRecordFiles) OpenFile::Create(layout, folder_);
-    ReleaseEmbedded();
+    const office::RecordManager manager;
+    for (const RecordLayout& layout : kRecordFiles) {
+      office::TableFile::Create(manager, folder_, layout);
+    }
+    UnloadRecordManagers();
   }
   ~EmptyOffice() { fs::remove_all(folder_); }
   EmptyOffice(const EmptyOffice&) = delete;
