@@ -26,8 +26,12 @@ struct ShownControl {
   int id;
   std::string text;
   DWORD style;
-  std::vector<std::string> lines;  // of a list box
-  int selected;                    // its selected line, counted from 0; -1 for none
+
+  // Of a list box:
+  std::vector<std::string> lines;
+  int selected;               // counted from 0; -1 for none
+  std::vector<int> tabStops;  // in dialog units
+  int horizontalExtent;       // in pixels
 
   bool IsVisible() const { return (style & WS_VISIBLE) != 0; }
 };
@@ -69,6 +73,10 @@ class Watcher {
   virtual void Sees(const MessageBox& message) = 0;  // which is then closed
   virtual void Sees(OpenDialog& dialog) = 0;         // must close it
 };
+
+// Once, before the first test. From then on a dialog or a message box that appears while there is
+// no Screen does not make the tests wait for ever.
+void WatchTheScreen();
 
 // As long as it exists, everything that appears is shown to the watcher.
 class Screen {

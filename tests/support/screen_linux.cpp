@@ -1,5 +1,7 @@
 #include "platform/screen.h"
 
+#include <cstdio>
+
 #include "support/screen.h"
 #include "support/text.h"
 
@@ -7,8 +9,10 @@ namespace qlx99::tests {
 namespace {
 
 ShownControl Shown(const platform::Control& control) {
-  ShownControl shown{control.id, Utf8(control.text), control.style, {}, control.list.Selected()};
-  for (int i = 0; i < control.list.Count(); ++i) shown.lines.push_back(Utf8(control.list.Line(i)));
+  const platform::ListBox& list = control.list;
+  ShownControl shown{control.id,      Utf8(control.text), control.style,          {},
+                     list.Selected(), list.TabStops(),    list.HorizontalExtent()};
+  for (int i = 0; i < list.Count(); ++i) shown.lines.push_back(Utf8(list.Line(i)));
   return shown;
 }
 
@@ -52,6 +56,9 @@ class Screen::Implementation final : public platform::Screen {
  private:
   Watcher& watcher_;
 };
+
+// Nobody sits at the terminal: a dialog that no test expects is cancelled.
+void WatchTheScreen() { std::freopen("/dev/null", "r", stdin); }
 
 Screen::Screen(Watcher& watcher) : implementation_(std::make_unique<Implementation>(watcher)) {}
 
