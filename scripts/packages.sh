@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by run and test: makes sure that this machine has what they use.
 
 # need COMMAND_OR_FILE PACKAGE: notes the Debian package if the command or file is missing.
@@ -25,7 +26,13 @@ need_to_test() {
   need clang-format clang-format
   need /usr/share/doc/libclang-rt-14-dev libclang-rt-14-dev
   need /usr/include/gmock/gmock.h libgmock-dev
+  need_for_windows
+}
+
+# What the Windows build needs, and Wine to run it.
+need_for_windows() {
   need i686-w64-mingw32-g++-posix g++-mingw-w64-i686-posix
+  scripts/wine --has-wine || need debootstrap debootstrap
 }
 
 # Installs what was noted, as root or through sudo; says what to install where neither can be had.
@@ -53,12 +60,14 @@ install_missing() {
   rm -f "$log"
 }
 
-# build PRESET: configures and builds, showing the output only if something fails.
+# build PRESET [TARGET...]: configures and builds, showing the output only if something fails.
 build() {
-  local log="build/$1.log"
+  local preset=$1 log="build/$1.log"
+  shift
   mkdir -p build
-  echo "Building (preset $1; the first time takes some minutes) ..." >&2
-  if ! { cmake --preset "$1" && cmake --build --preset "$1"; } >"$log" 2>&1; then
+  echo "Building (preset $preset; the first time takes some minutes) ..." >&2
+  local command=(cmake --build --preset "$preset")
+  if ! { cmake --preset "$preset" && "${command[@]}" ${1+--target "$@"}; } >"$log" 2>&1; then
     grep -E 'error|Error|FAILED|undefined' "$log" | head -40 >&2
     echo "The build failed; the whole output is in $log." >&2
     return 1
