@@ -26,12 +26,8 @@ struct ShownControl {
   int id;
   std::string text;
   DWORD style;
-
-  // Of a list box:
-  std::vector<std::string> lines;
-  int selected;               // counted from 0; -1 for none
-  std::vector<int> tabStops;  // in dialog units
-  int horizontalExtent;       // in pixels
+  std::vector<std::string> lines;  // of a list box
+  int selected;                    // its selected line, counted from 0; -1 for none
 
   bool IsVisible() const { return (style & WS_VISIBLE) != 0; }
 };

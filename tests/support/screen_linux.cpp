@@ -9,10 +9,8 @@ namespace qlx99::tests {
 namespace {
 
 ShownControl Shown(const platform::Control& control) {
-  const platform::ListBox& list = control.list;
-  ShownControl shown{control.id,      Utf8(control.text), control.style,          {},
-                     list.Selected(), list.TabStops(),    list.HorizontalExtent()};
-  for (int i = 0; i < list.Count(); ++i) shown.lines.push_back(Utf8(list.Line(i)));
+  ShownControl shown{control.id, Utf8(control.text), control.style, {}, control.list.Selected()};
+  for (int i = 0; i < control.list.Count(); ++i) shown.lines.push_back(Utf8(control.list.Line(i)));
   return shown;
 }
 

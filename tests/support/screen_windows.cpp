@@ -4,7 +4,6 @@
 
 #include <array>
 #include <chrono>
-#include <map>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -23,12 +22,12 @@ constexpr UINT kPatience = 10'000;  // in milliseconds, with a window that does 
 constexpr const char* kDialogClass = "#32770";
 constexpr int kMessageText = 0xFFFF;  // the control of that id that every message box has
 
-// What the window answers; nothing when it does not, which fails the test.
+// What the window answers; nothing when it is gone or, which fails the test, does not answer.
 std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wordParam = 0, LPARAM longParam = 0) {
   DWORD_PTR answer = 0;
   if (SendMessageTimeoutA(window, message, wordParam, longParam, SMTO_NORMAL, kPatience, &answer) ==
       0) {
-    ADD_FAILURE() << "a window does not answer message " << message;
+    EXPECT_FALSE(IsWindow(window)) << "a window does not answer message " << message;
     return std::nullopt;
   }
   return static_cast<LRESULT>(answer);
@@ -64,51 +63,15 @@ void ForEachControl(HWND dialog, Action action) {
   }
 }
 
-// Tab stops cannot be asked for, so they are overheard on their way to a list box.
-class TabStops {
- public:
-  void Hear(const CWPSTRUCT& message) {
-    const std::lock_guard lock(mutex_);
-    if (message.message == WM_NCCREATE) stops_.erase(message.hwnd);
-    if (message.message != LB_SETTABSTOPS) return;
-    const int* const first = reinterpret_cast<const int*>(message.lParam);
-    stops_[message.hwnd].assign(first, first + message.wParam);
-  }
-
-  std::vector<int> Of(HWND list) {
-    const std::lock_guard lock(mutex_);
-    const auto found = stops_.find(list);
-    return found == stops_.end() ? std::vector<int>() : found->second;
-  }
-
- private:
-  std::mutex mutex_;
-  std::map<HWND, std::vector<int>> stops_;
-};
-
-TabStops tabStops;
-
-LRESULT CALLBACK Overhear(int code, WPARAM wordParam, LPARAM longParam) {
-  if (code == HC_ACTION) tabStops.Hear(*reinterpret_cast<const CWPSTRUCT*>(longParam));
-  return CallNextHookEx(nullptr, code, wordParam, longParam);
-}
-
 ShownControl LookAt(HWND control) {
-  ShownControl shown{GetDlgCtrlID(control),
-                     TextOf(control),
-                     static_cast<DWORD>(GetWindowLongA(control, GWL_STYLE)),
-                     {},
-                     -1,
-                     {},
-                     0};
+  ShownControl shown{GetDlgCtrlID(control), TextOf(control),
+                     static_cast<DWORD>(GetWindowLongA(control, GWL_STYLE)), {}, -1};
   if (!HasClass(control, "LISTBOX")) return shown;
   const auto count = static_cast<WPARAM>(Ask(control, LB_GETCOUNT).value_or(0));
   for (WPARAM i = 0; i < count; ++i) {
     shown.lines.push_back(TextOf(control, LB_GETTEXTLEN, LB_GETTEXT, i));
   }
   shown.selected = static_cast<int>(Ask(control, LB_GETCURSEL).value_or(LB_ERR));
-  shown.tabStops = tabStops.Of(control);
-  shown.horizontalExtent = static_cast<int>(Ask(control, LB_GETHORIZONTALEXTENT).value_or(0));
   return shown;
 }
 
@@ -205,6 +168,11 @@ UINT StyleOf(HWND messageBox) {
   return style;
 }
 
+// Once it has answered: one that ends while it begins is visible for a moment, too.
+bool IsWaiting(HWND window) {
+  return IsWindowVisible(window) && Ask(window, WM_NULL) && IsWindowVisible(window);
+}
+
 // Whoever finds a window that no test expects.
 class Passer final : public Watcher {
  public:
@@ -231,7 +199,7 @@ class Person {
       while ((window = FindWindowExA(nullptr, window, kDialogClass, nullptr)) != nullptr) {
         DWORD process = 0;
         GetWindowThreadProcessId(window, &process);
-        if (process == GetCurrentProcessId() && IsWindowVisible(window)) Show(window);
+        if (process == GetCurrentProcessId() && IsWaiting(window)) Show(window);
       }
     }
   }
@@ -264,7 +232,6 @@ Person& ThePerson() {
 }  // namespace
 
 void WatchTheScreen() {
-  SetWindowsHookExA(WH_CALLWNDPROC, Overhear, nullptr, GetCurrentThreadId());
   std::thread([] { ThePerson().Watch(); }).detach();
 }
 
