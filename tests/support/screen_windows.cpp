@@ -64,8 +64,11 @@ void ForEachControl(HWND dialog, Action action) {
 }
 
 ShownControl LookAt(HWND control) {
-  ShownControl shown{GetDlgCtrlID(control), TextOf(control),
-                     static_cast<DWORD>(GetWindowLongA(control, GWL_STYLE)), {}, -1};
+  ShownControl shown{GetDlgCtrlID(control),
+                     TextOf(control),
+                     static_cast<DWORD>(GetWindowLongA(control, GWL_STYLE)),
+                     {},
+                     -1};
   if (!HasClass(control, "LISTBOX")) return shown;
   const auto count = static_cast<WPARAM>(Ask(control, LB_GETCOUNT).value_or(0));
   for (WPARAM i = 0; i < count; ++i) {

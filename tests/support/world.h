@@ -2,8 +2,12 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
+#include <span>
 #include <string>
+
+#include "platform/windows_api.h"
 
 namespace qlx99::tests::world {
 
@@ -13,6 +17,9 @@ std::filesystem::path ProgramFolder();
 
 // The file's name of a library that Windows knows as `name`.dll.
 std::string LibraryFile(const std::string& name);
+
+// The template among the library's resources.
+std::span<const std::byte> DialogTemplate(HMODULE library, WORD id);
 
 // After that time the process ends, with a word on stderr about `what` took so long. A further call
 // takes the place of the one before it.

@@ -5,6 +5,8 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "platform/resources.h"
+
 namespace qlx99::tests::world {
 namespace {
 
@@ -23,6 +25,11 @@ std::filesystem::path ProgramFolder() {
 }
 
 std::string LibraryFile(const std::string& name) { return "lib" + name + ".so"; }
+
+std::span<const std::byte> DialogTemplate(HMODULE library, WORD id) {
+  constexpr WORD kDialog = 5;
+  return platform::FindResourceOf(library, kDialog, id);
+}
 
 void SetDeadline(std::chrono::seconds time, const std::string& what) {
   alarm(0);

@@ -3,8 +3,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/windows_api.h"
-
 namespace qlx99::tests::world {
 namespace {
 
@@ -25,6 +23,13 @@ std::filesystem::path ProgramFolder() {
 }
 
 std::string LibraryFile(const std::string& name) { return name + ".dll"; }
+
+std::span<const std::byte> DialogTemplate(HMODULE library, WORD id) {
+  HRSRC resource = FindResourceA(library, MAKEINTRESOURCEA(id), RT_DIALOG);
+  if (resource == nullptr) return {};
+  const void* const bytes = LockResource(LoadResource(library, resource));
+  return {static_cast<const std::byte*>(bytes), SizeofResource(library, resource)};
+}
 
 void SetDeadline(std::chrono::seconds time, const std::string& what) {
   static HANDLE timer = nullptr;
