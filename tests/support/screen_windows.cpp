@@ -33,17 +33,17 @@ std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wordParam = 0, LPAR
   return static_cast<LRESULT>(answer);
 }
 
-// A text that `getText` copies, with a terminator, and that is as long as `getLength` says.
-std::string TextOf(HWND window, UINT getLength, UINT getText, WPARAM index) {
-  const auto length = static_cast<std::size_t>(Ask(window, getLength, index).value_or(0));
-  std::string text(length + 1, '\0');
-  const bool isLine = getText == LB_GETTEXT;
-  Ask(window, getText, isLine ? index : text.size(), reinterpret_cast<LPARAM>(text.data()));
-  text.resize(length);
-  return Utf8(text);
+std::string TextOf(HWND window) {
+  std::array<char, 4096> text{};
+  Ask(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+  return Utf8(text.data());
 }
 
-std::string TextOf(HWND window) { return TextOf(window, WM_GETTEXTLENGTH, WM_GETTEXT, 0); }
+std::string LineOf(HWND list, WPARAM index) {
+  std::string line(static_cast<std::size_t>(Ask(list, LB_GETTEXTLEN, index).value_or(0)) + 1, '\0');
+  Ask(list, LB_GETTEXT, index, reinterpret_cast<LPARAM>(line.data()));
+  return Utf8(line.c_str());
+}
 
 bool HasClass(HWND window, const char* name) {
   std::array<char, 20> actual{};
@@ -71,9 +71,7 @@ ShownControl LookAt(HWND control) {
                      -1};
   if (!HasClass(control, "LISTBOX")) return shown;
   const auto count = static_cast<WPARAM>(Ask(control, LB_GETCOUNT).value_or(0));
-  for (WPARAM i = 0; i < count; ++i) {
-    shown.lines.push_back(TextOf(control, LB_GETTEXTLEN, LB_GETTEXT, i));
-  }
+  for (WPARAM i = 0; i < count; ++i) shown.lines.push_back(LineOf(control, i));
   shown.selected = static_cast<int>(Ask(control, LB_GETCURSEL).value_or(LB_ERR));
   return shown;
 }
