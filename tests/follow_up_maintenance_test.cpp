@@ -2,7 +2,7 @@
 #include "followups/follow_up_file.h"
 #include "store/dates.h"
 #include "support/example_office.h"
-#include "tests/recordmanager/host.h"
+#include "tests/recordmanager/worker.h"
 
 namespace qlx99::tests {
 namespace {
@@ -171,22 +171,23 @@ TEST_F(FollowUpMaintenanceTest, AskForTheRecordManagerInTheirTurn) {
 // Another process changes or removes the record after the library has read it.
 TEST_F(FollowUpMaintenanceTest, WriteNothingOverAnotherWorkstationsChange) {
   const std::string file = (office.DataFolder() / F::file.name).string();
-  const std::vector<std::string> change{"add", file, "1", std::to_string(F::kindId.offset), "1"};
-  const auto meanwhile = [&](WORD operation, const std::vector<std::string>& task) {
-    manager.Meanwhile(operation, F::file.name,
-                      [task] { EXPECT_EQ(recordmanager_tests::host::Worker(task).Wait(), 0); });
+  const auto meanwhile = [&](WORD operation, const char* script) {
+    manager.Meanwhile(operation, F::file.name, [file, script] {
+      EXPECT_EQ(recordmanager_tests::Worker({file, script}).Wait(), 0);
+    });
   };
-  auto expected = FollowUp(0);
-  meanwhile(btrieve::kUpdate, change);
+  const std::string text(FollowUp(0)[F::text]);
+  meanwhile(btrieve::kUpdate, "equal number=1, count, update");  // an integer within the text
   EXPECT_EQ(Change({"1"}), 0);
-  meanwhile(btrieve::kDelete, change);
+  const auto changed = FollowUp(0);
+  EXPECT_NE(changed[F::text], text);
+  meanwhile(btrieve::kDelete, "equal number=1, update");
   EXPECT_EQ(library->WVDelete("1"), 0);
-  expected.Set(F::kindId, 5);  // 3, and 1 twice
-  EXPECT_EQ(FollowUp(0).bytes, expected.bytes);
+  EXPECT_EQ(FollowUp(0).bytes, changed.bytes);
 
-  meanwhile(btrieve::kUpdate, {"remove", file, "1"});
+  meanwhile(btrieve::kUpdate, "equal number=1, delete");
   EXPECT_EQ(Change({"1"}), 0);
-  meanwhile(btrieve::kDelete, {"remove", file, "2"});
+  meanwhile(btrieve::kDelete, "equal number=2, delete");
   EXPECT_EQ(library->WVDelete("2"), 0);
   EXPECT_THAT(office.Records<F>(), SizeIs(1));
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/windows_api.h"
+#include "support/record_managers.h"
 #include "test_library.h"
 
 namespace {
@@ -68,7 +69,7 @@ TEST(Library, ThatIsMissingOrBrokenLeavesItsReason) {
   failsToLoad("qlx99_rubbish.dll", ERROR_MOD_NOT_FOUND);
   EXPECT_TRUE(SetDllDirectoryA(folder.string().c_str()));
   failsToLoad("qlx99_rubbish.dll", ERROR_BAD_EXE_FORMAT);
-  SetDllDirectoryA(nullptr);
+  qlx99::tests::FindTheEmbeddedManager();  // again
   std::filesystem::remove_all(folder);
   SetErrorMode(mode);
 }

@@ -3,13 +3,14 @@
 #include <cstring>
 #include <memory>
 
-#include "host.h"
 #include "party_file.h"
 
 namespace recordmanager_tests {
 namespace {
 
 using namespace btrieve;
+using qlx99::tests::EmbeddedCall;
+using qlx99::tests::EmbeddedCallId;
 
 class Buffers : public PartyFile {
  protected:
@@ -46,8 +47,8 @@ TEST_F(Buffers, OfPositionsMayLieAnywhereAndBelongToTheClientThatOpened) {
   const auto memory = std::make_unique<std::array<std::uint8_t, kPositionBlockSize + 1>>();
   std::memcpy(memory->data() + 1, client.block.data(), kPositionBlockSize);
   const auto read = [&](void* id) {
-    return host::EntryPointWithClient()(kGetFirst, memory->data() + 1, client.record.data(),
-                                        &client.length, client.key.data(), kMaxKeyLength, 0, id);
+    return EmbeddedCallId()(kGetFirst, memory->data() + 1, client.record.data(), &client.length,
+                            client.key.data(), kMaxKeyLength, 0, id);
   };
   std::array<std::uint8_t, kClientIdSize> someone{1};
   EXPECT_EQ(read(someone.data()), kFileNotOpen);
@@ -83,9 +84,9 @@ TEST_F(Buffers, MayBeMissing) {
     const auto given = [missing = missing](Missing which, auto* buffer) {
       return missing == which || (missing == kAll && which != kBlock) ? nullptr : buffer;
     };
-    EXPECT_EQ(host::EntryPoint()(operation, given(kBlock, client.block.data()),
-                                 given(kData, client.record.data()), given(kLength, &client.length),
-                                 given(kKey, client.key.data()), kMaxKeyLength, 0),
+    EXPECT_EQ(EmbeddedCall()(operation, given(kBlock, client.block.data()),
+                             given(kData, client.record.data()), given(kLength, &client.length),
+                             given(kKey, client.key.data()), kMaxKeyLength, 0),
               status)
         << "operation " << operation << " without " << missing;
   }
@@ -96,13 +97,13 @@ TEST_F(Buffers, ThatAreTooShortStayAsTheyAre) {
   client.length = kPartyLength - 1;
   EXPECT_EQ(client.Do("first, update"), "!22 !22");
   EXPECT_EQ(client.Do("equal number=2"), "!4") << "there is nothing that could be too long";
-  EXPECT_EQ(std::count(client.record.begin(), client.record.end(), '#'), kPartyLength);
+  EXPECT_EQ(std::count(client.record.begin(), client.record.end(), '#'), std::ssize(client.record));
   EXPECT_EQ(client.Do("insert"), "!22");
 }
 
 TEST_F(Buffers, GetNothingBeforeItIsWrittenAndNoKeyWithoutANumber) {
   EXPECT_EQ(client.Do("insert number=2147483647, insert"), "2147483647 !5");
-  EXPECT_EQ(client.Field("number"), 0) << "a number that was given and not written";
+  EXPECT_EQ(client.Number(), 0) << "a number that was given and not written";
   client.key.fill('#');
   EXPECT_EQ(client.Do("insert number=5 -1, update -1"), "5 ok");
   EXPECT_EQ(client.key[0], '#');
@@ -118,8 +119,8 @@ TEST_F(Buffers, HoldALengthOfSixteenBitsAndAsMuchKeyAsThereIs) {
   const auto length = std::make_unique<WORD>(WORD{0x1000});
   const auto key = std::make_unique<std::int32_t>(7);
   const auto get = [&](BYTE keyLength) {
-    return host::EntryPoint()(kGetEqual, client.block.data(), client.record.data(),
-                              reinterpret_cast<ULONG*>(length.get()), key.get(), keyLength, 1);
+    return EmbeddedCall()(kGetEqual, client.block.data(), client.record.data(),
+                          reinterpret_cast<ULONG*>(length.get()), key.get(), keyLength, 1);
   };
   EXPECT_EQ(get(255), kSuccess);
   EXPECT_EQ(*length, kPartyLength);
@@ -128,8 +129,8 @@ TEST_F(Buffers, HoldALengthOfSixteenBitsAndAsMuchKeyAsThereIs) {
 
   const auto unterminatedName = std::make_unique<std::array<char, kMaxKeyLength>>();
   unterminatedName->fill('x');
-  EXPECT_EQ(host::EntryPoint()(kOpen, client.block.data(), nullptr, nullptr, unterminatedName.get(),
-                               kMaxKeyLength, kOpenNormal),
+  EXPECT_EQ(EmbeddedCall()(kOpen, client.block.data(), nullptr, nullptr, unterminatedName.get(),
+                           kMaxKeyLength, kOpenNormal),
             kFileNotFound);
 }
 

@@ -8,13 +8,13 @@
 #include <random>
 #include <thread>
 
-#include "host.h"
 #include "party_file.h"
 
 namespace recordmanager_tests {
 namespace {
 
 using namespace btrieve;
+using qlx99::tests::EmbeddedCall;
 
 class Files : public PartyFile {
  protected:
@@ -49,8 +49,8 @@ TEST_F(Files, AreToldBackByStatWithTheCounts) {
   }
   const auto stat = [&](std::string& answer) {
     auto length = static_cast<ULONG>(answer.size());
-    const int status = host::EntryPoint()(kStat, client.block.data(), answer.data(), &length,
-                                          client.key.data(), kMaxKeyLength, 0);
+    const int status = EmbeddedCall()(kStat, client.block.data(), answer.data(), &length,
+                                      client.key.data(), kMaxKeyLength, 0);
     answer.resize(length);
     return status;
   };
@@ -100,8 +100,8 @@ TEST_F(Files, MayHaveKeysUpToTheirLimits) {
   std::string record(80, '\xFF');
   const auto call = [&](WORD operation, char key) {
     ULONG length = 80;
-    return host::EntryPoint()(operation, second.block.data(), record.data(), &length,
-                              second.key.data(), kMaxKeyLength, key);
+    return EmbeddedCall()(operation, second.block.data(), record.data(), &length, second.key.data(),
+                          kMaxKeyLength, key);
   };
   EXPECT_EQ(call(kInsert, 3), kSuccess);
   EXPECT_EQ(call(kInsert, 7), kSuccess);

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fstream>
 #include <iterator>
-#include <random>
 #include <sstream>
-
-#include "host.h"
+#include <thread>
 
 namespace recordmanager_tests {
 namespace {
@@ -51,6 +50,11 @@ void Store(const PartyField& field, const std::string& value, char* target) {
   }
 }
 
+void WaitUntilRemoved(const std::string& flag) {
+  std::ofstream(flag) << "held";
+  while (std::filesystem::exists(flag)) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+}
+
 }  // namespace
 
 KeyDescription DescribeKey(std::size_t offset, std::size_t length, unsigned type, unsigned flags) {
@@ -87,13 +91,13 @@ int Create(const std::string& path, const std::string& description, char keyNumb
   std::string data = description;
   auto length = static_cast<ULONG>(data.size());
   path.copy(one.key.data(), one.key.size());
-  return host::EntryPoint()(kCreate, one.block.data(), data.data(), &length, one.key.data(),
-                            kMaxKeyLength, keyNumber);
+  return qlx99::tests::EmbeddedCall()(kCreate, one.block.data(), data.data(), &length,
+                                      one.key.data(), kMaxKeyLength, keyNumber);
 }
 
 int Client::Call(WORD operation, int keyNumber) {
-  return host::EntryPointWithClient()(operation, block.data(), record.data(), &length, key.data(),
-                                      kMaxKeyLength, static_cast<char>(keyNumber), id.data());
+  return qlx99::tests::EmbeddedCallId()(operation, block.data(), record.data(), &length, key.data(),
+                                        kMaxKeyLength, static_cast<char>(keyNumber), id.data());
 }
 
 int Client::Open(const std::string& path, char mode) {
@@ -102,9 +106,9 @@ int Client::Open(const std::string& path, char mode) {
   return Call(kOpen, mode);
 }
 
-std::int32_t Client::Field(const char* name) const {
+std::int32_t Client::Integer(std::size_t offset) const {
   std::int32_t value = 0;
-  std::memcpy(&value, record.data() + kFields[IndexOf(name)].offset, sizeof(value));
+  std::memcpy(&value, record.data() + offset, sizeof(value));
   return value;
 }
 
@@ -119,6 +123,14 @@ std::string Client::Take(const std::string& step) {
   std::istringstream words(step);
   std::string word;
   words >> word;
+  if (word == "wait" && words >> word) {
+    WaitUntilRemoved(word);
+    return " ok";
+  }
+  if (word == "count") {
+    Store(kFields[std::size(kFields) - 1], std::to_string(Counter() + 1), &record[kCounterOffset]);
+    return " ok";
+  }
   const bool repeated = word.ends_with('*');
   const WORD operation = OperationOf(word.substr(0, word.size() - (repeated ? 1 : 0)));
   const bool writes = operation == kInsert || operation == kUpdate;
@@ -147,14 +159,10 @@ std::string Client::Outcome(WORD operation, int keyNumber) {
     const PartyField& field = kFields[keyNumber];
     if (std::memcmp(key.data(), record.data() + field.offset, field.length) != 0) return "keyless";
   }
-  return reads || operation == kInsert ? std::to_string(Field("number")) : "ok";
+  return reads || operation == kInsert ? std::to_string(Number()) : "ok";
 }
 
-PartyFile::PartyFile()
-    : folder(std::filesystem::temp_directory_path() /
-             ("parties-" + std::to_string(std::random_device()()))),
-      path(InFolder("PARTIES.KRV")) {
-  std::filesystem::create_directory(folder);
+PartyFile::PartyFile() {
   EXPECT_EQ(Create(path), kSuccess);
   EXPECT_EQ(client.Open(path), kSuccess);
 }
@@ -162,8 +170,7 @@ PartyFile::PartyFile()
 PartyFile::~PartyFile() {
   client.Do("close");
   for (Client& other : others_) other.Do("close");
-  std::error_code ignored;  // where open files cannot be deleted, the host's clean-up will
-  std::filesystem::remove_all(folder, ignored);
+  qlx99::tests::ReleaseEmbedded();  // which keeps files open for a while
 }
 
 Client& PartyFile::Opened(const std::string& name, char mode) {

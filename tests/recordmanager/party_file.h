@@ -14,6 +14,8 @@
 #include <vector>
 
 #include "recordmanager/btrieve.h"
+#include "support/embedded_manager.h"
+#include "support/temporary_folder.h"
 
 namespace recordmanager_tests {
 
@@ -36,8 +38,8 @@ class Client {
  public:
   std::array<std::uint8_t, btrieve::kPositionBlockSize> block{};
   std::array<std::uint8_t, btrieve::kClientIdSize> id{};
-  std::array<char, kPartyLength> record{};
-  ULONG length = kPartyLength;
+  std::array<char, 1024> record{};
+  ULONG length = 1024;
   std::array<char, btrieve::kMaxKeyLength> key{};
 
   int Open(const std::string& path, char mode = btrieve::kOpenNormal);
@@ -48,18 +50,25 @@ class Client {
   //   "insert case=7 role=M, equal case=7, next case, update rank=5 case, delete"
   //
   // Insert and update write the given fields, of a fresh record and of the present one, by the key
-  // named without a value (-1 for none) or by number. "next*" goes on until it fails.
+  // named without a value (-1 for none) or by number. "next*" goes on until it fails, "count" adds
+  // 1 to the present record's counter, "wait NAME" makes a file and waits until it has been
+  // removed.
   std::string Do(const std::string& script);
 
-  std::int32_t Field(const char* name) const;  // of the record
+  // Of the record; of any other than a party's, the integers in the same places.
+  std::int32_t Number() const { return Integer(0); }
+  std::int32_t Counter() const { return Integer(kCounterOffset); }
 
  private:
   int Call(WORD operation, int keyNumber);
+  std::int32_t Integer(std::size_t offset) const;
   std::string Take(const std::string& step);
   std::string Outcome(WORD operation, int keyNumber);
 };
 
 class PartyFile : public testing::Test {
+  const qlx99::tests::TemporaryFolder temporaryFolder_;
+
  protected:
   PartyFile();
   ~PartyFile() override;
@@ -69,8 +78,8 @@ class PartyFile : public testing::Test {
   // One more client of a file; closed at the end.
   Client& Opened(const std::string& name, char mode = btrieve::kOpenNormal);
 
-  const std::filesystem::path folder;
-  const std::string path;
+  const std::filesystem::path& folder = temporaryFolder_.Path();
+  const std::string path = InFolder("PARTIES.KRV");
   Client client;  // has the file open
 
  private:

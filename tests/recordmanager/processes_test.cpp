@@ -5,8 +5,8 @@
 #include <set>
 #include <thread>
 
-#include "host.h"
 #include "party_file.h"
+#include "worker.h"
 
 namespace recordmanager_tests {
 namespace {
@@ -31,18 +31,17 @@ class Processes : public PartyFile {
 };
 
 TEST_F(Processes, LoseNoUpdateAndShareNoNumber) {
-  const std::vector<std::string> add{"add", path, "1", std::to_string(kCounterOffset), "150"};
-  const auto copy = [this](const char* log) {
-    return std::vector<std::string>{"copy", path, "1", InFolder(log), "100"};
+  const std::vector<std::string> count{path, "equal number=1, count, update", "150"};
+  const auto insert = [this](const char* log) {
+    return std::vector<std::string>{path, "insert case=7", "100", InFolder(log)};
   };
-  host::Worker workers[] = {host::Worker(add),       host::Worker(add),
-                            host::Worker(add),       host::Worker(copy("a")),
-                            host::Worker(copy("b")), host::Worker(copy("c"))};
-  for (host::Worker& worker : workers) EXPECT_EQ(worker.Wait(), 0);
+  Worker workers[] = {Worker(count),       Worker(count),       Worker(count),
+                      Worker(insert("a")), Worker(insert("b")), Worker(insert("c"))};
+  for (Worker& worker : workers) EXPECT_EQ(worker.Wait(), 0);
   std::set<std::int32_t> numbers{1};
   for (const char* log : {"a", "b", "c"}) ReadLog(log, numbers);
   EXPECT_EQ(client.Do("equal number=1"), "1");
-  EXPECT_EQ(client.Field("counter"), 450);
+  EXPECT_EQ(client.Counter(), 450);
   EXPECT_EQ(numbers.size(), 301U);
   EXPECT_EQ(*numbers.rbegin(), 301);
   EXPECT_EQ(CountBy("case"), 301);
@@ -52,13 +51,15 @@ TEST_F(Processes, KeepWhatWasAcknowledgedWhenTheyAreKilled) {
   constexpr int kRounds = 12;
   std::set<std::int32_t> acknowledged{1};
   for (int round = 0; round < kRounds; ++round) {
-    host::Worker victim({"copy", path, "1", InFolder("victim"), "1000000"});
-    host::Worker bystander({"copy", path, "1", InFolder("bystander"), "5"});
-    std::this_thread::sleep_for(40ms + round * 3ms);
+    Worker victim({path, "insert", "1000000", InFolder("victim")});
+    Worker bystander({path, "insert", "5", InFolder("bystander")});
+    while (!std::filesystem::exists(InFolder("victim"))) std::this_thread::sleep_for(1ms);
+    std::this_thread::sleep_for(10ms + round * 3ms);
     victim.Kill();
     EXPECT_EQ(bystander.Wait(), 0);
     ReadLog("victim", acknowledged);
     ReadLog("bystander", acknowledged);
+    std::filesystem::remove(InFolder("victim"));
   }
   ASSERT_GT(acknowledged.size(), 60U);
   for (const std::int32_t survivor : acknowledged) {
@@ -73,7 +74,7 @@ TEST_F(Processes, KeepWhatWasAcknowledgedWhenTheyAreKilled) {
 
 TEST_F(Processes, ReadButNeitherWriteNorReplaceWhatAnotherHolds) {
   const std::string flag = InFolder("held");
-  host::Worker holder({"hold", path, "1", flag});
+  Worker holder({path, "begin, insert, wait " + flag + ", end"});
   for (int i = 0; i < 2000 && !std::filesystem::exists(flag); ++i) std::this_thread::sleep_for(5ms);
   ASSERT_TRUE(std::filesystem::exists(flag));
 

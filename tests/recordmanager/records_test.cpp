@@ -1,6 +1,5 @@
 // Reading and writing: order, duplicates, the place after each operation; numbers, conflicts and
 // transactions.
-#include "host.h"
 #include "party_file.h"
 
 namespace recordmanager_tests {
@@ -107,7 +106,7 @@ TEST_F(Records, TellWhoWroteInBetween) {
         {&other, "equal number=1", "1"},
         {&client, "update counter=1, update", "ok ok"},  // one's own change is no conflict
         {&other, "update counter=2, delete, equal number=1", "!80 !80 1"}});
-  EXPECT_EQ(other.Field("counter"), 1);
+  EXPECT_EQ(other.Counter(), 1);
   // Deleting and numbering anew gives the same number, but not the record that was read.
   Take({{&client, "delete", "ok"},
         {&other, "update", "!80"},
@@ -146,7 +145,7 @@ TEST_F(Records, OfAnAbortedTransactionAreTrustedNoMore) {
   Client& other = Opened(path);
   Take({{&client, "insert, begin, update counter=1, abort", "1 ok ok ok"},
         {&other, "equal number=1", "1"}});
-  EXPECT_EQ(other.Field("counter"), 0);
+  EXPECT_EQ(other.Counter(), 0);
   Take({{&other, "update", "ok"}, {&client, "update, next", "!80 !9"}});
 }
 

@@ -1,7 +1,6 @@
 #include "support/example_office.h"
 
 #include "record_files.h"
-#include "support/world.h"
 
 namespace qlx99::tests {
 namespace {
@@ -90,16 +89,16 @@ void HasCatalogues(Office& office) {
 // Filled once, by the first test, and copied by the others.
 ExampleOfficeTest::ExampleOfficeTest() {
   namespace fs = std::filesystem;
-  static const fs::path kFilled = world::MakeFolder() / "data";
-  if (!fs::exists(kFilled)) {
+  static const TemporaryFolder kFilled;
+  if (fs::is_empty(kFilled.Path())) {
     HasCases(office);
     HasAddresses(office);
     HasCatalogues(office);
     ReleaseEmbedded();
-    fs::copy(office.DataFolder(), kFilled);
+    fs::copy(office.DataFolder(), kFilled.Path());
   } else {
-    fs::copy(kFilled, office.DataFolder(),
-             fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+    fs::remove_all(office.DataFolder());
+    fs::copy(kFilled.Path(), office.DataFolder());
   }
 }
 

@@ -2,11 +2,22 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
-#include "support/record_managers.h"
+#include "office/file_description.h"
+#include "support/embedded_manager.h"
 
 namespace qlx99::tests {
+
+void OpenFile::Create(const RecordLayout& layout, const std::filesystem::path& folder) {
+  std::string path = (folder / layout.file.name).string();
+  path.resize(btrieve::kMaxKeyLength);
+  std::string description = office::DescribeFile(layout);
+  std::array<std::byte, btrieve::kPositionBlockSize> positionBlock{};
+  auto length = static_cast<ULONG>(description.size());
+  EXPECT_EQ(EmbeddedCall()(btrieve::kCreate, positionBlock.data(), description.data(), &length,
+                           path.data(), static_cast<BYTE>(path.size()), btrieve::kCreateOver),
+            btrieve::kSuccess)
+      << layout.file.name;
+}
 
 OpenFile::OpenFile(const RecordLayout& layout, const std::filesystem::path& folder) {
   SetKey((folder / layout.file.name).string());

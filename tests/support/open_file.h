@@ -13,6 +13,8 @@ namespace qlx99::tests {
 // Every failure fails the test.
 class OpenFile {
  public:
+  static void Create(const RecordLayout& layout, const std::filesystem::path& folder);
+
   OpenFile(const RecordLayout& layout, const std::filesystem::path& folder);
   ~OpenFile();
   OpenFile(const OpenFile&) = delete;
