@@ -99,49 +99,40 @@ TEST_F(Registry, HasOneStatusForEachMistake) {
   HKEY reader = nullptr;
   HKEY writer = nullptr;
   HKEY closed = nullptr;
-  HKEY other = nullptr;
+  HKEY software = nullptr;
+  HKEY none = nullptr;
   BYTE buffer = 0;
-  const auto software = [&](const char* path) {
-    HKEY parent = nullptr;
-    Open(HKEY_LOCAL_MACHINE, "SOFTWARE", &parent);
-    const LSTATUS status = Open(parent, path, &other);
-    RegCloseKey(parent);
-    RegCloseKey(other);
-    return status;
-  };
-  Set(key_, kName, "x\0"sv);
-  EXPECT_EQ(Open(HKEY_LOCAL_MACHINE, "software\\QLX99 Tests", &reader), LSTATUS{ERROR_SUCCESS});
-  EXPECT_EQ(Open(HKEY_LOCAL_MACHINE, PrivateRegistry::kKey, &writer, KEY_WRITE),
-            LSTATUS{ERROR_SUCCESS});
-  EXPECT_EQ(Open(HKEY_LOCAL_MACHINE, PrivateRegistry::kKey, &closed, KEY_WRITE),
-            LSTATUS{ERROR_SUCCESS});
-  EXPECT_EQ(RegCloseKey(closed), LSTATUS{ERROR_SUCCESS});
   const std::pair<LSTATUS, std::function<LSTATUS()>> steps[] = {
+      {ERROR_SUCCESS, [&] { return Set(key_, kName, "x"); }},
+      {ERROR_SUCCESS, [&] { return Open(HKEY_LOCAL_MACHINE, "SOFTWARE", &software); }},
+      {ERROR_SUCCESS, [&] { return Open(software, "QLX99 Tests", &reader); }},
       {ERROR_SUCCESS, [&] { return Query(reader, "VALUE"); }},
       {ERROR_ACCESS_DENIED, [&] { return Set(reader, kName, ""); }},
       {ERROR_ACCESS_DENIED, [&] { return RegDeleteValueA(reader, kName); }},
+      {ERROR_SUCCESS, [&] { return Open(software, "qlx99 tests", &writer, KEY_WRITE); }},
       {ERROR_ACCESS_DENIED, [&] { return Query(writer, kName); }},
+      {ERROR_SUCCESS, [&] { return RegDeleteValueA(writer, "VALUE"); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return RegDeleteValueA(writer, kName); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return Query(reader, kName); }},
+      {ERROR_SUCCESS, [&] { return Open(key_, "", &closed, KEY_WRITE); }},
+      {ERROR_SUCCESS, [&] { return RegCloseKey(closed); }},
       {ERROR_INVALID_HANDLE, [&] { return RegCloseKey(closed); }},
       {ERROR_INVALID_HANDLE, [&] { return Query(closed, kName); }},
       {ERROR_INVALID_HANDLE, [&] { return Set(closed, kName, ""); }},
       {ERROR_INVALID_HANDLE, [&] { return RegDeleteValueA(closed, kName); }},
-      {ERROR_INVALID_HANDLE, [&] { return Open(closed, "x", &other); }},
+      {ERROR_INVALID_HANDLE, [&] { return Open(closed, "x", &none); }},
       {ERROR_INVALID_PARAMETER,
-       [&] { return RegQueryValueExA(key_, kName, nullptr, nullptr, &buffer, nullptr); }},
-      {ERROR_SUCCESS, [&] { return RegDeleteValueA(writer, "VALUE"); }},
-      {ERROR_FILE_NOT_FOUND, [&] { return RegDeleteValueA(key_, kName); }},
-      {ERROR_FILE_NOT_FOUND, [&] { return Query(reader, kName); }},
-      {ERROR_SUCCESS, [&] { return software("qlx99 tests"); }},
-      {ERROR_FILE_NOT_FOUND, [&] { return software("qlx99 test"); }},
-      {ERROR_FILE_NOT_FOUND, [&] { return software("qlx99 tests 2"); }},
-      {ERROR_FILE_NOT_FOUND, [&] { return software("qlx99 tests\\none"); }},
+       [&] { return RegQueryValueExA(key_, "", nullptr, nullptr, &buffer, nullptr); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return Open(software, "qlx99 test", &none); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return Open(software, "qlx99 tests 2", &none); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return Open(software, "qlx99 tests\\none", &none); }},
   };
   int number = 0;
   for (const auto& [status, take] : steps) EXPECT_EQ(take(), status) << "step " << ++number;
   DWORD disposition = 0;
-  EXPECT_EQ(Create(&other, &disposition), LSTATUS{ERROR_SUCCESS});
+  EXPECT_EQ(Create(&none, &disposition), LSTATUS{ERROR_SUCCESS});
   EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
-  for (HKEY key : {reader, writer, other}) RegCloseKey(key);
+  for (HKEY key : {reader, writer, software, none}) RegCloseKey(key);
 }
 
 }  // namespace

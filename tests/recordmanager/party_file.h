@@ -42,6 +42,8 @@ class Client {
   ULONG length = 1024;
   std::array<char, btrieve::kMaxKeyLength> key{};
 
+  // One operation with the members above. Returns its status.
+  int Call(WORD operation, int keyNumber);
   int Open(const std::string& path, char mode = btrieve::kOpenNormal);
 
   // Takes the steps of a script and returns what came of each: the number of the record that was
@@ -60,7 +62,6 @@ class Client {
   std::int32_t Counter() const { return Integer(kCounterOffset); }
 
  private:
-  int Call(WORD operation, int keyNumber);
   std::int32_t Integer(std::size_t offset) const;
   std::string Take(const std::string& step);
   std::string Outcome(WORD operation, int keyNumber);
