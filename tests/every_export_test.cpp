@@ -15,9 +15,6 @@ using testing::IsEmpty;
 using testing::Not;
 using Messages = std::vector<MessageBox>;
 
-const MessageBox kNotLoaded{
-    "Die Datenbank Schnittstelle Pervasie.SQL / Btrieve konnte nicht geladen werden",
-    "Systemmeldung", MB_OK};
 const MessageBox kNoPathToWrite{
     "Datenpfad nicht gefunden !\n Wiedervorlagedaten können nicht gelöscht werden ! ",
     "Systemmeldung !", MB_ICONHAND};
@@ -147,7 +144,7 @@ TEST_F(EveryExportTest, SaysThatThereIsNoRecordManagerWhenItNeedsOne) {
     if (name == "WVDelete") continue;  // which would need one for its follow-up
     const bool delivers = !NeedsData(row) || name == "SLesenDLL";
     EXPECT_EQ(OutcomeOf(row), delivers ? row.withoutDataPath : "0 ") << name;
-    EXPECT_EQ(user.Messages(), NeedsData(row) ? Messages{kNotLoaded} : Messages{}) << name;
+    EXPECT_EQ(user.Messages(), NeedsData(row) ? Messages{NoRecordManager()} : Messages{}) << name;
   }
 }
 
