@@ -62,7 +62,7 @@ class EveryExportTest : public ExampleOfficeTest {
   // Deletes a new follow-up; the latest has the highest number.
   std::int32_t DeleteNewFollowUp(const Exports& exports) {
     using F = FollowUpRecord;
-    office.Has<F>(F::id, 0, F::caseId, 9);
+    office.Has<F>("id: 0, caseId: 9");
     return exports.WVDelete(std::to_string(office.Records<F>().back()[F::id]).c_str());
   }
 
