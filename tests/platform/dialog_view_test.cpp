@@ -60,7 +60,8 @@ class View : public testing::Test {
 
   /// Returns the line that was taken, -1 for none, -2 for cancelled.
   INT_PTR Show(int id = 1) {
-    return DialogBoxParamA(library_.Handle(), MAKEINTRESOURCEA(id), nullptr, Procedure, id == 1 ? 403 : 201);
+    return DialogBoxParamA(library_.Handle(), MAKEINTRESOURCEA(id), nullptr, Procedure,
+                           id == 1 ? 403 : 201);
   }
 
   /// The same at a terminal, to somebody who types `answers`.
@@ -87,7 +88,8 @@ class View : public testing::Test {
       SetWindowTextA(dialog, listId == 201 ? "anderer Titel" : "Bank");
       return 0;
     }
-    heard += std::to_string(message == WM_COMMAND ? command : 0) + '/' + std::to_string(HIWORD(wordParam)) + ' ';
+    heard += std::to_string(message == WM_COMMAND ? command : 0) + '/' +
+             std::to_string(HIWORD(wordParam)) + ' ';
     if (message == WM_COMMAND && (command == IDOK || command == 9)) {
       EndDialog(dialog, SendDlgItemMessageA(dialog, listId, LB_GETCURSEL, 0, 0));
     }
@@ -140,7 +142,8 @@ TEST_F(View, AtATerminalHasColumnsAndNoOrders) {
   std::istringstream in;
   platform::TerminalScreen terminal(in, out_);
   platform::SetScreen(&terminal);
-  EXPECT_EQ(MessageBoxA(nullptr, "k\xF6nnen nicht !\n \x80\x07 ", "Systemmeldung !", MB_ICONHAND), IDOK);
+  EXPECT_EQ(MessageBoxA(nullptr, "k\xF6nnen nicht !\n \x80\x07 ", "Systemmeldung !", MB_ICONHAND),
+            IDOK);
   EXPECT_THAT(out_.str(), testing::EndsWith("\nSystemmeldung !\nkönnen nicht !\n €  \n"));
 }
 
@@ -148,7 +151,8 @@ TEST_F(View, AtATerminalTakesTheLineOfTheNumberAndAsksAgainButNotForEver) {
   std::string nonsense;
   for (int i = 0; i < 1000; ++i) nonsense += "99\n";
   const std::pair<std::string, INT_PTR> rows[] = {
-      {"\n", 0}, {"2\n", 1}, {" 3 \r\n", 2}, {"3", 2}, {"0\n", -2}, {"", -2}, {"4\nx\n-1\n2\n", 1}, {nonsense, -2}};
+      {"\n", 0},   {"2\n", 1}, {" 3 \r\n", 2},       {"3", 2},
+      {"0\n", -2}, {"", -2},   {"4\nx\n-1\n2\n", 1}, {nonsense, -2}};
   for (const auto& [answers, result] : rows) {
     EXPECT_EQ(ShowAtTerminal(answers, 1), result) << answers;
     EXPECT_EQ(ShowAtTerminal(answers, 2), result) << answers;
