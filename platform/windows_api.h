@@ -32,7 +32,6 @@ using WPARAM = std::uintptr_t;
 using LPARAM = std::intptr_t;
 using LRESULT = std::intptr_t;
 using INT_PTR = std::intptr_t;
-using UINT_PTR = std::uintptr_t;
 using LPVOID = void*;
 using LPCSTR = const char*;
 using LPSTR = char*;
@@ -130,8 +129,6 @@ LSTATUS WINAPI RegCloseKey(HKEY key);
 
 inline constexpr DWORD DLL_PROCESS_DETACH = 0;
 inline constexpr DWORD DLL_PROCESS_ATTACH = 1;
-inline constexpr DWORD DLL_THREAD_ATTACH = 2;
-inline constexpr DWORD DLL_THREAD_DETACH = 3;
 
 HMODULE WINAPI LoadLibraryA(LPCSTR fileName);
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
@@ -190,9 +187,7 @@ inline constexpr UINT WM_CLOSE = 0x0010;
 inline constexpr UINT WM_QUIT = 0x0012;
 inline constexpr UINT WM_INITDIALOG = 0x0110;
 inline constexpr UINT WM_COMMAND = 0x0111;
-inline constexpr UINT WM_APP = 0x8000;
 
-inline constexpr DWORD WS_TABSTOP = 0x00010000;
 inline constexpr DWORD WS_DISABLED = 0x08000000;
 inline constexpr DWORD WS_VISIBLE = 0x10000000;
 inline constexpr DWORD BS_DEFPUSHBUTTON = 0x0001;
