@@ -63,7 +63,7 @@ Rechtsanwalt Dr. Jan Merten
 
 TEST_F(Commands, LetterGoesToTheClientUnderTheNextDocumentNumber) {
   const std::string result = Qlx({"call", "GetDokuNr", "12345678"}).out;
-  const int last = std::stoi(result.substr(result.find(' ')));
+  const int last = std::stoi(result.substr(result.find("result: ") + 8));
   const Outcome letter = Qlx({"letter", "12345678"});
   EXPECT_EQ(letter.out, kLetterBegin + std::to_string(last + 1) + kLetterEnd);
   EXPECT_EQ(letter.err, "");
@@ -116,16 +116,18 @@ TEST_F(Commands, RefusedLettersUseUpNoDocumentNumber) {
 
 TEST_F(Commands, CallNamesTheFieldsOfWhatItIsGiven) {
   EXPECT_EQ(Qlx({"call", "BLesenDLL", "M ", "12345678"}).out,
+            "kind: local\n"
             "result: -1  (-1: delivered)\n"
             "record: 4711|25|0|815\n"
             "   1  addressNumber         4711\n"
             "   2  relationCode          25\n"
             "   3  always0               0\n"
             "   4  linkNumber            815\n");
-  EXPECT_EQ(Qlx({"call", "UserInit"}).out, "result: 5  (number of users)\n");
+  EXPECT_EQ(Qlx({"call", "UserInit"}).out, "kind: local\nresult: 5  (number of users)\n");
   // Two parties, and no dialog allowed: nothing is written.
-  EXPECT_EQ(Qlx({"call", "BLesenDLL", "G ", "23001124", "", "1"}).out,
-            "result: 0  (-1: delivered)\nrecord: none; the buffer was left as it was\n");
+  EXPECT_EQ(
+      Qlx({"call", "BLesenDLL", "G ", "23001124", "", "1"}).out,
+      "kind: local\nresult: 0  (-1: delivered)\nrecord: none; the buffer was left as it was\n");
   EXPECT_THAT(
       Qlx({"call", "SLesenDLL", "99999999"}).out,
       AllOf(HasSubstr("record: 0|\n"), HasSubstr("go without names"), Not(HasSubstr("rubrum"))));
