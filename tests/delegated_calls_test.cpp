@@ -197,7 +197,7 @@ TEST_F(LoginHandshakeTest, ItsWindowKeepsOnlyThreeMessagesToItself) {
   library->UserInit();
   HWND window = FindWindowA("KrvQLX", nullptr);
   const UINT mask = RegisterWindowMessageA("WM_KRV_LOGINMASK");
-  for (const UINT message : {mask, WM_CREATE, WM_DESTROY}) {
+  for (const UINT message : std::initializer_list<UINT>{mask, WM_CREATE, WM_DESTROY}) {
     EXPECT_EQ(library->MainWndProc(window, message, 1, 0), 0);
   }
   library->MainWndProc(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("Titel"));
