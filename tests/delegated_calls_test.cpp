@@ -112,7 +112,6 @@ TEST_F(LoginHandshakeTest, FollowsTheLogin) {
                                    complaints, {"Sie sind nicht in einer STELVORA-Bürogemeinschaft "
                                                 "angemeldet. Bitte und melden Sie sich um.",
                                                 "Systemmeldung !", MB_SYSTEMMODAL}));
-    library.Free();
   }
 }
 
@@ -311,7 +310,7 @@ TEST_F(DelegateTest, StaysLoadedBetweenCallsWithItsFolderCurrent) {
   EXPECT_TRUE(fs::equivalent(fs::current_path(), programs.Bin32()));
   const fs::path other = office.Folder() / "other";
   fs::create_directories(other / "bin32");
-  fs::copy(programs.Bin32() / "telq32.exe", other / "bin32");
+  fs::copy(programs.Bin32() / "telq32.exe", other / "bin32" / "telq32.exe");
   office.IsConfigured("MappingRoot", other.string());
   LoginIsThere();
   EXPECT_EQ(library->GetDokuNr("1"), kDelegateAnswer);

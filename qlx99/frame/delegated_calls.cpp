@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "frame/exports.h"
 #include "frame/messages.h"
 #include "frame/sibling_library.h"
 
@@ -22,36 +23,41 @@ std::int32_t Call(FARPROC address, [[maybe_unused]] const GateArguments& argumen
   return std::bit_cast<Function*>(address)(arguments[index]...);
 }
 
-// Calls a function with the first `count` arguments. It must take exactly that many, because it is
-// the called function that removes them.
-template <std::size_t count>
-std::int32_t With(FARPROC address, const GateArguments& arguments) {
-  return Call(address, arguments, std::make_index_sequence<count>());
+using Caller = std::int32_t(FARPROC address, const GateArguments& arguments);
+
+// Calls a function with that many arguments, which are all those of the export: as it is the called
+// function that removes them, one too many or too few would do harm.
+template <std::size_t count, class... Arguments>
+consteval Caller* With(std::int32_t(WINAPI* /*theExport*/)(Arguments...)) {
+  static_assert(sizeof...(Arguments) == count);
+  return [](FARPROC address, const GateArguments& arguments) {
+    return Call(address, arguments, std::make_index_sequence<count>());
+  };
 }
 
 struct Delegate {
   const char* exportName;
   const char* name;  // in the sibling library; null when it has nothing for this export
-  std::int32_t (*call)(FARPROC address, const GateArguments& arguments);
+  Caller* call;
 };
 
 constexpr Delegate kDelegates[] = {
-    {"GetAdressTyp", "GetAdressTyp", With<2>},
-    {"ALesenDLL", "GetAdrFields", With<4>},
-    {"GetAdrFieldsMain", "GetAdrFieldsMain", With<4>},
-    {"UserInit", "GetCountOfUser", With<0>},
-    {"UserNext", "GetUserFields", With<2>},
-    {"ZtkodoliInit", "GetCountOfWV", With<0>},
-    {"ZtkodoliNext", "GetWVFields", With<2>},
-    {"BLesenDLL", "GetPartFields", With<5>},
-    {"GetDokuNr", "GetNextDoc", With<1>},
-    {"SLesenDLL", "GetCaseFields", With<2>},
-    {"BListeInit", "GetCountOfParts", With<1>},
-    {"BListeNext", "GetAdrFieldsWithNumber", With<3>},
-    {"WVInit", "GetCountOfWVFromCase", With<1>},
-    {"WVNext", "GetWVFieldsFromCase", With<3>},
-    {"GetProgramRoot", "GetProgramRoot", With<2>},
-    {"GetDocuRoot", "GetDocuRoot", With<2>},
+    {"GetAdressTyp", "GetAdressTyp", With<2>(GetAdressTyp)},
+    {"ALesenDLL", "GetAdrFields", With<4>(ALesenDLL)},
+    {"GetAdrFieldsMain", "GetAdrFieldsMain", With<4>(GetAdrFieldsMain)},
+    {"UserInit", "GetCountOfUser", With<0>(UserInit)},
+    {"UserNext", "GetUserFields", With<2>(UserNext)},
+    {"ZtkodoliInit", "GetCountOfWV", With<0>(ZtkodoliInit)},
+    {"ZtkodoliNext", "GetWVFields", With<2>(ZtkodoliNext)},
+    {"BLesenDLL", "GetPartFields", With<5>(BLesenDLL)},
+    {"GetDokuNr", "GetNextDoc", With<1>(GetDokuNr)},
+    {"SLesenDLL", "GetCaseFields", With<2>(SLesenDLL)},
+    {"BListeInit", "GetCountOfParts", With<1>(BListeInit)},
+    {"BListeNext", "GetAdrFieldsWithNumber", With<3>(BListeNext)},
+    {"WVInit", "GetCountOfWVFromCase", With<1>(WVInit)},
+    {"WVNext", "GetWVFieldsFromCase", With<3>(WVNext)},
+    {"GetProgramRoot", "GetProgramRoot", With<2>(GetProgramRoot)},
+    {"GetDocuRoot", "GetDocuRoot", With<2>(GetDocuRoot)},
     {"WVDelete", nullptr, nullptr},
     {"WVNew", nullptr, nullptr},
     {"WVChange", nullptr, nullptr},
