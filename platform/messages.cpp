@@ -11,7 +11,6 @@
 
 namespace {
 
-using platform::Desktop;
 using platform::MessageQueue;
 using platform::QueueOfThisThread;
 using platform::SentMessage;

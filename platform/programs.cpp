@@ -28,7 +28,7 @@ std::string ProgramOf(const std::string& commandLine) {
   return commandLine.substr(1, commandLine.size() - 2);
 }
 
-void Run(HMODULE program, Main* main, int showCommand, std::shared_ptr<MessageQueue> queue) {
+void Run(HMODULE program, Main* main, int showCommand, const std::shared_ptr<MessageQueue>& queue) {
   std::string noArguments;
   platform::AdoptQueue(queue);
   main(program, nullptr, noArguments.data(), showCommand);

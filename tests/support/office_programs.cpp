@@ -101,14 +101,16 @@ void OfficePrograms::WillHear(std::deque<Heard> messages) {
 
 void OfficePrograms::End() {
   AwaitExpected();
-  for (const auto& [name, file] : kPrograms) {
-    if (HWND window = FindWindowA(name, nullptr); window != nullptr) {
+  for (const auto& program : kPrograms) {
+    if (HWND window = FindWindowA(program.name, nullptr); window != nullptr) {
       PostMessageA(window, WM_CLOSE, 0, 0);
     }
     // Where it runs within this process, it leaves that, too.
-    DispatchUntil(
-        [&] { return FindWindowA(name, nullptr) == nullptr && GetModuleHandleA(file) == nullptr; },
-        file);
+    const auto hasEnded = [&program] {
+      return FindWindowA(program.name, nullptr) == nullptr &&
+             GetModuleHandleA(program.file) == nullptr;
+    };
+    DispatchUntil(hasEnded, program.file);
   }
 }
 

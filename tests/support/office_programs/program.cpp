@@ -6,9 +6,9 @@
 
 namespace {
 
-constexpr const char* kClass = WINDOW_CLASS;  // each program is compiled with its own
+constexpr const char* kName = WINDOW_CLASS;  // each program is compiled with its own
 
-HWND Director() { return FindWindowA(qlx99::tests::kDirectorClass, kClass); }
+HWND Director() { return FindWindowA(qlx99::tests::kDirectorClass, kName); }
 
 LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
   constexpr UINT kFirstRegistered = 0xC000;
@@ -25,9 +25,9 @@ int WINAPI WinMain(HINSTANCE program, HINSTANCE /*previous*/, LPSTR /*arguments*
   WNDCLASSA windowClass{};
   windowClass.lpfnWndProc = Procedure;
   windowClass.hInstance = program;
-  windowClass.lpszClassName = kClass;
+  windowClass.lpszClassName = kName;
   RegisterClassA(&windowClass);
-  CreateWindowExA(0, kClass, "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, program, nullptr);
+  CreateWindowExA(0, kName, "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, program, nullptr);
   PostMessageA(Director(), RegisterWindowMessageA(qlx99::tests::kStartedMessage),
                static_cast<WPARAM>(showCommand), 0);
   MSG message{};
