@@ -16,8 +16,8 @@ enum class LoginState : std::int32_t {
 LoginState CurrentLoginState();
 void SetLoginState(LoginState state);
 
-// Makes sure that there is the hidden window. A failure is not reported: without the window no
-// answer of the login mask arrives, and the user can cancel nothing but the login itself.
+// Makes sure that there is the hidden window. A failure is not reported: the handshake then hears
+// nothing of the login mask.
 void CreateLoginWindow();
 
 // When the process detaches the library: afterwards nothing in the system refers to its code.
