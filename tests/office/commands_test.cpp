@@ -3,10 +3,13 @@
 
 #include <fstream>
 
+#include "frame/attach.h"
 #include "office/command_line.h"
 #include "office/record_manager.h"
 #include "record_files.h"
 #include "sample_office.h"
+#include "support/office_programs.h"
+#include "support/world.h"
 
 namespace {
 
@@ -229,6 +232,25 @@ TEST_F(Installations, AreCheckedFileByFile) {
                                HasSubstr("\n! ZTBANK.KRV: it has no key 1\n"),
                                HasSubstr("ZTKONAT.KRV: it is not a record file (status 30)"),
                                HasSubstr("ZTPART.KRV: there is no such file (status 12)")));
+}
+
+TEST(DelegatedInstallation, IsCheckedForWhatLiesBelowTheMappingRoot) {
+  qlx99::tests::Office its;
+  const qlx99::tests::OfficePrograms programs(its);
+  qlx99::AttachLibrary(GetModuleHandleA(nullptr));
+  const Outcome whole = Qlx({"office", "check"});
+  EXPECT_EQ(whole.code, office::kDone);
+  EXPECT_THAT(whole.out, HasSubstr("  ProgramName: delegated, "));
+  std::filesystem::remove(programs.Bin32() / "telq32.exe");
+  std::filesystem::remove(programs.Bin32() / qlx99::tests::world::LibraryFile("qlx02"));
+  EXPECT_THAT(Qlx({"office", "check"}).out,
+              AllOf(HasSubstr("telq32.exe: there is no such file\n"),
+                    HasSubstr("qlx02.dll: it cannot be loaded (error 126)\n")));
+  its.IsNotConfigured("MappingRoot");
+  EXPECT_THAT(Qlx({"office", "check"}).out, HasSubstr("! MappingRoot is not set\n"));
+  EXPECT_EQ(Qlx({"call", "UserInit"}).out, "kind: delegated\nresult: 0  (number of users)\n");
+  its.IsNotConfigured("ProgramName");
+  qlx99::AttachLibrary(GetModuleHandleA(nullptr));
 }
 
 TEST_F(Installations, CanBeGeneratedAndAreTheSameEachTime) {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <map>
+#include <utility>
 
 #include "support/library.h"
 #include "support/office_programs/program.h"
@@ -47,7 +48,7 @@ void CreateDirectors() {
   windowClass.lpfnWndProc = Direct;
   windowClass.hInstance = program;
   windowClass.lpszClassName = kDirectorClass;
-  RegisterClassA(&windowClass);
+  RegisterClassA(&windowClass);  // which stays for the next test
   for (const auto& [name, file] : kPrograms) {
     directors[CreateWindowExA(0, kDirectorClass, name, WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
                               program, nullptr)] = name;
@@ -68,8 +69,8 @@ void DispatchUntil(const std::function<bool()>& done, const std::string& what) {
 }  // namespace
 
 OfficePrograms::OfficePrograms(Office& office) : bin32_(office.Folder() / "net drive" / "bin32") {
-  if (directors.empty()) CreateDirectors();
   listener = this;
+  CreateDirectors();
   fs::create_directories(bin32_);
   for (const std::string& file : {std::string("telq32.exe"), world::LibraryFile("qlx02")}) {
     fs::copy(world::ProgramFolder() / file, bin32_ / file);
@@ -82,7 +83,7 @@ OfficePrograms::~OfficePrograms() {
   // A program's file cannot be removed before the program has really ended.
   std::error_code error;
   DispatchUntil([&] { return fs::remove(bin32_ / "telq32.exe", error) || !error; }, "telq32 runs");
-  listener = nullptr;
+  for (const auto& [director, program] : std::exchange(directors, {})) DestroyWindow(director);
 }
 
 void OfficePrograms::Start(const std::string& program) {
