@@ -32,21 +32,22 @@ need_to_test() {
 # What the Windows build needs, and Wine to run it.
 need_for_windows() {
   need i686-w64-mingw32-g++-posix g++-mingw-w64-i686-posix
-  scripts/wine --has-wine || need debootstrap debootstrap
+  # Without the means to set Wine up, the rest can be tested all the same.
+  if can_be_root && ! scripts/wine --has-wine; then need debootstrap debootstrap; fi
 }
+
+can_be_root() { [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null; }
 
 # Installs what was noted, as root or through sudo; says what to install where neither can be had.
 install_missing() {
   [ ${#missing_packages[@]} -gt 0 ] || return 0
   local as_root=()
-  if [ "$(id -u)" -ne 0 ]; then
-    if ! command -v sudo >/dev/null; then
-      echo "Please install these Debian packages as root, then try again:" >&2
-      echo "  apt-get install ${missing_packages[*]}" >&2
-      exit 1
-    fi
-    as_root=(sudo)
+  if ! can_be_root; then
+    echo "Please install these Debian packages as root, then try again:" >&2
+    echo "  apt-get install ${missing_packages[*]}" >&2
+    exit 1
   fi
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
   echo "Installing ${missing_packages[*]} (once; this takes a minute or two) ..." >&2
   local log
   log=$(mktemp)
