@@ -4,10 +4,13 @@
 #include <fstream>
 #include <set>
 
+#include "frame/attach.h"
 #include "office/command_line.h"
 #include "office/record_manager.h"
 #include "record_files.h"
 #include "sample_office.h"
+#include "support/office_programs.h"
+#include "support/world.h"
 
 namespace {
 
@@ -63,7 +66,7 @@ Rechtsanwalt Dr. Jan Merten
 
 TEST_F(Commands, LetterGoesToTheClientUnderTheNextDocumentNumber) {
   const std::string result = Qlx("call|GetDokuNr|12345678").out;
-  const int last = std::stoi(result.substr(result.find(' ')));
+  const int last = std::stoi(result.substr(result.find("result: ") + 8));
   const Outcome letter = Qlx("letter|12345678");
   EXPECT_EQ(letter.out, kLetterBegin + std::to_string(last + 1) + kLetterEnd);
   EXPECT_EQ(letter.err, "");
@@ -81,11 +84,12 @@ TEST_F(Commands, SayWhatTheyDeliverOrWhyTheyDoNot) {
       {"--version", kDone, "qlx "},
       {"--help", kDone, "qlx letter 12345678"},
       {"call|BLesenDLL|M |12345678", kDone,
-       "result: -1  (-1: delivered)\nrecord: 4711|25|0|815\n   1  addressNumber         4711\n"},
-      {"call|UserInit", kDone, "result: 5  (number of users)\n"},
+       "kind: local\nresult: -1  (-1: delivered)\nrecord: 4711|25|0|815\n   1  addressNumber       "
+       "  4711\n"},
+      {"call|UserInit", kDone, "kind: local\nresult: 5  (number of users)\n"},
       // Two parties, and no dialog allowed: nothing is written.
       {"call|BLesenDLL|G |23001124||1", kDone,
-       "result: 0  (-1: delivered)\nrecord: none; the buffer was left as it was\n"},
+       "kind: local\nresult: 0  (-1: delivered)\nrecord: none; the buffer was left as it was\n"},
       {"call|SLesenDLL|99999999", kDone, "record: 0|\n"},
       {"call|SLesenDLL|99999999", kDone, "go without names"},
       {"call|WVNext|24000317|-5", kDone, "(§ 4 KSchG)"},
@@ -194,6 +198,25 @@ TEST_F(Installations, AreCheckedFileByFile) {
                                HasSubstr("\n! ZTBANK.KRV: it has no key 1\n"),
                                HasSubstr("ZTKONAT.KRV: it is not a record file (status 30)"),
                                HasSubstr("ZTPART.KRV: there is no such file (status 12)")));
+}
+
+TEST(DelegatedInstallation, IsCheckedForWhatLiesBelowTheMappingRoot) {
+  qlx99::tests::Office its;
+  const qlx99::tests::OfficePrograms programs(its);
+  qlx99::AttachLibrary(GetModuleHandleA(nullptr));
+  const Outcome whole = Qlx("office|check");
+  EXPECT_EQ(whole.code, office::kDone);
+  EXPECT_THAT(whole.out, HasSubstr("  ProgramName: delegated, "));
+  std::filesystem::remove(programs.Bin32() / "telq32.exe");
+  std::filesystem::remove(programs.Bin32() / qlx99::tests::world::LibraryFile("qlx02"));
+  EXPECT_THAT(Qlx("office|check").out,
+              AllOf(HasSubstr("telq32.exe: there is no such file\n"),
+                    HasSubstr("qlx02.dll: it cannot be loaded (error 126)\n")));
+  its.IsNotConfigured("MappingRoot");
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! MappingRoot is not set\n"));
+  EXPECT_EQ(Qlx("call|UserInit").out, "kind: delegated\nresult: 0  (number of users)\n");
+  its.IsNotConfigured("ProgramName");
+  qlx99::AttachLibrary(GetModuleHandleA(nullptr));
 }
 
 TEST_F(Installations, CanBeGeneratedAndAreTheSameEachTime) {

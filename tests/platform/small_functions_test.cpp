@@ -1,5 +1,5 @@
-// The functions of the layer that stand alone: last error, error mode, file access, message boxes,
-// window messages.
+// The functions of the layer that stand alone: last error, error mode, file access, current
+// directory, message boxes.
 #include <gmock/gmock.h>
 
 #include <cerrno>
@@ -42,6 +42,18 @@ TEST(FileAccess, IsAskedWithEitherSeparator) {
   std::filesystem::remove_all(folder);
 }
 
+TEST(CurrentDirectory, IsSetWithEitherSeparator) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "qlx99_current";
+  std::filesystem::create_directories(folder / "inner");
+  EXPECT_TRUE(SetCurrentDirectoryA((folder.string() + "\\inner").c_str()));
+  EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::current_path(), folder / "inner"));
+  EXPECT_FALSE(SetCurrentDirectoryA((folder.string() + "/missing").c_str()));
+  EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
+  std::filesystem::current_path(before);
+  std::filesystem::remove_all(folder);
+}
+
 TEST(MessageBoxes, ShowWhatTheirCallerWrote) {
   qlx99::tests::User user;
   EXPECT_EQ(MessageBoxA(nullptr, "k\xF6nnen ! ", "Systemmeldung !", MB_ICONHAND | MB_SYSTEMMODAL),
@@ -50,14 +62,6 @@ TEST(MessageBoxes, ShowWhatTheirCallerWrote) {
   EXPECT_THAT(user.Messages(),
               ElementsAre(qlx99::tests::MessageBox{"können ! ", "Systemmeldung !", 0x1010},
                           qlx99::tests::MessageBox{"", "", 0}));
-}
-
-TEST(WindowMessage, HasOneNumberForOneNameWhateverItsCase) {
-  const UINT first = RegisterWindowMessageA("qlx99 first test message");
-  EXPECT_THAT(first, testing::AllOf(testing::Ge(0xC000U), testing::Le(0xFFFFU)));
-  EXPECT_EQ(RegisterWindowMessageA("QLX99 First Test Message"), first);
-  EXPECT_NE(RegisterWindowMessageA("qlx99 second test message"), first);
-  EXPECT_EQ(RegisterWindowMessageA(""), 0U);
 }
 
 }  // namespace
