@@ -11,12 +11,16 @@ namespace {
 using recordmanager::Call;
 using recordmanager::Engine;
 
-short Serve(const Call& call) {
+short Serve(const Call& call) noexcept {
   static std::mutex mutex;
   static Engine
       engine;  // made by the first call, as the loader's lock is held while a library is attached
-  const std::scoped_lock lock(mutex);
-  return static_cast<short>(engine.Serve(call));
+  try {
+    const std::scoped_lock lock(mutex);
+    return static_cast<short>(engine.Serve(call));
+  } catch (...) {  // nothing here throws but the lack of memory
+    return btrieve::kOutOfMemory;
+  }
 }
 
 Call MakeCall(WORD operation, void* positionBlock, void* dataBuffer, ULONG* dataLength,

@@ -30,6 +30,8 @@ int StatusOf(int sqliteCode) {
       return btrieve::kRecordInUse;
     case SQLITE_FULL:
       return btrieve::kDiskFull;
+    case SQLITE_NOMEM:
+      return btrieve::kOutOfMemory;
     case SQLITE_NOTADB:
       return btrieve::kNotARecordFile;
     case SQLITE_READONLY:
@@ -90,7 +92,9 @@ int Connection::Open(const std::string& path, Way way) {
     flags |= SQLITE_OPEN_CREATE;
   }
   const int result = sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr);
-  sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+  if (handle_ != nullptr) {  // as it is for lack of memory
+    sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+  }
   return StatusOf(result);
 }
 
