@@ -19,6 +19,9 @@ int StatusOf(int sqliteCode) {
   if (sqliteCode == SQLITE_CONSTRAINT_UNIQUE) {
     return btrieve::kDuplicateKey;
   }
+  if (sqliteCode == SQLITE_IOERR_SHMSIZE) {  // no room for the memory that users of a log share
+    return btrieve::kDiskFull;
+  }
   switch (sqliteCode & 0xFF) {  // the rest of an extended code tells apart what has one status
     case SQLITE_OK:
     case SQLITE_ROW:
