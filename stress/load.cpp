@@ -8,6 +8,7 @@
 #include <random>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -64,9 +65,10 @@ class Load {
  private:
   void Make() {
     fs::create_directories(plan_.folder);
-    See(Process({"--worker", "prepare", plan_.folder.string(),
-                 std::to_string(assignments_.front().slots)})
-            .Wait());
+    const std::string slots = std::to_string(assignments_.front().slots);
+    if (Process({"--worker", "prepare", plan_.folder.string(), slots}).Wait() != 0) {
+      throw std::runtime_error("no office could be made in " + plan_.folder.string());
+    }
     if (!plan_.rollbackJournal) return;
     ForEachFile([](const fs::path& file) { UseRollbackJournal(file); });
   }

@@ -12,22 +12,18 @@
 
 namespace {
 
-// This program as one of its own workers: ends with the kind of what it found.
-int WorkAs(const std::vector<std::string>& arguments) {
-  try {
-    if (arguments.at(0) == "prepare") {
-      stress::Prepare(arguments.at(1), std::stoi(arguments.at(2)));
-    } else {
-      stress::Work(stress::AssignmentOf(arguments));
-    }
-    return 0;
-  } catch (const stress::Fault& fault) {
-    std::fprintf(stderr, "%s: %s\n", arguments.at(0).c_str(), fault.what());
-    return fault.kind;
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s: %s\n", arguments.at(0).c_str(), error.what());
-    return stress::Fault::kCrashed;
+// This program as one of its own workers.
+void WorkAs(const std::vector<std::string>& arguments) {
+  if (arguments.at(0) == "prepare") {
+    stress::Prepare(arguments.at(1), std::stoi(arguments.at(2)));
+  } else {
+    stress::Work(stress::AssignmentOf(arguments));
   }
+}
+
+int Complain(const std::exception& error, int code) {
+  std::fprintf(stderr, "qlx_stress: %s\n", error.what());
+  return code;
 }
 
 }  // namespace
@@ -51,7 +47,14 @@ int main(int argc, char** argv) {
   app.add_option("--folder", folder, "Where; made, and removed unless something is found");
   app.add_option("--worker", worker)->group("");  // for this program's own use
   CLI11_PARSE(app, argc, argv);
-  if (!worker.empty()) return WorkAs(worker);
   plan.folder = folder;
-  return stress::RunLoad(plan, std::cout) ? 0 : 1;
+  try {
+    if (worker.empty()) return stress::RunLoad(plan, std::cout) ? 0 : 1;
+    WorkAs(worker);
+    return 0;
+  } catch (const stress::Fault& fault) {
+    return Complain(fault, fault.kind);
+  } catch (const std::exception& error) {
+    return Complain(error, stress::Fault::kCrashed);
+  }
 }

@@ -36,7 +36,7 @@ class Installation {
 
 template <class Step>
 void RepeatUntilTheEnd(const Assignment& assignment, const Step& step) {
-  constexpr int kStepsPerLine = 50;
+  constexpr int kStepsPerLine = 10;
   Journal measures(MeasuresOf(assignment));
   const auto end = Clock::now() + std::chrono::milliseconds(assignment.milliseconds);
   auto longest = Clock::duration::zero();
