@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstring>
 
+#include "host.h"
+
 namespace recordmanager_tests {
 
 Party MakeParty(int caseId, const std::string& role, int rank) {
@@ -61,8 +63,8 @@ int Create(const std::string& path, const std::vector<std::uint8_t>& description
 }
 
 int Client::Call(WORD operation, int keyNumber) {
-  return entry_(operation, block.data(), &record, &length, key.data(), btrieve::kMaxKeyLength,
-                static_cast<char>(keyNumber));
+  return host::EntryPoint()(operation, block.data(), &record, &length, key.data(),
+                            btrieve::kMaxKeyLength, static_cast<char>(keyNumber));
 }
 
 int Client::Open(const std::string& path, char mode) {

@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "host.h"
 #include "recordmanager/btrieve.h"
 
 namespace recordmanager_tests {
@@ -42,8 +41,6 @@ int Create(const std::string& path, const std::vector<std::uint8_t>& description
 // One position block with the buffers of its calls. A copy is a client with a copy of the block.
 class Client {
  public:
-  explicit Client(btrieve::BtrCall* recordManager = host::EntryPoint()) : entry_(recordManager) {}
-
   std::array<std::uint8_t, btrieve::kPositionBlockSize> block{};
   Party record;
   ULONG length = kPartyLength;
@@ -63,9 +60,6 @@ class Client {
   // Reads with a key value of the key's type.
   int Get(WORD operation, int keyNumber, int value);
   int Get(WORD operation, int keyNumber, const std::string& value);
-
- private:
-  btrieve::BtrCall* entry_;
 };
 
 }  // namespace recordmanager_tests

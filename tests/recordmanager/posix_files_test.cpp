@@ -1,5 +1,7 @@
-// What can happen to files on POSIX hosts only: others rename and delete them while they are open.
-#include <unistd.h>
+// What can happen to files on POSIX hosts only: others rename and delete them while they are open,
+// and a process can be kept from writing on.
+#include <sys/resource.h>
+#include <csignal>
 
 #include "party_file.h"
 
@@ -10,18 +12,38 @@ using namespace btrieve;
 
 class PosixFiles : public PartyFile {
  protected:
-  // Whom the rights on files concern, while it lives.
-  class AsOrdinaryUser {
+  // While it lives, this process cannot write beyond that size of any file.
+  class SizeLimit {
    public:
-    AsOrdinaryUser() { EXPECT_TRUE(before_ != 0 || seteuid(kNobody) == 0); }
-    AsOrdinaryUser(const AsOrdinaryUser&) = delete;
-    AsOrdinaryUser& operator=(const AsOrdinaryUser&) = delete;
-    ~AsOrdinaryUser() { EXPECT_EQ(seteuid(before_), 0); }
+    explicit SizeLimit(rlim_t bytes) : previousHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+      EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &previous_), 0);
+      const rlimit limited{bytes, previous_.rlim_max};
+      EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limited), 0);
+    }
+    SizeLimit(const SizeLimit&) = delete;
+    SizeLimit& operator=(const SizeLimit&) = delete;
+    ~SizeLimit() {
+      EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &previous_), 0);
+      std::signal(SIGXFSZ, previousHandler_);
+    }
 
    private:
-    static constexpr uid_t kNobody = 65534;
-    uid_t before_ = geteuid();
+    rlimit previous_{};
+    void (*previousHandler_)(int);
   };
+
+  // Inserts until it fails or has done so 50,000 times; returns the last status. The numbers are
+  // added to `inserted`.
+  int InsertUntilItFails(std::string& inserted) {
+    int status = kSuccess;
+    for (int i = 0; i < 50'000 && status == kSuccess; ++i) {
+      status = client.Insert(MakeParty(1));
+      if (status == kSuccess) {
+        inserted += (inserted.empty() ? "" : " ") + std::to_string(client.record.number);
+      }
+    }
+    return status;
+  }
 };
 
 TEST_F(PosixFiles, ThatHaveGoneOrWereReplacedAreNoticed) {
@@ -79,31 +101,38 @@ TEST_F(PosixFiles, OfTheSameNameInTwoFoldersAreKeptApart) {
   EXPECT_EQ(here.Close(), kSuccess);
 }
 
-TEST_F(PosixFiles, ThatMayNotBeWrittenAreRefused) {
-  using std::filesystem::perms;
-  ASSERT_EQ(client.Close(), kSuccess);
-  const std::filesystem::path closed = folder / "closed";
-  std::filesystem::create_directory(closed);
-  const std::string file = InFolder("FILE.KRV");
-  const std::string inClosed = closed / "FILE.KRV";
-  std::filesystem::copy_file(path, file);
-  std::filesystem::copy_file(path, inClosed);
-  std::filesystem::permissions(folder, perms::all);
-  std::filesystem::permissions(file, perms{0444});
-  std::filesystem::permissions(inClosed, perms::all);
-  std::filesystem::permissions(closed, perms{0555});
-  {
-    const AsOrdinaryUser user;
-    Client other;
-    EXPECT_EQ(other.Open(file), kPermissionError);
-    EXPECT_EQ(other.Open(inClosed), kPermissionError);
-    EXPECT_EQ(Create(file, DescribeParties()), kPermissionError);
-    EXPECT_EQ(Create(closed / "NEW.KRV", DescribeParties()), kPermissionError);
-    EXPECT_EQ(other.Open(file, kOpenReadOnly), kSuccess);
-    EXPECT_EQ(Walk(other, kByNumber), "");
-    EXPECT_EQ(other.Close(), kSuccess);
+TEST_F(PosixFiles, StayWholeWhenAWriteFails) {
+  std::string inserted;
+  for (const rlim_t size : {50'000U, 90'000U, 400'000U}) {
+    {
+      const SizeLimit limit(size);
+      const int status = InsertUntilItFails(inserted);
+      EXPECT_TRUE(status == kIoError || status == kDiskFull) << status;
+      EXPECT_EQ(client.Close(), kSuccess);
+    }
+    ASSERT_EQ(client.Open(path), kSuccess);
+    for (const int key : {kByNumber, kByCase, kByRole, kByRank}) {
+      EXPECT_EQ(Walk(client, key), inserted) << "key " << key;
+    }
   }
-  std::filesystem::permissions(closed, perms::all);
+}
+
+TEST_F(PosixFiles, LoseATransactionAsAWholeWhenAWriteFails) {
+  ASSERT_EQ(client.Insert(MakeParty(1)), kSuccess);
+  for (const rlim_t size : {50'000U, 400'000U}) {
+    const SizeLimit limit(size);
+    std::string inserted;
+    EXPECT_EQ(client.Call(kBeginTransaction), kSuccess);
+    InsertUntilItFails(inserted);
+    for (int i = 0; i < 3; ++i) {
+      client.Insert(MakeParty(1));
+    }
+    EXPECT_NE(client.Call(kEndTransaction), kSuccess);
+    EXPECT_EQ(Walk(client, kByNumber), "1");
+    EXPECT_EQ(client.Call(kEndTransaction), kNoTransaction);
+  }
+  EXPECT_EQ(client.Insert(MakeParty(1)), kSuccess);
+  EXPECT_EQ(Walk(client, kByNumber), "1 2");
 }
 
 }  // namespace
