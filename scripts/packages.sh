@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by run and test: makes sure that this machine has what they use.
 
 # need COMMAND_OR_FILE PACKAGE: notes the Debian package if the command or file is missing.
@@ -25,21 +26,29 @@ need_to_test() {
   need clang-format clang-format
   need /usr/share/doc/libclang-rt-14-dev libclang-rt-14-dev
   need /usr/include/gmock/gmock.h libgmock-dev
-  need i686-w64-mingw32-g++-posix g++-mingw-w64-i686-posix
+  need /usr/src/googletest/CMakeLists.txt googletest # its sources, built for Windows
+  need_for_windows
 }
+
+# What the Windows build needs, and Wine to run it.
+need_for_windows() {
+  need i686-w64-mingw32-g++-posix g++-mingw-w64-i686-posix
+  # Without the means to set Wine up, the rest can be tested all the same.
+  if can_be_root && ! scripts/wine --has-wine; then need debootstrap debootstrap; fi
+}
+
+can_be_root() { [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null; }
 
 # Installs what was noted, as root or through sudo; says what to install where neither can be had.
 install_missing() {
   [ ${#missing_packages[@]} -gt 0 ] || return 0
   local as_root=()
-  if [ "$(id -u)" -ne 0 ]; then
-    if ! command -v sudo >/dev/null; then
-      echo "Please install these Debian packages as root, then try again:" >&2
-      echo "  apt-get install ${missing_packages[*]}" >&2
-      exit 1
-    fi
-    as_root=(sudo)
+  if ! can_be_root; then
+    echo "Please install these Debian packages as root, then try again:" >&2
+    echo "  apt-get install ${missing_packages[*]}" >&2
+    exit 1
   fi
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
   echo "Installing ${missing_packages[*]} (once; this takes a minute or two) ..." >&2
   local log
   log=$(mktemp)
@@ -53,12 +62,14 @@ install_missing() {
   rm -f "$log"
 }
 
-# build PRESET: configures and builds, showing the output only if something fails.
+# build PRESET [TARGET...]: configures and builds, showing the output only if something fails.
 build() {
-  local log="build/$1.log"
+  local preset=$1 log="build/$1.log"
+  shift
   mkdir -p build
-  echo "Building (preset $1; the first time takes some minutes) ..." >&2
-  if ! { cmake --preset "$1" && cmake --build --preset "$1"; } >"$log" 2>&1; then
+  echo "Building (preset $preset; the first time takes some minutes) ..." >&2
+  local command=(cmake --build --preset "$preset")
+  if ! { cmake --preset "$preset" && "${command[@]}" ${1+--target "$@"}; } >"$log" 2>&1; then
     grep -E 'error|Error|FAILED|undefined' "$log" | head -40 >&2
     echo "The build failed; the whole output is in $log." >&2
     return 1
