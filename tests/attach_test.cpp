@@ -4,10 +4,8 @@
 namespace qlx99::tests {
 namespace {
 
-using testing::IsEmpty;
-
 constexpr std::int32_t kLocal = -1;     // what GetAdressTyp answers by itself
-constexpr std::int32_t kDelegated = 0;  // what it answers while no login can be confirmed
+constexpr std::int32_t kDelegated = 0;  // what it answers where there is nobody to delegate to
 
 using AttachTest = ExportTest;
 
@@ -54,44 +52,7 @@ TEST_F(AttachTest, ExportsOfTheDelegatedKindDoNothingInTheLocalOne) {
   EXPECT_EQ(library->GetAdrFieldsMain("1", nullptr, "3", ""), -1);
 }
 
-using RefusedCallTest = ScriptedExportTest;
-
-TEST_F(RefusedCallTest, GivesZeroAndTouchesNothing) {
-  office.IsConfigured("ProgramName", "TELQ32.EXE");
-  office.IsConfigured("DocuRoot", "C:\\Akten");
-  office.IsConfigured("ProgramRoot", office.Folder().string());
-  const Exports& l = *library.operator->();
-  const std::pair<const char*, std::function<std::int32_t(char*)>> calls[] = {
-      {"GetDocuRoot", [&](char* b) { return l.GetDocuRoot(260, b); }},
-      {"GetProgramRoot", [&](char* b) { return l.GetProgramRoot(260, b); }},
-      {"UserInit", [&](char*) { return l.UserInit(); }},
-      {"UserNext", [&](char* b) { return l.UserNext("1", b); }},
-      {"ZtkodoliInit", [&](char*) { return l.ZtkodoliInit(); }},
-      {"ZtkodoliNext", [&](char* b) { return l.ZtkodoliNext("0", b); }},
-      {"WVInit", [&](char*) { return l.WVInit("1"); }},
-      {"WVNext", [&](char* b) { return l.WVNext("1", "1", b); }},
-      {"WVNew", [&](char* b) { return l.WVNew("1", "1", "01.01.2000", "1", "", "", b); }},
-      {"WVChange", [&](char* b) { return l.WVChange("1", "1", "01.01.2000", "1", "", "", b); }},
-      {"WVDelete", [&](char*) { return l.WVDelete("1"); }},
-      {"SLesenDLL", [&](char* b) { return l.SLesenDLL("1", b); }},
-      {"ALesenDLL", [&](char* b) { return l.ALesenDLL("1", "1", b, ""); }},
-      {"BLesenDLL", [&](char* b) { return l.BLesenDLL("M ", "1", "", "", b); }},
-      {"BListeInit", [&](char*) { return l.BListeInit("1"); }},
-      {"BListeNext", [&](char* b) { return l.BListeNext("1", "1", b); }},
-      {"GetAdrFieldsMain", [&](char* b) { return l.GetAdrFieldsMain("1", "2", "3", b); }},
-      {"GetAdressTyp", [&](char* b) { return l.GetAdressTyp("1", b); }},
-      {"GetDokuNr", [&](char*) { return l.GetDokuNr("1"); }},
-  };
-  for (const auto& [name, call] : calls) {
-    SCOPED_TRACE(name);
-    CallerBuffer buffer;
-    EXPECT_EQ(call(buffer), 0);
-    EXPECT_THAT(buffer, IsUntouched());
-  }
-  EXPECT_THAT(manager.CallTexts(), IsEmpty());
-}
-
-TEST_F(RefusedCallTest, NullArgumentsAreHarmlessInTheLocalKind) {
+TEST_F(AttachTest, NullArgumentsAreHarmlessInTheLocalKind) {
   EXPECT_EQ(library->UserNext(nullptr, nullptr), 0);
   EXPECT_EQ(library->SLesenDLL(nullptr, nullptr), 0);
   EXPECT_EQ(library->BListeInit(nullptr), 0);

@@ -11,7 +11,6 @@ namespace qlx99::tests {
 namespace {
 
 using testing::ElementsAre;
-using testing::SizeIs;
 
 // The tab stops that list boxes were given, which cannot be asked for and so are overheard.
 class OverheardTabStops {

@@ -3,10 +3,13 @@
 
 #include <fstream>
 
+#include "frame/attach.h"
 #include "office/command_line.h"
 #include "office/record_manager.h"
 #include "record_files.h"
 #include "sample_office.h"
+#include "support/office_programs.h"
+#include "support/world.h"
 
 namespace {
 
@@ -63,7 +66,7 @@ Rechtsanwalt Dr. Jan Merten
 
 TEST_F(Commands, LetterGoesToTheClientUnderTheNextDocumentNumber) {
   const std::string result = Qlx({"call", "GetDokuNr", "12345678"}).out;
-  const int last = std::stoi(result.substr(result.find(' ')));
+  const int last = std::stoi(result.substr(result.find("result: ") + 8));
   const Outcome letter = Qlx({"letter", "12345678"});
   EXPECT_EQ(letter.out, kLetterBegin + std::to_string(last + 1) + kLetterEnd);
   EXPECT_EQ(letter.err, "");
@@ -116,16 +119,18 @@ TEST_F(Commands, RefusedLettersUseUpNoDocumentNumber) {
 
 TEST_F(Commands, CallNamesTheFieldsOfWhatItIsGiven) {
   EXPECT_EQ(Qlx({"call", "BLesenDLL", "M ", "12345678"}).out,
+            "kind: local\n"
             "result: -1  (-1: delivered)\n"
             "record: 4711|25|0|815\n"
             "   1  addressNumber         4711\n"
             "   2  relationCode          25\n"
             "   3  always0               0\n"
             "   4  linkNumber            815\n");
-  EXPECT_EQ(Qlx({"call", "UserInit"}).out, "result: 5  (number of users)\n");
+  EXPECT_EQ(Qlx({"call", "UserInit"}).out, "kind: local\nresult: 5  (number of users)\n");
   // Two parties, and no dialog allowed: nothing is written.
-  EXPECT_EQ(Qlx({"call", "BLesenDLL", "G ", "23001124", "", "1"}).out,
-            "result: 0  (-1: delivered)\nrecord: none; the buffer was left as it was\n");
+  EXPECT_EQ(
+      Qlx({"call", "BLesenDLL", "G ", "23001124", "", "1"}).out,
+      "kind: local\nresult: 0  (-1: delivered)\nrecord: none; the buffer was left as it was\n");
   EXPECT_THAT(
       Qlx({"call", "SLesenDLL", "99999999"}).out,
       AllOf(HasSubstr("record: 0|\n"), HasSubstr("go without names"), Not(HasSubstr("rubrum"))));
@@ -227,6 +232,25 @@ TEST_F(Installations, AreCheckedFileByFile) {
                                HasSubstr("\n! ZTBANK.KRV: it has no key 1\n"),
                                HasSubstr("ZTKONAT.KRV: it is not a record file (status 30)"),
                                HasSubstr("ZTPART.KRV: there is no such file (status 12)")));
+}
+
+TEST(DelegatedInstallation, IsCheckedForWhatLiesBelowTheMappingRoot) {
+  qlx99::tests::Office its;
+  const qlx99::tests::OfficePrograms programs(its);
+  qlx99::AttachLibrary(GetModuleHandleA(nullptr));
+  const Outcome whole = Qlx({"office", "check"});
+  EXPECT_EQ(whole.code, office::kDone);
+  EXPECT_THAT(whole.out, HasSubstr("  ProgramName: delegated, "));
+  std::filesystem::remove(programs.Bin32() / "telq32.exe");
+  std::filesystem::remove(programs.Bin32() / qlx99::tests::world::LibraryFile("qlx02"));
+  EXPECT_THAT(Qlx({"office", "check"}).out,
+              AllOf(HasSubstr("telq32.exe: there is no such file\n"),
+                    HasSubstr("qlx02.dll: it cannot be loaded (error 126)\n")));
+  its.IsNotConfigured("MappingRoot");
+  EXPECT_THAT(Qlx({"office", "check"}).out, HasSubstr("! MappingRoot is not set\n"));
+  EXPECT_EQ(Qlx({"call", "UserInit"}).out, "kind: delegated\nresult: 0  (number of users)\n");
+  its.IsNotConfigured("ProgramName");
+  qlx99::AttachLibrary(GetModuleHandleA(nullptr));
 }
 
 TEST_F(Installations, CanBeGeneratedAndAreTheSameEachTime) {

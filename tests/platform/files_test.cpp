@@ -9,6 +9,18 @@
 
 namespace {
 
+TEST(CurrentDirectory, IsSetWithEitherSeparator) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "qlx99_current";
+  std::filesystem::create_directories(folder / "inner");
+  EXPECT_TRUE(SetCurrentDirectoryA((folder.string() + "\\inner").c_str()));
+  EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::current_path(), folder / "inner"));
+  EXPECT_FALSE(SetCurrentDirectoryA((folder.string() + "/missing").c_str()));
+  EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
+  std::filesystem::current_path(before);
+  std::filesystem::remove_all(folder);
+}
+
 TEST(FileAccess, IsAskedWithEitherSeparator) {
   const std::filesystem::path folder = std::filesystem::temp_directory_path() / "qlx99_access";
   std::filesystem::create_directories(folder);
