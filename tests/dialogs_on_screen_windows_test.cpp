@@ -39,13 +39,14 @@ class OverheardTabStops {
 class DialogsOnScreen : public ExportTest {
  protected:
   DialogsOnScreen() {
-    office.Has<CaseRecord>({{CaseRecord::id, 7}, {CaseRecord::caseNumber, "12345678"}});
+    using B = BankConnectionRecord;
+    using C = ContactPersonRecord;
+    using P = CasePartyRecord;
+    office.Has<CaseRecord>(CaseRecord::id, 7, CaseRecord::caseNumber, "12345678");
     for (const std::int32_t id : {1, 2}) {
-      office.Has<CasePartyRecord>({{CasePartyRecord::id, id}, {CasePartyRecord::caseId, 7}});
-      office.Has<ContactPersonRecord>(
-          {{ContactPersonRecord::number, id}, {ContactPersonRecord::addressNumber, 4711}});
-      office.Has<BankConnectionRecord>(
-          {{BankConnectionRecord::number, id}, {BankConnectionRecord::addressNumber, 4712}});
+      office.Has<P>(P::id, id, P::caseId, 7);
+      office.Has<C>(C::number, id, C::addressNumber, 4711);
+      office.Has<B>(B::number, id, B::addressNumber, 4712);
     }
   }
 

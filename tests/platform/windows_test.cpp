@@ -17,10 +17,10 @@ using testing::Le;
 const UINT kFirst = RegisterWindowMessageA("qlx99 first test message");
 const UINT kSecond = RegisterWindowMessageA("qlx99 second test message");
 
-/// What the windows of the class have heard, of the messages that the tests are about.
+// What the windows of the class have heard, of the messages that the tests are about.
 std::vector<UINT> heard;
 
-/// Answers `kFirst` with twice its word parameter, asking the window in its long parameter first.
+// Answers `kFirst` with twice its word parameter, asking the window in its long parameter first.
 LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
   if (message == kFirst || message == kSecond || message == WM_CREATE || message == WM_DESTROY) {
     heard.push_back(message);
@@ -67,7 +67,7 @@ void ExpectFailure(bool succeeded, DWORD error) {
   EXPECT_EQ(GetLastError(), error);
 }
 
-/// Dispatches what there is and returns the exit code of a WM_QUIT, or -1.
+// Dispatches what there is and returns the exit code of a WM_QUIT, or -1.
 int Dispatch() {
   MSG message{};
   while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {

@@ -84,8 +84,8 @@ class ConfigurationKey {
 FieldValue::FieldValue(const Int32Field& at, std::int32_t value)
     : field(at), bytes(BytesOf(value)) {}
 
-FieldValue::FieldValue(const DayField& at, std::uint16_t value)
-    : field(at), bytes(BytesOf(value)) {}
+FieldValue::FieldValue(const DayField& at, int value)
+    : field(at), bytes(BytesOf(static_cast<std::uint16_t>(value))) {}
 
 FieldValue::FieldValue(const AmountField& at, double value) : field(at), bytes(BytesOf(value)) {}
 

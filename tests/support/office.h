@@ -1,7 +1,7 @@
 // An office: its record files and its configuration, in a folder of the test's own. At first every
 // file is there and empty, and nothing but the data path is configured.
 //
-//   office.Has<UserRecord>({{UserRecord::number, 17}, {UserRecord::name, "Müller"}});
+//   office.Has<UserRecord>(UserRecord::number, 17, UserRecord::name, "Müller");
 //   office.Lacks<UserRecord>();
 //   office.IsConfigured("DocuRoot", "C:\\Akten");
 //   EXPECT_EQ(office.Records<DocumentNumberRecord>().size(), 1);
@@ -24,7 +24,7 @@ namespace qlx99::tests {
 // as they are.
 struct FieldValue {
   FieldValue(const Int32Field& at, std::int32_t value);
-  FieldValue(const DayField& at, std::uint16_t value);
+  FieldValue(const DayField& at, int value);
   FieldValue(const AmountField& at, double value);
   FieldValue(const TextField& at, std::string_view text);
 
@@ -34,6 +34,15 @@ struct FieldValue {
 
 using FieldValues = std::vector<FieldValue>;
 
+// A field, its value, another field, its value, ...
+inline FieldValues With() { return {}; }
+template <class Field, class Value, class... More>
+FieldValues With(const Field& field, const Value& value, const More&... more) {
+  FieldValues values = With(more...);
+  values.insert(values.begin(), {field, value});
+  return values;
+}
+
 class Office {
  public:
   Office();
@@ -41,17 +50,17 @@ class Office {
   Office(const Office&) = delete;
   Office& operator=(const Office&) = delete;
 
-  // One more record. Fields that are not given are blank or 0; the bytes between the fields are
-  // rubbish, as they are none of the library's business.
-  template <class Layout>
-  void Has(const FieldValues& values) {
-    Insert(LayoutOf<Layout>(), values);
+  // One more record, of fields and values in turn. Fields that are not given are blank or 0; the
+  // bytes between the fields are rubbish, as they are none of the library's business.
+  template <class Layout, class... FieldsAndValues>
+  void Has(const FieldsAndValues&... fieldsAndValues) {
+    Insert(LayoutOf<Layout>(), With(fieldsAndValues...));
   }
 
   // Another workstation changes the record whose key has this value.
-  template <class Layout>
-  void Changes(const Key& key, std::int32_t keyValue, const FieldValues& values) {
-    Update(LayoutOf<Layout>(), key, keyValue, values);
+  template <class Layout, class... FieldsAndValues>
+  void Changes(const Key& key, std::int32_t keyValue, const FieldsAndValues&... fieldsAndValues) {
+    Update(LayoutOf<Layout>(), key, keyValue, With(fieldsAndValues...));
   }
 
   // All records, in the order of key 0.
