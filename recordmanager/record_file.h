@@ -90,7 +90,7 @@ class RecordFile {
   Connection connection_;
   RecordLayout layout_;
   std::vector<KeyReads> reads_;
-  Statement begin_, commit_, nextChange_, loadEntries_, insert_, rewrite_, rekey_, delete_;
+  Statement begin_, commit_, rollBack_, nextChange_, loadEntries_, insert_, rewrite_, rekey_, delete_;
   bool inTransaction_ = false;
   bool unsettled_ = false;
   std::uint32_t rollbacks_ = 0;
