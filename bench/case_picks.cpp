@@ -73,7 +73,9 @@ std::vector<CasePick> PickCases(const std::filesystem::path& office, std::size_t
   if (!EnsureRecordManager()) throw std::runtime_error("there is no record manager");
   Picker picker(DataRootOf(office));
   const std::int32_t cases = picker.CountCases();
-  const std::int32_t step = std::max<std::int32_t>(1, cases / static_cast<std::int32_t>(count * 4));
+  // Not every case will do.
+  const auto candidates = static_cast<std::int32_t>(std::max<std::size_t>(count * 4, 100));
+  const std::int32_t step = std::max(1, cases / candidates);
   std::vector<CasePick> picks;
   for (std::int32_t id = 1; id <= cases && picks.size() < count; id += step) {
     if (auto pick = picker.Pick(id)) picks.push_back(*std::move(pick));

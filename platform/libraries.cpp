@@ -147,6 +147,14 @@ bool IsModule(HMODULE module) {
   return FindModule(modules, module) != modules.end();
 }
 
+/// dlopen's handle of a module that LoadLibraryA gave; null for others.
+void* LoadedHandle(HMODULE module) {
+  LoadedLibraries& loaded = Loaded();
+  const std::lock_guard lock(loaded.mutex);
+  const auto found = loaded.byModule.find(module);
+  return found == loaded.byModule.end() ? nullptr : found->second.handle;
+}
+
 /// dlopen's handle of a mapped module, to be closed by the caller; null when it is not (or no
 /// longer) mapped.
 void* Reopen(HMODULE module) {
@@ -204,12 +212,15 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
     platform::Unsupported("GetProcAddress", "a function's number instead of its name");
   }
   HMODULE owner = module == nullptr ? GetModuleHandleA(nullptr) : module;
-  void* handle = Reopen(owner);
-  if (handle == nullptr) {
+  void* address = nullptr;
+  if (void* loaded = LoadedHandle(owner); loaded != nullptr) {
+    address = dlsym(loaded, name);
+  } else if (void* handle = Reopen(owner); handle != nullptr) {
+    address = dlsym(handle, name);
+    dlclose(handle);
+  } else {
     return Fail<FARPROC>(ERROR_MOD_NOT_FOUND, nullptr);
   }
-  void* address = dlsym(handle, name);
-  dlclose(handle);
   // dlsym also looks into the libraries that this one needs; Windows does not.
   if (address == nullptr || platform::ModuleAt(address) != owner) {
     return Fail<FARPROC>(ERROR_PROC_NOT_FOUND, nullptr);
