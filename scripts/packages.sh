@@ -26,6 +26,7 @@ need_to_test() {
   need clang-format clang-format
   need /usr/share/doc/libclang-rt-14-dev libclang-rt-14-dev
   need /usr/include/gmock/gmock.h libgmock-dev
+  need /usr/src/googletest/CMakeLists.txt googletest # its sources, built for Windows
   need_for_windows
 }
 

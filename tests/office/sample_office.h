@@ -4,12 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "tests/platform/private_registry.h"
+#include "support/private_registry.h"
 
 // What one command did.
 struct Outcome {
@@ -20,20 +19,8 @@ struct Outcome {
 
 Outcome Qlx(const std::vector<std::string>& arguments);
 
-// An empty folder until the end of its scope, and as much of it as can be removed then.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder();
-
-  std::filesystem::path Path() const { return path_; }
-  std::string Text() const;
-
- private:
-  std::filesystem::path path_;
-};
+using qlx99::tests::PrivateRegistry;
+using qlx99::tests::TemporaryFolder;
 
 // One office for all tests of a suite; tests that write choose cases of their own.
 class SampleOffice : public testing::Test {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/windows_api.h"
+#include "support/record_managers.h"
 #include "test_library.h"
 
 namespace {
@@ -72,7 +73,7 @@ class LibraryFolder : public testing::Test {
  protected:
   LibraryFolder() { std::filesystem::create_directories(folder_); }
   ~LibraryFolder() override {
-    SetDllDirectoryA(nullptr);
+    qlx99::tests::FindTheEmbeddedManager();  // again
     std::filesystem::remove_all(folder_);
   }
 

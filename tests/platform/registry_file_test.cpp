@@ -9,9 +9,11 @@
 
 #include "platform/registry_file.h"
 #include "platform/windows_api.h"
-#include "private_registry.h"
+#include "support/private_registry.h"
 
 namespace {
+
+using qlx99::tests::PrivateRegistry;
 
 using platform::RegistryFile;
 using platform::RegistryValue;

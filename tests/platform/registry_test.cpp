@@ -6,9 +6,11 @@
 #include <string_view>
 
 #include "platform/windows_api.h"
-#include "private_registry.h"
+#include "support/private_registry.h"
 
 namespace {
+
+using qlx99::tests::PrivateRegistry;
 
 using namespace std::string_view_literals;
 

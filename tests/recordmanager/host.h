@@ -1,19 +1,16 @@
-// What these tests need of the host: the record manager's entry points, and processes of their own.
+// What these tests work with: the record manager's entry points, and processes of their own.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "recordmanager/btrieve.h"
+#include "support/embedded_manager.h"
 
 namespace recordmanager_tests::host {
 
-btrieve::BtrCall* EntryPoint();
-btrieve::BtrCallId* EntryPointWithClient();
-
-// The folder that this program lies in.
-std::string ProgramFolder();
+inline btrieve::BtrCall* EntryPoint() { return qlx99::tests::EmbeddedCall(); }
+inline btrieve::BtrCallId* EntryPointWithClient() { return qlx99::tests::EmbeddedCallId(); }
 
 // The worker program (worker.cpp), started with these arguments. Killed when it still runs at the
 // end.

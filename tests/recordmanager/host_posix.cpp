@@ -2,27 +2,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #include <csignal>
-#include <filesystem>
 
 #include <utility>
 
 #include "host.h"
-
-extern "C" btrieve::BtrCall BTRCALL;
-extern "C" btrieve::BtrCallId BTRCALLID;
+#include "support/world.h"
 
 namespace recordmanager_tests::host {
 
-btrieve::BtrCall* EntryPoint() { return &BTRCALL; }
-
-btrieve::BtrCallId* EntryPointWithClient() { return &BTRCALLID; }
-
-std::string ProgramFolder() {
-  return std::filesystem::read_symlink("/proc/self/exe").parent_path();
-}
-
 Worker::Worker(const std::vector<std::string>& arguments) {
-  std::string program = ProgramFolder() + "/record_manager_worker";
+  std::string program = qlx99::tests::world::ProgramFolder() / "record_manager_worker";
   std::vector<std::string> texts = arguments;
   std::vector<char*> argv{program.data()};
   for (std::string& text : texts) {

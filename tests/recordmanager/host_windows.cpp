@@ -2,34 +2,18 @@
 #include <utility>
 
 #include "host.h"
+#include "support/world.h"
 
 namespace recordmanager_tests::host {
 namespace {
-
-template <typename Function>
-Function* Resolve(const char* name) {
-  static const HMODULE library = LoadLibraryA("atbtrv32.dll");
-  return std::bit_cast<Function*>(GetProcAddress(library, name));
-}
 
 HANDLE ToHandle(std::intptr_t process) { return std::bit_cast<HANDLE>(process); }
 
 }  // namespace
 
-btrieve::BtrCall* EntryPoint() { return Resolve<btrieve::BtrCall>(btrieve::kBtrCallName); }
-
-btrieve::BtrCallId* EntryPointWithClient() {
-  return Resolve<btrieve::BtrCallId>(btrieve::kBtrCallIdName);
-}
-
-std::string ProgramFolder() {
-  std::string path(MAX_PATH, '\0');
-  path.resize(GetModuleFileNameA(nullptr, path.data(), MAX_PATH));
-  return path.substr(0, path.rfind('\\'));
-}
-
 Worker::Worker(const std::vector<std::string>& arguments) {
-  std::string command = '"' + ProgramFolder() + "\\record_manager_worker.exe\"";
+  std::string command =
+      '"' + (qlx99::tests::world::ProgramFolder() / "record_manager_worker.exe").string() + '"';
   for (const std::string& argument : arguments) {
     command += " \"" + argument + '"';
   }

@@ -1,17 +1,10 @@
 #include "party_file.h"
 
-#include <atomic>
-#include <chrono>
-#include <system_error>
+#include "host.h"
 
 namespace recordmanager_tests {
 
 PartyFile::PartyFile() {
-  static std::atomic<int> count = 0;
-  const auto now = std::chrono::system_clock::now().time_since_epoch().count();
-  folder = std::filesystem::temp_directory_path() /
-           ("parties-" + std::to_string(now) + '-' + std::to_string(++count));
-  std::filesystem::create_directory(folder);
   path = InFolder("PARTIES.KRV");
   EXPECT_EQ(Create(path, DescribeParties()), btrieve::kSuccess);
   EXPECT_EQ(client.Open(path), btrieve::kSuccess);
@@ -19,8 +12,7 @@ PartyFile::PartyFile() {
 
 PartyFile::~PartyFile() {
   client.Close();
-  std::error_code ignored;  // where open files cannot be deleted, the host's clean-up will
-  std::filesystem::remove_all(folder, ignored);
+  qlx99::tests::ReleaseEmbedded();  // which keeps files open for a while
 }
 
 std::string Walk(Client client, int keyNumber, WORD start, WORD step) {

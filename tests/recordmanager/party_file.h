@@ -7,17 +7,20 @@
 #include <string>
 
 #include "parties.h"
+#include "support/temporary_folder.h"
 
 namespace recordmanager_tests {
 
 class PartyFile : public testing::Test {
+  qlx99::tests::TemporaryFolder temporaryFolder_;
+
  protected:
   PartyFile();
   ~PartyFile() override;
 
   std::string InFolder(const std::string& name) const { return (folder / name).string(); }
 
-  std::filesystem::path folder;
+  const std::filesystem::path& folder = temporaryFolder_.Path();
   std::string path;
   Client client;  // has the file open
 };

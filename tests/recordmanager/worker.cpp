@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "parties.h"
+#include "support/world.h"
 
 namespace {
 
@@ -73,6 +74,8 @@ int Run(const std::string& task, Client& client, char** arguments) {
 }  // namespace
 
 int main(int count, char** arguments) {
+  // Not for ever, should the test that started it have ended badly.
+  qlx99::tests::world::SetDeadline(std::chrono::minutes(1), "record_manager_worker");
   Client client;
   if (count < 4 || client.Open(arguments[2]) != kSuccess) {
     return 1;

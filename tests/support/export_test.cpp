@@ -8,8 +8,7 @@ namespace {
 using testing::AnyOfArray;
 using testing::IsEmpty;
 
-constexpr int kStatuses[] = {btrieve::kIoError, btrieve::kKeyNotFound, btrieve::kEndOfFile,
-                             btrieve::kPermissionError};
+constexpr int kStatuses[] = {btrieve::kIoError, btrieve::kKeyNotFound, btrieve::kEndOfFile};
 
 // The messages about a file, among others that the export may have.
 std::vector<MessageBox> FileMessages(std::vector<MessageBox> messages) {

@@ -1,9 +1,36 @@
 #include <gmock/gmock.h>
 
 #include "support/record_managers.h"
+#include "support/screen.h"
+#include "support/temporary_folder.h"
+#include "support/world.h"
+
+namespace qlx99::tests {
+namespace {
+
+constexpr std::chrono::seconds kPatience{60};
+
+// Ends the program when a test hangs.
+class Watchdog : public testing::EmptyTestEventListener {
+  void OnTestStart(const testing::TestInfo& test) override {
+    world::SetDeadline(kPatience, std::string(test.test_suite_name()) + "." + test.name());
+  }
+};
+
+int RunAllTests() {
+  testing::UnitTest::GetInstance()->listeners().Append(new Watchdog);  // which owns it
+  WatchTheScreen();
+  FindTheEmbeddedManager();
+  const int result = RUN_ALL_TESTS();
+  UnloadRecordManagers();
+  RemoveTemporaryFolders();
+  return result;
+}
+
+}  // namespace
+}  // namespace qlx99::tests
 
 int main(int argc, char** argv) {
   testing::InitGoogleMock(&argc, argv);
-  qlx99::tests::FindTheEmbeddedManager();
-  return RUN_ALL_TESTS();
+  return qlx99::tests::RunAllTests();
 }

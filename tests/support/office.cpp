@@ -9,7 +9,6 @@
 #include "support/open_file.h"
 #include "support/record_managers.h"
 #include "support/text.h"
-#include "support/world.h"
 
 namespace qlx99::tests {
 namespace {
@@ -47,18 +46,15 @@ std::string Compose(const RecordLayout& layout, const FieldValues& values) {
 // All files of an office, created once for all tests, each of which gets a copy.
 class EmptyOffice {
  public:
-  EmptyOffice() : folder_(world::MakeFolder()) {
-    for (const RecordLayout& layout : kRecordFiles) OpenFile::Create(layout, folder_);
+  EmptyOffice() {
+    for (const RecordLayout& layout : kRecordFiles) OpenFile::Create(layout, Folder());
     ReleaseEmbedded();
   }
-  ~EmptyOffice() { fs::remove_all(folder_); }
-  EmptyOffice(const EmptyOffice&) = delete;
-  EmptyOffice& operator=(const EmptyOffice&) = delete;
 
-  const fs::path& Folder() const { return folder_; }
+  const fs::path& Folder() const { return folder_.Path(); }
 
  private:
-  fs::path folder_;
+  TemporaryFolder folder_;
 };
 
 const char* KeyPathOf(const std::string& valueName) {
@@ -99,16 +95,10 @@ FieldValue::FieldValue(const TextField& at, std::string_view text)
   bytes.resize(at.width, ' ');
 }
 
-Office::Office() : folder_(world::MakeFolder()) {
+Office::Office() {
   static const EmptyOffice emptyOffice;
-  world::UsePrivateRegistry(folder_);
   fs::copy(emptyOffice.Folder(), DataFolder());
   IsConfigured("DataRoot", DataFolder().string());
-}
-
-Office::~Office() {
-  std::error_code error;
-  fs::remove_all(folder_, error);
 }
 
 void Office::Insert(const RecordLayout& layout, const FieldValues& values) const {
@@ -149,9 +139,11 @@ void Office::IsConfigured(const std::string& name, const std::string& text) {
 
 void Office::IsConfiguredWithBytes(const std::string& name, const std::string& bytes) {
   const ConfigurationKey key(name);
-  const std::vector<BYTE> value(bytes.begin(), bytes.end());
-  EXPECT_EQ(RegSetValueExA(key.Get(), name.c_str(), 0, REG_SZ, value.data(),
-                           static_cast<DWORD>(value.size())),
+  // Windows looks at the byte behind an unterminated text and stores a terminator that it finds.
+  const std::string guarded = bytes + '#';
+  EXPECT_EQ(RegSetValueExA(key.Get(), name.c_str(), 0, REG_SZ,
+                           reinterpret_cast<const BYTE*>(guarded.data()),
+                           static_cast<DWORD>(bytes.size())),
             ERROR_SUCCESS);
 }
 

@@ -16,6 +16,7 @@
 
 #include "store/record.h"
 #include "store/record_layout.h"
+#include "support/private_registry.h"
 
 namespace qlx99::tests {
 
@@ -36,7 +37,7 @@ using FieldValues = std::vector<FieldValue>;
 class Office {
  public:
   Office();
-  ~Office();
+  ~Office() = default;
   Office(const Office&) = delete;
   Office& operator=(const Office&) = delete;
 
@@ -76,8 +77,8 @@ class Office {
   void IsNotConfigured(const std::string& name);
 
   // A folder that a test may use, and the one of the record files.
-  const std::filesystem::path& Folder() const { return folder_; }
-  std::filesystem::path DataFolder() const { return folder_ / "data"; }
+  const std::filesystem::path& Folder() const { return folder_.Path(); }
+  std::filesystem::path DataFolder() const { return Folder() / "data"; }
 
  private:
   void Insert(const RecordLayout& layout, const FieldValues& values) const;
@@ -86,7 +87,8 @@ class Office {
   std::vector<std::string> ReadAll(const RecordLayout& layout) const;
   void Remove(const char* fileName) const;
 
-  std::filesystem::path folder_;
+  PrivateRegistry registry_;
+  TemporaryFolder folder_;
 };
 
 }  // namespace qlx99::tests

@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <map>
-#include <utility>
 
 #include "store/record_manager.h"
 #include "support/world.h"
@@ -13,16 +11,6 @@ namespace qlx99::tests {
 namespace {
 
 namespace fs = std::filesystem;
-
-HMODULE embedded = nullptr;
-
-template <class Function>
-Function* EmbeddedEntryPoint(const char* name) {
-  if (embedded == nullptr) {
-    embedded = LoadLibraryA((ProductFolder() / world::LibraryFile("atbtrv32")).string().c_str());
-  }
-  return std::bit_cast<Function*>(GetProcAddress(embedded, name));
-}
 
 void Unload(const char* name) {
   constexpr int kMoreThanAnyoneLoads = 1000;
@@ -36,20 +24,6 @@ void Unload(const char* name) {
 
 }  // namespace
 
-fs::path ProductFolder() { return (world::ProgramFolder() / ".." / "bin").lexically_normal(); }
-
-btrieve::BtrCall* EmbeddedCall() {
-  return EmbeddedEntryPoint<btrieve::BtrCall>(btrieve::kBtrCallName);
-}
-
-btrieve::BtrCallId* EmbeddedCallId() {
-  return EmbeddedEntryPoint<btrieve::BtrCallId>(btrieve::kBtrCallIdName);
-}
-
-void ReleaseEmbedded() {
-  if (embedded != nullptr) FreeLibrary(std::exchange(embedded, nullptr));
-}
-
 void UnloadRecordManagers() {
   ReleaseEmbedded();
   for (const char* name : kRecordManagerNames) Unload(name);
@@ -57,27 +31,21 @@ void UnloadRecordManagers() {
 
 void FindTheEmbeddedManager() { SetDllDirectoryA(ProductFolder().string().c_str()); }
 
-FoundManagers::FoundManagers() : folder_(world::MakeFolder()) {}
-
-FoundManagers::~FoundManagers() {
-  FindTheEmbeddedManager();
-  std::error_code error;
-  fs::remove_all(folder_, error);
-}
+FoundManagers::~FoundManagers() { FindTheEmbeddedManager(); }
 
 const fs::path& FoundManagers::Are(const std::vector<PlacedManager>& managers) {
   static const std::map<PlacedManager::Kind, std::string> kFiles{
       {PlacedManager::kComplete, "scripted_manager"},
       {PlacedManager::kWithoutBtrCall, "manager_without_btrcall"},
       {PlacedManager::kWithoutBtrCallId, "manager_without_btrcallid"}};
-  for (const auto& entry : fs::directory_iterator(folder_)) fs::remove(entry);
+  for (const auto& entry : fs::directory_iterator(folder_.Path())) fs::remove(entry);
   for (const PlacedManager& manager : managers) {
     fs::copy_file(world::ProgramFolder() / world::LibraryFile(kFiles.at(manager.kind)),
-                  folder_ / world::LibraryFile(manager.name));
+                  folder_.Path() / world::LibraryFile(manager.name));
   }
   ReleaseEmbedded();
-  SetDllDirectoryA(folder_.string().c_str());
-  return folder_;
+  SetDllDirectoryA(folder_.Path().string().c_str());
+  return folder_.Path();
 }
 
 }  // namespace qlx99::tests

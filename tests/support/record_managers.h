@@ -1,22 +1,14 @@
-// The record managers of a test: which of them the library finds, and the embedded one for the
-// tests' own use.
+// The record managers of a test: which of them the library finds.
 #pragma once
 
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include "recordmanager/btrieve.h"
+#include "support/embedded_manager.h"
+#include "support/temporary_folder.h"
 
 namespace qlx99::tests {
-
-// Where qlx99.dll and atbtrv32.dll lie.
-std::filesystem::path ProductFolder();
-
-// The embedded record manager's entry point, as long as ReleaseEmbedded is not called.
-btrieve::BtrCall* EmbeddedCall();
-btrieve::BtrCallId* EmbeddedCallId();
-void ReleaseEmbedded();
 
 // Unloads what the library under test leaves loaded by design, so that each test starts anew.
 void UnloadRecordManagers();
@@ -35,7 +27,7 @@ struct PlacedManager {
 // What the library finds by a bare name. Until told otherwise that is the embedded one.
 class FoundManagers {
  public:
-  FoundManagers();
+  FoundManagers() = default;
   ~FoundManagers();
   FoundManagers(const FoundManagers&) = delete;
   FoundManagers& operator=(const FoundManagers&) = delete;
@@ -44,7 +36,7 @@ class FoundManagers {
   const std::filesystem::path& Are(const std::vector<PlacedManager>& managers);
 
  private:
-  std::filesystem::path folder_;
+  TemporaryFolder folder_;
 };
 
 }  // namespace qlx99::tests

@@ -70,6 +70,10 @@ class Watcher {
   virtual void Sees(OpenDialog& dialog) = 0;         // must close it
 };
 
+// Once, before the first test. From then on a dialog or a message box that appears while there is
+// no Screen does not make the tests wait for ever.
+void WatchTheScreen();
+
 // As long as it exists, everything that appears is shown to the watcher.
 class Screen {
  public:

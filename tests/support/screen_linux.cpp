@@ -1,5 +1,7 @@
 #include "platform/screen.h"
 
+#include <cstdio>
+
 #include "support/screen.h"
 #include "support/text.h"
 
@@ -52,6 +54,9 @@ class Screen::Implementation final : public platform::Screen {
  private:
   Watcher& watcher_;
 };
+
+// Nobody sits at the terminal: a dialog that no test expects is cancelled.
+void WatchTheScreen() { std::freopen("/dev/null", "r", stdin); }
 
 Screen::Screen(Watcher& watcher) : implementation_(std::make_unique<Implementation>(watcher)) {}
 

@@ -9,24 +9,34 @@ namespace {
 
 constexpr UINT kAnsi = 1252;
 
-std::string Convert(std::string_view text, UINT from, UINT to) {
-  if (text.empty()) return {};
+using WideString = std::basic_string<WCHAR>;
+
+WideString ToWide(std::string_view text, UINT codePage) {
+  WideString wide(text.size(), WCHAR{});
   const int length = static_cast<int>(text.size());
-  std::basic_string<WCHAR> wide(text.size(), WCHAR{});
-  const int wideLength = MultiByteToWideChar(from, 0, text.data(), length, wide.data(), length);
+  const int wideLength = MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), length);
+  wide.resize(static_cast<std::size_t>(wideLength));
+  return wide;
+}
+
+std::string FromWide(const WideString& wide, UINT codePage) {
   // No character of Windows-1252 takes more than three bytes.
-  std::string converted(text.size() * 3, '\0');
-  const int size =
-      WideCharToMultiByte(to, to == kAnsi ? WC_NO_BEST_FIT_CHARS : 0, wide.data(), wideLength,
-                          converted.data(), static_cast<int>(converted.size()), nullptr, nullptr);
-  converted.resize(static_cast<std::size_t>(size));
-  return converted;
+  std::string text(wide.size() * 3, '\0');
+  const int length = WideCharToMultiByte(codePage, codePage == kAnsi ? WC_NO_BEST_FIT_CHARS : 0,
+                                         wide.data(), static_cast<int>(wide.size()), text.data(),
+                                         static_cast<int>(text.size()), nullptr, nullptr);
+  text.resize(static_cast<std::size_t>(length));
+  return text;
 }
 
 }  // namespace
 
-std::string Utf8(std::string_view ansi) { return Convert(ansi, kAnsi, CP_UTF8); }
+std::string Utf8(std::string_view ansi) { return FromWide(ToWide(ansi, kAnsi), CP_UTF8); }
 
-std::string Ansi(std::string_view utf8) { return Convert(utf8, CP_UTF8, kAnsi); }
+std::string Ansi(std::string_view utf8) { return FromWide(ToWide(utf8, CP_UTF8), kAnsi); }
+
+std::string Utf8(std::u16string_view utf16) {
+  return FromWide({utf16.begin(), utf16.end()}, CP_UTF8);
+}
 
 }  // namespace qlx99::tests

@@ -10,5 +10,6 @@ namespace qlx99::tests {
 // bytes are.
 std::string Utf8(std::string_view ansi);
 std::string Ansi(std::string_view utf8);
+std::string Utf8(std::u16string_view utf16);
 
 }  // namespace qlx99::tests

@@ -1,23 +1,28 @@
 // What the tests need of the world they run in and cannot ask in Windows' words.
 #pragma once
 
+#include <chrono>
+#include <cstddef>
 #include <filesystem>
+#include <span>
 #include <string>
+
+#include "platform/windows_api.h"
 
 namespace qlx99::tests::world {
 
-// The folder of the test program. The products do not lie in it, or no test could have an office
+// The folder of this program. The products do not lie in it, or no test could have an office
 // without a record manager: libraries are looked for beside the program first.
 std::filesystem::path ProgramFolder();
 
 // The file's name of a library that Windows knows as `name`.dll.
 std::string LibraryFile(const std::string& name);
 
-// From now on the registry of this process is an empty one of its own, which may be kept in
-// `folder`.
-void UsePrivateRegistry(const std::filesystem::path& folder);
+// The template among the library's resources.
+std::span<const std::byte> DialogTemplate(HMODULE library, WORD id);
 
-// A folder that nobody else uses, empty.
-std::filesystem::path MakeFolder();
+// After that time the process ends, with a word on stderr about `what` took so long. A further call
+// takes the place of the one before it.
+void SetDeadline(std::chrono::seconds time, const std::string& what);
 
 }  // namespace qlx99::tests::world

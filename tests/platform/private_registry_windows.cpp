@@ -1,4 +1,0 @@
-#include "private_registry.h"
-
-PrivateRegistry::PrivateRegistry() = default;
-PrivateRegistry::~PrivateRegistry() = default;

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "support/temporary_folder.h"
+
+namespace qlx99::tests {
+
+// As long as it exists, this process has a registry of its own, empty at first. One at a time.
+class PrivateRegistry {
+ public:
+  // A key for tests that need just any.
+  static constexpr auto kKey = "SOFTWARE\\qlx99 tests";
+
+  PrivateRegistry();
+  ~PrivateRegistry();
+  PrivateRegistry(const PrivateRegistry&) = delete;
+  PrivateRegistry& operator=(const PrivateRegistry&) = delete;
+
+  // Holds, where the registry is a file, that file and nothing else.
+  const std::filesystem::path& Folder() const { return folder_.Path(); }
+
+ private:
+  TemporaryFolder folder_;
+};
+
+}  // namespace qlx99::tests

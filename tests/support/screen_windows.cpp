@@ -1,0 +1,251 @@
+// The person at the screen of Windows: a thread that sees to the dialogs and message boxes of this
+// process as they appear, while the main thread waits in them.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+#include "support/screen.h"
+#include "support/text.h"
+
+namespace qlx99::tests {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kGlance = 1ms;       // from one look at the screen to the next
+constexpr UINT kPatience = 10'000;  // in milliseconds, with a window that does not answer
+
+constexpr const char* kDialogClass = "#32770";
+constexpr int kMessageText = 0xFFFF;  // the control of that id that every message box has
+
+// What the window answers; nothing when it is gone or, which fails the test, does not answer.
+std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wordParam = 0, LPARAM longParam = 0) {
+  DWORD_PTR answer = 0;
+  if (SendMessageTimeoutA(window, message, wordParam, longParam, SMTO_NORMAL, kPatience, &answer) ==
+      0) {
+    EXPECT_FALSE(IsWindow(window)) << "a window does not answer message " << message;
+    return std::nullopt;
+  }
+  return static_cast<LRESULT>(answer);
+}
+
+std::string TextOf(HWND window) {
+  std::array<char, 4096> text{};
+  Ask(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+  return Utf8(text.data());
+}
+
+std::string LineOf(HWND list, WPARAM index) {
+  std::string line(static_cast<std::size_t>(Ask(list, LB_GETTEXTLEN, index).value_or(0)) + 1, '\0');
+  Ask(list, LB_GETTEXT, index, reinterpret_cast<LPARAM>(line.data()));
+  return Utf8(line.c_str());
+}
+
+bool HasClass(HWND window, const char* name) {
+  std::array<char, 20> actual{};
+  GetClassNameA(window, actual.data(), static_cast<int>(actual.size()));
+  return lstrcmpiA(actual.data(), name) == 0;
+}
+
+bool HasStyle(HWND window, DWORD style) {
+  return (static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)) & style) != 0;
+}
+
+template <class Action>
+void ForEachControl(HWND dialog, Action action) {
+  for (HWND control = GetWindow(dialog, GW_CHILD); control != nullptr;
+       control = GetWindow(control, GW_HWNDNEXT)) {
+    action(control);
+  }
+}
+
+ShownControl LookAt(HWND control) {
+  ShownControl shown{GetDlgCtrlID(control),
+                     TextOf(control),
+                     static_cast<DWORD>(GetWindowLongA(control, GWL_STYLE)),
+                     {},
+                     -1};
+  if (!HasClass(control, "LISTBOX")) return shown;
+  const auto count = static_cast<WPARAM>(Ask(control, LB_GETCOUNT).value_or(0));
+  for (WPARAM i = 0; i < count; ++i) shown.lines.push_back(LineOf(control, i));
+  shown.selected = static_cast<int>(Ask(control, LB_GETCURSEL).value_or(LB_ERR));
+  return shown;
+}
+
+class Dialog final : public OpenDialog {
+ public:
+  explicit Dialog(HWND window) : window_(window) {}
+
+  ShownDialog Look() const override {
+    ShownDialog shown{TextOf(window_), {}};
+    ForEachControl(window_, [&](HWND control) { shown.controls.push_back(LookAt(control)); });
+    return shown;
+  }
+
+  bool IsOpen() const override { return IsWindowVisible(window_) != FALSE; }
+
+  bool Select(int listId, int index) override {
+    return Click(listId, index, {WM_LBUTTONDOWN, WM_LBUTTONUP});
+  }
+
+  bool DoubleClick(int listId, int index) override {
+    return Click(listId, index, {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP});
+  }
+
+  bool Press(int buttonId) override {
+    HWND button = Reachable(buttonId, "BUTTON");
+    return button != nullptr && Ask(button, BM_CLICK);
+  }
+
+  // By the close box where there is one, or else by the Escape key.
+  void Cancel() override {
+    if (HasStyle(window_, WS_SYSMENU)) {
+      PostMessageA(window_, WM_SYSCOMMAND, SC_CLOSE, 0);
+    } else {
+      PostMessageA(window_, WM_KEYDOWN, VK_ESCAPE, 0);
+    }
+    for (UINT waited = 0; IsOpen() && waited < kPatience; ++waited) {
+      std::this_thread::sleep_for(1ms);
+    }
+  }
+
+ private:
+  // The control, if it is of that class and a person can get at it.
+  HWND Reachable(int id, const char* controlClass) const {
+    HWND control = IsOpen() ? GetDlgItem(window_, id) : nullptr;
+    const bool reachable = control != nullptr && HasClass(control, controlClass) &&
+                           IsWindowVisible(control) && IsWindowEnabled(control);
+    return reachable ? control : nullptr;
+  }
+
+  // With the mouse, in the middle of the line.
+  bool Click(int listId, int index, std::initializer_list<UINT> mouseMessages) {
+    HWND list = Reachable(listId, "LISTBOX");
+    if (list == nullptr || index < 0 || index >= Ask(list, LB_GETCOUNT)) return false;
+    const auto line = static_cast<WPARAM>(index);
+    RECT place{};
+    Ask(list, LB_SETTOPINDEX, line);
+    Ask(list, LB_GETITEMRECT, line, reinterpret_cast<LPARAM>(&place));
+    const LPARAM middle =
+        MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+    for (const UINT message : mouseMessages) {
+      Ask(list, message, message == WM_LBUTTONUP ? 0 : MK_LBUTTON, middle);
+    }
+    return true;
+  }
+
+  HWND window_;
+};
+
+struct MessageIcon {
+  LPSTR icon;
+  UINT style;
+};
+
+const MessageIcon kIcons[] = {{IDI_HAND, MB_ICONHAND},
+                              {IDI_QUESTION, MB_ICONQUESTION},
+                              {IDI_EXCLAMATION, MB_ICONEXCLAMATION},
+                              {IDI_ASTERISK, MB_ICONASTERISK}};
+
+// What is to be seen of it: the icon, whether it stays above all other windows, and whether OK is
+// the only button.
+UINT StyleOf(HWND messageBox) {
+  UINT style = MB_OK;
+  if ((GetWindowLongA(messageBox, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0) style |= MB_SYSTEMMODAL;
+  ForEachControl(messageBox, [&](HWND control) {
+    if (!HasStyle(control, WS_VISIBLE)) return;
+    if (HasClass(control, "BUTTON") && GetDlgCtrlID(control) != IDOK) style |= MB_TYPEMASK;
+    const LRESULT shown = HasClass(control, "STATIC") ? *Ask(control, STM_GETICON) : 0;
+    for (const auto& [icon, iconStyle] : kIcons) {
+      if (shown != 0 && reinterpret_cast<HICON>(shown) == LoadIconA(nullptr, icon)) {
+        style |= iconStyle;
+      }
+    }
+  });
+  return style;
+}
+
+// Once it has answered: one that ends while it begins is visible for a moment, too.
+bool IsWaiting(HWND window) {
+  return IsWindowVisible(window) && Ask(window, WM_NULL) && IsWindowVisible(window);
+}
+
+// Whoever finds a window that no test expects.
+class Passer final : public Watcher {
+ public:
+  void Sees(const MessageBox& message) override { ADD_FAILURE() << "unexpected " << message; }
+  void Sees(OpenDialog& dialog) override {
+    ADD_FAILURE() << "unexpected " << dialog.Look();
+    dialog.Cancel();
+  }
+};
+
+class Person {
+ public:
+  void Serve(Watcher& watcher) {
+    const std::lock_guard lock(mutex_);
+    watcher_ = &watcher;
+  }
+
+  // Returns when no watcher is busy any more.
+  void ServeNobody() { Serve(passer_); }
+
+  [[noreturn]] void Watch() {
+    for (;; std::this_thread::sleep_for(kGlance)) {
+      HWND window = nullptr;
+      while ((window = FindWindowExA(nullptr, window, kDialogClass, nullptr)) != nullptr) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        if (process == GetCurrentProcessId() && IsWaiting(window)) Show(window);
+      }
+    }
+  }
+
+ private:
+  void Show(HWND window) {
+    const std::lock_guard lock(mutex_);
+    Dialog dialog(window);
+    HWND text = GetDlgItem(window, kMessageText);
+    if (text == nullptr) {
+      watcher_->Sees(dialog);
+    } else {
+      watcher_->Sees({TextOf(text), TextOf(window), StyleOf(window)});
+      dialog.Press(IDOK);
+    }
+    if (dialog.IsOpen()) ADD_FAILURE() << "still open: " << dialog.Look();
+  }
+
+  std::mutex mutex_;
+  Passer passer_;
+  Watcher* watcher_ = &passer_;
+};
+
+// Not destroyed, as its thread watches until the process ends.
+Person& ThePerson() {
+  static auto& person = *new Person;
+  return person;
+}
+
+}  // namespace
+
+void WatchTheScreen() {
+  std::thread([] { ThePerson().Watch(); }).detach();
+}
+
+class Screen::Implementation {
+ public:
+  explicit Implementation(Watcher& watcher) { ThePerson().Serve(watcher); }
+  ~Implementation() { ThePerson().ServeNobody(); }
+  Implementation(const Implementation&) = delete;
+  Implementation& operator=(const Implementation&) = delete;
+};
+
+Screen::Screen(Watcher& watcher) : implementation_(std::make_unique<Implementation>(watcher)) {}
+
+Screen::~Screen() = default;
+
+}  // namespace qlx99::tests

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace qlx99::tests {
+
+// An empty folder that nobody else uses, until the end of its scope. What cannot be removed then,
+// because a file is still open, goes with RemoveTemporaryFolders.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  const std::filesystem::path& Path() const { return path_; }
+  std::string Text() const { return path_.string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+// Once, when all tests have run.
+void RemoveTemporaryFolders();
+
+}  // namespace qlx99::tests

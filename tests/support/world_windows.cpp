@@ -1,0 +1,43 @@
+#include "support/world.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace qlx99::tests::world {
+namespace {
+
+std::string farewell;
+
+void CALLBACK EndProcess(void* /*parameter*/, BOOLEAN /*fired*/) {
+  std::fputs(farewell.c_str(), stderr);
+  std::fflush(stderr);
+  TerminateProcess(GetCurrentProcess(), EXIT_FAILURE);  // whatever the other threads wait for
+}
+
+}  // namespace
+
+std::filesystem::path ProgramFolder() {
+  std::string path(MAX_PATH, '\0');
+  path.resize(GetModuleFileNameA(nullptr, path.data(), MAX_PATH));
+  return std::filesystem::path(path).parent_path();
+}
+
+std::string LibraryFile(const std::string& name) { return name + ".dll"; }
+
+std::span<const std::byte> DialogTemplate(HMODULE library, WORD id) {
+  HRSRC resource = FindResourceA(library, MAKEINTRESOURCEA(id), RT_DIALOG);
+  if (resource == nullptr) return {};
+  const void* const bytes = LockResource(LoadResource(library, resource));
+  return {static_cast<const std::byte*>(bytes), SizeofResource(library, resource)};
+}
+
+void SetDeadline(std::chrono::seconds time, const std::string& what) {
+  static HANDLE timer = nullptr;
+  if (timer != nullptr) DeleteTimerQueueTimer(nullptr, timer, INVALID_HANDLE_VALUE);
+  farewell = what + " takes too long\n";
+  CreateTimerQueueTimer(&timer, nullptr, EndProcess, nullptr,
+                        static_cast<DWORD>(std::chrono::milliseconds(time).count()), 0,
+                        WT_EXECUTEONLYONCE);
+}
+
+}  // namespace qlx99::tests::world
