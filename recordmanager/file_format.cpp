@@ -63,6 +63,9 @@ int ClearLogs(const std::string& path) {
   if (InspectFile(path).kind == FileKind::kFile) {
     Connection connection;
     status = connection.Open(path, Connection::Way::kExisting);
+    if (status == btrieve::kSuccess && connection.IsReadOnly()) {
+      return btrieve::kPermissionError;
+    }
     if (status == btrieve::kSuccess) {
       status = connection.Execute("PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE; COMMIT");
     }

@@ -23,8 +23,8 @@ int OpenFiles::Open(const std::string& path, bool readOnly, const ClientId& clie
   if (!readOnly && database->file->IsReadOnly()) {
     return btrieve::kPermissionError;
   }
+  Slot& slot = FreeSlot(handle.slot);  // which may be the last of the memory
   ++database->users;
-  Slot& slot = FreeSlot(handle.slot);
   handle.generation = ++slot.generation;
   slot.database = database;
   slot.client = client;

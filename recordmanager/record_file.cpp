@@ -15,6 +15,25 @@ bool IsZero(const std::uint8_t* bytes, std::size_t length) {
   return std::all_of(bytes, bytes + length, [](std::uint8_t byte) { return byte == 0; });
 }
 
+// Takes a transaction back at the end of its scope if it is still open then, also for lack of
+// memory.
+class UnlessCommitted {
+ public:
+  UnlessCommitted(const Connection& connection, Statement& rollBack)
+      : connection_(connection), rollBack_(rollBack) {}
+  UnlessCommitted(const UnlessCommitted&) = delete;
+  UnlessCommitted& operator=(const UnlessCommitted&) = delete;
+  ~UnlessCommitted() {
+    if (connection_.IsInTransaction()) {
+      rollBack_.Run();
+    }
+  }
+
+ private:
+  const Connection& connection_;
+  Statement& rollBack_;
+};
+
 }  // namespace
 
 int RecordFile::Open(const std::string& path, std::unique_ptr<RecordFile>& file) {
@@ -34,6 +53,7 @@ int RecordFile::Prepare() {
   const std::pair<Statement*, std::string> statements[] = {
       {&begin_, "BEGIN IMMEDIATE"},
       {&commit_, "COMMIT"},
+      {&rollBack_, "ROLLBACK"},
       // By its row and without RETURNING: otherwise SQLite prepares to take the statement back, which
       // costs more than all the rest of an insertion into an open transaction.
       {&countChange_, "UPDATE file SET changes = changes + 1 WHERE rowid = 1"},
@@ -100,14 +120,9 @@ int RecordFile::Write(Body body) {
     return status;
   }
   unsettled_ = true;
-  int status = body();
-  if (status == btrieve::kSuccess) {
-    status = commit_.Run();
-  }
-  if (connection_.IsInTransaction()) {
-    connection_.Execute("ROLLBACK");
-  }
-  return status;
+  const UnlessCommitted takenBack(connection_, rollBack_);
+  const int status = body();
+  return status == btrieve::kSuccess ? commit_.Run() : status;
 }
 
 int RecordFile::NextChange(std::int64_t& change) {
@@ -267,9 +282,7 @@ void RecordFile::RollBack() {
   if (!inTransaction_) {
     return;
   }
-  if (connection_.IsInTransaction()) {
-    connection_.Execute("ROLLBACK");
-  }
+  const UnlessCommitted takenBack(connection_, rollBack_);
   inTransaction_ = false;
   ++rollbacks_;
 }

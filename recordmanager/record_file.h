@@ -90,8 +90,8 @@ class RecordFile {
   Connection connection_;
   RecordLayout layout_;
   std::vector<KeyReads> reads_;
-  Statement begin_, commit_, countChange_, readChange_, loadEntries_, insert_, rewrite_, rekey_,
-      delete_;
+  Statement begin_, commit_, rollBack_, countChange_, readChange_, loadEntries_, insert_, rewrite_,
+      rekey_, delete_;
   bool inTransaction_ = false;
   bool unsettled_ = false;
   std::uint32_t rollbacks_ = 0;

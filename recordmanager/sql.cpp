@@ -19,6 +19,9 @@ int StatusOf(int sqliteCode) {
   if (sqliteCode == SQLITE_CONSTRAINT_UNIQUE) {
     return btrieve::kDuplicateKey;
   }
+  if (sqliteCode == SQLITE_IOERR_SHMSIZE) {  // no room for the memory that users of a log share
+    return btrieve::kDiskFull;
+  }
   switch (sqliteCode & 0xFF) {  // the rest of an extended code tells apart what has one status
     case SQLITE_OK:
     case SQLITE_ROW:
@@ -30,6 +33,8 @@ int StatusOf(int sqliteCode) {
       return btrieve::kRecordInUse;
     case SQLITE_FULL:
       return btrieve::kDiskFull;
+    case SQLITE_NOMEM:
+      return btrieve::kOutOfMemory;
     case SQLITE_NOTADB:
       return btrieve::kNotARecordFile;
     case SQLITE_READONLY:
@@ -90,7 +95,9 @@ int Connection::Open(const std::string& path, Way way) {
     flags |= SQLITE_OPEN_CREATE;
   }
   const int result = sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr);
-  sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+  if (handle_ != nullptr) {  // as it is for lack of memory
+    sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+  }
   return StatusOf(result);
 }
 
