@@ -120,7 +120,9 @@ int CheckMarks(Connection& connection) {
 int SetJournal(Connection& connection, bool local) {
   std::string mode;
   int status = connection.QueryText("PRAGMA journal_mode", mode);
-  if (status == btrieve::kSuccess && !(local && mode == "wal")) {
+  if (status == btrieve::kSuccess && local && mode == "wal") {
+    connection.SetLogged();
+  } else if (status == btrieve::kSuccess) {
     status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
     if (status == btrieve::kSuccess && mode != "truncate") {
       return btrieve::kFileInUse;
