@@ -2,7 +2,6 @@
 
 #include "frame/bytes.h"
 #include "office/host.h"
-#include "office/setup.h"
 
 namespace bench {
 namespace {
@@ -19,7 +18,7 @@ void SetOffices(const std::filesystem::path& folder) {
   std::filesystem::create_directories(offices.work);
 }
 
-void UseOffice(const std::filesystem::path& office) { office::SetUp(office); }
+void UseOffice(const std::filesystem::path& office) { SetDataRoot(office::NativeText(office)); }
 
 qlx99::DataRoot DataRootOf(const std::filesystem::path& office) {
   qlx99::DataRoot root{};

@@ -28,9 +28,6 @@ class NobodyThere final : public platform::Screen {
 
 int Run(int count, char** arguments) {
   bench::SetOffices(std::filesystem::absolute(arguments[1]));
-  setenv("QLX99_REGISTRY", (bench::TheOffices().work / "registry.reg").c_str(), 1);
-  NobodyThere nobody;
-  platform::SetScreen(&nobody);
   bench::LoadManagers();
   bench::RegisterExportMeasurements();
   bench::RegisterEmbeddedMeasurements();
@@ -47,8 +44,10 @@ int Run(int count, char** arguments) {
 
 int main(int count, char** arguments) {
   try {
-    if (count == 3 && std::string(arguments[1]) == bench::kStartOption) {
-      return bench::PrintStart(arguments[2]);
+    NobodyThere nobody;
+    platform::SetScreen(&nobody);
+    if (count == 4 && std::string(arguments[1]) == bench::kStartOption) {
+      return bench::PrintStart(arguments[2], arguments[3]);
     }
     if (count >= 2) return Run(count, arguments);
     std::fputs("usage: qlx99_bench FOLDER [OPTION...]\n", stderr);

@@ -29,6 +29,6 @@ void Register(const std::string& name, Measure measure) {
 
 // The program is called like this by itself, to see what a start takes (start_bench.cpp).
 inline constexpr const char* kStartOption = "--start";
-int PrintStart(const char* library);
+int PrintStart(const char* library, const char* office);
 
 }  // namespace bench

@@ -12,7 +12,6 @@
 #include "bench/measurements.h"
 #include "bench/timing.h"
 #include "frame/exports.h"
-#include "office/host.h"
 #include "store/result_record.h"
 
 namespace bench {
@@ -28,8 +27,8 @@ struct Start {
 Start StartOnce() {
   const auto program = std::filesystem::read_symlink("/proc/self/exe");
   const auto library = program.parent_path() / "libqlx99.so";
-  const std::string command =
-      "'" + program.string() + "' " + kStartOption + " '" + library.string() + "'";
+  const std::string command = "'" + program.string() + "' " + kStartOption + " '" +
+                              library.string() + "' '" + TheOffices().usual.string() + "'";
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> output(popen(command.c_str(), "r"), pclose);
   Start start;
   if (!output || std::fscanf(output.get(), "%lf %lf %lf", &start.attach, &start.firstCall,
@@ -40,7 +39,6 @@ Start StartOnce() {
 }
 
 void MeasureStart(benchmark::State& state, double Start::*part) {
-  UseOffice(TheOffices().usual);
   std::vector<double> ours;
   std::vector<double> later;
   for ([[maybe_unused]] auto turn : state) {
@@ -56,7 +54,8 @@ void MeasureStart(benchmark::State& state, double Start::*part) {
 
 }  // namespace
 
-int PrintStart(const char* library) {
+int PrintStart(const char* library, const char* office) {
+  UseOffice(office);
   HMODULE module = nullptr;
   Samples attach;
   attach.Time([&] { module = LoadLibraryA(library); });
