@@ -99,7 +99,7 @@ constexpr const char* kNextSql =
 constexpr const char* kStepSql = "SELECT id, version, key0, data FROM record ORDER BY key0";
 
 void SetUpConnection(PlainConnection& connection) {
-  connection.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -512");
+  connection.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -2048");
 }
 
 // The same with SQLite alone.
