@@ -4,10 +4,11 @@
 #include <ostream>
 #include <string>
 
-#include "frame/attach.h"
 #include "frame/registry.h"
+#include "frame/sibling_library.h"
 #include "office/failure.h"
 #include "office/host.h"
+#include "office/install_kind.h"
 #include "office/record_manager.h"
 #include "office/show_file.h"
 #include "record_files.h"
@@ -46,9 +47,9 @@ class Report {
 };
 
 std::string KindOfInstallation() {
-  const bool local = qlx99::CurrentAttachment().installKind == qlx99::InstallKind::kLocal;
-  return local ? "ProgramName: the library reads the record files itself"
-               : "ProgramName: the library hands every call on to the sibling library";
+  return std::string("ProgramName: ") + KindName() +
+         (IsDelegated() ? ", the library hands every call on to the sibling library"
+                        : ", the library reads the record files itself");
 }
 
 // The library reads a file by the last of the keys that it declares, and follow-ups also by their
@@ -97,24 +98,59 @@ std::string LookAtFile(const RecordManager& manager, const std::filesystem::path
 template <const qlx99::RegistryValue& value>
 std::string LookAtValue() {
   const auto text = qlx99::ReadConfiguration<value>();
-  if (!text) throw Failure(std::string(value.name) + " is not set; `qlx setup DIR` sets it");
+  if (!text) {
+    throw Failure(std::string(value.name) + " is not set" +
+                  (IsDelegated() ? "" : "; `qlx setup DIR` sets it"));
+  }
   return std::string(value.name) + ": " + text->data();
+}
+
+void LookAtRecordFiles(Report& report) {
+  report.Add(LookAtValue<qlx99::kDataRoot>);
+  report.Add(LookAtValue<qlx99::kDocuRoot>);
+  report.Add(LookAtValue<qlx99::kProgramRoot>);
+  const RecordManager manager;
+  report.Good("Record manager: " + manager.Name());
+  const std::filesystem::path directory = ConfiguredDataRoot();
+  for (const RecordLayout& layout : qlx99::kRecordFiles) {
+    report.Add([&] { return LookAtFile(manager, directory, layout); });
+  }
+}
+
+std::string LookAtInquiryProgram(const qlx99::MappingRoot& root) {
+  const std::string file = qlx99::PathBelow(root, qlx99::kInquiryProgram).data();
+  if (_access(file.c_str(), 0) != 0) throw Failure(file + ": there is no such file");
+  return "Inquiry program: " + file;
+}
+
+std::string LookAtSiblingLibrary(const qlx99::MappingRoot& root) {
+  const std::string file = qlx99::PathBelow(root, qlx99::kSiblingFile).data();
+  HMODULE library = LoadLibraryA(file.c_str());
+  if (library == nullptr) {
+    throw Failure(file + ": it cannot be loaded (error " + std::to_string(GetLastError()) + ")");
+  }
+  FreeLibrary(library);
+  return "Sibling library: " + file;
+}
+
+void LookAtOtherPrograms(Report& report) {
+  report.Add(LookAtValue<qlx99::kMappingRoot>);
+  const auto root = qlx99::ReadConfiguration<qlx99::kMappingRoot>();
+  if (!root) return;
+  report.Add([&] { return LookAtInquiryProgram(*root); });
+  report.Add([&] { return LookAtSiblingLibrary(*root); });
 }
 
 }  // namespace
 
 bool CheckOffice(std::ostream& out) {
   Report report(out);
-  report.Add(LookAtValue<qlx99::kDataRoot>);
-  report.Add(LookAtValue<qlx99::kDocuRoot>);
-  report.Add(LookAtValue<qlx99::kProgramRoot>);
   report.Good(KindOfInstallation());
   try {
-    const RecordManager manager;
-    report.Good("Record manager: " + manager.Name());
-    const std::filesystem::path directory = ConfiguredDataRoot();
-    for (const RecordLayout& layout : qlx99::kRecordFiles) {
-      report.Add([&] { return LookAtFile(manager, directory, layout); });
+    if (IsDelegated()) {
+      LookAtOtherPrograms(report);
+    } else {
+      LookAtRecordFiles(report);
     }
   } catch (const Failure& failure) {
     report.Bad(failure.what());

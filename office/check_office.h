@@ -1,4 +1,5 @@
-// Whether an installation can work: registry, record manager and every record file.
+// Whether an installation can work: registry, record manager and every record file; in the
+// delegated kind, what lies below the mapping root.
 #pragma once
 
 #include <iosfwd>

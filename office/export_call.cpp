@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "office/failure.h"
+#include "office/install_kind.h"
 #include "office/text_encoding.h"
 
 namespace office {
@@ -53,8 +54,9 @@ std::optional<DeliveredRecord> ReadExport(std::string_view name,
 std::string DescribeCall(std::string_view name, const std::vector<std::string>& arguments) {
   const Export& called = ExportNamed(name);
   const CallOutcome outcome = CallExport(called, arguments);
-  std::string lines =
-      "result: " + std::to_string(outcome.result) + "  (" + std::string(called.meaning) + ")\n";
+  std::string lines = std::string("kind: ") + KindName() + "\n" +
+                      "result: " + std::to_string(outcome.result) + "  (" +
+                      std::string(called.meaning) + ")\n";
   if (called.fields.empty()) return lines;
   if (!outcome.ansiRecord) return lines + "record: none; the buffer was left as it was\n";
   const DeliveredRecord record(called, *outcome.ansiRecord);

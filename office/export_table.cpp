@@ -22,7 +22,7 @@ std::function<std::int32_t(CallArguments&)> Calling(std::int32_t(WINAPI* functio
   };
 }
 
-const std::vector<std::string_view> kFollowUpArguments = {"kindId",       "date",          "userId",
+const std::vector<std::string_view> kFollowUpArguments = {"kindId",       "dueDate",       "userId",
                                                           "secondUserId", "partyRecordId", "text"};
 
 std::vector<std::string_view> Before(std::string_view first, std::vector<std::string_view> others) {
@@ -40,11 +40,11 @@ const std::vector<std::string_view> kAddressFields = {
 const std::vector<std::string_view> kCaseFields = {
     "rubrum",   "text40",      "text30",      "shortCode",  "caseType",
     "amount",   "firstDate",   "secondDate",  "longText",   "userName",
-    "userSign", "archiveDate", "archiveMark", "partyCount", "currency"};
+    "userSign", "archiveDate", "archiveMark", "partyCount", "currencyCode"};
 
 const std::vector<std::string_view> kFollowUpFields = {
-    "date",   "kindName",       "kindId",         "text",         "userName",      "userSign",
-    "userId", "secondUserName", "secondUserSign", "secondUserId", "partyPosition", "id"};
+    "dueDate", "kindName",       "kindId",         "text",         "userName",      "userSign",
+    "userId",  "secondUserName", "secondUserSign", "secondUserId", "partyPosition", "id"};
 
 const std::vector<std::string_view> kPartyListFields = {
     "relationCode", "salutation",    "name",       "nameAddition", "street",

@@ -42,14 +42,14 @@ std::string FollowUpTable(const std::string& caseNumber) {
   if (followUps.empty())
     throw Failure("Case " + caseNumber + " has no follow-ups, or there is no such case.");
   std::ranges::stable_sort(followUps, {}, [](const DeliveredRecord& followUp) {
-    return Chronological(followUp["date"]);
+    return Chronological(followUp["dueDate"]);
   });
   std::vector<std::vector<std::string>> rows;
   rows.reserve(followUps.size());
   for (const DeliveredRecord& followUp : followUps) {
-    rows.push_back({followUp["date"], followUp["kindName"], followUp["text"], followUp["userSign"],
-                    followUp["secondUserSign"], PartyName(caseNumber, followUp["partyPosition"]),
-                    followUp["id"]});
+    rows.push_back({followUp["dueDate"], followUp["kindName"], followUp["text"],
+                    followUp["userSign"], followUp["secondUserSign"],
+                    PartyName(caseNumber, followUp["partyPosition"]), followUp["id"]});
   }
   return TextTable({"Date", "Kind", "Text", "User", "Second", "Party", "ID"}, rows);
 }

@@ -90,7 +90,7 @@ std::string SalutationLine(const DeliveredRecord& address) {
 std::string AmountSentence(const DeliveredRecord& caseData) {
   const std::string& amount = caseData["amount"];
   if (amount == "0,00") return {};
-  const std::string text = Joined({amount, caseData["currency"]}, " ");
+  const std::string text = Joined({amount, caseData["currencyCode"]}, " ");
   if (amount.starts_with('-')) return "Zur Akte ist ein Betrag von " + text + " vermerkt.";
   return "Der Gegenstandswert beträgt derzeit " + text + ".";
 }

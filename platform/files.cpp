@@ -6,6 +6,16 @@
 
 #include "platform/windows_api.h"
 
+namespace {
+
+std::string NativePath(const char* path) {
+  std::string native = path;
+  std::replace(native.begin(), native.end(), '\\', '/');
+  return native;
+}
+
+}  // namespace
+
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the C runtime's own name
 int _access(const char* path, int mode) {
   constexpr int kReadAndWrite = 6;  // the two bits mean the same on both systems
@@ -13,7 +23,13 @@ int _access(const char* path, int mode) {
     errno = EINVAL;
     return -1;
   }
-  std::string native = path;
-  std::replace(native.begin(), native.end(), '\\', '/');
-  return access(native.c_str(), mode);
+  return access(NativePath(path).c_str(), mode);
+}
+
+BOOL WINAPI SetCurrentDirectoryA(LPCSTR path) {
+  if (path != nullptr && chdir(NativePath(path).c_str()) == 0) {
+    return TRUE;
+  }
+  SetLastError(ERROR_FILE_NOT_FOUND);
+  return FALSE;
 }

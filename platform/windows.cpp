@@ -1,55 +1,208 @@
-// Windows and their messages.
+// Windows: their classes, their lives, and what can be asked about them.
 #include <algorithm>
-#include <cstring>
-#include <map>
-#include <mutex>
 #include <string>
+#include <vector>
 
+#include "platform/desktop.h"
 #include "platform/dialog.h"
+#include "platform/unsupported.h"
 #include "platform/windows_api.h"
 
 namespace {
 
-struct MessageNames {
-  std::mutex mutex;
-  std::map<std::string, UINT> numbers;
-};
+using platform::Desktop;
+using platform::TheDesktop;
+using platform::Unsupported;
+using platform::UpperCase;
+using platform::Window;
 
-MessageNames& Names() {
-  static auto& names = *new MessageNames;
-  return names;
+using Lock = std::lock_guard<std::mutex>;
+
+template <class Result>
+Result Fail(DWORD error, Result result) {
+  SetLastError(error);
+  return result;
+}
+
+/// Null, with the last error set, when there is no such window.
+Window* Find(HWND window) {
+  Window* found = TheDesktop().Find(window);
+  return found != nullptr ? found : Fail<Window*>(ERROR_INVALID_WINDOW_HANDLE, nullptr);
+}
+
+HWND Add(Window window) {
+  constexpr std::uintptr_t kFirst = 0x10000;  // no handle looks like a small number
+  Desktop& desktop = TheDesktop();
+  auto* handle = reinterpret_cast<HWND>(kFirst + 2 * ++desktop.lastHandle);
+  desktop.windows.emplace(handle, std::move(window));
+  return handle;
+}
+
+std::vector<HWND> OwnedBy(HWND owner) {
+  const Lock lock(TheDesktop().mutex);
+  std::vector<HWND> owned;
+  for (const auto& [handle, window] : TheDesktop().windows) {
+    if (window.owner == owner) {
+      owned.push_back(handle);
+    }
+  }
+  return owned;
 }
 
 }  // namespace
 
-BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text) {
-  platform::Dialog* dialog = platform::DialogOf(window);
-  if (dialog == nullptr) {
-    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
-    return FALSE;
+ATOM WINAPI RegisterClassA(const WNDCLASSA* windowClass) {
+  Desktop& desktop = TheDesktop();
+  const Lock lock(desktop.mutex);
+  const auto [place, isNew] = desktop.classes.try_emplace(
+      {windowClass->hInstance, UpperCase(windowClass->lpszClassName)}, *windowClass);
+  if (!isNew) {
+    return Fail<ATOM>(ERROR_CLASS_ALREADY_EXISTS, 0);
   }
-  dialog->SetTitle(text);
+  place->second.lpszClassName = nullptr;  // the caller's
+  return static_cast<ATOM>(0xC000 + desktop.classes.size());
+}
+
+BOOL WINAPI UnregisterClassA(LPCSTR className, HINSTANCE module) {
+  Desktop& desktop = TheDesktop();
+  const Lock lock(desktop.mutex);
+  const auto found = desktop.classes.find({module, UpperCase(className)});
+  if (found == desktop.classes.end()) {
+    return Fail<BOOL>(ERROR_CLASS_DOES_NOT_EXIST, FALSE);
+  }
+  const bool hasWindows = std::ranges::any_of(
+      desktop.windows, [&](const auto& one) { return one.second.windowClass == found->first; });
+  if (hasWindows) {
+    return Fail<BOOL>(ERROR_CLASS_HAS_WINDOWS, FALSE);
+  }
+  desktop.classes.erase(found);
   return TRUE;
 }
 
-UINT WINAPI RegisterWindowMessageA(LPCSTR name) {
-  constexpr UINT kFirst = 0xC000;
-  constexpr UINT kLast = 0xFFFF;
-  std::string key = name == nullptr ? "" : name;
-  CharUpperBuffA(key.data(), static_cast<DWORD>(key.size()));
-  MessageNames& names = Names();
-  const std::lock_guard lock(names.mutex);
-  const UINT next = kFirst + static_cast<UINT>(names.numbers.size());
-  if (key.empty() || next > kLast) {
-    SetLastError(ERROR_INVALID_PARAMETER);
-    return 0;
+BOOL WINAPI GetClassInfoA(HINSTANCE module, LPCSTR className, WNDCLASSA* windowClass) {
+  const Lock lock(TheDesktop().mutex);
+  const auto found = TheDesktop().classes.find({module, UpperCase(className)});
+  if (found == TheDesktop().classes.end()) {
+    return Fail<BOOL>(ERROR_CLASS_DOES_NOT_EXIST, FALSE);
   }
-  return names.numbers.try_emplace(key, next).first->second;
+  *windowClass = found->second;
+  windowClass->lpszClassName = className;
+  return TRUE;
+}
+
+HWND WINAPI CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title, DWORD style,
+                            int /*x*/, int /*y*/, int /*width*/, int /*height*/, HWND owner,
+                            HMENU menu, HINSTANCE module, void* /*parameter*/) {
+  if (extendedStyle != 0 || (style & WS_CHILD) != 0 || menu != nullptr) {
+    Unsupported("CreateWindowExA", "a window with an extended style, a parent or a menu");
+  }
+  HWND handle = nullptr;
+  {
+    const Lock lock(TheDesktop().mutex);
+    const auto found = TheDesktop().classes.find({module, UpperCase(className)});
+    if (found == TheDesktop().classes.end()) {
+      return Fail<HWND>(ERROR_CANNOT_FIND_WND_CLASS, nullptr);
+    }
+    if (owner != nullptr && Find(owner) == nullptr) {
+      return nullptr;
+    }
+    handle = Add({found->first, found->second.lpfnWndProc, title == nullptr ? "" : title,
+                  style | WS_CLIPSIBLINGS, owner, platform::QueueOfThisThread()});
+  }
+  SendMessageA(handle, WM_CREATE, 0, 0);
+  return handle;
+}
+
+BOOL WINAPI DestroyWindow(HWND window) {
+  {
+    const Lock lock(TheDesktop().mutex);
+    const Window* found = Find(window);
+    if (found == nullptr) {
+      return FALSE;
+    }
+    if (found->queue != platform::QueueOfThisThread()) {
+      return Fail<BOOL>(ERROR_ACCESS_DENIED, FALSE);
+    }
+  }
+  for (HWND owned : OwnedBy(window)) {
+    DestroyWindow(owned);
+  }
+  SendMessageA(window, WM_DESTROY, 0, 0);
+  const Lock lock(TheDesktop().mutex);
+  TheDesktop().windows.erase(window);
+  return TRUE;
+}
+
+BOOL WINAPI IsWindow(HWND window) {
+  const Lock lock(TheDesktop().mutex);
+  return TheDesktop().Find(window) != nullptr || platform::DialogOf(window) != nullptr ? TRUE
+                                                                                       : FALSE;
+}
+
+HWND WINAPI FindWindowA(LPCSTR className, LPCSTR title) {
+  const std::string name = UpperCase(className);
+  const std::string text = UpperCase(title);
+  const Lock lock(TheDesktop().mutex);
+  for (const auto& [handle, window] : TheDesktop().windows) {
+    const bool isOfClass = className == nullptr || window.windowClass.second == name;
+    const bool hasTitle = title == nullptr || UpperCase(window.title.c_str()) == text;
+    if (isOfClass && hasTitle) {
+      return handle;
+    }
+  }
+  return nullptr;
+}
+
+// There is no screen on which they would show; only the style changes.
+BOOL WINAPI ShowWindow(HWND window, int command) {
+  const Lock lock(TheDesktop().mutex);
+  Window* found = Find(window);
+  if (found == nullptr) {
+    return FALSE;
+  }
+  const bool wasVisible = (found->style & WS_VISIBLE) != 0;
+  found->style = command == SW_HIDE ? found->style & ~WS_VISIBLE : found->style | WS_VISIBLE;
+  return wasVisible ? TRUE : FALSE;
+}
+
+LONG WINAPI GetWindowLongA(HWND window, int index) {
+  if (index != GWL_STYLE) {
+    Unsupported("GetWindowLongA", "anything but the style");
+  }
+  const Lock lock(TheDesktop().mutex);
+  const Window* found = Find(window);
+  return found == nullptr ? 0 : static_cast<LONG>(found->style);
+}
+
+BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text) {
+  if (platform::Dialog* dialog = platform::DialogOf(window); dialog != nullptr) {
+    dialog->SetTitle(text);
+    return TRUE;
+  }
+  const Lock lock(TheDesktop().mutex);
+  Window* found = Find(window);
+  if (found == nullptr) {
+    return FALSE;
+  }
+  found->title = text == nullptr ? "" : text;
+  return TRUE;
 }
 
 LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM /*wordParam*/, LPARAM longParam) {
   if (message == WM_SETTEXT) {
     return SetWindowTextA(window, reinterpret_cast<LPCSTR>(longParam));
   }
+  if (message == WM_CLOSE) {
+    DestroyWindow(window);
+  }
   return 0;
+}
+
+// Nothing is ever painted, so the brush only has to be told from others.
+HGDIOBJ WINAPI GetStockObject(int object) {
+  if (object != WHITE_BRUSH) {
+    Unsupported("GetStockObject", "stock object " + std::to_string(object));
+  }
+  static char whiteBrush = 0;
+  return &whiteBrush;
 }

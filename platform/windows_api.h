@@ -32,7 +32,6 @@ using WPARAM = std::uintptr_t;
 using LPARAM = std::intptr_t;
 using LRESULT = std::intptr_t;
 using INT_PTR = std::intptr_t;
-using UINT_PTR = std::uintptr_t;
 using LPVOID = void*;
 using LPCSTR = const char*;
 using LPSTR = char*;
@@ -43,11 +42,22 @@ using LPWSTR = WCHAR*;
 struct HINSTANCE__;
 struct HWND__;
 struct HKEY__;
+struct HMENU__;
+struct HICON__;
+struct HBRUSH__;
 using HINSTANCE = HINSTANCE__*;
 using HMODULE = HINSTANCE;
 using HWND = HWND__*;
 using HKEY = HKEY__*;
+using HMENU = HMENU__*;
+using HICON = HICON__*;
+using HCURSOR = HICON;
+using HBRUSH = HBRUSH__*;
+using HGDIOBJ = void*;
+using HANDLE = void*;
+using ATOM = WORD;
 using FARPROC = INT_PTR (*)();
+using WNDPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 using DLGPROC = INT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 
 inline constexpr BOOL TRUE = 1;
@@ -61,6 +71,7 @@ inline constexpr DWORD ERROR_SUCCESS = 0;
 inline constexpr DWORD ERROR_FILE_NOT_FOUND = 2;
 inline constexpr DWORD ERROR_ACCESS_DENIED = 5;
 inline constexpr DWORD ERROR_INVALID_HANDLE = 6;
+inline constexpr DWORD ERROR_BAD_FORMAT = 11;
 inline constexpr DWORD ERROR_INVALID_PARAMETER = 87;
 inline constexpr DWORD ERROR_INSUFFICIENT_BUFFER = 122;
 inline constexpr DWORD ERROR_MOD_NOT_FOUND = 126;
@@ -71,6 +82,9 @@ inline constexpr DWORD ERROR_INVALID_FLAGS = 1004;
 inline constexpr DWORD ERROR_NO_UNICODE_TRANSLATION = 1113;
 inline constexpr DWORD ERROR_INVALID_WINDOW_HANDLE = 1400;
 inline constexpr DWORD ERROR_CANNOT_FIND_WND_CLASS = 1407;
+inline constexpr DWORD ERROR_CLASS_ALREADY_EXISTS = 1410;
+inline constexpr DWORD ERROR_CLASS_DOES_NOT_EXIST = 1411;
+inline constexpr DWORD ERROR_CLASS_HAS_WINDOWS = 1412;
 inline constexpr DWORD ERROR_CONTROL_ID_NOT_FOUND = 1421;
 inline constexpr DWORD ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
 
@@ -115,8 +129,6 @@ LSTATUS WINAPI RegCloseKey(HKEY key);
 
 inline constexpr DWORD DLL_PROCESS_DETACH = 0;
 inline constexpr DWORD DLL_PROCESS_ATTACH = 1;
-inline constexpr DWORD DLL_THREAD_ATTACH = 2;
-inline constexpr DWORD DLL_THREAD_DETACH = 3;
 
 HMODULE WINAPI LoadLibraryA(LPCSTR fileName);
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
@@ -124,9 +136,16 @@ BOOL WINAPI FreeLibrary(HMODULE module);
 HMODULE WINAPI GetModuleHandleA(LPCSTR fileName);
 BOOL WINAPI SetDllDirectoryA(LPCSTR directory);
 
+// --- Programs
+
+// The file must be a library with a WinMain; it runs within this process, where its windows are.
+UINT WINAPI WinExec(LPCSTR commandLine, UINT showCommand);
+int WINAPI WinMain(HINSTANCE program, HINSTANCE previous, LPSTR arguments, int showCommand);
+
 // --- Files and texts
 
 int _access(const char* path, int mode);
+BOOL WINAPI SetCurrentDirectoryA(LPCSTR path);
 BOOL WINAPI OemToCharA(LPCSTR source, LPSTR destination);
 DWORD WINAPI CharUpperBuffA(LPSTR text, DWORD length);
 
@@ -143,7 +162,7 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR source, int s
                                LPSTR destination, int destinationLength, LPCSTR defaultChar,
                                BOOL* usedDefaultChar);
 
-// --- Windows, message boxes and dialogs
+// --- Message boxes and dialogs
 
 #define MAKEINTRESOURCEA(id) \
   (reinterpret_cast<LPSTR>(static_cast<std::uintptr_t>(static_cast<WORD>(id))))
@@ -164,10 +183,11 @@ inline constexpr int IDCANCEL = 2;
 inline constexpr UINT WM_CREATE = 0x0001;
 inline constexpr UINT WM_DESTROY = 0x0002;
 inline constexpr UINT WM_SETTEXT = 0x000C;
+inline constexpr UINT WM_CLOSE = 0x0010;
+inline constexpr UINT WM_QUIT = 0x0012;
 inline constexpr UINT WM_INITDIALOG = 0x0110;
 inline constexpr UINT WM_COMMAND = 0x0111;
 
-inline constexpr DWORD WS_TABSTOP = 0x00010000;
 inline constexpr DWORD WS_DISABLED = 0x08000000;
 inline constexpr DWORD WS_VISIBLE = 0x10000000;
 inline constexpr DWORD BS_DEFPUSHBUTTON = 0x0001;
@@ -198,9 +218,74 @@ BOOL WINAPI EndDialog(HWND window, INT_PTR result);
 LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wordParam,
                                    LPARAM longParam);
 BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text);
+
+// --- Windows and their messages
+
+inline constexpr UINT CS_HREDRAW = 0x0002;
+inline constexpr DWORD WS_MINIMIZEBOX = 0x00020000;
+inline constexpr DWORD WS_THICKFRAME = 0x00040000;
+inline constexpr DWORD WS_SYSMENU = 0x00080000;
+inline constexpr DWORD WS_CAPTION = 0x00C00000;
+inline constexpr DWORD WS_CLIPSIBLINGS = 0x04000000;
+inline constexpr DWORD WS_CHILD = 0x40000000;
+inline constexpr DWORD WS_POPUP = 0x80000000;
+inline constexpr int CW_USEDEFAULT = static_cast<int>(0x80000000);
+inline constexpr int SW_HIDE = 0;
+inline constexpr int SW_SHOW = 5;
+inline constexpr int SW_MINIMIZE = 6;
+inline constexpr int GWL_STYLE = -16;
+inline constexpr int WHITE_BRUSH = 0;
+inline constexpr UINT PM_REMOVE = 0x0001;
+inline constexpr DWORD QS_ALLINPUT = 0x04FF;
+inline constexpr DWORD WAIT_OBJECT_0 = 0;
+inline constexpr DWORD WAIT_TIMEOUT = 258;
+
+struct WNDCLASSA {
+  UINT style;
+  WNDPROC lpfnWndProc;
+  int cbClsExtra;
+  int cbWndExtra;
+  HINSTANCE hInstance;
+  HICON hIcon;
+  HCURSOR hCursor;
+  HBRUSH hbrBackground;
+  LPCSTR lpszMenuName;
+  LPCSTR lpszClassName;
+};
+
+// Without the time and the mouse, which nobody here asks for.
+struct MSG {
+  HWND hwnd;
+  UINT message;
+  WPARAM wParam;
+  LPARAM lParam;
+};
+
+ATOM WINAPI RegisterClassA(const WNDCLASSA* windowClass);
+BOOL WINAPI UnregisterClassA(LPCSTR className, HINSTANCE module);
+BOOL WINAPI GetClassInfoA(HINSTANCE module, LPCSTR className, WNDCLASSA* windowClass);
+// WM_CREATE comes without a CREATESTRUCT.
+HWND WINAPI CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title, DWORD style, int x,
+                            int y, int width, int height, HWND owner, HMENU menu, HINSTANCE module,
+                            void* parameter);
+BOOL WINAPI DestroyWindow(HWND window);
+BOOL WINAPI IsWindow(HWND window);
+HWND WINAPI FindWindowA(LPCSTR className, LPCSTR title);
+BOOL WINAPI ShowWindow(HWND window, int command);
+LONG WINAPI GetWindowLongA(HWND window, int index);
 BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text);
-UINT WINAPI RegisterWindowMessageA(LPCSTR name);
 LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM wordParam, LPARAM longParam);
+HGDIOBJ WINAPI GetStockObject(int object);
+
+UINT WINAPI RegisterWindowMessageA(LPCSTR name);
+LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wordParam, LPARAM longParam);
+BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wordParam, LPARAM longParam);
+void WINAPI PostQuitMessage(int exitCode);
+BOOL WINAPI PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT remove);
+BOOL WINAPI TranslateMessage(const MSG* message);
+LRESULT WINAPI DispatchMessageA(const MSG* message);
+DWORD WINAPI MsgWaitForMultipleObjects(DWORD count, const HANDLE* handles, BOOL waitAll,
+                                       DWORD milliseconds, DWORD wakeMask);
 
 }  // extern "C"
 

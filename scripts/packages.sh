@@ -43,6 +43,11 @@ need_for_windows() {
   if can_be_root && ! scripts/wine --has-wine; then need debootstrap debootstrap; fi
 }
 
+need_to_package() {
+  need zip zip
+  need unzip unzip
+}
+
 can_be_root() { [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null; }
 
 # Installs what was noted, as root or through sudo; says what to install where neither can be had.

@@ -1,23 +1,18 @@
-// What the library decides when it is attached, and the gate that every export passes first.
+// What the library decides when it is attached.
 #include "support/export_test.h"
 
 namespace qlx99::tests {
 namespace {
-
-using testing::IsEmpty;
 
 constexpr std::int32_t kLocal = -1;     // what GetAdressTyp answers by itself
 constexpr std::int32_t kDelegated = 0;  // what it answers while no login can be confirmed
 
 using AttachTest = ExportTest;
 
-TEST_F(AttachTest, ProgramNameDecidesTheInstallationKind) {
-  const struct {
-    std::string storedBytes;
-    std::int32_t kind;
-  } cases[] = {
+TEST_F(AttachTest, ProgramNameDecidesTheInstallationKindUntilTheLibraryIsLoadedAgain) {
+  EXPECT_EQ(library->GetAdressTyp("1", "2"), kLocal) << "not configured";
+  const std::pair<std::string, std::int32_t> cases[] = {
       {{"TELQ32\0", 7}, kDelegated},
-      {{"telq32\0", 7}, kDelegated},
       {{"c:\\apps\\Telq32.exe\0", 19}, kDelegated},
       {{"xxTeLq32xx\0", 11}, kDelegated},
       {"c:\\programs\\ttelq32t", kDelegated},  // 20 bytes, all that are read, unterminated
@@ -30,73 +25,14 @@ TEST_F(AttachTest, ProgramNameDecidesTheInstallationKind) {
       {{"\0", 1}, kLocal},
       {"", kLocal},
   };
+  std::int32_t before = kLocal;
   for (const auto& [storedBytes, kind] : cases) {
-    SCOPED_TRACE(storedBytes);
     office.IsConfiguredWithBytes("ProgramName", storedBytes);
-    EXPECT_EQ(library->GetAdressTyp("1", "2"), kind);
+    EXPECT_EQ(library->GetAdressTyp("1", "2"), before) << storedBytes;
     library.Free();
+    EXPECT_EQ(library->GetAdressTyp("1", "2"), kind) << storedBytes;
+    before = kind;
   }
-  office.IsNotConfigured("ProgramName");
-  EXPECT_EQ(library->GetAdressTyp("1", "2"), kLocal);
-}
-
-TEST_F(AttachTest, InstallationKindStaysUntilTheLibraryIsLoadedAgain) {
-  EXPECT_EQ(library->GetAdressTyp("1", "2"), kLocal);
-  office.IsConfigured("ProgramName", "telq32");
-  EXPECT_EQ(library->GetAdressTyp("1", "2"), kLocal);
-  library.Free();
-  EXPECT_EQ(library->GetAdressTyp("1", "2"), kDelegated);
-}
-
-TEST_F(AttachTest, ExportsOfTheDelegatedKindDoNothingInTheLocalOne) {
-  managers.Are({});
-  EXPECT_EQ(library->GetAdressTyp(nullptr, nullptr), -1);
-  EXPECT_EQ(library->GetAdrFieldsMain("1", nullptr, "3", ""), -1);
-}
-
-using RefusedCallTest = ScriptedExportTest;
-
-TEST_F(RefusedCallTest, GivesZeroAndTouchesNothing) {
-  office.IsConfigured("ProgramName", "TELQ32.EXE");
-  office.IsConfigured("DocuRoot", "C:\\Akten");
-  office.IsConfigured("ProgramRoot", office.Folder().string());
-  const Exports& l = *library.operator->();
-  const std::pair<const char*, std::function<std::int32_t(char*)>> calls[] = {
-      {"GetDocuRoot", [&](char* b) { return l.GetDocuRoot(260, b); }},
-      {"GetProgramRoot", [&](char* b) { return l.GetProgramRoot(260, b); }},
-      {"UserInit", [&](char*) { return l.UserInit(); }},
-      {"UserNext", [&](char* b) { return l.UserNext("1", b); }},
-      {"ZtkodoliInit", [&](char*) { return l.ZtkodoliInit(); }},
-      {"ZtkodoliNext", [&](char* b) { return l.ZtkodoliNext("0", b); }},
-      {"WVInit", [&](char*) { return l.WVInit("1"); }},
-      {"WVNext", [&](char* b) { return l.WVNext("1", "1", b); }},
-      {"WVNew", [&](char* b) { return l.WVNew("1", "1", "01.01.2000", "1", "", "", b); }},
-      {"WVChange", [&](char* b) { return l.WVChange("1", "1", "01.01.2000", "1", "", "", b); }},
-      {"WVDelete", [&](char*) { return l.WVDelete("1"); }},
-      {"SLesenDLL", [&](char* b) { return l.SLesenDLL("1", b); }},
-      {"ALesenDLL", [&](char* b) { return l.ALesenDLL("1", "1", b, ""); }},
-      {"BLesenDLL", [&](char* b) { return l.BLesenDLL("M ", "1", "", "", b); }},
-      {"BListeInit", [&](char*) { return l.BListeInit("1"); }},
-      {"BListeNext", [&](char* b) { return l.BListeNext("1", "1", b); }},
-      {"GetAdrFieldsMain", [&](char* b) { return l.GetAdrFieldsMain("1", "2", "3", b); }},
-      {"GetAdressTyp", [&](char* b) { return l.GetAdressTyp("1", b); }},
-      {"GetDokuNr", [&](char*) { return l.GetDokuNr("1"); }},
-  };
-  for (const auto& [name, call] : calls) {
-    SCOPED_TRACE(name);
-    CallerBuffer buffer;
-    EXPECT_EQ(call(buffer), 0);
-    EXPECT_THAT(buffer, IsUntouched());
-  }
-  EXPECT_THAT(manager.CallTexts(), IsEmpty());
-}
-
-TEST_F(RefusedCallTest, NullArgumentsAreHarmlessInTheLocalKind) {
-  EXPECT_EQ(library->UserNext(nullptr, nullptr), 0);
-  EXPECT_EQ(library->SLesenDLL(nullptr, nullptr), 0);
-  EXPECT_EQ(library->BListeInit(nullptr), 0);
-  EXPECT_EQ(library->BListeNext(nullptr, nullptr, nullptr), 0);
-  EXPECT_EQ(library->GetDokuNr(nullptr), 1);  // of the counter for unknown cases
 }
 
 }  // namespace

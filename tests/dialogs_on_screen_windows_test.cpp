@@ -11,7 +11,6 @@ namespace qlx99::tests {
 namespace {
 
 using testing::ElementsAre;
-using testing::SizeIs;
 
 // The tab stops that list boxes were given, which cannot be asked for and so are overheard.
 class OverheardTabStops {
@@ -40,13 +39,14 @@ class OverheardTabStops {
 class DialogsOnScreen : public ExportTest {
  protected:
   DialogsOnScreen() {
-    office.Has<CaseRecord>({{CaseRecord::id, 7}, {CaseRecord::caseNumber, "12345678"}});
-    for (const std::int32_t id : {1, 2}) {
-      office.Has<CasePartyRecord>({{CasePartyRecord::id, id}, {CasePartyRecord::caseId, 7}});
-      office.Has<ContactPersonRecord>(
-          {{ContactPersonRecord::number, id}, {ContactPersonRecord::addressNumber, 4711}});
-      office.Has<BankConnectionRecord>(
-          {{BankConnectionRecord::number, id}, {BankConnectionRecord::addressNumber, 4712}});
+    using B = BankConnectionRecord;
+    using C = ContactPersonRecord;
+    using P = CasePartyRecord;
+    office.Has<CaseRecord>("id: 7, caseNumber: 12345678");
+    for (const std::string id : {"1", "2"}) {
+      office.Has<P>("id: " + id + ", caseId: 7");
+      office.Has<C>("number: " + id + ", addressNumber: 4711");
+      office.Has<B>("number: " + id + ", addressNumber: 4712");
     }
   }
 

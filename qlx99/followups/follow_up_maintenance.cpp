@@ -29,10 +29,10 @@ struct FollowUpArguments {
 constexpr std::size_t kDateLength = 10;
 constexpr std::size_t kTextLength = FollowUpRecord::text.width;
 
-FollowUpArguments TakeArguments(const char* kindId, const char* date, const char* userId,
+FollowUpArguments TakeArguments(const char* kindId, const char* dueDate, const char* userId,
                                 const char* secondUserId, const char* partyRecordId,
                                 const char* text) {
-  return {LeadingNumber(kindId),        BoundedText(date, kDateLength),
+  return {LeadingNumber(kindId),        BoundedText(dueDate, kDateLength),
           LeadingNumber(userId),        LeadingNumber(secondUserId),
           LeadingNumber(partyRecordId), BoundedText(text, kTextLength + 1)};
 }
@@ -94,14 +94,14 @@ std::int32_t Insert(std::int32_t caseId, const FollowUpArguments& arguments) {
   return followUps.Insert(FollowUpRecord::byId, record) == btrieve::kSuccess ? kDone : kNotDone;
 }
 
-std::int32_t NewFollowUp(const char* caseNumber, const char* kindId, const char* date,
+std::int32_t NewFollowUp(const char* caseNumber, const char* kindId, const char* dueDate,
                          const char* userId, const char* secondUserId, const char* partyRecordId,
                          const char* text) {
   if (!EnsureRecordManager()) return kNotDone;
   const std::int32_t caseId = FindCaseOfNewFollowUp(caseNumber);
   if (caseId == kNoCase) return kNotDone;
 
-  const auto arguments = TakeArguments(kindId, date, userId, secondUserId, partyRecordId, text);
+  const auto arguments = TakeArguments(kindId, dueDate, userId, secondUserId, partyRecordId, text);
   if (!Require(arguments.kindId != 0, kFollowUpInvalid)) return kNotDone;
   if (!Require(arguments.userId != 0, kUserInvalid)) return kNotDone;
   if (!CheckDate(arguments.date) || !CheckText(arguments.text)) return kNotDone;
@@ -120,11 +120,11 @@ std::int32_t Change(std::int32_t followUpId, const FollowUpArguments& arguments)
   return followUps.Update(FollowUpRecord::byId, record) == btrieve::kSuccess ? kDone : kNotDone;
 }
 
-std::int32_t ChangeFollowUp(const char* followUpId, const char* kindId, const char* date,
+std::int32_t ChangeFollowUp(const char* followUpId, const char* kindId, const char* dueDate,
                             const char* userId, const char* secondUserId, const char* partyRecordId,
                             const char* text) {
   const std::int32_t id = LeadingNumber(followUpId);
-  const auto arguments = TakeArguments(kindId, date, userId, secondUserId, partyRecordId, text);
+  const auto arguments = TakeArguments(kindId, dueDate, userId, secondUserId, partyRecordId, text);
   if (!Require(id != 0 || arguments.kindId != 0, kFollowUpInvalid)) return kNotDone;
   if (!Require(arguments.userId != 0, kUserInvalid)) return kNotDone;
   if (!EnsureRecordManager()) return kNotDone;
@@ -146,17 +146,17 @@ std::int32_t DeleteFollowUp(const char* followUpId) {
 
 }  // namespace
 
-std::int32_t WINAPI WVNew(const char* caseNumber, const char* kindId, const char* date,
+std::int32_t WINAPI WVNew(const char* caseNumber, const char* kindId, const char* dueDate,
                           const char* userId, const char* secondUserId, const char* partyRecordId,
                           const char* text) {
-  return PassGate("WVNew", NewFollowUp, caseNumber, kindId, date, userId, secondUserId,
+  return PassGate("WVNew", NewFollowUp, caseNumber, kindId, dueDate, userId, secondUserId,
                   partyRecordId, text);
 }
 
-std::int32_t WINAPI WVChange(const char* followUpId, const char* kindId, const char* date,
+std::int32_t WINAPI WVChange(const char* followUpId, const char* kindId, const char* dueDate,
                              const char* userId, const char* secondUserId,
                              const char* partyRecordId, const char* text) {
-  return PassGate("WVChange", ChangeFollowUp, followUpId, kindId, date, userId, secondUserId,
+  return PassGate("WVChange", ChangeFollowUp, followUpId, kindId, dueDate, userId, secondUserId,
                   partyRecordId, text);
 }
 

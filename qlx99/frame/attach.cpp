@@ -4,8 +4,9 @@
 
 #include "frame/arguments.h"
 #include "frame/bytes.h"
-#include "frame/delegated_calls.h"
+#include "frame/login_window.h"
 #include "frame/registry.h"
+#include "frame/sibling_library.h"
 
 namespace qlx99 {
 namespace {
@@ -33,7 +34,10 @@ InstallKind InstallKindOf(std::string_view programName) {
 
 void AttachLibrary(HINSTANCE module) { attachment = {module, ConfiguredInstallKind()}; }
 
-void DetachLibrary() { LeaveDelegation(); }
+void DetachLibrary() {
+  DestroyLoginWindow();
+  FreeSiblingLibrary();
+}
 
 }  // namespace qlx99
 

@@ -2,6 +2,7 @@
 
 #include "frame/attach.h"
 #include "frame/delegated_calls.h"
+#include "frame/login_handshake.h"
 
 namespace qlx99 {
 

@@ -1,5 +1,5 @@
-// The delegated kind: calls that the sibling library qlx02 answers once the user's login has been
-// confirmed.
+// The delegated kind's calls: each export's work is done by the sibling library, under a name of
+// its own.
 #pragma once
 
 #include <cstdint>
@@ -8,15 +8,9 @@
 
 namespace qlx99 {
 
-// Confirms with the office's login server that the user is logged in under the case-management
-// system. False means that the call must not be handed on.
-bool ConfirmLogin();
-
-// Hands the call on to the sibling library, under its own name for it, and stores the answer in
-// `result`.
+// Hands the call on to the sibling library's function for that export, with the arguments as they
+// are, and stores its answer in `result`. Where there is no such function the user is told, and
+// `result` stays as it is.
 void ForwardCall(const char* exportName, const GateArguments& arguments, std::int32_t* result);
-
-// Gives back what the delegated kind holds, when the process detaches the library.
-void LeaveDelegation();
 
 }  // namespace qlx99

@@ -1,4 +1,4 @@
-// What the login side tells the library's hidden window about the user's login.
+// The library's hidden window, and what the login side tells it about the user's login.
 #pragma once
 
 #include <cstdint>
@@ -15,5 +15,12 @@ enum class LoginState : std::int32_t {
 
 LoginState CurrentLoginState();
 void SetLoginState(LoginState state);
+
+// Makes sure that there is the hidden window. A failure is not reported: the handshake then hears
+// nothing of the login mask.
+void CreateLoginWindow();
+
+// When the process detaches the library: afterwards nothing in the system refers to its code.
+void DestroyLoginWindow();
 
 }  // namespace qlx99

@@ -76,4 +76,13 @@ inline constexpr Message kRecordManagerBusy{
     u8"Die max. Anzahl von Versuchen die Datenbank-Aktion durchzuführen ist erreicht."_ansi,
     kRecordManagerTitle, MB_OK};
 
+// The delegated kind.
+inline constexpr Message kLoggedInElsewhere{
+    u8"Sie sind nicht in einer STELVORA-Bürogemeinschaft angemeldet. Bitte und melden Sie sich um."_ansi,
+    kTitle, MB_SYSTEMMODAL};
+inline constexpr Message kDelegateNotFound{u8"Funktion >%s< aus der QLX02.DLL nicht gefunden"_ansi,
+                                           kTitle, MB_OK};
+inline constexpr Message kNotImplemented{u8"Funktion >%s< noch nicht implementiert"_ansi, kTitle,
+                                         MB_OK};
+
 }  // namespace qlx99

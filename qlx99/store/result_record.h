@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "frame/exports.h"
 #include "store/text_buffer.h"
 
 namespace qlx99 {
@@ -45,7 +46,7 @@ class ResultRecord : public TextBuffer<kScratchSize> {
 };
 
 // The length of the caller's buffer, the bytes of which the record and its end mark may take all.
-inline constexpr std::size_t kCallerBufferSize = 1024;
+inline constexpr std::size_t kCallerBufferSize = QLX99_RECORD_SIZE;
 
 enum class HandOverForm : std::uint8_t {
   kRecordOnly,   // nothing behind the record is written, not even a terminator

@@ -1,11 +1,15 @@
 #include "sample_office.h"
 
 #include <sstream>
+#include <vector>
 
 #include "frame/attach.h"
 #include "office/command_line.h"
 
-Outcome Qlx(const std::vector<std::string>& arguments) {
+Outcome Qlx(const std::string& command) {
+  std::vector<std::string> arguments;
+  std::istringstream words(command);
+  for (std::string word; std::getline(words, word, '|');) arguments.push_back(word);
   std::ostringstream out;
   std::ostringstream err;
   const int code = office::Run(arguments, out, err);
@@ -16,8 +20,8 @@ std::unique_ptr<SampleOffice::Made> SampleOffice::made;
 
 void SampleOffice::SetUpTestSuite() {
   made = std::make_unique<Made>();
-  ASSERT_EQ(Qlx({"office", "create", Folder()}).err, "");
-  ASSERT_EQ(Qlx({"setup", Folder()}).err, "");
+  ASSERT_EQ(Qlx("office|create|" + Folder()).err, "");
+  ASSERT_EQ(Qlx("setup|" + Folder()).err, "");
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
 }
 

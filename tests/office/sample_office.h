@@ -6,7 +6,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "support/private_registry.h"
 
@@ -17,7 +16,8 @@ struct Outcome {
   std::string err;
 };
 
-Outcome Qlx(const std::vector<std::string>& arguments);
+// The arguments are divided by bars: "letter|12345678|--role|M ".
+Outcome Qlx(const std::string& command);
 
 using qlx99::tests::PrivateRegistry;
 using qlx99::tests::TemporaryFolder;

@@ -1,154 +1,174 @@
-// What a person at a dialog sees and does, and what the dialog procedure hears of it.
+// Dialogs on a host without Windows: broken resources, what a person at the dialog sees and does,
+// what the dialog procedure hears of it, and the terminal that stands in for a screen.
 #include <gmock/gmock.h>
 
-#include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
-#include "platform/screen.h"
-#include "platform/windows_api.h"
+#include "platform/dialog_template.h"
+#include "platform/resources.h"
+#include "platform/terminal_screen.h"
+#include "support/user.h"
 #include "test_library.h"
 
 namespace {
 
-using platform::Control;
-using platform::DialogView;
-using platform::MessageBoxView;
-using testing::ElementsAre;
+using platform::FindResourceIn;
+using qlx99::tests::OpenDialog;
+using testing::HasSubstr;
 
-/// Does with the dialog what the test says, and remembers what was shown.
-class Person final : public platform::Screen {
- public:
-  Person() { platform::SetScreen(this); }
-  ~Person() override { platform::SetScreen(nullptr); }
-  Person(const Person&) = delete;
-  Person& operator=(const Person&) = delete;
+constexpr WORD kDialog = 5;  // type of resource
 
-  int ShowMessage(const MessageBoxView& message) override {
-    messages.push_back(message);
-    return IDOK;
-  }
-  void ShowDialog(DialogView& dialog) override { atTheDialog(dialog); }
-
-  std::function<void(DialogView&)> atTheDialog = [](DialogView&) {
-    FAIL() << "no dialog was expected";
-  };
-  std::vector<MessageBoxView> messages;
-};
-
-const Control& ControlOf(const DialogView& dialog, int id) {
-  for (const Control& control : dialog.Controls()) {
-    if (control.id == id) {
-      return control;
-    }
-  }
-  throw std::out_of_range("control " + std::to_string(id));
+std::vector<std::byte> Bytes(std::string_view text) {
+  const auto* const first = reinterpret_cast<const std::byte*>(text.data());
+  return {first, first + text.size()};
 }
 
+TEST(Resources, MayBeBrokenAnywhere) {
+  using std::string_view_literals::operator""sv;
+  const auto script = Bytes(
+      "\0\0\0\0\x10\0\0\0\xFF\xFF\0\0\xFF\xFF\0\0"  // mark
+      "\2\0\0\0\x10\0\0\0\xFF\xFF\5\0\xFF\xFF\1\0ab\0\0"sv);
+  EXPECT_EQ(FindResourceIn(script, kDialog, 1).size(), 2U);
+  EXPECT_TRUE(FindResourceIn(script, kDialog, 2).empty());
+  EXPECT_TRUE(FindResourceIn(script, 4, 1).empty());
+  // Copied, so that a read past the end is seen.
+  for (std::size_t length = 0; length < script.size() - 2; ++length) {
+    const std::vector part(script.begin(), script.begin() + std::ptrdiff_t(length));
+    EXPECT_TRUE(FindResourceIn(part, kDialog, 1).empty()) << length;
+  }
+  for (const char byte : {'\0', '\xFF'}) {
+    EXPECT_TRUE(FindResourceIn(Bytes(std::string(8, byte)), kDialog, 1).empty());
+  }
+  const TestLibrary library;
+  for (const WORD id : {WORD{1}, WORD{2}}) {
+    const auto dialog = platform::FindResourceOf(library.Handle(), kDialog, id);
+    EXPECT_TRUE(platform::ParseDialogTemplate(dialog));
+    for (std::size_t length = 0; length < dialog.size(); ++length) {
+      const std::vector part(dialog.begin(), dialog.begin() + std::ptrdiff_t(length));
+      EXPECT_FALSE(platform::ParseDialogTemplate(part)) << length;
+    }
+  }
+}
+
+// Dialog 1 has the list 403 and the button 1, dialog 2 the list 201 and the button 9.
 class View : public testing::Test {
  protected:
   View() { heard.clear(); }
+  ~View() override { platform::SetScreen(nullptr); }
 
-  INT_PTR Show(std::function<void(DialogView&)> person, int id = 1) {
-    person_.atTheDialog = std::move(person);
-    return DialogBoxParamA(library_.Handle(), MAKEINTRESOURCEA(id), nullptr, Procedure, 0);
+  /// Returns the line that was taken, -1 for none, -2 for cancelled.
+  INT_PTR Show(int id = 1) {
+    return DialogBoxParamA(library_.Handle(), MAKEINTRESOURCEA(id), nullptr, Procedure,
+                           id == 1 ? 403 : 201);
   }
 
-  /// Buttons end the dialog with their ids.
-  static INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wordParam,
-                                    LPARAM /*longParam*/) {
+  /// The same at a terminal, to somebody who types `answers`.
+  INT_PTR ShowAtTerminal(const std::string& answers, int id = 1) {
+    std::istringstream in(answers);
+    platform::TerminalScreen terminal(in, out_);
+    platform::SetScreen(&terminal);
+    return Show(id);
+  }
+
+  static INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wordParam, LPARAM longParam) {
+    static int listId = 0;
+    const WORD command = LOWORD(wordParam);
     if (message == WM_INITDIALOG) {
-      SendDlgItemMessageA(dialog, 403, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>("a\tb"));
-      SendDlgItemMessageA(dialog, 403, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>("c"));
-      const int stop = 100;
-      SendDlgItemMessageA(dialog, 403, LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&stop));
-      SendDlgItemMessageA(dialog, 403, LB_SETHORIZONTALEXTENT, 500, 0);
-      SetDlgItemTextA(dialog, 206, std::string(300, 'x').c_str());
-      SendDlgItemMessageA(dialog, 501, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("anderer Text"));
-      SetWindowTextA(dialog, "anderer Titel");
+      listId = static_cast<int>(longParam);
+      for (const char* line : {"M\xFCller\tSparkasse\t", "\x1B[2J\tVolksbank", "Meier"}) {
+        SendDlgItemMessageA(dialog, listId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line));
+      }
+      const int stop = 40;
+      SendDlgItemMessageA(dialog, listId, LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&stop));
+      SendDlgItemMessageA(dialog, listId, LB_SETCURSEL, 0, 0);
+      SendDlgItemMessageA(dialog, 107, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("Akte:"));
+      SetDlgItemTextA(dialog, 208, "Adler ./. Berg");
+      SetWindowTextA(dialog, listId == 201 ? "anderer Titel" : "Bank");
       return 0;
     }
-    heard.push_back(std::to_string(message == WM_COMMAND ? LOWORD(wordParam) : 0) + "/" +
-                    std::to_string(HIWORD(wordParam)));
-    if (message == WM_COMMAND && LOWORD(wordParam) < 100) {
-      EndDialog(dialog, LOWORD(wordParam));
+    heard += std::to_string(message == WM_COMMAND ? command : 0) + '/' +
+             std::to_string(HIWORD(wordParam)) + ' ';
+    if (message == WM_COMMAND && (command == IDOK || command == 9)) {
+      EndDialog(dialog, SendDlgItemMessageA(dialog, listId, LB_GETCURSEL, 0, 0));
     }
+    if (message == WM_COMMAND && command == IDCANCEL) EndDialog(dialog, -2);
     return 0;
   }
 
-  Person person_;
-  static inline std::vector<std::string>
-      heard;  // "control/notification", "0/0" for the dialog's end
+  std::ostringstream out_;
+  static inline std::string heard;  // "control/notification ", "0/0 " of the dialog's end
 
  private:
   const TestLibrary library_;
 };
 
-TEST_F(View, ShowsWhatTheProcedureDidToTheControls) {
-  Show([](DialogView& dialog) {
-    EXPECT_EQ(dialog.Title(), "anderer Titel");
-    EXPECT_EQ(ControlOf(dialog, 206).text, std::string(300, 'x'));
-    EXPECT_EQ(ControlOf(dialog, 501).text, "anderer Text");
-    const platform::ListBox& list = ControlOf(dialog, 403).list;
-    EXPECT_EQ(list.Count(), 2);
-    EXPECT_EQ(list.Line(0), "a\tb");
-    EXPECT_THAT(list.TabStops(), ElementsAre(100));
-    EXPECT_EQ(list.HorizontalExtent(), 500);
-    EXPECT_EQ(list.Selected(), -1);
-    dialog.Cancel();
-  });
-}
-
-TEST_F(View, TellsTheProcedureOfEveryAct) {
-  const INT_PTR result = Show([](DialogView& dialog) {
-    EXPECT_TRUE(dialog.Select(403, 1));
-    EXPECT_EQ(ControlOf(dialog, 403).list.Selected(), 1);
-    EXPECT_TRUE(dialog.DoubleClick(403, 0));
-    EXPECT_TRUE(dialog.IsOpen());
-    EXPECT_TRUE(dialog.Press(IDOK));
-    EXPECT_FALSE(dialog.IsOpen());
-  });
-  EXPECT_EQ(result, IDOK);
-  EXPECT_THAT(heard, ElementsAre("403/1", "403/1", "403/2", "1/0", "0/0"));
-}
-
-TEST_F(View, CancelsWithoutACancelButton) {
-  EXPECT_EQ(Show([](DialogView& dialog) { dialog.Cancel(); }), IDCANCEL);
-}
-
-TEST_F(View, AllowsOnlyWhatAPersonCanDo) {
-  Show([](DialogView& dialog) {
+TEST_F(View, ShowsWhatTheProcedureDidAndTellsItOfWhatAPersonCanDo) {
+  qlx99::tests::User user;
+  user.Does([](OpenDialog& dialog) {
     EXPECT_FALSE(dialog.Press(7)) << "hidden";
     EXPECT_FALSE(dialog.Press(403)) << "no button";
     EXPECT_FALSE(dialog.Press(999)) << "not there";
     EXPECT_FALSE(dialog.Select(601, 0)) << "hidden";
-    EXPECT_FALSE(dialog.Select(403, 2)) << "no such line";
+    EXPECT_FALSE(dialog.Select(403, 3)) << "no such line";
     EXPECT_FALSE(dialog.DoubleClick(403, -1)) << "no such line";
     EXPECT_FALSE(dialog.Select(206, 0)) << "no list";
-    EXPECT_TRUE(heard.empty());
-    dialog.Cancel();
+    EXPECT_TRUE(dialog.Select(403, 1));
+    EXPECT_EQ(dialog.Look().Control(403).selected, 1);
+    EXPECT_TRUE(dialog.DoubleClick(403, 2));
+    EXPECT_TRUE(dialog.IsOpen());
+    EXPECT_TRUE(dialog.Press(IDOK));
     EXPECT_FALSE(dialog.Press(IDOK)) << "closed";
     EXPECT_FALSE(dialog.Select(403, 0)) << "closed";
     dialog.Cancel();
   });
-  EXPECT_THAT(heard, ElementsAre("2/0", "0/0"));
+  EXPECT_EQ(Show(), 2);
+  EXPECT_EQ(heard, "403/1 403/1 403/2 1/0 0/0 ");
+  user.Cancels();  // without a button for it
+  EXPECT_EQ(Show(), -2);
 }
 
-TEST_F(View, MustNotBeLeftOpen) {
-  EXPECT_DEATH(Show([](DialogView&) {}), "leaves open");
+TEST_F(View, AtATerminalHasColumnsAndNoOrders) {
+  ShowAtTerminal("\n");
+  ShowAtTerminal("0\n", 2);
+  EXPECT_THAT(out_.str(), HasSubstr("\nBank\n"
+                                    "Bitte wählen Sie. \n"
+                                    "> 1  Müller    Sparkasse\n"
+                                    "  2   [2J      Volksbank\n"
+                                    "  3  Meier\n"
+                                    "Nummer (Eingabe = 1, 0 = Abbruch): "));
+  EXPECT_THAT(out_.str(), HasSubstr("\nanderer Titel\nAkte: Adler ./. Berg\n"));
+  std::istringstream in;
+  platform::TerminalScreen terminal(in, out_);
+  platform::SetScreen(&terminal);
+  EXPECT_EQ(MessageBoxA(nullptr, "k\xF6nnen nicht !\n \x80\x07 ", "Systemmeldung !", MB_ICONHAND),
+            IDOK);
+  EXPECT_THAT(out_.str(), testing::EndsWith("\nSystemmeldung !\nkönnen nicht !\n €  \n"));
 }
 
-TEST_F(View, OfAMessageBoxIsWhatTheCallerWrote) {
-  EXPECT_EQ(MessageBoxA(nullptr, "Text ! ", "Systemmeldung !", MB_ICONHAND | MB_SYSTEMMODAL), IDOK);
-  EXPECT_EQ(MessageBoxA(nullptr, nullptr, "", MB_OK), IDOK);
-  ASSERT_EQ(person_.messages.size(), 2U);
-  EXPECT_EQ(person_.messages.at(0).text, "Text ! ");
-  EXPECT_EQ(person_.messages.at(0).title, "Systemmeldung !");
-  EXPECT_EQ(person_.messages.at(0).style, 0x1010U);
-  EXPECT_EQ(person_.messages.at(1).text, "");
+TEST_F(View, AtATerminalTakesTheLineOfTheNumberAndAsksAgainButNotForEver) {
+  std::string nonsense;
+  for (int i = 0; i < 1000; ++i) nonsense += "99\n";
+  const std::pair<std::string, INT_PTR> rows[] = {
+      {"\n", 0},   {"2\n", 1}, {" 3 \r\n", 2},       {"3", 2},
+      {"0\n", -2}, {"", -2},   {"4\nx\n-1\n2\n", 1}, {nonsense, -2}};
+  for (const auto& [answers, result] : rows) {
+    EXPECT_EQ(ShowAtTerminal(answers, 1), result) << answers;
+    EXPECT_EQ(ShowAtTerminal(answers, 2), result) << answers;
+  }
+  EXPECT_THAT(out_.str(), HasSubstr("nicht zur Wahl"));
 }
 
-TEST(Beyond, WhatTheLayerKnowsTheProcessEnds) {
+class EmptyChair final : public platform::Screen {
+  int ShowMessage(const platform::MessageBoxView& /*message*/) override { return 0; }
+  void ShowDialog(platform::DialogView& /*dialog*/) override {}
+};
+
+TEST_F(View, EndsTheProcessBeyondWhatTheLayerKnows) {
+  EmptyChair nobody;
+  platform::SetScreen(&nobody);
+  EXPECT_DEATH(Show(), "leaves open");
   EXPECT_DEATH(MessageBoxA(nullptr, "?", "?", 4), "MessageBoxA");
   EXPECT_DEATH(WideCharToMultiByte(1252, 0, u"x", 1, nullptr, 0, nullptr, nullptr),
                "WideCharToMultiByte");

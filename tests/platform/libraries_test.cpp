@@ -10,26 +10,24 @@
 
 namespace {
 
-TEST(Library, HearsOfItsAttachmentUnderTheHandleThatTheLoaderGets) {
+TEST(Library, HearsOnceOfItsAttachmentByWhateverNameItIsLoaded) {
   const TestLibrary library;
   ASSERT_NE(library.Handle(), nullptr);
-  EXPECT_EQ(library.Find<HINSTANCE()>("AttachedAs")(), library.Handle());
-  EXPECT_TRUE(library.Find<bool()>("ObjectsWereReadyAtAttachment")());
-}
-
-TEST(Library, IsAttachedOnceHoweverOftenItIsLoaded) {
-  const TestLibrary first;
-  const TestLibrary second;
-  EXPECT_EQ(first.Handle(), second.Handle());
-  EXPECT_EQ(second.Find<int()>("Attachments")(), 1);
+  for (const char* name :
+       {"platform_test_library.dll", "platform_test_library", "PLATFORM_TEST_LIBRARY.DLL"}) {
+    EXPECT_EQ(GetModuleHandleA(name), library.Handle()) << name;
+    EXPECT_EQ(LoadLibraryA(name), library.Handle()) << name;
+    EXPECT_TRUE(FreeLibrary(library.Handle()));
+  }
+  EXPECT_EQ(library.Heard().count, 1);
+  EXPECT_EQ(library.Heard().module, library.Handle());
+  EXPECT_TRUE(library.Heard().objectsWereReady);
 }
 
 TEST(Library, IsDetachedWhenTheLastUserFreesIt) {
   int detachments = 0;
   HMODULE library = LoadLibraryA(TestLibrary::kName);
-  ASSERT_EQ(LoadLibraryA(TestLibrary::kName), library);
-  std::bit_cast<void (*)(int*)>(GetProcAddress(library, "CountDetachmentsIn"))(&detachments);
-  EXPECT_TRUE(FreeLibrary(library));
+  TestLibrary().Heard().detachments = &detachments;
   EXPECT_EQ(detachments, 0);
   EXPECT_TRUE(FreeLibrary(library));
   EXPECT_EQ(detachments, 1);
@@ -37,76 +35,42 @@ TEST(Library, IsDetachedWhenTheLastUserFreesIt) {
   EXPECT_FALSE(FreeLibrary(library));
 }
 
-TEST(Library, IsFoundByAnyFormOfItsName) {
+TEST(Library, HasOnlyFunctionsOfItsOwn) {
   const TestLibrary library;
-  for (const char* name :
-       {"platform_test_library.dll", "platform_test_library", "PLATFORM_TEST_LIBRARY.DLL"}) {
-    EXPECT_EQ(GetModuleHandleA(name), library.Handle()) << name;
-    HMODULE again = LoadLibraryA(name);
-    EXPECT_EQ(again, library.Handle()) << name;
-    FreeLibrary(again);
-  }
-}
-
-TEST(Library, FindsOnlyFunctionsOfItsOwn) {
-  const TestLibrary library;
-  for (const char* name : {"NoSuchFunction", "attachedas", "GetLastError", "malloc", ""}) {
+  for (const char* name : {"NoSuchFunction", "heard", "GetLastError", "malloc", ""}) {
     SetLastError(ERROR_SUCCESS);
     EXPECT_EQ(GetProcAddress(library.Handle(), name), nullptr) << name;
     EXPECT_EQ(GetLastError(), ERROR_PROC_NOT_FOUND) << name;
   }
 }
 
-TEST(Library, ThatIsMissingLeavesItsReason) {
+TEST(Library, ThatIsMissingOrBrokenLeavesItsReason) {
+  const auto failsToLoad = [](const std::string& name, DWORD reason) {
+    SetLastError(ERROR_SUCCESS);
+    EXPECT_EQ(LoadLibraryA(name.c_str()), nullptr) << name;
+    EXPECT_EQ(GetLastError(), reason) << name;
+  };
   for (const char* name :
        {"qlx99_missing.dll", "qlx99_missing", "C:\\missing\\qlx99.dll", "missing/qlx99.dll"}) {
-    SetLastError(ERROR_SUCCESS);
-    EXPECT_EQ(LoadLibraryA(name), nullptr) << name;
-    EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND) << name;
-    SetLastError(ERROR_SUCCESS);
+    failsToLoad(name, ERROR_MOD_NOT_FOUND);
     EXPECT_EQ(GetModuleHandleA(name), nullptr) << name;
     EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND) << name;
   }
-}
 
-class LibraryFolder : public testing::Test {
- protected:
-  LibraryFolder() { std::filesystem::create_directories(folder_); }
-  ~LibraryFolder() override {
-    qlx99::tests::FindTheEmbeddedManager();  // again
-    std::filesystem::remove_all(folder_);
-  }
-
-  /// A file that no loader takes, under the names that a library has in both worlds.
-  void HasRubbish() const {
-    for (const char* name : {"qlx99_rubbish.dll", "libqlx99_rubbish.so"}) {
-      std::ofstream(folder_ / name) << "not a library";
-    }
-  }
-
-  std::filesystem::path folder_ = std::filesystem::temp_directory_path() / "qlx99_library_folder";
-};
-
-TEST_F(LibraryFolder, WithABrokenLibraryIsToldFromOneWithout) {
   const UINT mode = SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-  const std::string path = (folder_ / "x").string();
-  const std::string library = path.substr(0, path.size() - 1) + "qlx99_rubbish.dll";
-  EXPECT_EQ(LoadLibraryA(library.c_str()), nullptr);
-  EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
-  HasRubbish();
-  EXPECT_EQ(LoadLibraryA(library.c_str()), nullptr);
-  EXPECT_EQ(GetLastError(), ERROR_BAD_EXE_FORMAT);
-  SetErrorMode(mode);
-}
-
-TEST_F(LibraryFolder, IsSearchedOnceItIsNamed) {
-  const UINT mode = SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-  HasRubbish();
-  EXPECT_EQ(LoadLibraryA("qlx99_rubbish.dll"), nullptr);
-  EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
-  EXPECT_TRUE(SetDllDirectoryA(folder_.string().c_str()));
-  EXPECT_EQ(LoadLibraryA("qlx99_rubbish.dll"), nullptr);
-  EXPECT_EQ(GetLastError(), ERROR_BAD_EXE_FORMAT);
+  const auto folder = std::filesystem::temp_directory_path() / "qlx99_library_folder";
+  std::filesystem::create_directories(folder);
+  const std::string inFolder = (folder / "qlx99_rubbish.dll").string();
+  failsToLoad(inFolder, ERROR_MOD_NOT_FOUND);
+  for (const char* inEitherWorld : {"qlx99_rubbish.dll", "libqlx99_rubbish.so"}) {
+    std::ofstream(folder / inEitherWorld) << "not a library";
+  }
+  failsToLoad(inFolder, ERROR_BAD_EXE_FORMAT);
+  failsToLoad("qlx99_rubbish.dll", ERROR_MOD_NOT_FOUND);
+  EXPECT_TRUE(SetDllDirectoryA(folder.string().c_str()));
+  failsToLoad("qlx99_rubbish.dll", ERROR_BAD_EXE_FORMAT);
+  qlx99::tests::FindTheEmbeddedManager();  // again
+  std::filesystem::remove_all(folder);
   SetErrorMode(mode);
 }
 

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
-#include <array>
-#include <optional>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -14,186 +13,118 @@ using qlx99::tests::PrivateRegistry;
 
 using namespace std::string_view_literals;
 
+constexpr auto kName = "Value";
+
 class Registry : public testing::Test {
  protected:
-  void SetUp() override {
-    ASSERT_EQ(
-        RegCreateKeyExA(HKEY_LOCAL_MACHINE, PrivateRegistry::kKey, 0, nullptr,
-                        REG_OPTION_NON_VOLATILE, KEY_READ | KEY_WRITE, nullptr, &key_, nullptr),
-        LSTATUS{ERROR_SUCCESS});
-    RegDeleteValueA(key_, kName);
-  }
-  void TearDown() override {
-    RegDeleteValueA(key_, kName);
-    EXPECT_EQ(RegCloseKey(key_), LSTATUS{ERROR_SUCCESS});
+  Registry() { EXPECT_EQ(Create(&key_), LSTATUS{ERROR_SUCCESS}); }
+  ~Registry() override { EXPECT_EQ(RegCloseKey(key_), LSTATUS{ERROR_SUCCESS}); }
+
+  static LSTATUS Create(HKEY* key, DWORD* disposition = nullptr) {
+    return RegCreateKeyExA(HKEY_LOCAL_MACHINE, PrivateRegistry::kKey, 0, nullptr,
+                           REG_OPTION_NON_VOLATILE, KEY_READ | KEY_WRITE, nullptr, key,
+                           disposition);
   }
 
-  LSTATUS Set(std::string_view bytes, DWORD type = REG_SZ) {
+  static LSTATUS Open(HKEY parent, const char* path, HKEY* key, REGSAM access = KEY_READ) {
+    return RegOpenKeyExA(parent, path, 0, access, key);
+  }
+
+  static LSTATUS Set(HKEY key, const char* name, std::string_view bytes, DWORD type = REG_SZ) {
     // Windows looks at the byte behind an unterminated text and stores a terminator that it finds
     // there.
     const std::string guarded = std::string(bytes) + '#';
-    return RegSetValueExA(key_, kName, 0, type, reinterpret_cast<const BYTE*>(guarded.data()),
+    return RegSetValueExA(key, name, 0, type, reinterpret_cast<const BYTE*>(guarded.data()),
                           static_cast<DWORD>(bytes.size()));
   }
 
-  /// The bytes of a value as they come back; nothing when the query fails.
-  std::optional<std::string> Get(const char* name = kName) {
-    std::array<char, 200> buffer{};
-    auto size = static_cast<DWORD>(buffer.size());
-    if (RegQueryValueExA(key_, name, nullptr, nullptr, reinterpret_cast<BYTE*>(buffer.data()),
-                         &size) != ERROR_SUCCESS) {
-      return std::nullopt;
-    }
-    return std::string(buffer.data(), size);
+  /// Whether there is such a value.
+  static LSTATUS Query(HKEY key, const char* name) {
+    return RegQueryValueExA(key, name, nullptr, nullptr, nullptr, nullptr);
   }
 
-  static constexpr auto kName = "Value";
-  HKEY key_ = nullptr;
+  /// The status, the bytes of a buffer with that room at first, and the size that came back.
+  std::string Get(const char* name, DWORD room, DWORD* type = nullptr) {
+    std::string buffer(room, '#');
+    DWORD size = room;
+    const LSTATUS status =
+        RegQueryValueExA(key_, name, nullptr, type, reinterpret_cast<BYTE*>(buffer.data()), &size);
+    return std::to_string(status) + ' ' + buffer + ' ' + std::to_string(size);
+  }
 
- private:
-  PrivateRegistry registry_;
+  const PrivateRegistry registry_;
+  HKEY key_ = nullptr;
 };
 
-TEST_F(Registry, GivesBackExactlyTheBytesThatWereStored) {
-  const std::array texts{"C:\\data \"old\"\0"sv, "\0"sv, "two\r\nlines\0"sv, "M\xFCller [x]=1;\0"sv,
-                         "unterminated"sv};
-  for (const std::string_view text : texts) {
-    SCOPED_TRACE(text);
-    ASSERT_EQ(Set(text), LSTATUS{ERROR_SUCCESS});
-    EXPECT_EQ(Get(), text);
-  }
-}
-
-TEST_F(Registry, KeepsTheTypeOfAValue) {
-  for (const DWORD type : {REG_SZ, REG_BINARY, REG_DWORD}) {
-    ASSERT_EQ(Set("\x01\x02\x00\xFF"sv, type), LSTATUS{ERROR_SUCCESS});
-    DWORD storedType = 0;
-    EXPECT_EQ(RegQueryValueExA(key_, kName, nullptr, &storedType, nullptr, nullptr),
-              LSTATUS{ERROR_SUCCESS});
-    EXPECT_EQ(storedType, type);
-    EXPECT_EQ(Get(), "\x01\x02\x00\xFF"sv);
+TEST_F(Registry, GivesBackExactlyTheBytesAndTheTypeThatWereStored) {
+  const std::pair<DWORD, std::string_view> values[] = {
+      {REG_SZ, "C:\\data \"old\"\0"sv}, {REG_SZ, "\0"sv},           {REG_SZ, "two\r\nlines\0"sv},
+      {REG_SZ, "M\xFCller [x]=1;\0"sv}, {REG_SZ, "unterminated"sv}, {REG_BINARY, "\1\2\0\xFF"sv},
+      {REG_DWORD, "\1\2\0\xFF"sv}};
+  for (const auto& [type, bytes] : values) {
+    SCOPED_TRACE(bytes);
+    // Without a name there is one value, too.
+    for (const char* name : {kName, "", static_cast<const char*>(nullptr)}) {
+      ASSERT_EQ(Set(key_, name, bytes, type), LSTATUS{ERROR_SUCCESS});
+      DWORD stored = 0;
+      const auto size = static_cast<DWORD>(bytes.size());
+      EXPECT_EQ(Get(name, size, &stored), "0 " + std::string(bytes) + ' ' + std::to_string(size));
+      EXPECT_EQ(stored, type);
+    }
+    EXPECT_EQ(RegDeleteValueA(key_, ""), LSTATUS{ERROR_SUCCESS});
+    EXPECT_EQ(Query(key_, nullptr), LSTATUS{ERROR_FILE_NOT_FOUND});
   }
 }
 
 TEST_F(Registry, WritesOnlyIntoBuffersThatHoldTheWholeValue) {
-  Set("C:\\data\0"sv);
-  struct Case {
-    DWORD room;
-    LSTATUS status;
-  };
-  for (const auto& [room, status] : {Case{0, ERROR_MORE_DATA}, Case{7, ERROR_MORE_DATA},
-                                     Case{8, ERROR_SUCCESS}, Case{12, ERROR_SUCCESS}}) {
-    SCOPED_TRACE(room);
-    std::string buffer(12, '#');
-    DWORD size = room;
-    EXPECT_EQ(RegQueryValueExA(key_, kName, nullptr, nullptr,
-                               reinterpret_cast<BYTE*>(buffer.data()), &size),
-              status);
-    EXPECT_EQ(size, 8U);
-    EXPECT_EQ(buffer.substr(0, 8), status == ERROR_SUCCESS ? "C:\\data\0"sv : "########"sv);
-  }
-}
-
-TEST_F(Registry, TellsTheSizeWithoutABuffer) {
-  Set("C:\\data\0"sv);
+  Set(key_, kName, "C:\\data\0"sv);
+  EXPECT_EQ(Get(kName, 0), "234  8");
+  EXPECT_EQ(Get(kName, 7), "234 ####### 8");
+  EXPECT_EQ(Get("vALUE", 10), "0 C:\\data\0## 8"sv);
   DWORD size = 1;
   EXPECT_EQ(RegQueryValueExA(key_, kName, nullptr, nullptr, nullptr, &size),
             LSTATUS{ERROR_SUCCESS});
   EXPECT_EQ(size, 8U);
-  BYTE buffer = 0;
-  EXPECT_EQ(RegQueryValueExA(key_, kName, nullptr, nullptr, &buffer, nullptr),
-            LSTATUS{ERROR_INVALID_PARAMETER});
 }
 
-TEST_F(Registry, FindsNamesWhateverTheirCase) {
-  Set("x\0"sv);
-  EXPECT_EQ(Get("vALUE"), "x\0"sv);
-  HKEY other = nullptr;
-  ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "software\\QLX99 Tests", 0, KEY_READ, &other),
-            LSTATUS{ERROR_SUCCESS});
-  EXPECT_EQ(RegQueryValueExA(other, kName, nullptr, nullptr, nullptr, nullptr),
-            LSTATUS{ERROR_SUCCESS});
-  RegCloseKey(other);
-}
-
-TEST_F(Registry, FindsAKeyThroughItsParent) {
-  HKEY software = nullptr;
-  HKEY key = nullptr;
-  ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE", 0, KEY_READ, &software),
-            LSTATUS{ERROR_SUCCESS});
-  EXPECT_EQ(RegOpenKeyExA(software, "qlx99 tests", 0, KEY_READ, &key), LSTATUS{ERROR_SUCCESS});
-  RegCloseKey(key);
-  RegCloseKey(software);
-}
-
-TEST_F(Registry, HasAValueWithoutAName) {
-  for (const char* name : {static_cast<const char*>(nullptr), ""}) {
-    ASSERT_EQ(RegSetValueExA(key_, name, 0, REG_SZ, reinterpret_cast<const BYTE*>("d"), 2),
-              LSTATUS{ERROR_SUCCESS});
-    EXPECT_EQ(Get(""), "d\0"sv);
-    EXPECT_EQ(Get(nullptr), "d\0"sv);
-    EXPECT_EQ(RegDeleteValueA(key_, name), LSTATUS{ERROR_SUCCESS});
-  }
-}
-
-TEST_F(Registry, SaysWhatIsNotThere) {
-  DWORD size = 0;
-  EXPECT_EQ(RegQueryValueExA(key_, kName, nullptr, nullptr, nullptr, &size),
-            LSTATUS{ERROR_FILE_NOT_FOUND});
-  EXPECT_EQ(RegDeleteValueA(key_, kName), LSTATUS{ERROR_FILE_NOT_FOUND});
-  HKEY key = nullptr;
-  for (const char* path :
-       {"SOFTWARE\\qlx99 test", "SOFTWARE\\qlx99 tests\\none", "SOFTWARE\\qlx99 tests 2"}) {
-    EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, &key),
-              LSTATUS{ERROR_FILE_NOT_FOUND})
-        << path;
-  }
-}
-
-TEST_F(Registry, ForgetsADeletedValue) {
-  Set("x\0"sv);
-  EXPECT_EQ(RegDeleteValueA(key_, "VALUE"), LSTATUS{ERROR_SUCCESS});
-  EXPECT_EQ(Get(), std::nullopt);
-}
-
-TEST_F(Registry, SeesWhatWasWrittenThroughAnotherKeyHandle) {
-  DWORD disposition = 0;
-  HKEY other = nullptr;
-  ASSERT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, PrivateRegistry::kKey, 0, nullptr,
-                            REG_OPTION_NON_VOLATILE, KEY_READ, nullptr, &other, &disposition),
-            LSTATUS{ERROR_SUCCESS});
-  EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
-  Set("x\0"sv);
-  EXPECT_EQ(RegQueryValueExA(other, kName, nullptr, nullptr, nullptr, nullptr),
-            LSTATUS{ERROR_SUCCESS});
-  RegCloseKey(other);
-}
-
-TEST_F(Registry, RefusesWhatTheKeyWasNotOpenedFor) {
+TEST_F(Registry, HasOneStatusForEachMistake) {
   HKEY reader = nullptr;
   HKEY writer = nullptr;
-  RegOpenKeyExA(HKEY_LOCAL_MACHINE, PrivateRegistry::kKey, 0, KEY_READ, &reader);
-  RegOpenKeyExA(HKEY_LOCAL_MACHINE, PrivateRegistry::kKey, 0, KEY_WRITE, &writer);
-  EXPECT_EQ(RegSetValueExA(reader, kName, 0, REG_SZ, nullptr, 0), LSTATUS{ERROR_ACCESS_DENIED});
-  EXPECT_EQ(RegDeleteValueA(reader, kName), LSTATUS{ERROR_ACCESS_DENIED});
-  EXPECT_EQ(RegQueryValueExA(writer, kName, nullptr, nullptr, nullptr, nullptr),
-            LSTATUS{ERROR_ACCESS_DENIED});
-  RegCloseKey(reader);
-  RegCloseKey(writer);
-}
-
-TEST_F(Registry, RefusesAClosedKey) {
-  HKEY key = nullptr;
-  ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, PrivateRegistry::kKey, 0, KEY_READ | KEY_WRITE, &key),
-            LSTATUS{ERROR_SUCCESS});
-  EXPECT_EQ(RegCloseKey(key), LSTATUS{ERROR_SUCCESS});
-  EXPECT_EQ(RegCloseKey(key), LSTATUS{ERROR_INVALID_HANDLE});
-  EXPECT_EQ(RegQueryValueExA(key, kName, nullptr, nullptr, nullptr, nullptr),
-            LSTATUS{ERROR_INVALID_HANDLE});
-  EXPECT_EQ(RegSetValueExA(key, kName, 0, REG_SZ, nullptr, 0), LSTATUS{ERROR_INVALID_HANDLE});
-  EXPECT_EQ(RegDeleteValueA(key, kName), LSTATUS{ERROR_INVALID_HANDLE});
-  HKEY below = nullptr;
-  EXPECT_EQ(RegOpenKeyExA(key, "x", 0, KEY_READ, &below), LSTATUS{ERROR_INVALID_HANDLE});
+  HKEY closed = nullptr;
+  HKEY software = nullptr;
+  HKEY none = nullptr;
+  BYTE buffer = 0;
+  const std::pair<LSTATUS, std::function<LSTATUS()>> steps[] = {
+      {ERROR_SUCCESS, [&] { return Set(key_, kName, "x"); }},
+      {ERROR_SUCCESS, [&] { return Open(HKEY_LOCAL_MACHINE, "SOFTWARE", &software); }},
+      {ERROR_SUCCESS, [&] { return Open(software, "QLX99 Tests", &reader); }},
+      {ERROR_SUCCESS, [&] { return Query(reader, "VALUE"); }},
+      {ERROR_ACCESS_DENIED, [&] { return Set(reader, kName, ""); }},
+      {ERROR_ACCESS_DENIED, [&] { return RegDeleteValueA(reader, kName); }},
+      {ERROR_SUCCESS, [&] { return Open(software, "qlx99 tests", &writer, KEY_WRITE); }},
+      {ERROR_ACCESS_DENIED, [&] { return Query(writer, kName); }},
+      {ERROR_SUCCESS, [&] { return RegDeleteValueA(writer, "VALUE"); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return RegDeleteValueA(writer, kName); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return Query(reader, kName); }},
+      {ERROR_SUCCESS, [&] { return Open(key_, "", &closed, KEY_WRITE); }},
+      {ERROR_SUCCESS, [&] { return RegCloseKey(closed); }},
+      {ERROR_INVALID_HANDLE, [&] { return RegCloseKey(closed); }},
+      {ERROR_INVALID_HANDLE, [&] { return Query(closed, kName); }},
+      {ERROR_INVALID_HANDLE, [&] { return Set(closed, kName, ""); }},
+      {ERROR_INVALID_HANDLE, [&] { return RegDeleteValueA(closed, kName); }},
+      {ERROR_INVALID_HANDLE, [&] { return Open(closed, "x", &none); }},
+      {ERROR_INVALID_PARAMETER,
+       [&] { return RegQueryValueExA(key_, "", nullptr, nullptr, &buffer, nullptr); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return Open(software, "qlx99 test", &none); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return Open(software, "qlx99 tests 2", &none); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return Open(software, "qlx99 tests\\none", &none); }},
+  };
+  int number = 0;
+  for (const auto& [status, take] : steps) EXPECT_EQ(take(), status) << "step " << ++number;
+  DWORD disposition = 0;
+  EXPECT_EQ(Create(&none, &disposition), LSTATUS{ERROR_SUCCESS});
+  EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
+  for (HKEY key : {reader, writer, software, none}) RegCloseKey(key);
 }
 
 }  // namespace

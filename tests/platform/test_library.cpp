@@ -1,36 +1,25 @@
-#include <string>
+#include "test_library.h"
 
-#include "platform/windows_api.h"
+#include <string>
 
 namespace {
 
 // Built when the library is loaded, not when it is compiled.
 const std::string kGreeting(3, 'x');
 
-HINSTANCE attachedAs = nullptr;
-int attachments = 0;
-bool objectsWereReady = false;
-int* detachments = nullptr;
+Attachment attachment;
 
 }  // namespace
 
-extern "C" {
+extern "C" Attachment* Heard() { return &attachment; }
 
-BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
+  const bool objectsAreThere = kGreeting == "xxx";
   if (reason == DLL_PROCESS_ATTACH) {
-    attachedAs = module;
-    ++attachments;
-    objectsWereReady = kGreeting == "xxx";
+    attachment = {module, attachment.count + 1, objectsAreThere, nullptr};
   }
-  if (reason == DLL_PROCESS_DETACH && detachments != nullptr && kGreeting == "xxx") {
-    ++*detachments;
+  if (reason == DLL_PROCESS_DETACH && attachment.detachments != nullptr && objectsAreThere) {
+    ++*attachment.detachments;
   }
   return TRUE;
 }
-
-HINSTANCE AttachedAs() { return attachedAs; }
-int Attachments() { return attachments; }
-bool ObjectsWereReadyAtAttachment() { return objectsWereReady; }
-void CountDetachmentsIn(int* counter) { detachments = counter; }
-
-}  // extern "C"

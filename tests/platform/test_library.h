@@ -4,6 +4,14 @@
 
 #include "platform/windows_api.h"
 
+/// What the test library heard from the loader.
+struct Attachment {
+  HINSTANCE module = nullptr;
+  int count = 0;
+  bool objectsWereReady = false;
+  int* detachments = nullptr;  // counted by whoever sets it
+};
+
 /// The test library, loaded for the life of the object.
 class TestLibrary {
  public:
@@ -15,10 +23,8 @@ class TestLibrary {
   TestLibrary& operator=(const TestLibrary&) = delete;
 
   HMODULE Handle() const { return handle_; }
-
-  template <class Function>
-  auto* Find(const char* name) const {
-    return std::bit_cast<Function*>(GetProcAddress(handle_, name));
+  Attachment& Heard() const {
+    return *std::bit_cast<Attachment* (*)()>(GetProcAddress(handle_, "Heard"))();
   }
 
  private:

@@ -1,28 +1,181 @@
 #include "party_file.h"
 
-#include "host.h"
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <thread>
 
 namespace recordmanager_tests {
+namespace {
+
+using namespace btrieve;
+
+struct PartyField {
+  const char* name;
+  std::size_t offset;
+  std::size_t length;
+  int type;  // of the key with the field's index
+};
+constexpr PartyField kFields[] = {{"number", 0, 4, kAutoincrementKey},
+                                  {"case", 4, 4, kIntegerKey},
+                                  {"role", 8, 6, kStringKey},
+                                  {"rank", 14, 2, kIntegerKey},
+                                  {"counter", kCounterOffset, 4, -1}};
+
+// In the order of the operations' codes.
+constexpr const char* kVerbs[] = {"open",  "close",    "insert",  "update", "delete", "equal",
+                                  "next",  "previous", "greater", "from",   "less",   "upto",
+                                  "first", "last",     "create",  "stat",   "",       "",
+                                  "",      "begin",    "end",     "abort"};
+
+WORD OperationOf(const std::string& verb) {
+  return static_cast<WORD>(std::find(std::begin(kVerbs), std::end(kVerbs), verb) - kVerbs);
+}
+
+int IndexOf(const std::string& name) {
+  const auto* const found = std::find_if(std::begin(kFields), std::end(kFields),
+                                         [&](const auto& field) { return name == field.name; });
+  return found == std::end(kFields) ? std::stoi(name) : static_cast<int>(found - kFields);
+}
+
+void Store(const PartyField& field, const std::string& value, char* target) {
+  if (field.type == kStringKey) {
+    std::memset(target, ' ', field.length);
+    value.copy(target, field.length);
+  } else {
+    const int number = std::stoi(value);
+    std::memcpy(target, &number, field.length);
+  }
+}
+
+void WaitUntilRemoved(const std::string& flag) {
+  std::ofstream(flag) << "held";
+  while (std::filesystem::exists(flag)) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+}
+
+}  // namespace
+
+KeyDescription DescribeKey(std::size_t offset, std::size_t length, unsigned type, unsigned flags) {
+  KeyDescription key{};
+  key.position = static_cast<std::uint16_t>(offset + 1);
+  key.length = static_cast<std::uint16_t>(length);
+  key.flags = static_cast<std::uint16_t>(flags | kKeyExtendedType);
+  key.extendedType = static_cast<std::uint8_t>(type);
+  return key;
+}
+
+std::string DescribeFile(std::size_t recordLength, const std::vector<KeyDescription>& keys,
+                         unsigned fileFlags) {
+  FileDescription file{};
+  file.recordLength = static_cast<std::uint16_t>(recordLength);
+  file.keyCount = static_cast<std::uint8_t>(keys.size());
+  file.fileFlags = static_cast<std::uint16_t>(fileFlags);
+  std::string bytes(reinterpret_cast<const char*>(&file), sizeof(file));
+  for (const auto& key : keys) bytes.append(reinterpret_cast<const char*>(&key), sizeof(key));
+  return bytes;
+}
+
+std::string DescribeParties() {
+  std::vector<KeyDescription> keys;
+  for (const auto& [name, offset, length, type] : kFields) {
+    const unsigned flags = type == kAutoincrementKey ? 0U : kKeyDuplicates | kKeyModifiable;
+    if (type >= 0) keys.push_back(DescribeKey(offset, length, static_cast<unsigned>(type), flags));
+  }
+  return DescribeFile(kPartyLength, keys);
+}
+
+int Create(const std::string& path, const std::string& description, char keyNumber) {
+  Client one;
+  std::string data = description;
+  auto length = static_cast<ULONG>(data.size());
+  path.copy(one.key.data(), one.key.size());
+  return qlx99::tests::EmbeddedCall()(kCreate, one.block.data(), data.data(), &length,
+                                      one.key.data(), kMaxKeyLength, keyNumber);
+}
+
+int Client::Call(WORD operation, int keyNumber) {
+  return qlx99::tests::EmbeddedCallId()(operation, block.data(), record.data(), &length, key.data(),
+                                        kMaxKeyLength, static_cast<char>(keyNumber), id.data());
+}
+
+int Client::Open(const std::string& path, char mode) {
+  key = {};
+  path.copy(key.data(), key.size());
+  return Call(kOpen, mode);
+}
+
+std::int32_t Client::Integer(std::size_t offset) const {
+  std::int32_t value = 0;
+  std::memcpy(&value, record.data() + offset, sizeof(value));
+  return value;
+}
+
+std::string Client::Do(const std::string& script) {
+  std::string outcomes;
+  std::istringstream steps(script);
+  for (std::string step; std::getline(steps, step, ',');) outcomes += Take(step);
+  return outcomes.substr(1);
+}
+
+std::string Client::Take(const std::string& step) {
+  std::istringstream words(step);
+  std::string word;
+  words >> word;
+  if (word == "wait" && words >> word) {
+    WaitUntilRemoved(word);
+    return " ok";
+  }
+  if (word == "count") {
+    Store(kFields[std::size(kFields) - 1], std::to_string(Counter() + 1), &record[kCounterOffset]);
+    return " ok";
+  }
+  const bool repeated = word.ends_with('*');
+  const WORD operation = OperationOf(word.substr(0, word.size() - (repeated ? 1 : 0)));
+  const bool writes = operation == kInsert || operation == kUpdate;
+  if (operation == kInsert) record = {};
+  int keyNumber = 0;
+  while (words >> word) {
+    const std::size_t equals = word.find('=');
+    const int index = IndexOf(word.substr(0, equals));
+    if (!writes || equals == std::string::npos) keyNumber = index;
+    if (equals == std::string::npos) continue;
+    const PartyField& field = kFields[index];
+    Store(field, word.substr(equals + 1), writes ? record.data() + field.offset : key.data());
+  }
+  std::string outcomes;
+  do {
+    outcomes += ' ' + Outcome(operation, keyNumber);
+  } while (repeated && outcomes.find('!') == std::string::npos);
+  return outcomes;
+}
+
+std::string Client::Outcome(WORD operation, int keyNumber) {
+  const int status = Call(operation, keyNumber);
+  if (status != kSuccess) return '!' + std::to_string(status);
+  const bool reads = operation >= kGetEqual && operation <= kGetLast;
+  if ((reads || operation == kInsert || operation == kUpdate) && keyNumber >= 0) {
+    const PartyField& field = kFields[keyNumber];
+    if (std::memcmp(key.data(), record.data() + field.offset, field.length) != 0) return "keyless";
+  }
+  return reads || operation == kInsert ? std::to_string(Number()) : "ok";
+}
 
 PartyFile::PartyFile() {
-  path = InFolder("PARTIES.KRV");
-  EXPECT_EQ(Create(path, DescribeParties()), btrieve::kSuccess);
-  EXPECT_EQ(client.Open(path), btrieve::kSuccess);
+  EXPECT_EQ(Create(path), kSuccess);
+  EXPECT_EQ(client.Open(path), kSuccess);
 }
 
 PartyFile::~PartyFile() {
-  client.Close();
+  client.Do("close");
+  for (Client& other : others_) other.Do("close");
   qlx99::tests::ReleaseEmbedded();  // which keeps files open for a while
 }
 
-std::string Walk(Client client, int keyNumber, WORD start, WORD step) {
-  std::string numbers;
-  int status = client.Call(start, keyNumber);
-  for (; status == btrieve::kSuccess; status = client.Call(step, keyNumber)) {
-    numbers += (numbers.empty() ? "" : " ") + std::to_string(client.record.number);
-  }
-  EXPECT_EQ(status, btrieve::kEndOfFile);
-  return numbers;
+Client& PartyFile::Opened(const std::string& name, char mode) {
+  EXPECT_EQ(others_.emplace_back().Open(name, mode), kSuccess) << name;
+  return others_.back();
 }
 
 }  // namespace recordmanager_tests

@@ -1,18 +1,74 @@
-// A fresh party file in a folder of its own, for one test.
+// The record file that these tests work on, fresh for each test, and clients of it. A party has a
+// number (key 0: autoincrement), a case (key 1: integer), a role of 6 characters (key 2: string), a
+// rank (key 3: integer of two bytes) and a counter, which is no key; all keys but the first are
+// modifiable and allow duplicates.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
+#include <deque>
 #include <filesystem>
 #include <string>
+#include <vector>
 
-#include "parties.h"
+#include "recordmanager/btrieve.h"
+#include "support/embedded_manager.h"
 #include "support/temporary_folder.h"
 
 namespace recordmanager_tests {
 
+inline constexpr std::size_t kPartyLength = 20;
+inline constexpr std::size_t kCounterOffset = 16;
+
+btrieve::KeyDescription DescribeKey(std::size_t offset, std::size_t length,
+                                    unsigned type = btrieve::kStringKey, unsigned flags = 0);
+
+// The buffer that Create takes, for that record length and those keys.
+std::string DescribeFile(std::size_t recordLength, const std::vector<btrieve::KeyDescription>& keys,
+                         unsigned fileFlags = 0);
+std::string DescribeParties();
+
+int Create(const std::string& path, const std::string& description = DescribeParties(),
+           char keyNumber = btrieve::kCreateOver);
+
+// One position block with the buffers of its calls. A copy is a client with a copy of the block.
+class Client {
+ public:
+  std::array<std::uint8_t, btrieve::kPositionBlockSize> block{};
+  std::array<std::uint8_t, btrieve::kClientIdSize> id{};
+  std::array<char, 1024> record{};
+  ULONG length = 1024;
+  std::array<char, btrieve::kMaxKeyLength> key{};
+
+  // One operation with the members above. Returns its status.
+  int Call(WORD operation, int keyNumber);
+  int Open(const std::string& path, char mode = btrieve::kOpenNormal);
+
+  // Takes the steps of a script and returns what came of each: the number of the record that was
+  // read or inserted, "ok", or "!" and the status.
+  //
+  //   "insert case=7 role=M, equal case=7, next case, update rank=5 case, delete"
+  //
+  // Insert and update write the given fields, of a fresh record and of the present one, by the key
+  // named without a value (-1 for none) or by number. "next*" goes on until it fails, "count" adds
+  // 1 to the present record's counter, "wait NAME" makes a file and waits until it has been
+  // removed.
+  std::string Do(const std::string& script);
+
+  // Of the record; of any other than a party's, the integers in the same places.
+  std::int32_t Number() const { return Integer(0); }
+  std::int32_t Counter() const { return Integer(kCounterOffset); }
+
+ private:
+  std::int32_t Integer(std::size_t offset) const;
+  std::string Take(const std::string& step);
+  std::string Outcome(WORD operation, int keyNumber);
+};
+
 class PartyFile : public testing::Test {
-  qlx99::tests::TemporaryFolder temporaryFolder_;
+  const qlx99::tests::TemporaryFolder temporaryFolder_;
 
  protected:
   PartyFile();
@@ -20,13 +76,15 @@ class PartyFile : public testing::Test {
 
   std::string InFolder(const std::string& name) const { return (folder / name).string(); }
 
-  const std::filesystem::path& folder = temporaryFolder_.Path();
-  std::string path;
-  Client client;  // has the file open
-};
+  // One more client of a file; closed at the end.
+  Client& Opened(const std::string& name, char mode = btrieve::kOpenNormal);
 
-// The numbers of the records that a client reads along a key, as a text such as "1 3 2".
-std::string Walk(Client client, int keyNumber, WORD start = btrieve::kGetFirst,
-                 WORD step = btrieve::kGetNext);
+  const std::filesystem::path& folder = temporaryFolder_.Path();
+  const std::string path = InFolder("PARTIES.KRV");
+  Client client;  // has the file open
+
+ private:
+  std::deque<Client> others_;
+};
 
 }  // namespace recordmanager_tests

@@ -1,13 +1,12 @@
 // Several processes on one file, some of which do not live to the end.
 #include <chrono>
-#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <set>
 #include <thread>
 
-#include "host.h"
 #include "party_file.h"
+#include "worker.h"
 
 namespace recordmanager_tests {
 namespace {
@@ -17,53 +16,35 @@ using namespace std::chrono_literals;
 
 class Processes : public PartyFile {
  protected:
-  // The numbers that a worker has put down as acknowledged; the last one may be cut off.
-  static std::vector<std::int32_t> ReadLog(const std::string& name) {
-    std::ifstream file(name, std::ios::binary);
-    const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-    std::vector<std::int32_t> numbers(bytes.size() / sizeof(std::int32_t));
-    std::copy_n(bytes.data(), numbers.size() * sizeof(std::int32_t),
-                reinterpret_cast<char*>(numbers.data()));
-    return numbers;
+  Processes() { EXPECT_EQ(client.Do("insert"), "1"); }
+
+  // Adds the numbers that a worker has put down as acknowledged.
+  void ReadLog(const std::string& name, std::set<std::int32_t>& numbers) const {
+    std::ifstream file(InFolder(name));
+    numbers.insert(std::istream_iterator<std::int32_t>(file), {});
   }
 
-  std::size_t CountByKey(int key) {
-    std::size_t count = 0;
-    for (int status = client.Call(kGetFirst, key); status == kSuccess;
-         status = client.Call(kGetNext, key)) {
-      ++count;
-    }
-    return count;
+  std::ptrdiff_t CountBy(const char* key) {
+    const std::string numbers = client.Do(std::string("first ") + key + ", next* " + key);
+    return std::count(numbers.begin(), numbers.end(), ' ');
   }
 };
 
-TEST_F(Processes, LoseNoneOfEachOthersUpdates) {
-  ASSERT_EQ(client.Insert(MakeParty(1)), kSuccess);
-  host::Worker workers[] = {host::Worker({"count", path, "150"}),
-                            host::Worker({"count", path, "150"}),
-                            host::Worker({"count", path, "150"})};
-  for (host::Worker& worker : workers) {
-    EXPECT_EQ(worker.Wait(), 0);
-  }
-  EXPECT_EQ(client.Get(kGetEqual, kByNumber, 1), kSuccess);
-  EXPECT_EQ(client.record.counter, 450);
-}
-
-TEST_F(Processes, NeverGetTheSameNumber) {
-  host::Worker workers[] = {host::Worker({"insert", path, "1", "100", InFolder("log1")}),
-                            host::Worker({"insert", path, "2", "100", InFolder("log2")}),
-                            host::Worker({"insert", path, "3", "100", InFolder("log3")})};
-  for (host::Worker& worker : workers) {
-    EXPECT_EQ(worker.Wait(), 0);
-  }
-  std::set<std::int32_t> numbers;
-  for (const char* name : {"log1", "log2", "log3"}) {
-    const auto log = ReadLog(InFolder(name));
-    numbers.insert(log.begin(), log.end());
-  }
-  EXPECT_EQ(numbers.size(), 300U);
-  EXPECT_EQ(*numbers.rbegin(), 300);
-  EXPECT_EQ(CountByKey(kByCase), 300U);
+TEST_F(Processes, LoseNoUpdateAndShareNoNumber) {
+  const std::vector<std::string> count{path, "equal number=1, count, update", "150"};
+  const auto insert = [this](const char* log) {
+    return std::vector<std::string>{path, "insert case=7", "100", InFolder(log)};
+  };
+  Worker workers[] = {Worker(count),       Worker(count),       Worker(count),
+                      Worker(insert("a")), Worker(insert("b")), Worker(insert("c"))};
+  for (Worker& worker : workers) EXPECT_EQ(worker.Wait(), 0);
+  std::set<std::int32_t> numbers{1};
+  for (const char* log : {"a", "b", "c"}) ReadLog(log, numbers);
+  EXPECT_EQ(client.Do("equal number=1"), "1");
+  EXPECT_EQ(client.Counter(), 450);
+  EXPECT_EQ(numbers.size(), 301U);
+  EXPECT_EQ(*numbers.rbegin(), 301);
+  EXPECT_EQ(CountBy("case"), 301);
 }
 
 TEST_F(Processes, SeeInAWalkWhatWasWrittenAfterItBegan) {
@@ -84,72 +65,52 @@ TEST_F(Processes, SeeInAWalkWhatWasWrittenAfterItBegan) {
 }
 
 TEST_F(Processes, KeepWhatWasAcknowledgedWhenTheyAreKilled) {
-  std::set<std::int32_t> acknowledged;
-  for (int round = 0; round < 12; ++round) {
-    const std::string log = InFolder("log" + std::to_string(round));
-    host::Worker victim({"insert", path, "1", "1000000", log});
-    host::Worker bystander({"insert", path, "2", "5", log + "b"});
-    std::this_thread::sleep_for(40ms + round * 3ms);
+  constexpr int kRounds = 12;
+  std::set<std::int32_t> acknowledged{1};
+  for (int round = 0; round < kRounds; ++round) {
+    Worker victim({path, "insert", "1000000", InFolder("victim")});
+    Worker bystander({path, "insert", "5", InFolder("bystander")});
+    while (!std::filesystem::exists(InFolder("victim"))) std::this_thread::sleep_for(1ms);
+    std::this_thread::sleep_for(10ms + round * 3ms);
     victim.Kill();
     EXPECT_EQ(bystander.Wait(), 0);
-    for (const std::string& name : {log, log + "b"}) {
-      const auto numbers = ReadLog(name);
-      acknowledged.insert(numbers.begin(), numbers.end());
-    }
+    ReadLog("victim", acknowledged);
+    ReadLog("bystander", acknowledged);
+    std::filesystem::remove(InFolder("victim"));
   }
   ASSERT_GT(acknowledged.size(), 60U);
   for (const std::int32_t survivor : acknowledged) {
-    ASSERT_EQ(client.Get(kGetEqual, kByNumber, survivor), kSuccess) << survivor;
+    const std::string number = std::to_string(survivor);
+    ASSERT_EQ(client.Do("equal number=" + number), number);
   }
-  const std::size_t count = CountByKey(kByNumber);
-  EXPECT_GE(count, acknowledged.size());
-  EXPECT_LE(count, acknowledged.size() + 12) << "at most one each was written and not put down";
-  for (const int key : {kByCase, kByRole, kByRank}) {
-    EXPECT_EQ(CountByKey(key), count) << "key " << key;
-  }
+  const auto count = CountBy("number");
+  EXPECT_LE(count, std::ssize(acknowledged) + kRounds)
+      << "at most one each was written and not put down";
+  for (const char* key : {"case", "role", "rank"}) EXPECT_EQ(CountBy(key), count) << key;
 }
 
-TEST_F(Processes, ReadButDoNotWriteWhatAnotherHolds) {
-  ASSERT_EQ(client.Insert(MakeParty(7)), kSuccess);
+TEST_F(Processes, ReadButNeitherWriteNorReplaceWhatAnotherHolds) {
   const std::string flag = InFolder("held");
-  host::Worker holder({"hold", path, flag});
-  for (int i = 0; i < 2000 && !std::filesystem::exists(flag); ++i) {
-    std::this_thread::sleep_for(5ms);
-  }
+  Worker holder({path, "begin, insert, wait " + flag + ", end"});
+  for (int i = 0; i < 2000 && !std::filesystem::exists(flag); ++i) std::this_thread::sleep_for(5ms);
   ASSERT_TRUE(std::filesystem::exists(flag));
 
-  EXPECT_EQ(Walk(client, kByNumber), "1");
-  EXPECT_EQ(Create(InFolder("OTHER.KRV"), DescribeParties()), kSuccess);
+  EXPECT_EQ(client.Do("first, next"), "1 !9");
+  EXPECT_EQ(Create(InFolder("OTHER.KRV")), kSuccess);
   const auto start = std::chrono::steady_clock::now();
-  EXPECT_EQ(client.Insert(MakeParty(7)), kRecordInUse);
+  EXPECT_EQ(client.Do("insert"), "!84");
   const auto patience = std::chrono::steady_clock::now() - start;
   EXPECT_GT(patience, 1s);
   EXPECT_LT(patience, 10s);
-  EXPECT_EQ(client.Call(kBeginTransaction), kSuccess);
-  for (int i = 0; i < 20; ++i) {
-    EXPECT_EQ(client.Insert(MakeParty(7)), kRecordInUse);
-  }
-  EXPECT_EQ(client.Call(kAbortTransaction), kSuccess);
+  EXPECT_EQ(client.Do("begin"), "ok");
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(client.Do("insert"), "!84");
+  EXPECT_EQ(client.Do("abort, close"), "ok ok");
   EXPECT_LT(std::chrono::steady_clock::now() - start, 2 * patience) << "impatient when repeated";
+  EXPECT_EQ(Create(path), kFileInUse);
 
   std::filesystem::remove(flag);
   EXPECT_EQ(holder.Wait(), 0);
-  EXPECT_EQ(client.Insert(MakeParty(7)), kSuccess);
-  EXPECT_EQ(Walk(client, kByNumber), "1 2 3");
-}
-
-TEST_F(Processes, DoNotReplaceAFileThatAnotherHasOpen) {
-  ASSERT_EQ(client.Close(), kSuccess);
-  const std::string flag = InFolder("held");
-  host::Worker holder({"hold", path, flag});
-  for (int i = 0; i < 2000 && !std::filesystem::exists(flag); ++i) {
-    std::this_thread::sleep_for(5ms);
-  }
-  EXPECT_EQ(Create(path, DescribeParties()), kFileInUse);
-  std::filesystem::remove(flag);
-  EXPECT_EQ(holder.Wait(), 0);
-  ASSERT_EQ(client.Open(path), kSuccess);
-  EXPECT_EQ(Walk(client, kByNumber), "1");
+  EXPECT_EQ(Opened(path).Do("insert, first, next*"), "3 1 2 3 !9");
 }
 
 }  // namespace

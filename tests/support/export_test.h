@@ -38,13 +38,6 @@ class ScriptedExportTest : public ExportTest {
  protected:
   void TearDown() override;
 
-  // Runs an export once as it is, to count its calls of the record manager, and then with each of
-  // them failing in turn, with several statuses. Each time the result is one of `results`, every
-  // file that was opened has been closed, the user was told of the file that could not be opened or
-  // closed and of no other, and nothing stands behind the record in the buffer.
-  void ExpectSoundWhicheverCallFails(const std::function<std::int32_t(char* buffer)>& run,
-                                     const std::vector<std::int32_t>& results);
-
   ManagerScript manager{managers};
 };
 

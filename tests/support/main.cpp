@@ -4,6 +4,7 @@
 #include "support/screen.h"
 #include "support/temporary_folder.h"
 #include "support/world.h"
+#include "tests/recordmanager/worker.h"
 
 namespace qlx99::tests {
 namespace {
@@ -31,6 +32,11 @@ int RunAllTests() {
 }  // namespace qlx99::tests
 
 int main(int argc, char** argv) {
+  if (argc > 1 && std::string(argv[1]) == recordmanager_tests::kWorkerOption) {
+    qlx99::tests::world::SetDeadline(std::chrono::minutes(1),
+                                     "a worker");  // its test may have ended badly
+    return recordmanager_tests::Work({argv + 2, argv + argc});
+  }
   testing::InitGoogleMock(&argc, argv);
   return qlx99::tests::RunAllTests();
 }

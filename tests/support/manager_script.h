@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,6 @@ namespace qlx99::tests {
 // One call as it arrived, and the status that it was given.
 struct ManagerCall {
   WORD operation;
-  void* positionBlock;
   std::string file;  // the bare name, as the position block was opened
   std::string path;  // of Open
   std::string key;   // all of the key buffer
@@ -26,11 +26,10 @@ struct ManagerCall {
   bool plain;        // through BTRCALL
   int status = 0;
 
-  // "GetEqual ZTCASE.KRV 1": operation, file and, where it matters, the key number.
+  // On the file ZTCASE.KRV, "+CASE" and "-CASE" open and close it, "=CASE1" is Get Equal by key 1,
+  // ">CASE1" Get Next; the others are "first CASE1", "insert CASE1", ...
   std::string Text() const;
 };
-
-inline void PrintTo(const ManagerCall& call, std::ostream* out) { *out << call.Text(); }
 
 class ManagerScript {
  public:
@@ -48,15 +47,16 @@ class ManagerScript {
   // The nth call from now on, counted from 1, gets this status.
   void FailsCall(std::size_t n, int status);
 
-  // The next call of that operation on that file succeeds with exactly these bytes.
-  void Gives(WORD operation, const std::string& file, const std::string& data);
+  // The records that are read consist of this byte.
+  void FillsRecordsWith(char byte) { filler_ = byte; }
 
   // Just before the next call of that operation on that file, somebody else does something.
   void Meanwhile(WORD operation, const std::string& file, std::function<void()> action);
 
-  // All calls since the start or the last Forget.
+  // All calls since the start or the last Forget; as one text, in which ".." stands for the same
+  // call once or more.
   const std::vector<ManagerCall>& Calls() const { return calls_; }
-  std::vector<std::string> CallTexts() const;
+  std::string CallText() const;
 
   // Files that were opened and are not closed. (A call on a file that is not open fails the test.)
   std::vector<std::string> OpenFiles() const;
@@ -68,31 +68,27 @@ class ManagerScript {
   struct Rule {
     WORD operation;
     std::string file;
+    int status;
     int times;
-    std::function<int(const ManagerCall&, void* dataBuffer, ULONG* dataLength)> answer;
   };
 
   static short Handle(void* script, WORD operation, void* positionBlock, void* dataBuffer,
                       ULONG* dataLength, void* keyBuffer, BYTE keyLength, char keyNumber,
                       void* clientId);
 
-  struct KnownFile {
-    std::string name;
-    bool isClosed = false;  // in truth, although the script answered that it was busy
-  };
-
   std::string FileOf(const void* positionBlock);
-  int Close(const ManagerCall& call, const std::function<int()>& forward);
-  Rule* RuleFor(const ManagerCall& call);
+  std::optional<int> ScriptedStatus(const ManagerCall& call);
   void RunActions(const ManagerCall& call);
-  void Keep(const ManagerCall& call);
+  void Keep(const ManagerCall& call, const void* positionBlock);
 
   std::vector<ManagerCall> calls_;
   std::vector<Rule> rules_;
-  std::map<std::size_t, int> failures_;                        // by the number of the call
-  std::multimap<std::string, std::function<void()>> actions_;  // by the call's operation and file
-  std::map<const void*, KnownFile> files_;                     // by position block
-  std::map<const void*, std::string> copies_;                  // of position blocks, likewise
+  std::size_t failingCall_ = 0;  // its number
+  int failure_ = 0;
+  std::optional<char> filler_;
+  std::multimap<std::pair<WORD, std::string>, std::function<void()>> actions_;
+  std::map<const void*, std::string> files_;   // that are open, by position block
+  std::map<const void*, std::string> copies_;  // of position blocks, likewise
 };
 
 }  // namespace qlx99::tests

@@ -1,0 +1,114 @@
+// What authors of macros are given, the module and the document, against what the library's callers
+// in C are given and what the tool knows of the exports.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cctype>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "office/export_table.h"
+
+namespace office {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+std::string Replaced(std::string text,
+                     const std::vector<std::pair<const char*, const char*>>& replacements) {
+  for (const auto& [pattern, by] : replacements) {
+    text = std::regex_replace(text, std::regex(pattern), by);
+  }
+  return text;
+}
+
+std::string ProjectFile(const std::string& name) {
+  std::ifstream file(QLX99_PROJECT "/" + name);
+  std::string text{std::istreambuf_iterator<char>(file), {}};
+  EXPECT_FALSE(text.empty()) << name;
+  return text;
+}
+
+// The first group of every match; lines that are continued count as one.
+std::vector<std::string> All(const std::string& text, const char* pattern) {
+  const std::string flat = Replaced(text, {{"( _)?\\s+", " "}});
+  const std::regex regex(pattern);
+  std::vector<std::string> found;
+  std::transform(std::sregex_iterator(flat.begin(), flat.end(), regex), {},
+                 std::back_inserter(found), [](const std::smatch& match) { return match.str(1); });
+  return found;
+}
+
+// "UserNext(const char* index, char* record)"
+std::vector<std::string> Prototypes() {
+  return All(ProjectFile("qlx99/qlx99.h"), "int WINAPI (\\w+\\([^)]*\\));");
+}
+
+std::string Lower(std::string text) {
+  std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
+  return text;
+}
+
+TEST(MacroInterface, DeclaresEachExportAsTheHeaderDoes) {
+  std::vector<std::string> expected;
+  for (const std::string& prototype : Prototypes()) {
+    expected.push_back(Replaced(prototype, {{"void", ""},
+                                            {"(const )?char\\* (\\w+)", "ByVal $2 As String"},
+                                            {"\\bint (\\w+)", "ByVal $1 As Long"},
+                                            {"^(\\w+)", "$1 Lib \"qlx99.dll\" "}}) +
+                       " As Long");
+  }
+  EXPECT_EQ(expected.size(), Exports().size());
+  EXPECT_EQ(All(ProjectFile("macros/qlx99.bas"), "Declare Function ([^)]*\\) As \\w+)"), expected);
+}
+
+TEST(MacroInterface, ReadsEachRecordIntoItsFieldsInTheirOrder) {
+  const std::string module =
+      Replaced(Lower(ProjectFile("macros/qlx99.bas")), {{"(public type|dim found as) \\w+", "$1"},
+                                                        {" as (string|long)\n", "\n"},
+                                                        {"numberof\\((.*)\\)\n", "$1\n"},
+                                                        {"fieldsof\\(.*\\), (\\d+), .*\n", "$1\n"},
+                                                        {"\\w+ = found\n", "= found\n"}});
+  for (const Export& one : Exports()) {
+    if (one.fields.empty() || one.fields.front() == "path") continue;
+    std::string type = Lower("' " + std::string(one.name)) + "\npublic type\n";
+    std::string reading = "fields = " + std::to_string(one.fields.size()) + "\n    dim found as\n";
+    for (std::size_t i = 0; i < one.fields.size(); ++i) {
+      const std::string field = Lower(std::string(one.fields[i]));
+      type += "    " + field + "\n";
+      reading += "    found." + field + " = fields(" + std::to_string(i) + ")\n";
+    }
+    EXPECT_THAT(module, HasSubstr(type + "end type\n"));
+    EXPECT_THAT(module, HasSubstr(reading + "    = found\n"));
+  }
+}
+
+TEST(MacroInterface, DocumentsEachExportWithItsArgumentsAndFields) {
+  const std::string document =
+      Replaced(ProjectFile("docs/exports.md"), {{"\n(\\| \\d+ \\| `\\w+` \\|).*", "\n$1"}});
+  for (const std::string& prototype : Prototypes()) {
+    const std::string call =
+        Replaced(prototype, {{"(const char\\*|char\\*|int) ", ""}, {"void", ""}});
+    const std::size_t begin = document.find("\n### `" + call + "`\n");
+    ASSERT_NE(begin, std::string::npos) << call;
+    const std::string section = document.substr(begin, document.find("\n#", begin + 1) - begin);
+    std::string fields;
+    for (const std::string_view field : ExportNamed(call.substr(0, call.find('('))).fields) {
+      const auto number = static_cast<std::size_t>(std::ranges::count(fields, '\n') + 1);
+      fields += "| " + std::to_string(number) + " | `" + std::string(field) + "` |\n";
+    }
+    if (fields.empty()) {
+      EXPECT_THAT(section, Not(HasSubstr("| No. |"))) << call;
+    } else {
+      EXPECT_THAT(section, HasSubstr("| No. | Field | Content |\n|---|---|---|\n" + fields + "\n"));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace office

@@ -1,0 +1,191 @@
+// Create, Stat, Open and Close: the published buffers, names, files that are no record files, and
+// what becomes of files that are there already.
+#include <chrono>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <random>
+#include <thread>
+
+#include "party_file.h"
+
+namespace recordmanager_tests {
+namespace {
+
+using namespace btrieve;
+using qlx99::tests::EmbeddedCall;
+
+class Files : public PartyFile {
+ protected:
+  const std::string other = InFolder("OTHER.KRV");
+
+  static std::string ReadAll(const std::string& name) {
+    std::ifstream file(name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  static void WriteAll(const std::string& name, const std::string& bytes) {
+    std::ofstream(name, std::ios::binary) << bytes;
+  }
+};
+
+TEST_F(Files, AreToldBackByStatWithTheCounts) {
+  EXPECT_EQ(client.Do("insert case=4, insert case=4, insert case=5"), "1 2 3");
+  std::string expected = DescribeParties();
+  expected[offsetof(FileDescription, recordCount)] = 3;
+  const char uniqueValues[] = {3, 2, 1, 1};
+  for (std::size_t i = 0; i < 4; ++i) {
+    char* const key = &expected[sizeof(FileDescription) + i * sizeof(KeyDescription)];
+    key[offsetof(KeyDescription, uniqueValues)] = uniqueValues[i];
+    key[offsetof(KeyDescription, keyNumber)] = static_cast<char>(i);
+  }
+  const auto stat = [&](std::size_t room) {
+    std::string answer(room, '#');
+    auto length = static_cast<ULONG>(room);
+    const int status = EmbeddedCall()(kStat, client.block.data(), answer.data(), &length,
+                                      client.key.data(), kMaxKeyLength, 0);
+    return std::pair(status, answer.substr(0, length));
+  };
+  EXPECT_EQ(stat(expected.size()), std::pair(kSuccess, expected));
+  EXPECT_EQ(stat(0x8000), std::pair(kSuccess, expected));
+  EXPECT_EQ(stat(expected.size() - 1).first, kDataBufferLength);
+}
+
+TEST_F(Files, AreNotCreatedFromDescriptionsThatCannotBeKept) {
+  const KeyDescription text = DescribeKey(0, 4);
+  KeyDescription beforeFirst = text;
+  beforeFirst.position = 0;
+  const std::pair<std::string, int> cases[] = {
+      {"", kDataBufferLength},
+      {DescribeParties().substr(0, sizeof(FileDescription) + 1), kDataBufferLength},
+      {DescribeFile(0, {text}), kInvalidRecordLength},
+      {DescribeFile(20, {text}, 1), kInvalidRecordLength},  // variable length
+      {DescribeFile(20, {}), kInvalidKeyCount},
+      {DescribeFile(20, std::vector(120, text)), kInvalidKeyCount},
+      {DescribeFile(20, {DescribeKey(17, 4)}), kInvalidKeyPosition},
+      {DescribeFile(20, {beforeFirst}), kInvalidKeyPosition},
+      {DescribeFile(20, {DescribeKey(0, 0)}), kInvalidKeyLength},
+      {DescribeFile(200, {DescribeKey(0, 81)}), kInvalidKeyLength},
+      {DescribeFile(20, {DescribeKey(0, 3, kIntegerKey)}), kInvalidKeyLength},
+      {DescribeFile(20, {DescribeKey(0, 4, 5)}), kInvalidKeyType},
+      {DescribeFile(20, {DescribeKey(0, 4, kStringKey, 0x10), text}),
+       kInvalidKeyFlags},  // segments
+      {DescribeFile(20, {text, text}, kKeyNumbersGiven), kInvalidKeyNumber},
+  };
+  for (const auto& [description, status] : cases) {
+    EXPECT_EQ(Create(other, description), status);
+    EXPECT_FALSE(std::filesystem::exists(other)) << status;
+  }
+}
+
+TEST_F(Files, MayHaveKeysUpToTheirLimits) {
+  KeyDescription byNumber = DescribeKey(79, 1, kIntegerKey, kKeyDuplicates);
+  byNumber.keyNumber = 7;
+  KeyDescription byText = DescribeKey(0, 80, kStringKey, kKeyDuplicates);
+  byText.keyNumber = 3;
+  ASSERT_EQ(Create(other, DescribeFile(80, {byNumber, byText}, kKeyNumbersGiven)), kSuccess);
+  Client& second = Opened(other);
+  const std::pair<WORD, char> calls[] = {{kInsert, 3},  {kInsert, 7},      {kGetFirst, 0},
+                                         {kGetLast, 3}, {kGetPrevious, 3}, {kGetPrevious, 3},
+                                         {kGetEqual, 7}};
+  std::string statuses;
+  for (const auto& [operation, key] : calls) {
+    second.record.fill('\xFF');
+    statuses += std::to_string(second.Call(operation, key)) + ' ';
+  }
+  EXPECT_EQ(statuses, "0 0 6 0 0 9 0 ");
+}
+
+TEST_F(Files, AreReplacedOnlyWhenAskedToAndWhenNobodyHasThemOpen) {
+  EXPECT_EQ(client.Do("insert"), "1");
+  EXPECT_EQ(Create(path, DescribeParties(), kCreateOnly), kFileExists);
+  EXPECT_EQ(Create(path), kFileInUse);
+  std::filesystem::copy_file(path + "-wal", other + "-wal");
+  EXPECT_EQ(client.Do("first, next, close"), "1 !9 ok");
+  EXPECT_EQ(Create(path, DescribeParties(), kCreateOnly), kFileExists);
+  EXPECT_EQ(Opened(path).Do("first, next, close"), "1 !9 ok");
+  EXPECT_EQ(Create(path), kSuccess);
+  EXPECT_EQ(Opened(path).Do("first, close"), "!9 ok");
+
+  // What a former file left behind does not mislead.
+  EXPECT_EQ(Create(other, DescribeParties(), kCreateOnly), kSuccess);
+  EXPECT_EQ(Opened(other).Do("first, close"), "!9 ok");
+  WriteAll(other, std::string(5000, 'x'));
+  EXPECT_EQ(Create(other, DescribeParties(), kCreateOnly), kFileExists);
+  EXPECT_EQ(Create(other), kSuccess);
+  EXPECT_EQ(Opened(other).Do("first, close"), "!9 ok");
+}
+
+TEST_F(Files, AreAllThatIsLeftBehind) {
+  EXPECT_EQ(client.Do("close"), "ok");
+  EXPECT_EQ(Create(path), kSuccess);
+  for (const std::string& name : {InFolder(""), InFolder("none/A.KRV"), std::string()}) {
+    EXPECT_EQ(Create(name), kInvalidFileName) << name;
+  }
+  const std::filesystem::directory_iterator left(folder);
+  EXPECT_EQ(std::distance(begin(left), end(left)), 1);
+}
+
+TEST_F(Files, ThatCannotBeOpenedSayWhy) {
+  std::string foreign = ReadAll(path);
+  std::string later = foreign;
+  foreign.at(71) = 0;  // of the application's id
+  later.at(63) = 2;    // of the format's version
+  const std::pair<const char*, std::string> contents[] = {{"TEXT.KRV", std::string(5000, 'x')},
+                                                          {"EMPTY.KRV", ""},
+                                                          {"FOREIGN.KRV", foreign},
+                                                          {"LATER.KRV", later}};
+  for (const auto& [name, bytes] : contents) {
+    WriteAll(InFolder(name), bytes);
+    EXPECT_EQ(Client().Open(InFolder(name)), kNotARecordFile) << name;
+  }
+  EXPECT_EQ(Client().Open(""), kInvalidFileName);
+  EXPECT_EQ(Client().Open(folder.string()), kInvalidFileName);
+  EXPECT_EQ(Client().Open(InFolder("NONE.KRV")), kFileNotFound);
+  EXPECT_EQ(Client().Open(InFolder("NONE/A.KRV")), kFileNotFound);
+  EXPECT_EQ(Opened(folder.string() + "\\PARTIES.KRV").Do("close, close"), "ok !3");
+}
+
+TEST_F(Files, OpenedForReadingRefuseWrites) {
+  EXPECT_EQ(client.Do("insert"), "1");
+  EXPECT_EQ(Opened(path, kOpenReadOnly).Do("insert, equal number=1, update, delete, first, next"),
+            "!46 1 !46 !46 1 !9");
+}
+
+TEST_F(Files, AreCompleteOnceClosedAndFreeAfterAWhile) {
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  WriteAll(other, ReadAll(path));
+  EXPECT_EQ(Opened(other).Do("first, next, close"), "1 !9 ok");
+  EXPECT_TRUE(std::filesystem::exists(path + "-wal"));
+  std::this_thread::sleep_for(std::chrono::milliseconds(2100));
+  EXPECT_EQ(client.Open(InFolder("NONE.KRV")), kFileNotFound);
+  EXPECT_FALSE(std::filesystem::exists(path + "-wal"));
+  std::filesystem::remove(path);
+}
+
+TEST_F(Files, MayBeDamaged) {
+  for (int i = 0; i < 50; ++i) client.Do("insert role=M rank=-" + std::to_string(i));
+  EXPECT_EQ(client.Do("close"), "ok");
+  const std::string sound = ReadAll(path);
+  std::mt19937 random(1);
+  for (int round = 0; round < 60; ++round) {
+    std::string bytes = sound;
+    for (int i = 0; i < 8; ++i) {
+      bytes[random() % (round % 2 == 0 ? bytes.size() : 2000)] = static_cast<char>(random());
+    }
+    const std::string damaged = InFolder("DAMAGED" + std::to_string(round));
+    WriteAll(damaged, bytes);
+    Client one;
+    if (one.Open(damaged) != kSuccess) continue;
+    for (const std::string key : {"number", "case", "role", "rank"}) {
+      one.Do("first " + key);
+      for (int steps = 0; steps < 100; ++steps) one.Do("next " + key);
+    }
+    one.Do("update, insert");
+    EXPECT_EQ(one.Do("close"), "ok");
+  }
+}
+
+}  // namespace
+}  // namespace recordmanager_tests

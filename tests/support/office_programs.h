@@ -1,0 +1,73 @@
+// The other programs of an office of the delegated kind: the login server, the inquiry program and
+// the sibling library. Both programs are real ones that ask the test what to do. A test says
+// beforehand what they will hear, in its order, and what they do about it:
+//
+//   programs.Start(kLoginServer);
+//   programs.WillHear({{"KRVLOGSRV32: WM_ISLOGGEDIN", 0}, {"TELQBASE: started 5 0"}, ...});
+#pragma once
+
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "platform/windows_api.h"
+#include "support/office.h"
+#include "support/office_programs/qlx02.h"
+
+namespace qlx99::tests {
+
+// By the classes of their windows.
+inline constexpr const char* kLoginServer = "KRVLOGSRV32";
+inline constexpr const char* kInquiryProgram = "TELQBASE";
+
+// A message that reaches a program, with its parameters unless both are 0:
+// "TELQBASE: WM_KRV_SHOWWINDOW 0 6". "TELQBASE: started 5 0" is its start, to be shown normally.
+struct Heard {
+  std::string what;
+  LRESULT answer = 0;
+  std::function<void()> deed = [] {};  // what happens before the answer
+
+  Heard Meanwhile(std::function<void()> thisHappens) const {
+    return {what, answer, std::move(thisHappens)};
+  }
+};
+
+class OfficePrograms {
+ public:
+  // Configures the delegated kind and puts what belongs there below the mapping root.
+  explicit OfficePrograms(Office& office);
+  ~OfficePrograms();
+  OfficePrograms(const OfficePrograms&) = delete;
+  OfficePrograms& operator=(const OfficePrograms&) = delete;
+
+  // Starts one of them, which nobody hears.
+  void Start(const std::string& program);
+
+  // From now on, once they have heard what they were to hear before. Anything else fails the test
+  // and closes the login mask, so that no wait is for ever.
+  void WillHear(std::deque<Heard> messages);
+
+  // Ends the programs that run. Fails the test when they have not heard everything.
+  void End();
+
+  // The login mask tells the library's hidden window: 1 for a login, 2 for closed without one.
+  static void LoginMaskReports(int state);
+
+  // "\bin32" below the mapping root.
+  const std::filesystem::path& Bin32() const { return bin32_; }
+
+  // How the sibling library was last called.
+  static DelegateCall LastDelegateCall();
+
+  // For the windows that the programs ask.
+  LRESULT Hear(const std::string& what);
+
+ private:
+  void AwaitExpected();
+
+  std::filesystem::path bin32_;
+  std::deque<Heard> expected_;
+};
+
+}  // namespace qlx99::tests

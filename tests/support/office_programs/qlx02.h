@@ -1,0 +1,22 @@
+// The sibling library of the tests, which remembers how it was called.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace qlx99::tests {
+
+struct DelegateCall {
+  const char* name;  // null: not called yet
+  std::size_t argumentCount;
+  const void* arguments[5];
+  char firstText[8];  // what the first argument said, cut
+};
+
+// What every delegate answers.
+inline constexpr std::int32_t kDelegateAnswer = -123456;
+
+// Exported beside the delegates, under the name "LastCall".
+using LastCallFunction = const DelegateCall*();
+
+}  // namespace qlx99::tests
