@@ -1,5 +1,6 @@
 // What does the library add to the record manager's calls, and what does an office's size add to an
 // export?
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <stdexcept>
@@ -19,7 +20,6 @@ namespace {
 using namespace qlx99;
 
 constexpr std::size_t kCases = 50;
-constexpr int kRuns = 10;
 constexpr double kLibraryLimit = 1.05;
 constexpr double kGrowthLimit = 1.5;
 
@@ -77,12 +77,22 @@ const MeasuredExport kExports[] = {
     {"GetDokuNr", [](const CasePick& pick) { Require(GetDokuNr(pick.caseNumber.c_str()) > 0); }},
 };
 
-// Does it several times in a go, so that each way finds the processor's caches as it left them.
+// Does it several times in a go.
 template <class Work>
-auto Repeated(const Work& work) {
-  return [&work] {
-    for (int i = 0; i < kRuns; ++i) work();
+auto Repeated(const Work& work, int runs) {
+  return [&work, runs] {
+    for (int i = 0; i < runs; ++i) work();
   };
+}
+
+// So many that each way finds the processor's caches as it left them, and so few that a busy
+// machine seldom interrupts.
+template <class Work>
+int RunsInAGo(const Work& work) {
+  constexpr double kLongest = 100;  // microseconds
+  Samples once;
+  for (int i = 0; i < 5; ++i) once.Time(work);
+  return std::clamp(static_cast<int>(kLongest / once.Median()), 1, 20);
 }
 
 void MeasureLibrary(benchmark::State& state, const MeasuredExport& measured) {
@@ -92,7 +102,8 @@ void MeasureLibrary(benchmark::State& state, const MeasuredExport& measured) {
   call();  // a document number's first use makes its record
   BareCalls bare(CallsOf(call));
   const auto bareCalls = [&] { bare.Run(); };
-  Compare(state, Repeated(call), Repeated(bareCalls), kRuns);
+  const int runs = RunsInAGo(bareCalls);
+  Compare(state, Repeated(call, runs), Repeated(bareCalls, runs), runs);
   state.counters["most"] = kLibraryLimit;
   state.SetLabel("its " + std::to_string(bare.Size()) + " calls made bare");
 }
@@ -106,7 +117,9 @@ void MeasureLibraryInMemory(benchmark::State& state, const MeasuredExport& measu
   BareCalls bare(calls);
   const auto bareCalls = [&] { bare.Run(); };
   UseMemory(calls);
-  Compare(state, Repeated(call), Repeated(bareCalls), kRuns * static_cast<int>(calls.size()));
+  const int runs = RunsInAGo(call);
+  Compare(state, Repeated(call, runs), Repeated(bareCalls, runs),
+          runs * static_cast<int>(calls.size()));
   UseEmbedded();
   state.SetLabel("a call of " + std::to_string(calls.size()) + ", bare and answered from memory");
 }
