@@ -1,11 +1,11 @@
-// Puts an office under load: many processes read and write it, any of which is killed at any
-// moment, and in the end everything that was acknowledged must be there.
+// Tries to make an office lose something.
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <iostream>
 #include <random>
 
+#include "stress/faults.h"
 #include "stress/load.h"
 #include "stress/store.h"
 #include "stress/worker.h"
@@ -26,32 +26,42 @@ int Complain(const std::exception& error, int code) {
   return code;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  CLI::App app{
-      "Many processes read and write one office and are killed at random moments; in the "
-      "end all that was acknowledged must be there. Exit code 0 when it is.",
-      "qlx_stress"};
+int Run(CLI::App& app, int argc, char** argv) {
   stress::Plan plan;
   std::string folder = (std::filesystem::temp_directory_path() /
                         ("qlx_stress_" + std::to_string(std::random_device()())))
                            .string();
   std::vector<std::string> worker;
-  app.add_option("--seconds", plan.seconds, "How long")->capture_default_str();
-  app.add_option("--processes", plan.processes, "How many at a time")->capture_default_str();
-  app.add_option("--pause", plan.pause,
-                 "Milliseconds between two kills on the average; 0 kills nobody")
-      ->capture_default_str();
-  app.add_flag("--rollback-journal", plan.rollbackJournal, "Files as they work on network drives");
   app.add_option("--folder", folder, "Where; made, and removed unless something is found");
   app.add_option("--worker", worker)->group("");  // for this program's own use
+  CLI::App* load = app.add_subcommand("load", "Many processes, killed at random moments");
+  load->add_option("--seconds", plan.seconds, "How long")->capture_default_str();
+  load->add_option("--processes", plan.processes, "How many at a time")->capture_default_str();
+  load->add_option("--pause", plan.pause,
+                   "Milliseconds between two kills on the average; 0 kills nobody")
+      ->capture_default_str();
+  load->add_flag("--rollback-journal", plan.rollbackJournal,
+                 "Files as they work on network drives");
+  CLI::App* faults = app.add_subcommand("faults", "Disks that are full or fail, at every request");
   CLI11_PARSE(app, argc, argv);
+
   plan.folder = folder;
+  bool sound = true;
+  if (!worker.empty()) WorkAs(worker);
+  if (load->parsed()) sound = stress::RunLoad(plan, std::cout);
+  if (faults->parsed()) sound = stress::RunFaults(folder, std::cout) && sound;
+  return sound ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app{
+      "Puts an office under load and its disk out of order; in the end all that was "
+      "acknowledged must be there. Exit code 0 when it is.",
+      "qlx_stress"};
   try {
-    if (worker.empty()) return stress::RunLoad(plan, std::cout) ? 0 : 1;
-    WorkAs(worker);
-    return 0;
+    return Run(app, argc, argv);
   } catch (const stress::Fault& fault) {
     return Complain(fault, fault.kind);
   } catch (const std::exception& error) {

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <cstring>
 
 #include "office/record_manager.h"
@@ -12,18 +11,35 @@ namespace {
 constexpr int kCounterSlot = -1;
 constexpr int kCounterName = 0;
 
-#pragma pack(push, 1)
 struct Record {
-  std::int32_t number = 0;      // key 0: autoincrement
-  std::int32_t slot = 0;        // key 1: integer, duplicates
-  std::int32_t name = 0;        // key 2: integer, names slot and item
-  std::array<char, 12> text{};  // key 3: string, duplicates; the item's last digits
+  std::int32_t number = 0;
+  std::int32_t slot = 0;
+  std::int32_t name = 0;  // of slot and item
+  std::array<char, 12> text{};
   std::int32_t item = 0;
   std::array<std::uint32_t, 60> filler{};
 };
-#pragma pack(pop)
 
-enum Key : char { kByNumber, kBySlot, kByName, kByText };
+// The same for the record manager: a key of each type.
+struct Item {
+  static constexpr qlx99::RecordFileInfo file{kRecordsFile, sizeof(Record)};
+
+  static constexpr qlx99::Int32Field number{"number", 0};
+  static constexpr qlx99::Int32Field slot{"slot", 4};
+  static constexpr qlx99::Int32Field name{"name", 8};
+  static constexpr qlx99::TextField text{"text", 12, 12};
+
+  static constexpr qlx99::Key byNumber{0, number, qlx99::Key::kAutoincrement};
+  static constexpr qlx99::Key bySlot{1, slot, qlx99::Key::kDuplicates};
+  static constexpr qlx99::Key byName{2, name, qlx99::Key::kUnique};
+  static constexpr qlx99::Key byText{3, text, qlx99::Key::kDuplicates};
+
+  static constexpr auto fields = qlx99::Fields(number, slot, name, text);
+  static constexpr auto keys = qlx99::Keys(byNumber, bySlot, byName, byText);
+};
+static_assert(qlx99::IsSound<Item>());
+
+enum Key : char { kByNumber, kBySlot, kByName };
 
 int NameOf(int slot, int item) {
   constexpr int kItemsPerSlot = 10'000'000;
@@ -144,37 +160,10 @@ class Records : public Store {
   int slot_;
 };
 
-btrieve::KeyDescription DescribeKey(std::size_t offset, std::size_t length, unsigned flags,
-                                    std::uint8_t type) {
-  btrieve::KeyDescription key{};
-  key.position = static_cast<std::uint16_t>(offset + 1);
-  key.length = static_cast<std::uint16_t>(length);
-  key.flags = static_cast<std::uint16_t>(flags | btrieve::kKeyExtendedType);
-  key.extendedType = type;
-  return key;
-}
-
 }  // namespace
 
 void CreateRecords(const std::filesystem::path& office) {
-  constexpr unsigned kFree = btrieve::kKeyDuplicates | btrieve::kKeyModifiable;
-  struct {
-    btrieve::FileDescription file{};
-    std::array<btrieve::KeyDescription, 4> keys{
-        DescribeKey(offsetof(Record, number), 4, 0, btrieve::kAutoincrementKey),
-        DescribeKey(offsetof(Record, slot), 4, kFree, btrieve::kIntegerKey),
-        DescribeKey(offsetof(Record, name), 4, btrieve::kKeyModifiable, btrieve::kIntegerKey),
-        DescribeKey(offsetof(Record, text), 12, kFree, btrieve::kStringKey)};
-  } description;
-  description.file.recordLength = sizeof(Record);
-  description.file.pageSize = 4096;
-  description.file.keyCount = static_cast<std::uint8_t>(description.keys.size());
-  std::array<char, sizeof description> data{};
-  std::memcpy(data.data(), &description, sizeof description);
-  std::array<std::byte, btrieve::kPositionBlockSize> block{};
-  std::array<char, btrieve::kMaxKeyLength> key{};
-  std::ranges::copy((office / kRecordsFile).string(), key.begin());
-  Must(Manager().Call(btrieve::kCreate, {block, data, key, btrieve::kCreateOnly}), "Create");
+  office::TableFile::Create(Manager(), office, qlx99::LayoutOf<Item>());
   RecordCursor counter(office);
   counter.record = MakeRecord(kCounterSlot, 0);
   Must(counter.Call(btrieve::kInsert, kByNumber), "Insert");

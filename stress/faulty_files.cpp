@@ -1,17 +1,17 @@
-#include "faulty_files.h"
+#include "stress/faulty_files.h"
 
 #include <sqlite3.h>
 
 #include <map>
 #include <memory>
 
-namespace recordmanager_tests {
+namespace stress {
 namespace {
 
 using Methods = sqlite3_io_methods;
 
 struct Plan {
-  Fault fault = Fault::kFull;
+  DiskFault fault = DiskFault::kFull;
   int left = 0;  // requests until the one that fails; 0: none does
   bool lasting = false;
   bool failed = false;
@@ -46,8 +46,8 @@ template <class... Arguments, int (*Methods::*method)(sqlite3_file*, Arguments..
           int errorCode>
 struct Failing<method, fullCode, errorCode> {
   static int Call(sqlite3_file* file, Arguments... arguments) {
-    const bool full = plan.fault == Fault::kFull;
-    if (plan.Strikes(full ? fullCode != SQLITE_OK : plan.fault == Fault::kIoError)) {
+    const bool full = plan.fault == DiskFault::kFull;
+    if (plan.Strikes(full ? fullCode != SQLITE_OK : plan.fault == DiskFault::kIoError)) {
       return full ? fullCode : errorCode;
     }
     return (RealMethodsOf(file).*method)(file, arguments...);
@@ -71,7 +71,7 @@ std::unique_ptr<Shim> MakeShim(const Methods& methods) {
 
 int Open(sqlite3_vfs* /*shim*/, const char* name, sqlite3_file* file, int flags, int* outFlags) {
   file->pMethods = nullptr;
-  if (plan.Strikes(plan.fault == Fault::kCannotOpen)) {
+  if (plan.Strikes(plan.fault == DiskFault::kCannotOpen)) {
     return SQLITE_CANTOPEN;
   }
   const int result = real->xOpen(real, name, file, flags, outFlags);
@@ -104,7 +104,7 @@ FaultyFiles::~FaultyFiles() {
   sqlite3_vfs_register(real, 1);
 }
 
-void FaultyFiles::Fail(Fault fault, int nth, bool lasting) { plan = {fault, nth, lasting}; }
+void FaultyFiles::Fail(DiskFault fault, int nth, bool lasting) { plan = {fault, nth, lasting}; }
 
 bool FaultyFiles::Heal() {
   const bool failed = plan.failed;
@@ -112,4 +112,4 @@ bool FaultyFiles::Heal() {
   return failed;
 }
 
-}  // namespace recordmanager_tests
+}  // namespace stress

@@ -2,10 +2,10 @@
 // host's real one and fails the nth request.
 #pragma once
 
-namespace recordmanager_tests {
+namespace stress {
 
 // Which requests may fail, and with what.
-enum class Fault {
+enum class DiskFault {
   kFull,     // writing: the disk is full
   kIoError,  // anything but opening: an input/output error
   kCannotOpen
@@ -20,10 +20,10 @@ class FaultyFiles {
 
   // The nth request from now on that may fail so, counted from 1, fails; if `lasting`, all behind
   // it do too.
-  void Fail(Fault fault, int nth, bool lasting);
+  void Fail(DiskFault fault, int nth, bool lasting);
 
   // All is well again. False when nothing has failed since Fail.
   bool Heal();
 };
 
-}  // namespace recordmanager_tests
+}  // namespace stress
