@@ -11,6 +11,11 @@ if(QLX_SANITIZE)
   target_link_options(project_options INTERFACE -fsanitize=${QLX_SANITIZE})
 endif()
 
+# Lets libFuzzer see which ways its inputs take through our code, in every target.
+if(QLX_FUZZ)
+  target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 if(WIN32)
   target_compile_definitions(project_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   # The word processor's folder must not have to hold a compiler's runtime, and equal sources make equal files.

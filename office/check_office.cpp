@@ -1,6 +1,7 @@
 #include "office/check_office.h"
 
 #include <algorithm>
+#include <optional>
 #include <ostream>
 #include <string>
 
@@ -11,6 +12,7 @@
 #include "office/install_kind.h"
 #include "office/record_manager.h"
 #include "office/show_file.h"
+#include "office/text_encoding.h"
 #include "record_files.h"
 
 namespace office {
@@ -18,38 +20,50 @@ namespace {
 
 using qlx99::RecordLayout;
 
-// Writes the report's lines and remembers whether all was well.
+// A table of what was looked at and what was found, which remembers whether all was well.
 class Report {
  public:
-  explicit Report(std::ostream& out) : out_(out) {}
+  explicit Report(std::ostream& out) : out_(out), inColour_(ShowsColours(out)) {}
 
-  void Good(const std::string& line) { out_ << "  " << line << "\n"; }
-  void Bad(const std::string& line) {
-    out_ << "! " << line << "\n";
+  void Good(const std::string& what, const std::string& found) {
+    Write("\x1b[32m", "  ", what, found);
+  }
+  void Bad(const std::string& what, const std::string& wrong) {
+    Write("\x1b[31m", "! ", what, wrong);
     sound_ = false;
   }
 
-  // What `look` returns is well, its failure is not.
+  // What `look` returns is well, its failure is not. Returns whether it was well.
   template <class Look>
-  void Add(const Look& look) {
+  bool Add(const std::string& what, const Look& look) {
     try {
-      Good(look());
+      Good(what, look());
+      return true;
     } catch (const Failure& failure) {
-      Bad(failure.what());
+      Bad(what, failure.what());
+      return false;
     }
   }
 
   bool IsSound() const { return sound_; }
 
  private:
+  void Write(const char* colour, const char* mark, const std::string& what,
+             const std::string& words) {
+    constexpr std::size_t kWidth = 16;
+    out_ << (inColour_ ? colour : "") << mark << PaddedRight(what, kWidth) << words
+         << (inColour_ ? "\x1b[0m" : "") << "\n";
+  }
+
   std::ostream& out_;
+  bool inColour_;
   bool sound_ = true;
 };
 
 std::string KindOfInstallation() {
-  return std::string("ProgramName: ") + KindName() +
-         (IsDelegated() ? ", the library hands every call on to the sibling library"
-                        : ", the library reads the record files itself");
+  return std::string(KindName()) + (IsDelegated()
+                                        ? ", the library hands every call on to the sibling library"
+                                        : ", the library reads the record files itself");
 }
 
 // The library reads a file by the last of the keys that it declares, and follow-ups also by their
@@ -74,8 +88,8 @@ std::string KeyProblem(const qlx99::Key& key, const FileFacts& facts) {
   return {};
 }
 
-[[noreturn]] void Refuse(const RecordLayout& layout, const std::string& why) {
-  throw Failure(std::string(layout.file.name) + ": " + why);
+[[noreturn]] void Refuse(const std::string& why) {
+  throw Failure(why + "; put back the file that belongs to this office.");
 }
 
 std::string LookAtFile(const RecordManager& manager, const std::filesystem::path& directory,
@@ -84,76 +98,78 @@ std::string LookAtFile(const RecordManager& manager, const std::filesystem::path
   const FileFacts facts = file.Facts();
   const std::string length = std::to_string(layout.file.length);
   if (facts.file.recordLength != layout.file.length) {
-    Refuse(layout,
-           "its records have " + std::to_string(facts.file.recordLength) + " bytes, not " + length);
+    Refuse("its records have " + std::to_string(facts.file.recordLength) + " bytes, not " + length);
   }
   for (const qlx99::Key& key : layout.keys) {
     const std::string problem = IsReadBy(layout, key) ? KeyProblem(key, facts) : "";
-    if (!problem.empty()) Refuse(layout, problem);
+    if (!problem.empty()) Refuse(problem);
   }
-  return std::string(layout.file.name) + ": " + std::to_string(facts.file.recordCount) +
-         " records of " + length + " bytes";
+  return std::to_string(facts.file.recordCount) + " records of " + length + " bytes";
 }
 
 template <const qlx99::RegistryValue& value>
 std::string LookAtValue() {
   const auto text = qlx99::ReadConfiguration<value>();
-  if (!text) {
-    throw Failure(std::string(value.name) + " is not set" +
-                  (IsDelegated() ? "" : "; `qlx setup DIR` sets it"));
-  }
-  return std::string(value.name) + ": " + text->data();
+  if (text && text->front() != '\0') return Decode(text->data());
+  throw Failure("is not set in " + RegistryPlace() +
+                (IsDelegated() ? "; install the office's programs on this machine."
+                               : "; `qlx setup DIR` sets it."));
+}
+
+std::string LookAtDataRoot() {
+  std::string text = LookAtValue<qlx99::kDataRoot>();
+  if (std::filesystem::is_directory(ConfiguredDataRoot())) return text;
+  throw Failure("there is no folder " + text +
+                "; connect its drive, or name another folder with `qlx setup DIR`.");
 }
 
 void LookAtRecordFiles(Report& report) {
-  report.Add(LookAtValue<qlx99::kDataRoot>);
-  report.Add(LookAtValue<qlx99::kDocuRoot>);
-  report.Add(LookAtValue<qlx99::kProgramRoot>);
-  const RecordManager manager;
-  report.Good("Record manager: " + manager.Name());
+  const bool hasFolder = report.Add(qlx99::kDataRoot.name, LookAtDataRoot);
+  report.Add(qlx99::kDocuRoot.name, LookAtValue<qlx99::kDocuRoot>);
+  report.Add(qlx99::kProgramRoot.name, LookAtValue<qlx99::kProgramRoot>);
+  std::optional<RecordManager> manager;
+  const bool hasManager = report.Add("record manager", [&] { return manager.emplace().Name(); });
+  if (!hasFolder || !hasManager) return;
   const std::filesystem::path directory = ConfiguredDataRoot();
   for (const RecordLayout& layout : qlx99::kRecordFiles) {
-    report.Add([&] { return LookAtFile(manager, directory, layout); });
+    report.Add(layout.file.name, [&] { return LookAtFile(*manager, directory, layout); });
   }
 }
 
 std::string LookAtInquiryProgram(const qlx99::MappingRoot& root) {
-  const std::string file = qlx99::PathBelow(root, qlx99::kInquiryProgram).data();
-  if (_access(file.c_str(), 0) != 0) throw Failure(file + ": there is no such file");
-  return "Inquiry program: " + file;
+  std::string file = qlx99::PathBelow(root, qlx99::kInquiryProgram).data();
+  if (_access(file.c_str(), 0) == 0) return file;
+  throw Failure("there is no " + file + "; connect its drive, or install the office's programs.");
 }
 
 std::string LookAtSiblingLibrary(const qlx99::MappingRoot& root) {
-  const std::string file = qlx99::PathBelow(root, qlx99::kSiblingFile).data();
+  std::string file = qlx99::PathBelow(root, qlx99::kSiblingFile).data();
   HMODULE library = LoadLibraryA(file.c_str());
   if (library == nullptr) {
-    throw Failure(file + ": it cannot be loaded (error " + std::to_string(GetLastError()) + ")");
+    throw Failure(file + " cannot be loaded (error " + std::to_string(GetLastError()) +
+                  "); install the office's programs again.");
   }
   FreeLibrary(library);
-  return "Sibling library: " + file;
+  return file;
 }
 
 void LookAtOtherPrograms(Report& report) {
-  report.Add(LookAtValue<qlx99::kMappingRoot>);
+  if (!report.Add(qlx99::kMappingRoot.name, LookAtValue<qlx99::kMappingRoot>)) return;
   const auto root = qlx99::ReadConfiguration<qlx99::kMappingRoot>();
   if (!root) return;
-  report.Add([&] { return LookAtInquiryProgram(*root); });
-  report.Add([&] { return LookAtSiblingLibrary(*root); });
+  report.Add("inquiry program", [&] { return LookAtInquiryProgram(*root); });
+  report.Add("sibling library", [&] { return LookAtSiblingLibrary(*root); });
 }
 
 }  // namespace
 
 bool CheckOffice(std::ostream& out) {
   Report report(out);
-  report.Good(KindOfInstallation());
-  try {
-    if (IsDelegated()) {
-      LookAtOtherPrograms(report);
-    } else {
-      LookAtRecordFiles(report);
-    }
-  } catch (const Failure& failure) {
-    report.Bad(failure.what());
+  report.Good(qlx99::kProgramName.name, KindOfInstallation());
+  if (IsDelegated()) {
+    LookAtOtherPrograms(report);
+  } else {
+    LookAtRecordFiles(report);
   }
   return report.IsSound();
 }

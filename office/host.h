@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,9 @@ std::vector<std::string> CommandLineArguments(int count, char** texts);
 
 // Lets a console show UTF-8.
 void PrepareConsole();
+
+// Whether what is written there goes to a screen that obeys escape sequences for colours.
+bool ShowsColours(const std::ostream& out);
 
 // A path as the record manager and the registry take it.
 std::string NativeText(const std::filesystem::path& path);

@@ -1,4 +1,7 @@
+#include <unistd.h>
+
 #include <cstdlib>
+#include <iostream>
 
 #include "office/host.h"
 
@@ -9,6 +12,10 @@ std::vector<std::string> CommandLineArguments(int count, char** texts) {
 }
 
 void PrepareConsole() {}
+
+bool ShowsColours(const std::ostream& out) {
+  return &out == &std::cout && isatty(STDOUT_FILENO) != 0;
+}
 
 std::string NativeText(const std::filesystem::path& path) { return path.string(); }
 

@@ -4,6 +4,8 @@
 // <windows.h> first: this builds on it.
 #include <shellapi.h>
 
+#include <iostream>
+
 namespace office {
 namespace {
 
@@ -28,6 +30,13 @@ std::vector<std::string> CommandLineArguments(int /*count*/, char** /*texts*/) {
 }
 
 void PrepareConsole() { SetConsoleOutputCP(CP_UTF8); }
+
+bool ShowsColours(const std::ostream& out) {
+  HANDLE const console = GetStdHandle(STD_OUTPUT_HANDLE);
+  DWORD mode = 0;
+  return &out == &std::cout && GetConsoleMode(console, &mode) != 0 &&
+         SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
 
 std::string NativeText(const std::filesystem::path& path) { return Encode(PathText(path)); }
 

@@ -23,15 +23,17 @@ constexpr StatusWords kStatusWords[] = {
     {btrieve::kIoError, "the file cannot be read or is damaged; restore it from a backup"},
     {btrieve::kDuplicateKey, "a record with the same key is there already"},
     {btrieve::kInvalidFileName, "the folder or the name is not usable"},
-    {btrieve::kFileNotFound, "there is no such file"},
-    {btrieve::kDiskFull, "the disk is full"},
+    {btrieve::kFileNotFound, "there is no such file; restore it from a backup"},
+    {btrieve::kDiskFull, "the disk is full; make room on it"},
     {btrieve::kDataBufferLength, "its records are longer than this program knows them"},
-    {btrieve::kNotARecordFile, "it is not a record file"},
-    {btrieve::kAccessDenied, "access was denied; check the rights on the folder"},
+    {btrieve::kNotARecordFile,
+     "it is not a record file, or one of a later version; restore it from a backup"},
+    {btrieve::kAccessDenied, "it may not be written; check the rights on it and its folder"},
     {btrieve::kFileExists, "there is such a file already, and it was left alone"},
     {btrieve::kRecordInUse, "another program is using the record; try again"},
     {btrieve::kFileInUse, "another program is using the file; try again"},
-    {btrieve::kPermissionError, "access was denied; check the rights on the folder"},
+    {btrieve::kPermissionError, "it may not be written; check the rights on it and its folder"},
+    {btrieve::kOutOfMemory, "there is too little memory; close other programs"},
 };
 
 void Check(int status, const std::string& doing) {
@@ -52,6 +54,13 @@ KeyBuffer PathKey(const std::filesystem::path& path) {
   return key;
 }
 
+FARPROC EntryPoint(HMODULE library, const std::string& libraryName, const char* name) {
+  FARPROC const address = GetProcAddress(library, name);
+  if (address != nullptr) return address;
+  throw Failure(libraryName + " is no record manager: it has no entry point " + name +
+                ". Install the office's record manager again, or remove that file.");
+}
+
 int CallWithoutFile(const RecordManager& manager, WORD operation) {
   std::array<std::byte, btrieve::kPositionBlockSize> positionBlock{};
   std::array<char, 1> noData{};
@@ -62,20 +71,18 @@ int CallWithoutFile(const RecordManager& manager, WORD operation) {
 }  // namespace
 
 RecordManager::RecordManager() {
+  HMODULE library = nullptr;
   for (const char* name : qlx99::kRecordManagerNames) {
-    HMODULE library = LoadLibraryA(name);
-    if (library == nullptr) continue;
     name_ = name;
-    call_ = std::bit_cast<btrieve::BtrCall*>(GetProcAddress(library, btrieve::kBtrCallName));
-    break;
+    library = LoadLibraryA(name);
+    if (library != nullptr) break;
   }
-  if (name_.empty()) {
+  if (library == nullptr) {
     throw Failure(
         "There is no record manager. Put the embedded one, atbtrv32, beside this program.");
   }
-  if (call_ == nullptr) {
-    throw Failure(name_ + " is no record manager: it has no entry point BTRCALL.");
-  }
+  call_ = std::bit_cast<btrieve::BtrCall*>(EntryPoint(library, name_, btrieve::kBtrCallName));
+  EntryPoint(library, name_, btrieve::kBtrCallIdName);  // the library will not do without it
 }
 
 int RecordManager::Call(WORD operation, const Arguments& arguments, std::size_t* length) const {

@@ -1,8 +1,7 @@
 #include "platform/registry_file.h"
 
-#include <strings.h>
-
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cstdint>
 #include <cstdio>
@@ -15,7 +14,10 @@ namespace platform {
 namespace {
 
 bool SameIgnoringCase(const std::string& a, const std::string& b) {
-  return strcasecmp(a.c_str(), b.c_str()) == 0;
+  // To the end: a file may hold zero bytes.
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
+    return std::tolower(x) == std::tolower(y);
+  });
 }
 
 auto FindKey(auto& keys, const std::string& path) {

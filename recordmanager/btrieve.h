@@ -67,6 +67,7 @@ inline constexpr int kLockError = 81;
 inline constexpr int kRecordInUse = 84;
 inline constexpr int kFileInUse = 85;
 inline constexpr int kPermissionError = 94;
+inline constexpr int kOutOfMemory = 101;
 
 // Open's modes and Create's ways, both given as the key number.
 inline constexpr char kOpenNormal = 0;

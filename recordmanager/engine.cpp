@@ -10,7 +10,15 @@
 
 namespace recordmanager {
 
-int Engine::Serve(const Call& call) {
+int Engine::Serve(const Call& call) noexcept {
+  try {
+    return Dispatch(call);
+  } catch (...) {  // nothing here throws but the lack of memory
+    return btrieve::kOutOfMemory;
+  }
+}
+
+int Engine::Dispatch(const Call& call) {
   files_.CloseIdle();
   if (inTransaction_ && call.client != transactionClient_) {
     return btrieve::kFileInUse;

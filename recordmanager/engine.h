@@ -34,9 +34,10 @@ namespace recordmanager {
 class Engine {
  public:
   // Carries out one call and returns its status. Not for several threads at once.
-  int Serve(const Call& call);
+  int Serve(const Call& call) noexcept;
 
  private:
+  int Dispatch(const Call& call);
   int Open(const Call& call);
   int Create(const Call& call);
   int BeginTransaction(const Call& call);

@@ -11,10 +11,12 @@ namespace {
 using recordmanager::Call;
 using recordmanager::Engine;
 
-short Serve(const Call& call) {
+short Serve(const Call& call) noexcept {
   static std::mutex mutex;
-  static Engine
-      engine;  // made by the first call, as the loader's lock is held while a library is attached
+  // Made by the first call, as the loader's lock is held while a library is attached. Destroyed
+  // under it all the same, when the library is freed or the process ends; but all that happens then
+  // is that files are closed, for which no other library is needed and nobody is waited for.
+  static Engine engine;
   const std::scoped_lock lock(mutex);
   return static_cast<short>(engine.Serve(call));
 }

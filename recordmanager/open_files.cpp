@@ -23,8 +23,8 @@ int OpenFiles::Open(const std::string& path, bool readOnly, const ClientId& clie
   if (!readOnly && database->file->IsReadOnly()) {
     return btrieve::kPermissionError;
   }
+  Slot& slot = FreeSlot(handle.slot);  // which may be the last of the memory
   ++database->users;
-  Slot& slot = FreeSlot(handle.slot);
   handle.generation = ++slot.generation;
   slot.database = database;
   slot.client = client;
@@ -97,6 +97,7 @@ const OpenFiles::OpenFile* OpenFiles::Find(const FileHandle& handle, const Clien
 void OpenFiles::Close(const FileHandle& handle) {
   Slot& slot = slots_[handle.slot];
   Database* database = std::exchange(slot.database, nullptr);
+  database->file->EndRead();
   if (--database->users == 0) {
     database->idleSince = Clock::now();
     database->file->Settle();
@@ -119,6 +120,9 @@ int OpenFiles::Release(const std::string& path) {
 }
 
 void OpenFiles::CloseIdle() {
+  for (const auto& database : databases_) {
+    database->file->EndOldRead();
+  }
   const auto longAgo = Clock::now() - kIdleTime;
   std::erase_if(databases_, [longAgo](const auto& database) {
     return database->users == 0 && !database->file->IsInTransaction() &&

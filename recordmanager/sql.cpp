@@ -19,6 +19,9 @@ int StatusOf(int sqliteCode) {
   if (sqliteCode == SQLITE_CONSTRAINT_UNIQUE) {
     return btrieve::kDuplicateKey;
   }
+  if (sqliteCode == SQLITE_IOERR_SHMSIZE) {  // no room for the memory that users of a log share
+    return btrieve::kDiskFull;
+  }
   switch (sqliteCode & 0xFF) {  // the rest of an extended code tells apart what has one status
     case SQLITE_OK:
     case SQLITE_ROW:
@@ -30,6 +33,8 @@ int StatusOf(int sqliteCode) {
       return btrieve::kRecordInUse;
     case SQLITE_FULL:
       return btrieve::kDiskFull;
+    case SQLITE_NOMEM:
+      return btrieve::kOutOfMemory;
     case SQLITE_NOTADB:
       return btrieve::kNotARecordFile;
     case SQLITE_READONLY:
@@ -90,13 +95,37 @@ int Connection::Open(const std::string& path, Way way) {
     flags |= SQLITE_OPEN_CREATE;
   }
   const int result = sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr);
-  sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+  if (handle_ != nullptr) {  // as it is for lack of memory
+    sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+  }
   return StatusOf(result);
 }
 
 bool Connection::IsReadOnly() const { return sqlite3_db_readonly(handle_, "main") != 0; }
 
 bool Connection::IsInTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
+
+// The log's index begins with a header of 48 bytes, which every change to the file rewrites, with a
+// counter and checksums in it (SQLite's documentation of the WAL-index format).
+LogState Connection::ReadLogState() const {
+  constexpr int kIndexRegion = 32768;
+  LogState state{};
+  sqlite3_file* file = nullptr;
+  if (!logged_ ||
+      sqlite3_file_control(handle_, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK) {
+    return state;
+  }
+  void volatile* index = nullptr;
+  if (file->pMethods == nullptr || file->pMethods->iVersion < 2 ||
+      file->pMethods->xShmMap(file, 0, kIndexRegion, 0, &index) != SQLITE_OK || index == nullptr) {
+    return state;
+  }
+  const auto* words = static_cast<volatile const std::uint32_t*>(index);
+  for (std::uint32_t& word : state) {
+    word = *words++;
+  }
+  return state;
+}
 
 int Connection::Prepare(const std::string& sql, Statement& statement) {
   Statement prepared;

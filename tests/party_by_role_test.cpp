@@ -100,6 +100,7 @@ TEST_F(PartyByRoleTest, KnowsTheRelationsOfEachRole) {
     const ShownDialog dialog = user.OnlyDialog();
     EXPECT_EQ(dialog.title, title);
     std::vector<std::string> lines;
+    lines.reserve(inRole.size());
     for (const std::string& code : inRole) lines.push_back("Beziehung " + code + "\tJörg\t Müller");
     EXPECT_EQ(dialog.List().lines, lines);
   }

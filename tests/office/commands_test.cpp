@@ -175,7 +175,7 @@ class Installations : public testing::Test {
 
 TEST_F(Installations, AreCheckedFileByFile) {
   EXPECT_THAT(Qlx("setup|" + folder_.Text()).err, HasSubstr("There is no office in"));
-  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! DataRoot is not set"));
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! DataRoot        is not set in "));
 
   const office::RecordManager manager;
   const auto create = [&](qlx99::RecordLayout layout) {
@@ -193,30 +193,34 @@ TEST_F(Installations, AreCheckedFileByFile) {
 
   const Outcome check = Qlx("office|check");
   EXPECT_EQ(check.code, office::kFailed);
-  EXPECT_THAT(check.out, AllOf(HasSubstr("\n  ZTCASE.KRV: 0 records of 375 bytes\n"),
-                               HasSubstr("\n! ZTKOTITL.KRV: its records have 80 bytes, not 79\n"),
-                               HasSubstr("\n! ZTBANK.KRV: it has no key 1\n"),
-                               HasSubstr("ZTKONAT.KRV: it is not a record file (status 30)"),
-                               HasSubstr("ZTPART.KRV: there is no such file (status 12)")));
+  EXPECT_THAT(check.out,
+              AllOf(HasSubstr("\n  ZTCASE.KRV      0 records of 375 bytes\n"),
+                    HasSubstr("\n! ZTKOTITL.KRV    its records have 80 bytes, not 79; put "),
+                    HasSubstr("\n! ZTBANK.KRV      it has no key 1; put "),
+                    HasSubstr("ZTKONAT.KRV: it is not a record file, or"),
+                    HasSubstr("ZTPART.KRV: there is no such file; restore it")));
 }
 
-TEST(DelegatedInstallation, IsCheckedForWhatLiesBelowTheMappingRoot) {
+TEST(ConfiguredInstallation, IsCheckedForWhatItsKindNeeds) {
   qlx99::tests::Office its;
   const qlx99::tests::OfficePrograms programs(its);
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   const Outcome whole = Qlx("office|check");
   EXPECT_EQ(whole.code, office::kDone);
-  EXPECT_THAT(whole.out, HasSubstr("  ProgramName: delegated, "));
+  EXPECT_THAT(whole.out, HasSubstr("  ProgramName     delegated, "));
   std::filesystem::remove(programs.Bin32() / "telq32.exe");
   std::filesystem::remove(programs.Bin32() / qlx99::tests::world::LibraryFile("qlx02"));
   EXPECT_THAT(Qlx("office|check").out,
-              AllOf(HasSubstr("telq32.exe: there is no such file\n"),
-                    HasSubstr("qlx02.dll: it cannot be loaded (error 126)\n")));
+              AllOf(HasSubstr("telq32.exe; connect its drive, "),
+                    HasSubstr("qlx02.dll cannot be loaded (error 126); ")));
   its.IsNotConfigured("MappingRoot");
-  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! MappingRoot is not set\n"));
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! MappingRoot     is not set in "));
   EXPECT_EQ(Qlx("call|UserInit").out, "kind: delegated\nresult: 0  (number of users)\n");
   its.IsNotConfigured("ProgramName");
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
+  its.IsConfigured("DataRoot", "/nowhere");
+  EXPECT_THAT(Qlx("office|check").out,
+              HasSubstr("! DataRoot        there is no folder /nowhere; connect its drive, "));
 }
 
 TEST_F(Installations, CanBeGeneratedAndAreTheSameEachTime) {

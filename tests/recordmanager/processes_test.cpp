@@ -47,6 +47,19 @@ TEST_F(Processes, LoseNoUpdateAndShareNoNumber) {
   EXPECT_EQ(CountBy("case"), 301);
 }
 
+TEST_F(Processes, SeeInAWalkWhatWasWrittenAfterItBegan) {
+  EXPECT_EQ(client.Do("insert case=7"), "2");
+  Worker writer({path, "insert case=7", "200", InFolder("log")});
+  while (client.Number() < 202) {
+    ASSERT_EQ(client.Do("equal case=7"), "2");
+    std::set<std::int32_t> acknowledged{2};
+    ReadLog("log", acknowledged);
+    client.Do("next* case");
+    ASSERT_GE(client.Number(), *acknowledged.rbegin());
+  }
+  EXPECT_EQ(writer.Wait(), 0);
+}
+
 TEST_F(Processes, KeepWhatWasAcknowledgedWhenTheyAreKilled) {
   constexpr int kRounds = 12;
   std::set<std::int32_t> acknowledged{1};

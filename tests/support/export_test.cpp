@@ -2,6 +2,9 @@
 
 namespace qlx99::tests {
 
+// Tests of the tool leave one loaded.
+void ExportTest::SetUp() { UnloadRecordManagers(); }
+
 void ExportTest::TearDown() {
   library.Free();
   UnloadRecordManagers();

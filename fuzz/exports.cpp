@@ -1,0 +1,267 @@
+// Every export under rubbish: arguments that are null, endless or no numbers, configuration without
+// terminators, a record manager that answers anything, records of any bytes, a user who does
+// anything at a dialog. No call may crash, look or write where it must not, or leave a file open.
+#include <unistd.h>
+
+#include <bit>
+#include <fstream>
+#include <memory>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "frame/attach.h"
+#include "frame/exports.h"
+#include "frame/registry.h"
+#include "fuzz/input.h"
+#include "platform/registry_file.h"
+#include "platform/screen.h"
+#include "record_files.h"
+#include "support/scripted_manager/handler.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using fuzz::Found;
+using fuzz::Input;
+
+// The record manager: a library beside this program that hands its calls to us.
+class Manager {
+ public:
+  explicit Manager(Input& input) : input_(input) { SetHandler()(&Manager::Handle, this); }
+  ~Manager() { SetHandler()(nullptr, nullptr); }
+  Manager(const Manager&) = delete;
+  Manager& operator=(const Manager&) = delete;
+
+  std::size_t OpenFileCount() const { return open_; }
+
+ private:
+  static qlx99::tests::SetHandlerFunction* SetHandler() {
+    static auto* const function = std::bit_cast<qlx99::tests::SetHandlerFunction*>(
+        GetProcAddress(LoadLibraryA(qlx99::kRecordManagerNames[0]), "SetHandler"));
+    return function;
+  }
+
+  static short Handle(void* self, WORD operation, void* positionBlock, void* dataBuffer,
+                      ULONG* dataLength, void* keyBuffer, BYTE keyLength, char /*keyNumber*/,
+                      void* /*clientId*/) {
+    if (keyLength != btrieve::kMaxKeyLength) Found("another key length");
+    return static_cast<short>(static_cast<Manager*>(self)->Answer(
+        operation, static_cast<char*>(positionBlock),
+        {static_cast<char*>(dataBuffer), static_cast<std::uint16_t>(*dataLength)}, *dataLength,
+        static_cast<char*>(keyBuffer)));
+  }
+
+  int Answer(WORD operation, char* block, std::span<char> data, ULONG& length, char* key) {
+    constexpr char kOpenMark = 'o';
+    const int status = Status();
+    if (operation == btrieve::kOpen) {
+      if (status == btrieve::kSuccess) {
+        *block = kOpenMark;
+        ++open_;
+      }
+      return status;
+    }
+    if (*block != kOpenMark) Found("a call on a file that is not open");
+    if (operation == btrieve::kClose && status != btrieve::kRecordInUse) {
+      *block = 'c';
+      --open_;
+    }
+    if (status == btrieve::kSuccess && operation >= btrieve::kGetEqual) Give(data, length, key);
+    return status;
+  }
+
+  int Status() {
+    constexpr int kStatuses[] = {2, 3, 4, 8, 9, 22, 80, 84, 94, -1, 32767};
+    if (input_.IsSpent()) return calls_++ < 40 ? btrieve::kSuccess : btrieve::kEndOfFile;
+    return input_.OneIn(10) ? kStatuses[input_.Choice(std::size(kStatuses))] : btrieve::kSuccess;
+  }
+
+  // A record, most often with the key that was asked for, and any length.
+  void Give(std::span<char> data, ULONG& length, const char* key) {
+    const std::size_t run = input_.Choice(256);
+    std::fill(data.begin(), data.end(), static_cast<char>(input_.Byte()));
+    const std::string bytes = input_.Bytes(run);
+    std::copy_n(bytes.begin(), std::min(bytes.size(), data.size()), data.begin());
+    if (!input_.OneIn(4) && data.size() >= 8) {
+      std::copy_n(key, 4, data.begin());
+      std::copy_n(key, 4, data.begin() + 4);
+    }
+    if (input_.OneIn(8)) length = input_.Word();
+  }
+
+  Input& input_;
+  std::size_t open_ = 0;
+  int calls_ = 0;
+};
+
+// The user: does what the input says, and at last gives up.
+class User final : public platform::Screen {
+ public:
+  explicit User(Input& input) : input_(input) { platform::SetScreen(this); }
+  ~User() override { platform::SetScreen(nullptr); }
+  User(const User&) = delete;
+  User& operator=(const User&) = delete;
+
+  int ShowMessage(const platform::MessageBoxView& message) override {
+    if (message.text.empty()) Found("an empty message");
+    return IDOK;
+  }
+
+  void ShowDialog(platform::DialogView& dialog) override {
+    while (dialog.IsOpen() && !input_.IsSpent()) {
+      const auto& control = dialog.Controls()[input_.Choice(dialog.Controls().size())];
+      const int index = input_.Byte() - 128;
+      switch (input_.Choice(4)) {
+        case 0:
+          dialog.Select(control.id, index);
+          break;
+        case 1:
+          dialog.DoubleClick(control.id, index);
+          break;
+        case 2:
+          dialog.Press(control.id);
+          break;
+        default:
+          dialog.Cancel();
+      }
+    }
+    if (dialog.IsOpen()) dialog.Cancel();
+  }
+
+ private:
+  Input& input_;
+};
+
+// An export's arguments. Texts end where their memory does, with or without a terminator where the
+// export knows how much of them counts.
+class Arguments {
+ public:
+  explicit Arguments(Input& input) : input_(input) {}
+
+  template <class Type>
+  Type Take();
+
+ private:
+  char* Keep(const std::string& bytes) {
+    memory_.emplace_back(new char[bytes.size()]);
+    std::copy(bytes.begin(), bytes.end(), memory_.back().get());
+    return memory_.back().get();
+  }
+
+  Input& input_;
+  std::vector<std::unique_ptr<char[]>> memory_;
+};
+
+template <>
+const char* Arguments::Take<const char*>() {
+  constexpr const char* kUsual[] = {"12345678", "1", "2", "M ", "31.12.2024", "G ", "4711", "0"};
+  const std::uint8_t choice = input_.Byte();
+  if (choice == 255) return nullptr;
+  if (choice < 160) return Keep(kUsual[choice % std::size(kUsual)] + std::string(1, '\0'));
+  return Keep(input_.Text() + '\0');
+}
+
+template <>
+char* Arguments::Take<char*>() {
+  constexpr std::size_t kResultSize = 1024;
+  return input_.OneIn(64) ? nullptr : Keep(std::string(kResultSize, ' '));
+}
+
+template <class... Types>
+void Call(std::int32_t(WINAPI* function)(Types...), Input& input) {
+  Arguments arguments(input);
+  const std::tuple<Types...> taken{arguments.Take<Types>()...};
+  std::apply(function, taken);
+}
+
+// These say how large their buffer is.
+void CallWithLength(std::int32_t(WINAPI* function)(std::int32_t, char*), Input& input) {
+  constexpr std::int32_t kLengths[] = {0, 1, 13, 259, 260, 261, 1 << 20, -1, -(1 << 30)};
+  const std::int32_t length = kLengths[input.Choice(std::size(kLengths))];
+  const std::size_t room = length > 0 ? static_cast<std::size_t>(length) : 0;
+  const std::unique_ptr<char[]> buffer(new char[room]);
+  function(length, input.OneIn(16) ? nullptr : buffer.get());
+}
+
+void CallAny(Input& input) {
+  using namespace qlx99;
+  constexpr void (*kCalls[])(Input&) = {
+      [](Input& i) { CallWithLength(GetDocuRoot, i); },
+      [](Input& i) { CallWithLength(GetProgramRoot, i); },
+      [](Input& i) { Call(UserInit, i); },
+      [](Input& i) { Call(UserNext, i); },
+      [](Input& i) { Call(ZtkodoliInit, i); },
+      [](Input& i) { Call(ZtkodoliNext, i); },
+      [](Input& i) { Call(WVInit, i); },
+      [](Input& i) { Call(WVNext, i); },
+      [](Input& i) { Call(WVNew, i); },
+      [](Input& i) { Call(WVChange, i); },
+      [](Input& i) { Call(WVDelete, i); },
+      [](Input& i) { Call(SLesenDLL, i); },
+      [](Input& i) { Call(ALesenDLL, i); },
+      [](Input& i) { Call(BLesenDLL, i); },
+      [](Input& i) { Call(BListeInit, i); },
+      [](Input& i) { Call(BListeNext, i); },
+      [](Input& i) { Call(GetDokuNr, i); },
+      [](Input& i) { Call(GetAdrFieldsMain, i); },
+      [](Input& i) { Call(GetAdressTyp, i); },
+  };
+  kCalls[input.Choice(std::size(kCalls))](input);
+}
+
+// The configuration, in a registration file of this process's own.
+class Configuration {
+ public:
+  Configuration() {
+    setenv("QLX99_REGISTRY", file_.c_str(), 1);
+    Write({});
+  }
+  ~Configuration() { fs::remove(file_); }
+  Configuration(const Configuration&) = delete;
+  Configuration& operator=(const Configuration&) = delete;
+
+  // What the input makes of it, most often nothing; then what it was before.
+  void Change(Input& input) {
+    if (changed_) Write({});
+    changed_ = input.OneIn(8);
+    if (!changed_) return;
+    std::string bytes = input.Text();
+    if (input.OneIn(4)) bytes += std::string(300, 'x');
+    Write({input.OneIn(4) ? "DocuRoot" : "DataRoot", REG_SZ, bytes});
+  }
+
+ private:
+  void Write(const platform::RegistryValue& change) const {
+    const std::string key = std::string("HKEY_LOCAL_MACHINE\\") + qlx99::kOptionsKey;
+    platform::RegistryFile registry;
+    for (const char* name : {"DataRoot", "DocuRoot", "ProgramRoot"}) {
+      registry.Set(key, {name, REG_SZ, std::string("C:\\Akten") + '\0'});
+    }
+    if (!change.name.empty()) registry.Set(key, change);
+    std::ofstream(file_, std::ios::binary) << registry.Format();
+  }
+
+  fs::path file_ = fuzz::FastFolder() / ("qlx_fuzz_" + std::to_string(getpid()) + ".reg");
+  bool changed_ = false;
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  static Configuration configuration;
+  static const bool attached = [] {
+    qlx99::AttachLibrary(GetModuleHandleA(nullptr));
+    return true;
+  }();
+  Input input(bytes, size);
+  configuration.Change(input);
+  const User user(input);
+  const Manager manager(input);
+  // Several, as some exports remember something of the one before.
+  for (int i = 1 + input.Byte() % 3; i > 0 && attached; --i) {
+    CallAny(input);
+    if (manager.OpenFileCount() != 0) Found("a file stays open");
+  }
+  return 0;
+}

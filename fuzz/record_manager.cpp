@@ -1,0 +1,276 @@
+// The embedded record manager under rubbish: files that are damaged, operations in any order,
+// position blocks, lengths, buffers and keys of any kind, memory that runs out at any moment. Every
+// call ends with a status, and a file that was sound before is sound afterwards.
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "fuzz/failing_memory.h"
+#include "fuzz/input.h"
+#include "recordmanager/engine.h"
+#include "recordmanager/sql.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using fuzz::Input;
+using recordmanager::Call;
+using recordmanager::Connection;
+using recordmanager::Engine;
+
+constexpr std::size_t kRecordLength = 40;
+
+// Memory that ends where its last byte does.
+class Buffer {
+ public:
+  explicit Buffer(const std::string& bytes) : bytes_(new std::uint8_t[bytes.size()]) {
+    std::copy(bytes.begin(), bytes.end(), bytes_.get());
+  }
+  std::uint8_t* Get() const { return bytes_.get(); }
+
+ private:
+  std::unique_ptr<std::uint8_t[]> bytes_;
+};
+
+std::string Padded(std::string bytes, std::size_t length) {
+  bytes.resize(length);
+  return bytes;
+}
+
+btrieve::KeyDescription DescribeKey(int offset, int length, unsigned flags, std::uint8_t type) {
+  btrieve::KeyDescription key{};
+  key.position = static_cast<std::uint16_t>(offset + 1);
+  key.length = static_cast<std::uint16_t>(length);
+  key.flags = static_cast<std::uint16_t>(flags | btrieve::kKeyExtendedType);
+  key.extendedType = type;
+  return key;
+}
+
+// What Create takes: a key of each type.
+std::string Description() {
+  constexpr unsigned kFree = btrieve::kKeyDuplicates | btrieve::kKeyModifiable;
+  struct {
+    btrieve::FileDescription file{kRecordLength, 4096, 4, 0, 0, 0, 0, 0, 0};
+    btrieve::KeyDescription keys[4] = {DescribeKey(0, 4, 0, btrieve::kAutoincrementKey),
+                                       DescribeKey(4, 4, kFree, btrieve::kIntegerKey),
+                                       DescribeKey(8, 8, kFree, btrieve::kStringKey),
+                                       DescribeKey(16, 2, kFree, btrieve::kIntegerKey)};
+  } description;
+  return {reinterpret_cast<const char*>(&description), sizeof description};
+}
+
+// The folder with the files, and the bytes of a sound one with some records.
+class Files {
+ public:
+  Files() {
+    fuzz::LetMemoryFail();
+    fs::create_directory(folder_);
+    MakeSoundFile();
+    std::ifstream file(Path("A.KRV"), std::ios::binary);
+    sound_.assign(std::istreambuf_iterator<char>(file), {});
+  }
+  ~Files() { fs::remove_all(folder_); }
+  Files(const Files&) = delete;
+  Files& operator=(const Files&) = delete;
+
+  fs::path Path(const std::string& name) const { return folder_ / name; }
+  const std::string& SoundBytes() const { return sound_; }
+
+  // A.KRV with these bytes and a folder, nothing else.
+  void Arrange(const std::string& bytes) const {
+    for (const auto& entry : fs::directory_iterator(folder_)) fs::remove_all(entry);
+    fs::create_directory(Path("FOLDER.KRV"));
+    std::ofstream(Path("A.KRV"), std::ios::binary) << bytes;
+  }
+
+ private:
+  void MakeSoundFile() const {
+    Engine engine;
+    std::array<std::uint8_t, btrieve::kPositionBlockSize> block{};
+    const auto call = [&](WORD operation, std::string data, std::string key) {
+      auto length = static_cast<std::uint16_t>(data.size());
+      key = Padded(key, btrieve::kMaxKeyLength);
+      engine.Serve({.operation = operation,
+                    .positionBlock = block.data(),
+                    .dataBuffer = reinterpret_cast<std::uint8_t*>(data.data()),
+                    .dataLength = &length,
+                    .keyBuffer = reinterpret_cast<std::uint8_t*>(key.data()),
+                    .keyLength = key.size()});
+    };
+    call(btrieve::kCreate, Description(), Path("A.KRV"));
+    call(btrieve::kOpen, "", Path("A.KRV"));
+    for (char c = 'a'; c < 'k'; ++c) {
+      call(btrieve::kInsert, Padded(std::string(4, '\0') + std::string(20, c), kRecordLength), "");
+    }
+    call(btrieve::kClose, "", "");
+  }
+
+  fs::path folder_ = fuzz::FastFolder() / ("qlx_fuzz_" + std::to_string(getpid()));
+  std::string sound_;
+};
+
+const Files& TheFiles() {
+  static const Files files;
+  return files;
+}
+
+// Calls as the input says them, each with the record and the key that the one before it left, like
+// a careful caller's, and then with one thing wrong or none.
+class Caller {
+ public:
+  explicit Caller(Engine& engine, Input& input) : engine_(engine), input_(input) {
+    SetKey(TheFiles().Path("A.KRV"));
+    for (std::uint8_t* block : {blocks_[0].Get(), blocks_[1].Get()}) {
+      Serve({.operation = btrieve::kOpen, .positionBlock = block}, Wrong::kNothing);
+    }
+  }
+
+  void CallOnce() {
+    const std::uint8_t operation = input_.Byte();
+    Call call{.operation = operation > 250
+                               ? input_.Word()
+                               : static_cast<WORD>(operation % (btrieve::kAbortTransaction + 1)),
+              .positionBlock = blocks_[input_.Choice(blocks_.size())].Get(),
+              .keyNumber = static_cast<int>(input_.Choice(6)) - 1};
+    Change(record_);
+    Change(key_);
+    if (call.operation == btrieve::kOpen || call.operation == btrieve::kCreate) ChooseFile();
+    Serve(call, static_cast<Wrong>(input_.Byte()));
+  }
+
+ private:
+  enum class Wrong : std::uint8_t {
+    kNothing,
+    kNoBlock,
+    kRubbishBlock,
+    kCopiedBlock,
+    kChangedBlock,
+    kNoData,
+    kDataLength,
+    kNoDataLength,
+    kNoKey,
+    kKeyLength,
+    kKeyNumber,
+    kOtherClient,
+    kNoMemory,
+    kNeverAnyMemory,
+  };
+
+  void Change(std::string& bytes) {
+    for (std::size_t i = input_.Choice(4); i > 0; --i) {
+      bytes[input_.Byte() % bytes.size()] = static_cast<char>(input_.Byte());
+    }
+  }
+
+  void SetKey(const std::string& text) { key_ = Padded(text, btrieve::kMaxKeyLength); }
+
+  void ChooseFile() {
+    constexpr const char* kNames[] = {"A.KRV", "B.KRV", "FOLDER.KRV", "NONE/A.KRV", "NONE.KRV", ""};
+    const std::size_t choice = input_.Choice(std::size(kNames) + 2);
+    if (choice < std::size(kNames)) return SetKey(TheFiles().Path(kNames[choice]));
+    std::string name = input_.Text();
+    std::erase_if(name, [](char c) { return c == '/' || c == '\\'; });
+    SetKey(choice == std::size(kNames) ? "" : TheFiles().Path(name).string());
+  }
+
+  // The data of a call: for Create a description, else the record.
+  std::string Data(const Call& call) {
+    if (call.operation != btrieve::kCreate) return record_;
+    std::string description = Description();
+    Change(description);
+    return description;
+  }
+
+  void Serve(Call call, Wrong wrong) {
+    std::string data = Data(call);
+    std::string key = key_;
+    if (wrong == Wrong::kDataLength) data.resize(input_.Word());
+    if (wrong == Wrong::kKeyLength) key.resize(input_.Byte());
+    const Buffer dataBuffer(data);
+    const Buffer keyBuffer(key);
+    auto length = static_cast<std::uint16_t>(data.size());
+    call.dataBuffer = wrong == Wrong::kNoData ? nullptr : dataBuffer.Get();
+    call.dataLength = wrong == Wrong::kNoDataLength ? nullptr : &length;
+    call.keyBuffer = wrong == Wrong::kNoKey ? nullptr : keyBuffer.Get();
+    call.keyLength = key.size();
+    if (wrong == Wrong::kKeyNumber) call.keyNumber = input_.Byte() - 128;
+    if (wrong == Wrong::kOtherClient) call.client[0] = 1;
+    SpoilBlock(call, wrong);
+    ServeWithMemory(call, wrong);
+    if (data.size() == record_.size())
+      record_.assign(dataBuffer.Get(), dataBuffer.Get() + data.size());
+    if (key.size() == key_.size()) key_.assign(keyBuffer.Get(), keyBuffer.Get() + key.size());
+  }
+
+  void SpoilBlock(Call& call, Wrong wrong) {
+    std::uint8_t* const spare = blocks_.back().Get();
+    if (wrong == Wrong::kNoBlock) call.positionBlock = nullptr;
+    if (wrong == Wrong::kCopiedBlock) {
+      std::copy_n(call.positionBlock, btrieve::kPositionBlockSize, spare);
+      call.positionBlock = spare;
+    }
+    if (wrong == Wrong::kRubbishBlock) {
+      const std::string rubbish = Padded(input_.Bytes(128), btrieve::kPositionBlockSize);
+      std::copy(rubbish.begin(), rubbish.end(), spare);
+      call.positionBlock = spare;
+    }
+    if (wrong == Wrong::kChangedBlock) {
+      call.positionBlock[input_.Byte() % btrieve::kPositionBlockSize] ^= input_.Byte();
+    }
+  }
+
+  void ServeWithMemory(const Call& call, Wrong wrong) {
+    const bool fails = wrong == Wrong::kNoMemory || wrong == Wrong::kNeverAnyMemory;
+    const fuzz::FailingMemory memory(fails ? input_.Byte() : 0, wrong == Wrong::kNeverAnyMemory);
+    const int status = engine_.Serve(call);
+    if (status < 0 || status > btrieve::kOutOfMemory) fuzz::Found("no published status");
+  }
+
+  Engine& engine_;
+  Input& input_;
+  std::array<Buffer, 3> blocks_{Buffer(kEmptyBlock), Buffer(kEmptyBlock), Buffer(kEmptyBlock)};
+  std::string record_ = std::string(kRecordLength, '\0');
+  std::string key_;
+
+  inline static const std::string kEmptyBlock = std::string(btrieve::kPositionBlockSize, '\0');
+};
+
+std::string DamagedBy(Input& input) {
+  std::string bytes = TheFiles().SoundBytes();
+  for (std::size_t i = input.Choice(16); i > 0; --i) {
+    bytes[input.Word() % bytes.size()] = static_cast<char>(input.Byte());
+  }
+  if (input.OneIn(8)) bytes.resize(input.Word() % bytes.size());
+  return bytes;
+}
+
+void ExpectSound(const fs::path& file) {
+  Connection connection;
+  std::string verdict;
+  if (connection.Open(file, Connection::Way::kExisting) != btrieve::kSuccess ||
+      connection.QueryText("PRAGMA integrity_check", verdict) != btrieve::kSuccess ||
+      verdict != "ok") {
+    fuzz::Found("a sound file has been damaged");
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  Input input(bytes, size);
+  const Files& files = TheFiles();
+  const bool damaged = input.OneIn(2);
+  files.Arrange(damaged ? DamagedBy(input) : files.SoundBytes());
+  {
+    Engine engine;
+    Caller caller(engine, input);
+    while (!input.IsSpent()) caller.CallOnce();
+  }
+  if (!damaged) ExpectSound(files.Path("A.KRV"));
+  return 0;
+}

@@ -1,0 +1,251 @@
+#include "stress/faults.h"
+
+#include <array>
+#include <cstring>
+#include <optional>
+#include <ostream>
+#include <set>
+#include <stdexcept>
+#include <string>
+
+#include "office/file_description.h"
+#include "recordmanager/engine.h"
+#include "stress/faulty_files.h"
+#include "stress/soundness.h"
+
+namespace stress {
+namespace {
+
+using namespace btrieve;
+
+struct Record {
+  std::int32_t number = 0;
+  std::int32_t caseId = 0;
+};
+
+// The same for the record manager.
+struct RecordOfCase {
+  static constexpr qlx99::RecordFileInfo file{"FAULTY.KRV", sizeof(Record)};
+  static constexpr qlx99::Int32Field number{"number", 0};
+  static constexpr qlx99::Int32Field caseId{"caseId", 4};
+  static constexpr qlx99::Key byNumber{0, number, qlx99::Key::kAutoincrement};
+  static constexpr qlx99::Key byCase{1, caseId, qlx99::Key::kDuplicates};
+  static constexpr auto fields = qlx99::Fields(number, caseId);
+  static constexpr auto keys = qlx99::Keys(byNumber, byCase);
+};
+
+constexpr int kByNumber = 0;
+constexpr int kByCase = 1;
+
+// A process with one file.
+class Client {
+ public:
+  int Call(WORD operation, int keyNumber, void* data, std::size_t size) {
+    auto length = static_cast<std::uint16_t>(size);
+    return engine_.Serve({.operation = operation,
+                          .positionBlock = block_.data(),
+                          .dataBuffer = static_cast<std::uint8_t*>(data),
+                          .dataLength = &length,
+                          .keyBuffer = key_.data(),
+                          .keyLength = key_.size(),
+                          .keyNumber = keyNumber});
+  }
+  int Call(WORD operation, int keyNumber = kByNumber) {
+    return Call(operation, keyNumber, &record, sizeof record);
+  }
+
+  int Create(const std::string& path) {
+    std::string description = office::DescribeFile(qlx99::LayoutOf<RecordOfCase>());
+    SetKey(path);
+    return Call(kCreate, kCreateOver, description.data(), description.size());
+  }
+
+  int Open(const std::string& path) {
+    SetKey(path);
+    return Call(kOpen, kOpenNormal);
+  }
+
+  int Insert(int caseId) {
+    record = {0, caseId};
+    return Call(kInsert);
+  }
+
+  int Find(int caseId) {
+    std::memcpy(key_.data(), &caseId, sizeof caseId);
+    return Call(kGetEqual, kByCase);
+  }
+
+  Record record;
+
+ private:
+  void SetKey(const std::string& path) {
+    path.copy(reinterpret_cast<char*>(key_.data()), key_.size());
+  }
+
+  recordmanager::Engine engine_;
+  std::array<std::uint8_t, kPositionBlockSize> block_{};
+  std::array<std::uint8_t, kMaxKeyLength> key_{};
+};
+
+// What is in a file: the cases of its records.
+using Cases = std::multiset<int>;
+
+// A process that works on a file with records of the cases 1 to 3, and what may be there then.
+class Work {
+ public:
+  // One of everything; what depends on something that failed is not tried. Then the process ends.
+  explicit Work(const std::string& path) {
+    client_.emplace();
+    if (Succeeds(client_->Open(path))) DoAll();
+    client_.reset();
+  }
+
+  bool MayHaveLeft(const Cases& cases) const { return possible_.contains(cases); }
+
+ private:
+  void DoAll() {
+    Insert(11);
+    Rekey(1, 12);
+    Delete(2);
+    const auto before = possible_;
+    if (Succeeds(client_->Call(kBeginTransaction))) {
+      Insert(13);
+      Rekey(3, 14);
+      if (!Succeeds(client_->Call(kEndTransaction))) {
+        possible_.insert(before.begin(), before.end());
+      }
+    }
+    Insert(15);
+    Succeeds(client_->Call(kClose));
+  }
+
+  // The published ways of saying that a disk cannot be used.
+  static bool Succeeds(int status) {
+    if (status == kSuccess) return true;
+    if (status == kIoError || status == kDiskFull || status == kPermissionError) return false;
+    throw std::runtime_error("a fault of the disk is called " + std::to_string(status));
+  }
+
+  // What succeeds is done; what fails is done wholly, when the disk failed late, or not at all.
+  template <class Change>
+  void Note(int status, const Change& change) {
+    const auto before = possible_;
+    if (Succeeds(status)) possible_.clear();
+    for (Cases cases : before) {
+      change(cases);
+      possible_.insert(cases);
+    }
+  }
+
+  void Insert(int caseId) {
+    Note(client_->Insert(caseId), [=](Cases& cases) { cases.insert(caseId); });
+  }
+
+  void Rekey(int from, int to) {
+    if (!Succeeds(client_->Find(from))) return;
+    client_->record.caseId = to;
+    Note(client_->Call(kUpdate, kByCase), [=](Cases& cases) {
+      cases.erase(from);
+      cases.insert(to);
+    });
+  }
+
+  void Delete(int caseId) {
+    if (!Succeeds(client_->Find(caseId))) return;
+    Note(client_->Call(kDelete, kByCase), [=](Cases& cases) { cases.erase(caseId); });
+  }
+
+  std::optional<Client> client_;
+  std::set<Cases> possible_{{1, 2, 3}};
+};
+
+void MakeFile(const std::string& path) {
+  Client client;
+  client.Create(path);
+  client.Open(path);
+  for (const int caseId : {1, 2, 3}) client.Insert(caseId);
+  client.Call(kClose);
+}
+
+Cases ReadAll(Client& client, int key) {
+  Cases cases;
+  for (WORD step = kGetFirst; client.Call(step, key) == kSuccess; step = kGetNext) {
+    cases.insert(client.record.caseId);
+  }
+  return cases;
+}
+
+// The next process finds all that was done, by every key, and works at once.
+void ExpectSound(const std::string& path, const Work& work) {
+  {
+    Client client;
+    if (client.Open(path) != kSuccess) throw std::runtime_error("the file cannot be opened");
+    for (const int key : {kByNumber, kByCase}) {
+      if (!work.MayHaveLeft(ReadAll(client, key))) {
+        throw std::runtime_error("by key " + std::to_string(key) + " other records are found");
+      }
+    }
+    if (client.Insert(16) != kSuccess) throw std::runtime_error("the file cannot be written");
+  }
+  const std::string damage = DamageOf(path);
+  if (!damage.empty()) throw std::runtime_error(damage);
+}
+
+struct Trial {
+  const char* name;
+  DiskFault fault;
+  bool lasting;
+  bool rollbackJournal;
+};
+
+// Lets every request fail in turn; returns how many there were.
+int TryAll(const Trial& trial, const std::filesystem::path& folder) {
+  const std::string sound = (folder / "SOUND.KRV").string();
+  const std::string path = (folder / "FAULTY.KRV").string();
+  MakeFile(sound);
+  if (trial.rollbackJournal) UseRollbackJournal(sound);
+  FaultyFiles files;
+  for (int n = 1;; ++n) {
+    std::filesystem::remove(path);
+    std::filesystem::copy_file(sound, path);
+    files.Fail(trial.fault, n, trial.lasting);
+    const Work work(path);
+    const bool struck = files.Heal();
+    try {
+      ExpectSound(path, work);
+    } catch (const std::exception& found) {
+      throw std::runtime_error(std::string(trial.name) + " at request " + std::to_string(n) + ": " +
+                               found.what());
+    }
+    if (!struck) return n - 1;
+  }
+}
+
+}  // namespace
+
+bool RunFaults(const std::filesystem::path& folder, std::ostream& report) {
+  constexpr Trial kTrials[] = {
+      {"the disk is full", DiskFault::kFull, true, false},
+      {"the disk is full for a moment", DiskFault::kFull, false, false},
+      {"an input/output error", DiskFault::kIoError, false, false},
+      {"input/output errors from then on", DiskFault::kIoError, true, false},
+      {"a file cannot be opened", DiskFault::kCannotOpen, true, false},
+  };
+  std::filesystem::create_directories(folder);
+  bool sound = true;
+  for (Trial trial : kTrials) {
+    try {
+      int faults = TryAll(trial, folder);
+      trial.rollbackJournal = true;
+      faults += TryAll(trial, folder);
+      report << faults << " times " << trial.name << ": nothing lost, nothing damaged" << std::endl;
+    } catch (const std::exception& found) {
+      report << "FOUND: " << found.what() << std::endl;
+      sound = false;
+    }
+  }
+  if (sound) std::filesystem::remove_all(folder);
+  return sound;
+}
+
+}  // namespace stress

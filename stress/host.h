@@ -1,0 +1,38 @@
+// What the stress run needs of the host: processes that can be killed, and a registry of its own.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace stress {
+
+// This program, started once more with these arguments. Killed when it still runs at its end.
+class Process {
+ public:
+  explicit Process(const std::vector<std::string>& arguments);
+  Process(Process&& other) noexcept;
+  Process& operator=(Process&& other) noexcept;
+  ~Process() { Kill(); }
+
+  // How it ended, if not with an exit code.
+  static constexpr int kKilled = -1;
+  static constexpr int kCrashed = -2;
+
+  // Waits for its end; returns its exit code or one of the above.
+  int Wait();
+
+  // Ends it at once, wherever it is. Returns the same, as it may have ended before.
+  int Kill();
+
+ private:
+  std::intptr_t process_ = 0;
+};
+
+// From now on the registry of this process is one of its own, empty at first; where that is a file,
+// it lies in `folder`.
+void UsePrivateRegistry(const std::filesystem::path& folder);
+void DropPrivateRegistry();
+
+}  // namespace stress

@@ -1,0 +1,51 @@
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <utility>
+
+#include "stress/host.h"
+
+namespace stress {
+
+Process::Process(const std::vector<std::string>& arguments) {
+  std::string program = std::filesystem::read_symlink("/proc/self/exe");
+  std::vector<std::string> texts = arguments;
+  std::vector<char*> argv{program.data()};
+  for (std::string& text : texts) argv.push_back(text.data());
+  argv.push_back(nullptr);
+  pid_t pid = 0;
+  if (posix_spawn(&pid, program.c_str(), nullptr, nullptr, argv.data(), environ) == 0) {
+    process_ = pid;
+  }
+}
+
+Process::Process(Process&& other) noexcept : process_(std::exchange(other.process_, 0)) {}
+
+Process& Process::operator=(Process&& other) noexcept {
+  std::swap(process_, other.process_);
+  return *this;
+}
+
+int Process::Wait() {
+  const auto pid = static_cast<pid_t>(std::exchange(process_, 0));
+  int state = 0;
+  if (pid == 0 || waitpid(pid, &state, 0) != pid) return kCrashed;
+  if (WIFEXITED(state)) return WEXITSTATUS(state);
+  return WTERMSIG(state) == SIGKILL ? kKilled : kCrashed;
+}
+
+int Process::Kill() {
+  if (process_ != 0) kill(static_cast<pid_t>(process_), SIGKILL);
+  return Wait();
+}
+
+void UsePrivateRegistry(const std::filesystem::path& folder) {
+  setenv("QLX99_REGISTRY", (folder / "office.reg").c_str(), 1);
+}
+
+void DropPrivateRegistry() { unsetenv("QLX99_REGISTRY"); }
+
+}  // namespace stress

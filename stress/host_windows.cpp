@@ -1,0 +1,76 @@
+#include <bit>
+#include <utility>
+
+#include "platform/windows_api.h"
+#include "stress/host.h"
+
+namespace stress {
+namespace {
+
+constexpr UINT kExitCodeOfKilled = 0xDEAD;
+
+HANDLE ToHandle(std::intptr_t process) { return std::bit_cast<HANDLE>(process); }
+
+std::string ProgramPath() {
+  std::string path(MAX_PATH, '\0');
+  path.resize(GetModuleFileNameA(nullptr, path.data(), MAX_PATH));
+  return path;
+}
+
+// A key of the user, which for this process stands in the place of the machine's part of the
+// registry.
+std::string KeyOfThisProcess() {
+  return "Software\\qlx99 stress " + std::to_string(GetCurrentProcessId());
+}
+
+}  // namespace
+
+Process::Process(const std::vector<std::string>& arguments) {
+  std::string command = '"' + ProgramPath() + '"';
+  for (const std::string& argument : arguments) command += " \"" + argument + '"';
+  STARTUPINFOA startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION started{};
+  if (CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                     &startup, &started) != 0) {
+    CloseHandle(started.hThread);
+    process_ = std::bit_cast<std::intptr_t>(started.hProcess);
+  }
+}
+
+Process::Process(Process&& other) noexcept : process_(std::exchange(other.process_, 0)) {}
+
+Process& Process::operator=(Process&& other) noexcept {
+  std::swap(process_, other.process_);
+  return *this;
+}
+
+int Process::Wait() {
+  if (process_ == 0) return kCrashed;
+  const HANDLE handle = ToHandle(std::exchange(process_, 0));
+  DWORD code = 0;
+  WaitForSingleObject(handle, INFINITE);
+  GetExitCodeProcess(handle, &code);
+  CloseHandle(handle);
+  return code == kExitCodeOfKilled ? kKilled : static_cast<int>(code);
+}
+
+int Process::Kill() {
+  if (process_ != 0) TerminateProcess(ToHandle(process_), kExitCodeOfKilled);
+  return Wait();
+}
+
+void UsePrivateRegistry(const std::filesystem::path& /*folder*/) {
+  HKEY key = nullptr;
+  RegCreateKeyExA(HKEY_CURRENT_USER, KeyOfThisProcess().c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
+                  nullptr, &key, nullptr);
+  RegOverridePredefKey(HKEY_LOCAL_MACHINE, key);
+  RegCloseKey(key);
+}
+
+void DropPrivateRegistry() {
+  RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+  RegDeleteTreeA(HKEY_CURRENT_USER, KeyOfThisProcess().c_str());
+}
+
+}  // namespace stress

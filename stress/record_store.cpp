@@ -1,0 +1,195 @@
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "office/record_manager.h"
+#include "stress/store.h"
+
+namespace stress {
+namespace {
+
+constexpr int kCounterSlot = -1;
+constexpr int kCounterName = 0;
+
+struct Record {
+  std::int32_t number = 0;
+  std::int32_t slot = 0;
+  std::int32_t name = 0;  // of slot and item
+  std::array<char, 12> text{};
+  std::int32_t item = 0;
+  std::array<std::uint32_t, 60> filler{};
+};
+
+// The same for the record manager: a key of each type.
+struct Item {
+  static constexpr qlx99::RecordFileInfo file{kRecordsFile, sizeof(Record)};
+
+  static constexpr qlx99::Int32Field number{"number", 0};
+  static constexpr qlx99::Int32Field slot{"slot", 4};
+  static constexpr qlx99::Int32Field name{"name", 8};
+  static constexpr qlx99::TextField text{"text", 12, 12};
+
+  static constexpr qlx99::Key byNumber{0, number, qlx99::Key::kAutoincrement};
+  static constexpr qlx99::Key bySlot{1, slot, qlx99::Key::kDuplicates};
+  static constexpr qlx99::Key byName{2, name, qlx99::Key::kUnique};
+  static constexpr qlx99::Key byText{3, text, qlx99::Key::kDuplicates};
+
+  static constexpr auto fields = qlx99::Fields(number, slot, name, text);
+  static constexpr auto keys = qlx99::Keys(byNumber, bySlot, byName, byText);
+};
+static_assert(qlx99::IsSound<Item>());
+
+enum Key : char { kByNumber, kBySlot, kByName };
+
+int NameOf(int slot, int item) {
+  constexpr int kItemsPerSlot = 10'000'000;
+  return slot == kCounterSlot ? kCounterName : (slot + 1) * kItemsPerSlot + item;
+}
+
+Record MakeRecord(int slot, int item) {
+  Record record;
+  record.slot = slot;
+  record.name = NameOf(slot, item);
+  record.item = item;
+  const std::string digits = "item " + std::to_string(item % 7);
+  record.text.fill(' ');
+  std::ranges::copy(digits, record.text.begin());
+  for (std::uint32_t i = 0; i < record.filler.size(); ++i) {
+    record.filler[i] = static_cast<std::uint32_t>(item) * 2654435761U + i;
+  }
+  return record;
+}
+
+void ExpectWhole(const Record& record) {
+  Record whole = MakeRecord(record.slot, record.item);
+  whole.number = record.number;
+  if (std::memcmp(&record, &whole, sizeof record) != 0) {
+    throw Fault(Fault::kTorn, "record " + std::to_string(record.number) + " is torn");
+  }
+}
+
+void Must(int status, const char* what) {
+  if (status == btrieve::kSuccess) return;
+  throw Fault(Fault::kRefused, std::string(what) + " gave status " + std::to_string(status));
+}
+
+const office::RecordManager& Manager() {
+  static const office::RecordManager manager;
+  return manager;
+}
+
+// The file, opened for one stretch of work as an export would.
+class RecordCursor {
+ public:
+  explicit RecordCursor(const std::filesystem::path& office) {
+    const std::string path = (office / kRecordsFile).string();
+    std::ranges::copy(path, key_.begin());
+    Must(Call(btrieve::kOpen, kByNumber), "Open");
+  }
+  ~RecordCursor() { Call(btrieve::kClose, kByNumber); }
+  RecordCursor(const RecordCursor&) = delete;
+  RecordCursor& operator=(const RecordCursor&) = delete;
+
+  int Call(WORD operation, Key key) {
+    std::array<char, sizeof(Record)> data{};
+    std::memcpy(data.data(), &record, sizeof record);
+    const int status = Manager().Call(operation, {block_, data, key_, key});
+    std::memcpy(&record, data.data(), sizeof record);
+    return status;
+  }
+
+  int Find(Key key, std::int32_t value) {
+    std::memcpy(key_.data(), &value, sizeof value);
+    const int status = Call(btrieve::kGetEqual, key);
+    if (status == btrieve::kSuccess) ExpectWhole(record);
+    return status;
+  }
+
+  Record record;
+
+ private:
+  std::array<std::byte, btrieve::kPositionBlockSize> block_{};
+  std::array<char, btrieve::kMaxKeyLength> key_{};
+};
+
+class Records : public Store {
+ public:
+  Records(std::filesystem::path office, int slot) : office_(std::move(office)), slot_(slot) {}
+
+  void Add(int item) override {
+    RecordCursor records(office_);
+    records.record = MakeRecord(slot_, item);
+    Must(records.Call(btrieve::kInsert, kByNumber), "Insert");
+  }
+
+  void Replace(int item, int by) override {
+    RecordCursor records(office_);
+    Must(records.Find(kByName, NameOf(slot_, item)), "Get Equal");
+    const auto number = records.record.number;
+    records.record = MakeRecord(slot_, by);
+    records.record.number = number;
+    Must(records.Call(btrieve::kUpdate, kByName), "Update");
+  }
+
+  void Remove(int item) override {
+    RecordCursor records(office_);
+    Must(records.Find(kByName, NameOf(slot_, item)), "Get Equal");
+    Must(records.Call(btrieve::kDelete, kByName), "Delete");
+  }
+
+  std::set<int> Items() override {
+    RecordCursor records(office_);
+    std::set<int> items;
+    int status = records.Find(kBySlot, slot_);
+    while (status == btrieve::kSuccess && records.record.slot == slot_) {
+      ExpectWhole(records.record);
+      if (!items.insert(records.record.item).second) {
+        throw Fault(Fault::kDoubled,
+                    "item " + std::to_string(records.record.item) + " is there twice");
+      }
+      status = records.Call(btrieve::kGetNext, kBySlot);
+    }
+    if (status != btrieve::kKeyNotFound && status != btrieve::kEndOfFile) {
+      Must(status, "Get Next");
+    }
+    return items;
+  }
+
+ private:
+  std::filesystem::path office_;
+  int slot_;
+};
+
+}  // namespace
+
+void CreateRecords(const std::filesystem::path& office) {
+  office::TableFile::Create(Manager(), office, qlx99::LayoutOf<Item>());
+  RecordCursor counter(office);
+  counter.record = MakeRecord(kCounterSlot, 0);
+  Must(counter.Call(btrieve::kInsert, kByNumber), "Insert");
+}
+
+std::unique_ptr<Store> OpenRecords(const std::filesystem::path& office, int slot) {
+  return std::make_unique<Records>(office, slot);
+}
+
+int CounterValue(const std::filesystem::path& office) {
+  RecordCursor counter(office);
+  Must(counter.Find(kByName, kCounterName), "Get Equal");
+  return counter.record.item;
+}
+
+void IncrementCounter(const std::filesystem::path& office) {
+  RecordCursor counter(office);
+  int status = btrieve::kConflict;
+  while (status == btrieve::kConflict) {  // another worker has counted meanwhile
+    Must(counter.Find(kByName, kCounterName), "Get Equal");
+    const auto number = counter.record.number;
+    counter.record = MakeRecord(kCounterSlot, counter.record.item + 1);
+    counter.record.number = number;
+    status = counter.Call(btrieve::kUpdate, kByName);
+  }
+  Must(status, "Update");
+}
+
+}  // namespace stress
