@@ -2,9 +2,6 @@
 
 namespace qlx99::tests {
 
-// Tests of the tool leave one loaded.
-void ExportTest::SetUp() { UnloadRecordManagers(); }
-
 void ExportTest::TearDown() {
   library.Free();
   UnloadRecordManagers();

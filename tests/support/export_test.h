@@ -25,7 +25,6 @@ namespace qlx99::tests {
 // With the embedded record manager.
 class ExportTest : public testing::Test {
  protected:
-  void SetUp() override;
   void TearDown() override;
 
   FoundManagers managers;
