@@ -19,6 +19,8 @@ Heard LoginEnded(LRESULT answer) { return {"KRVLOGSRV32: WM_ISENDLOGIN", answer}
 Heard Started() { return {"TELQBASE: started 5 0"}; }
 Heard Minimized() { return {"TELQBASE: WM_KRV_SHOWWINDOW 0 6"}; }
 
+std::deque<Heard> Talk(const auto&... heard) { return {heard...}; }
+
 std::function<void()> Mask(int state) {
   return [state] { OfficePrograms::LoginMaskReports(state); };
 }
@@ -54,55 +56,38 @@ TEST_F(LoginHandshakeTest, FollowsTheLogin) {
     programs.Start(kLoginServer);
     OfficePrograms::LoginMaskReports(1);
   };
+  using Programs = std::vector<const char*>;
+  const Programs both{kLoginServer, kInquiryProgram};
+  const Programs server{kLoginServer};
+  const Programs none;
   const struct {
     const char* name;
-    std::vector<const char*> running;
-    std::deque<Heard> conversation;
     std::size_t complaints;
     bool confirmed;
+    Programs running;
+    std::deque<Heard> conversation;
   } cases[] = {
-      {"logged in from the start",
-       {kLoginServer, kInquiryProgram},
-       {LoggedIn(1), Product(8), LoginEnded(1), Minimized()},
-       0,
-       true},
-      {"nobody logged in",
-       {kLoginServer},
-       {LoggedIn(0), Started().Meanwhile(Mask(1)), Product(0), Product(0), Product(8),
-        LoginEnded(0), LoginEnded(0), LoginEnded(1), Minimized()},
-       0,
-       true},
-      {"no login server yet",
-       {},
-       {Started().Meanwhile(serverStarts), Product(8), LoginEnded(1), Minimized()},
-       0,
-       true},
-      {"no login server, and the mask closed", {}, {Started().Meanwhile(Mask(2))}, 0, false},
-      {"another product, then yet another",
-       {kLoginServer, kInquiryProgram},
-       {LoggedIn(1), Product(3), ChangeLogin(), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(),
-        Product(5), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(), Product(0), ChangeLogin(),
-        Product(8), LoginEnded(1), Minimized()},
-       2,
-       true},
-      {"another product, then the mask closed",
-       {kLoginServer, kInquiryProgram},
-       {LoggedIn(1), Product(3), ChangeLogin().Meanwhile(Mask(2)), ChangeLogin()},
-       1,
-       false},
-      {"login taken back and made again before it has ended",
-       {kLoginServer, kInquiryProgram},
-       {LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(-1)), LoginEnded(1),
-        LoginEnded(1).Meanwhile(Mask(1)), LoginEnded(1), Minimized()},
-       0,
-       true},
-      {"mask closed before the login has ended",
-       {kLoginServer, kInquiryProgram},
-       {LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(2)), LoginEnded(1)},
-       0,
-       false},
+      {"logged in from the start", 0, true, both,
+       Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized())},
+      {"nobody logged in", 0, true, server,
+       Talk(LoggedIn(0), Started().Meanwhile(Mask(1)), Product(0), Product(0), Product(8),
+            LoginEnded(0), LoginEnded(0), LoginEnded(1), Minimized())},
+      {"no login server yet", 0, true, none,
+       Talk(Started().Meanwhile(serverStarts), Product(8), LoginEnded(1), Minimized())},
+      {"no login server, and the mask closed", 0, false, none, Talk(Started().Meanwhile(Mask(2)))},
+      {"another product, then yet another", 2, true, both,
+       Talk(LoggedIn(1), Product(3), ChangeLogin(), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(),
+            Product(5), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(), Product(0), ChangeLogin(),
+            Product(8), LoginEnded(1), Minimized())},
+      {"another product, then the mask closed", 1, false, both,
+       Talk(LoggedIn(1), Product(3), ChangeLogin().Meanwhile(Mask(2)), ChangeLogin())},
+      {"login taken back and made again before it has ended", 0, true, both,
+       Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(-1)), LoginEnded(1),
+            LoginEnded(1).Meanwhile(Mask(1)), LoginEnded(1), Minimized())},
+      {"mask closed before the login has ended", 0, false, both,
+       Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(2)), LoginEnded(1))},
   };
-  for (const auto& [name, running, conversation, complaints, confirmed] : cases) {
+  for (const auto& [name, complaints, confirmed, running, conversation] : cases) {
     SCOPED_TRACE(name);
     for (const char* program : running) programs.Start(program);
     programs.WillHear(conversation);
@@ -207,46 +192,47 @@ TEST_F(LoginHandshakeTest, ItsWindowKeepsOnlyThreeMessagesToItself) {
 struct DelegatedCall {
   const char* exportName;
   const char* delegate;
-  std::vector<const void*> arguments;  // null for the text that the library makes of a number
+  std::vector<const void*> arguments;  // null for a number, of which the library makes a text
   std::function<std::int32_t()> call;
 };
 
 class DelegateTest : public DelegatedTest {
  protected:
+  static const void* AsPassedOn(const char* text) { return text; }
+  static const void* AsPassedOn(std::int32_t /*number*/) { return nullptr; }
+
+  template <class Function, class... Arguments>
+  DelegatedCall Row(const char* exportName, const char* delegate, Function Exports::*function,
+                    Arguments... arguments) {
+    const Exports* const exports = library.operator->();
+    return {exportName, delegate, {AsPassedOn(arguments)...}, [=] {
+              return (exports->*function)(arguments...);
+            }};
+  }
+
   std::vector<DelegatedCall> Calls() {
-    const Exports* l = library.operator->();
+    using E = Exports;
     const char *a = "260", *b = "2", *c = "3", *d = "4", *e = "5", *f = "6";
     char* r = record;
-    return {
-        {"GetAdressTyp", "GetAdressTyp", {a, b}, [=] { return l->GetAdressTyp(a, b); }},
-        {"ALesenDLL", "GetAdrFields", {a, b, r, d}, [=] { return l->ALesenDLL(a, b, r, d); }},
-        {"GetAdrFieldsMain",
-         "GetAdrFieldsMain",
-         {a, b, c, d},
-         [=] { return l->GetAdrFieldsMain(a, b, c, d); }},
-        {"UserInit", "GetCountOfUser", {}, [=] { return l->UserInit(); }},
-        {"UserNext", "GetUserFields", {a, r}, [=] { return l->UserNext(a, r); }},
-        {"ZtkodoliInit", "GetCountOfWV", {}, [=] { return l->ZtkodoliInit(); }},
-        {"ZtkodoliNext", "GetWVFields", {a, r}, [=] { return l->ZtkodoliNext(a, r); }},
-        {"BLesenDLL",
-         "GetPartFields",
-         {a, b, c, d, r},
-         [=] { return l->BLesenDLL(a, b, c, d, r); }},
-        {"GetDokuNr", "GetNextDoc", {a}, [=] { return l->GetDokuNr(a); }},
-        {"SLesenDLL", "GetCaseFields", {a, r}, [=] { return l->SLesenDLL(a, r); }},
-        {"BListeInit", "GetCountOfParts", {a}, [=] { return l->BListeInit(a); }},
-        {"BListeNext", "GetAdrFieldsWithNumber", {a, b, r}, [=] { return l->BListeNext(a, b, r); }},
-        {"WVInit", "GetCountOfWVFromCase", {a}, [=] { return l->WVInit(a); }},
-        {"WVNext", "GetWVFieldsFromCase", {a, b, r}, [=] { return l->WVNext(a, b, r); }},
-        {"GetProgramRoot",
-         "GetProgramRoot",
-         {nullptr, r},
-         [=] { return l->GetProgramRoot(260, r); }},
-        {"GetDocuRoot", "GetDocuRoot", {nullptr, r}, [=] { return l->GetDocuRoot(260, r); }},
-        {"WVDelete", nullptr, {}, [=] { return l->WVDelete(a); }},
-        {"WVNew", nullptr, {}, [=] { return l->WVNew(a, b, c, d, e, f, r); }},
-        {"WVChange", nullptr, {}, [=] { return l->WVChange(a, b, c, d, e, f, r); }},
-    };
+    return {Row("GetAdressTyp", "GetAdressTyp", &E::GetAdressTyp, a, b),
+            Row("ALesenDLL", "GetAdrFields", &E::ALesenDLL, a, b, r, d),
+            Row("GetAdrFieldsMain", "GetAdrFieldsMain", &E::GetAdrFieldsMain, a, b, c, d),
+            Row("UserInit", "GetCountOfUser", &E::UserInit),
+            Row("UserNext", "GetUserFields", &E::UserNext, a, r),
+            Row("ZtkodoliInit", "GetCountOfWV", &E::ZtkodoliInit),
+            Row("ZtkodoliNext", "GetWVFields", &E::ZtkodoliNext, a, r),
+            Row("BLesenDLL", "GetPartFields", &E::BLesenDLL, a, b, c, d, r),
+            Row("GetDokuNr", "GetNextDoc", &E::GetDokuNr, a),
+            Row("SLesenDLL", "GetCaseFields", &E::SLesenDLL, a, r),
+            Row("BListeInit", "GetCountOfParts", &E::BListeInit, a),
+            Row("BListeNext", "GetAdrFieldsWithNumber", &E::BListeNext, a, b, r),
+            Row("WVInit", "GetCountOfWVFromCase", &E::WVInit, a),
+            Row("WVNext", "GetWVFieldsFromCase", &E::WVNext, a, b, r),
+            Row("GetProgramRoot", "GetProgramRoot", &E::GetProgramRoot, 260, r),
+            Row("GetDocuRoot", "GetDocuRoot", &E::GetDocuRoot, 260, r),
+            Row("WVDelete", nullptr, &E::WVDelete, a),
+            Row("WVNew", nullptr, &E::WVNew, a, b, c, d, e, f, r),
+            Row("WVChange", nullptr, &E::WVChange, a, b, c, d, e, f, r)};
   }
 
   CallerBuffer record;

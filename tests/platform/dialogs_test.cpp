@@ -73,10 +73,11 @@ TEST_F(Dialogs, ListsAnswerTheirMessages) {
                        Say(LB_GETTEXT, 2, buffer)}),
               "0 0 1 2 3 8 0 299");
     EXPECT_EQ(line.data(), longest);
+    // The selection stays with its line.
     EXPECT_EQ(Answers(dialog, kSorted,
-                      {Add("Meier"), Add("adler"), Add("Zander"), Add("lange"),
-                       Say(LB_GETTEXT, 1, buffer)}),
-              "0 0 2 1 5");
+                      {Add("Meier"), Say(LB_SETCURSEL, 0), Add("adler"), Say(LB_GETCURSEL),
+                       Add("Zander"), Say(LB_GETCURSEL), Add("lange"), Say(LB_GETTEXT, 1, buffer)}),
+              "0 0 0 1 2 1 1 5");
     EXPECT_STREQ(line.data(), "lange");
     // The selection.
     EXPECT_EQ(Answers(dialog, kVisible,

@@ -63,7 +63,7 @@ TEST(RegistrationText, MayHaveLinesThatMeanNothing) {
 
 class RegistrationFile : public testing::Test {
  protected:
-  std::filesystem::path Path() const { return registry_.Folder() / "registry.reg"; }
+  std::filesystem::path Path() const { return registry_.Folder() / "office.reg"; }
 
   std::string Text() const {
     std::ifstream stream(Path(), std::ios::binary);

@@ -102,7 +102,12 @@ TEST_F(Processes, ReadButNeitherWriteNorReplaceWhatAnotherHolds) {
   for (int i = 0; i < 20; ++i) EXPECT_EQ(client.Do("insert"), "!84");
   EXPECT_EQ(client.Do("abort, close"), "ok ok");
   EXPECT_LT(std::chrono::steady_clock::now() - start, 2 * patience) << "impatient when repeated";
+  const auto countFiles = [this] {
+    return std::distance(std::filesystem::directory_iterator(folder), {});
+  };
+  const auto filesBefore = countFiles();
   EXPECT_EQ(Create(path), kFileInUse);
+  EXPECT_EQ(countFiles(), filesBefore) << "a draft was left behind";
 
   std::filesystem::remove(flag);
   EXPECT_EQ(holder.Wait(), 0);

@@ -1,10 +1,22 @@
 #include "worker.h"
 
 #include <fstream>
+#include <utility>
 
 #include "party_file.h"
 
 namespace recordmanager_tests {
+namespace {
+
+std::vector<std::string> WithOption(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), kWorkerOption);
+  return arguments;
+}
+
+}  // namespace
+
+Worker::Worker(std::vector<std::string> arguments)
+    : stress::Process(WithOption(std::move(arguments))) {}
 
 int Work(const std::vector<std::string>& arguments) {
   Client client;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "stress/host.h"
 #include "support/temporary_folder.h"
 
 namespace qlx99::tests {
@@ -10,8 +11,8 @@ class PrivateRegistry {
   // A key for tests that need just any.
   static constexpr auto kKey = "SOFTWARE\\qlx99 tests";
 
-  PrivateRegistry();
-  ~PrivateRegistry();
+  PrivateRegistry() { stress::UsePrivateRegistry(Folder()); }
+  ~PrivateRegistry() { stress::DropPrivateRegistry(); }
   PrivateRegistry(const PrivateRegistry&) = delete;
   PrivateRegistry& operator=(const PrivateRegistry&) = delete;
 
