@@ -7,11 +7,10 @@
 
 namespace recordmanager_tests {
 
-// Opens FILE and takes the client's script SCRIPT (see party_file.h) until it has succeeded TIMES
-// times, again whenever it was busy or came second. Writes the outcomes, each at once, to LOG.
+// Opens a file and takes a client's script (see party_file.h).
 class Worker {
  public:
-  // {FILE, SCRIPT} or {FILE, SCRIPT, TIMES, LOG}
+  // {FILE, SCRIPT}
   explicit Worker(const std::vector<std::string>& arguments);
   Worker(const Worker&) = delete;
   Worker& operator=(const Worker&) = delete;
