@@ -111,7 +111,7 @@ class User final : public platform::Screen {
   void ShowDialog(platform::DialogView& dialog) override {
     while (dialog.IsOpen() && !input_.IsSpent()) {
       const auto& control = dialog.Controls()[input_.Choice(dialog.Controls().size())];
-      const int index = static_cast<signed char>(input_.Byte());
+      const int index = input_.Byte() - 128;
       switch (input_.Choice(4)) {
         case 0:
           dialog.Select(control.id, index);
@@ -236,7 +236,7 @@ class Configuration {
     const std::string key = std::string("HKEY_LOCAL_MACHINE\\") + qlx99::kOptionsKey;
     platform::RegistryFile registry;
     for (const char* name : {"DataRoot", "DocuRoot", "ProgramRoot"}) {
-      registry.Set(key, {name, REG_SZ, {"C:\\Akten", 9}});
+      registry.Set(key, {name, REG_SZ, std::string("C:\\Akten") + '\0'});
     }
     if (!change.name.empty()) registry.Set(key, change);
     std::ofstream(file_, std::ios::binary) << registry.Format();

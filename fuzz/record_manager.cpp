@@ -198,7 +198,7 @@ class Caller {
     call.dataLength = wrong == Wrong::kNoDataLength ? nullptr : &length;
     call.keyBuffer = wrong == Wrong::kNoKey ? nullptr : keyBuffer.Get();
     call.keyLength = key.size();
-    if (wrong == Wrong::kKeyNumber) call.keyNumber = static_cast<signed char>(input_.Byte());
+    if (wrong == Wrong::kKeyNumber) call.keyNumber = input_.Byte() - 128;
     if (wrong == Wrong::kOtherClient) call.client[0] = 1;
     SpoilBlock(call, wrong);
     ServeWithMemory(call, wrong);

@@ -117,7 +117,7 @@ std::string LookAtValue() {
 }
 
 std::string LookAtDataRoot() {
-  const std::string text = LookAtValue<qlx99::kDataRoot>();
+  std::string text = LookAtValue<qlx99::kDataRoot>();
   if (std::filesystem::is_directory(ConfiguredDataRoot())) return text;
   throw Failure("there is no folder " + text +
                 "; connect its drive, or name another folder with `qlx setup DIR`.");
@@ -137,13 +137,13 @@ void LookAtRecordFiles(Report& report) {
 }
 
 std::string LookAtInquiryProgram(const qlx99::MappingRoot& root) {
-  const std::string file = qlx99::PathBelow(root, qlx99::kInquiryProgram).data();
+  std::string file = qlx99::PathBelow(root, qlx99::kInquiryProgram).data();
   if (_access(file.c_str(), 0) == 0) return file;
   throw Failure("there is no " + file + "; connect its drive, or install the office's programs.");
 }
 
 std::string LookAtSiblingLibrary(const qlx99::MappingRoot& root) {
-  const std::string file = qlx99::PathBelow(root, qlx99::kSiblingFile).data();
+  std::string file = qlx99::PathBelow(root, qlx99::kSiblingFile).data();
   HMODULE library = LoadLibraryA(file.c_str());
   if (library == nullptr) {
     throw Failure(file + " cannot be loaded (error " + std::to_string(GetLastError()) +

@@ -7,6 +7,8 @@
 // <windows.h> first: this builds on it.
 #include <shellapi.h>
 
+#include <iostream>
+
 namespace office {
 namespace {
 

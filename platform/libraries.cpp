@@ -9,9 +9,11 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -27,6 +29,7 @@ struct Module {
 struct Library {
   void* handle;  // dlopen's
   int useCount;
+  std::map<std::string, FARPROC, std::less<>> found;  // the functions that were asked for
 };
 
 struct LoadedLibraries {
@@ -158,6 +161,27 @@ void* Reopen(HMODULE module) {
   return dlopen(known->path.empty() ? nullptr : known->path.c_str(), RTLD_NOW | RTLD_NOLOAD);
 }
 
+/// A function that was asked for before: the library asks at each call. Null for others.
+FARPROC KnownFunction(HMODULE module, std::string_view name) {
+  LoadedLibraries& loaded = Loaded();
+  const std::lock_guard lock(loaded.mutex);
+  const auto library = loaded.byModule.find(module);
+  if (library == loaded.byModule.end()) {
+    return nullptr;
+  }
+  const auto known = library->second.found.find(name);
+  return known == library->second.found.end() ? nullptr : known->second;
+}
+
+void Remember(HMODULE module, const char* name, FARPROC function) {
+  LoadedLibraries& loaded = Loaded();
+  const std::lock_guard lock(loaded.mutex);
+  const auto library = loaded.byModule.find(module);
+  if (library != loaded.byModule.end()) {
+    library->second.found.emplace(name, function);
+  }
+}
+
 }  // namespace
 
 HMODULE platform::ModuleAt(const void* address) {
@@ -177,7 +201,7 @@ HMODULE WINAPI LoadLibraryA(LPCSTR fileName) {
   }
   HMODULE module = ModuleOf(handle);
   const std::lock_guard lock(Loaded().mutex);
-  ++Loaded().byModule.try_emplace(module, Library{handle, 0}).first->second.useCount;
+  ++Loaded().byModule.try_emplace(module, Library{handle, 0, {}}).first->second.useCount;
   return module;
 }
 
@@ -204,6 +228,9 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
     platform::Unsupported("GetProcAddress", "a function's number instead of its name");
   }
   HMODULE owner = module == nullptr ? GetModuleHandleA(nullptr) : module;
+  if (FARPROC known = KnownFunction(owner, name); known != nullptr) {
+    return known;
+  }
   void* handle = Reopen(owner);
   if (handle == nullptr) {
     return Fail<FARPROC>(ERROR_MOD_NOT_FOUND, nullptr);
@@ -214,7 +241,9 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
   if (address == nullptr || platform::ModuleAt(address) != owner) {
     return Fail<FARPROC>(ERROR_PROC_NOT_FOUND, nullptr);
   }
-  return reinterpret_cast<FARPROC>(address);
+  auto function = reinterpret_cast<FARPROC>(address);
+  Remember(owner, name, function);
+  return function;
 }
 
 HMODULE WINAPI GetModuleHandleA(LPCSTR fileName) {

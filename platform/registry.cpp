@@ -1,13 +1,16 @@
-// The registry: a registration text file that is read anew at every question, so that a change by
-// hand or by another process counts at once. An open key is only the path that it was opened by.
+// The registry: a registration text file that is looked at anew at every question, so that a change
+// by hand or by another process counts at once. An open key is only the path that it was opened by.
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -66,8 +69,8 @@ std::string Environment(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-std::filesystem::path FilePath() {
-  if (const std::string path = Environment("QLX99_REGISTRY"); !path.empty()) {
+std::string FilePath() {
+  if (std::string path = Environment("QLX99_REGISTRY"); !path.empty()) {
     return path;
   }
   const std::string settings = Environment("XDG_CONFIG_HOME");
@@ -77,11 +80,60 @@ std::filesystem::path FilePath() {
   return directory / "qlx99" / "registry.reg";
 }
 
-/// A file that cannot be read is a registry without keys.
-RegistryFile Read() {
-  std::ifstream file(FilePath(), std::ios::binary);
+/// The file as it was read last, and what it looked like then.
+struct KnownFile {
+  std::mutex mutex;
+  struct stat facts {};
+  std::shared_ptr<const RegistryFile> content;
+};
+
+KnownFile& LastRead() {
+  static auto& known = *new KnownFile;
+  return known;
+}
+
+bool IsSameTime(const timespec& a, const timespec& b) {
+  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+bool IsUnchanged(const struct stat& before, const struct stat& now) {
+  return before.st_dev == now.st_dev && before.st_ino == now.st_ino &&
+         before.st_size == now.st_size && IsSameTime(before.st_ctim, now.st_ctim);
+}
+
+/// Whether a later change is sure to show: the clock of files goes in steps of milliseconds.
+bool IsSettled(const struct stat& facts) {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  constexpr double kNanoseconds = 1e9;
+  constexpr double kStep = 0.1;  // seconds, with plenty to spare
+  const auto age = static_cast<double>(now.tv_sec - facts.st_ctim.tv_sec) +
+                   static_cast<double>(now.tv_nsec - facts.st_ctim.tv_nsec) / kNanoseconds;
+  return age > kStep;
+}
+
+RegistryFile ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   return RegistryFile::Parse(text);
+}
+
+/// A file that cannot be read is a registry without keys. One that has not changed is not read
+/// again: the library asks a dozen times for each letter.
+std::shared_ptr<const RegistryFile> Read() {
+  const std::string path = FilePath();
+  KnownFile& known = LastRead();
+  const std::lock_guard lock(known.mutex);
+  struct stat facts {};
+  const bool present = stat(path.c_str(), &facts) == 0;
+  if (present && known.content != nullptr && IsUnchanged(known.facts, facts)) {
+    return known.content;
+  }
+  auto content = std::make_shared<const RegistryFile>(ReadFile(path));
+  const bool keep = present && IsSettled(facts);
+  known.facts = facts;
+  known.content = keep ? content : nullptr;
+  return content;
 }
 
 /// Replaces the file in one step, so that readers see the old or the new one whole.
@@ -147,7 +199,7 @@ LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD /*options*/, REGSAM 
     return Status(ERROR_INVALID_HANDLE);
   }
   const std::string path = Below(parent->path, subKey);
-  if (path != "HKEY_LOCAL_MACHINE" && !Read().Has(path)) {
+  if (path != "HKEY_LOCAL_MACHINE" && !Read()->Has(path)) {
     *result = nullptr;
     return Status(ERROR_FILE_NOT_FOUND);
   }
@@ -168,8 +220,8 @@ LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* reserved, DWO
   if ((open->access & KEY_QUERY_VALUE) == 0) {
     return Status(ERROR_ACCESS_DENIED);
   }
-  const RegistryFile registry = Read();
-  const RegistryValue* value = registry.Find(open->path, Text(valueName));
+  const std::shared_ptr<const RegistryFile> registry = Read();
+  const RegistryValue* value = registry->Find(open->path, Text(valueName));
   return value == nullptr ? Status(ERROR_FILE_NOT_FOUND) : Deliver(*value, type, data, size);
 }
 
@@ -187,7 +239,7 @@ LSTATUS WINAPI RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD /*reserved*/, LPST
     return Status(ERROR_INVALID_HANDLE);
   }
   const std::string path = Below(parent->path, subKey);
-  RegistryFile registry = Read();
+  RegistryFile registry = *Read();
   const bool present = registry.Has(path);
   if (!present) {
     registry.CreateKey(path);
@@ -218,7 +270,7 @@ LSTATUS WINAPI RegSetValueExA(HKEY key, LPCSTR valueName, DWORD /*reserved*/, DW
   if (size != 0) {
     bytes.assign(reinterpret_cast<const char*>(data), size);
   }
-  RegistryFile registry = Read();
+  RegistryFile registry = *Read();
   registry.Set(open->path, {Text(valueName), type, bytes});
   return Write(registry);
 }
@@ -231,7 +283,7 @@ LSTATUS WINAPI RegDeleteValueA(HKEY key, LPCSTR valueName) {
   if ((open->access & KEY_SET_VALUE) == 0) {
     return Status(ERROR_ACCESS_DENIED);
   }
-  RegistryFile registry = Read();
+  RegistryFile registry = *Read();
   if (!registry.Remove(open->path, Text(valueName))) {
     return Status(ERROR_FILE_NOT_FOUND);
   }

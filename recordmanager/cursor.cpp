@@ -2,7 +2,8 @@
 
 #include <sqlite3.h>
 
-#include <bit>
+#include <array>
+#include <cstddef>
 #include <cstring>
 
 namespace recordmanager {
@@ -36,14 +37,17 @@ std::uint32_t CheckSeed() {
 }
 
 std::uint32_t CheckWordOf(const BlockImage& image) {
-  std::array<std::uint8_t, sizeof(image)> bytes{};
-  std::memcpy(bytes.data(), &image, sizeof(image));
-  std::uint32_t hash = CheckSeed();  // FNV-1a
-  for (std::size_t i = 0; i < offsetof(BlockImage, check); ++i) {
-    hash = (hash ^ bytes[i]) * 16777619U;
+  std::array<std::uint32_t, sizeof(image) / sizeof(std::uint32_t)> words{};
+  std::memcpy(words.data(), &image, sizeof(image));
+  words.back() = 0;  // the check word itself
+  std::uint32_t hash = CheckSeed();
+  for (const std::uint32_t word : words) {  // FNV-1a, by words
+    hash = (hash ^ word) * 16777619U;
   }
   return hash;
 }
+
+static_assert(offsetof(BlockImage, check) == sizeof(BlockImage) - sizeof(std::uint32_t));
 
 }  // namespace
 

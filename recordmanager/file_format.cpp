@@ -120,7 +120,9 @@ int CheckMarks(Connection& connection) {
 int SetJournal(Connection& connection, bool local) {
   std::string mode;
   int status = connection.QueryText("PRAGMA journal_mode", mode);
-  if (status == btrieve::kSuccess && !(local && mode == "wal")) {
+  if (status == btrieve::kSuccess && local && mode == "wal") {
+    connection.SetLogged();
+  } else if (status == btrieve::kSuccess) {
     status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
     if (status == btrieve::kSuccess && mode != "truncate") {
       return btrieve::kFileInUse;
@@ -166,9 +168,10 @@ int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& 
     status = SetJournal(connection, IsOnLocalDisk(path));
   }
   if (status == btrieve::kSuccess) {
-    // FULL is what survives a loss of power in both modes. A small cache, as a host may keep ten
-    // files open.
-    status = connection.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -512");
+    // FULL is what survives a loss of power in both modes. The cache has room for the pages above
+    // the records of a large file, and for some cases' own; there are half a dozen such files in a
+    // host.
+    status = connection.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -2048");
   }
   if (status == btrieve::kSuccess) {
     status = ReadLayout(connection, layout);

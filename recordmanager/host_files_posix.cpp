@@ -8,8 +8,10 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "recordmanager/host_files.h"
 
@@ -49,8 +51,11 @@ void SyncFolderOf(const std::string& path) {
 std::string HostPath(std::string_view path) {
   std::string result(path);
   std::replace(result.begin(), result.end(), '\\', '/');
-  std::error_code ignored;
-  return std::filesystem::absolute(result, ignored).string();
+  if (!result.starts_with('/')) {
+    std::error_code ignored;
+    result = std::filesystem::absolute(result, ignored).string();
+  }
+  return result;
 }
 
 FileFacts InspectFile(const std::string& path) {
@@ -61,7 +66,10 @@ FileFacts InspectFile(const std::string& path) {
   if (!S_ISREG(facts.st_mode)) {
     return {FileKind::kOther, {}};
   }
-  return {FileKind::kFile, std::to_string(facts.st_dev) + ':' + std::to_string(facts.st_ino)};
+  std::string identity(sizeof facts.st_dev + sizeof facts.st_ino, '\0');
+  std::memcpy(identity.data(), &facts.st_dev, sizeof facts.st_dev);
+  std::memcpy(identity.data() + sizeof facts.st_dev, &facts.st_ino, sizeof facts.st_ino);
+  return {FileKind::kFile, std::move(identity)};
 }
 
 bool IsOnLocalDisk(const std::string& path) {

@@ -50,6 +50,15 @@ Entry Entry::From(const void* source, std::size_t length) {
   return entry;
 }
 
+bool Entry::operator==(const Entry& other) const {
+  return size == other.size && std::memcmp(bytes.data(), other.bytes.data(), size) == 0;
+}
+
+bool Entry::operator<(const Entry& other) const {
+  const int order = std::memcmp(bytes.data(), other.bytes.data(), std::min(size, other.size));
+  return order < 0 || (order == 0 && size < other.size);
+}
+
 std::uint8_t Key::Type() const {
   const bool extended = (description_.flags & btrieve::kKeyExtendedType) != 0;
   return extended ? description_.extendedType : btrieve::kStringKey;
@@ -117,6 +126,11 @@ bool Key::Matches(const Entry& entry, const std::uint8_t* value) const {
   const Entry lowest = Lowest(value);
   return entry.size >= lowest.size &&
          std::memcmp(entry.bytes.data(), lowest.bytes.data(), lowest.size) == 0;
+}
+
+bool Key::HaveSameValue(const Entry& first, const Entry& second) const {
+  return first.size >= Length() && second.size >= Length() &&
+         std::memcmp(first.bytes.data(), second.bytes.data(), Length()) == 0;
 }
 
 bool Key::StoreNext(const Entry& highest, std::uint8_t* value) const {

@@ -29,6 +29,10 @@ struct Entry {
 
   // Copies `length` bytes; an entry longer than any of ours is cut.
   static Entry From(const void* source, std::size_t length);
+
+  bool operator==(const Entry& other) const;
+  // In the order of the key.
+  bool operator<(const Entry& other) const;
 };
 
 class Key {
@@ -60,6 +64,9 @@ class Key {
 
   // Whether the entry is one of this value.
   bool Matches(const Entry& entry, const std::uint8_t* value) const;
+
+  // Whether two entries, or bounds of a value, are of one value.
+  bool HaveSameValue(const Entry& first, const Entry& second) const;
 
   // Autoincrement keys: writes the number after that of `highest` (an empty entry: 1) to `value`.
   // False when there is no further number; `value` is then of no use.

@@ -97,6 +97,7 @@ const OpenFiles::OpenFile* OpenFiles::Find(const FileHandle& handle, const Clien
 void OpenFiles::Close(const FileHandle& handle) {
   Slot& slot = slots_[handle.slot];
   Database* database = std::exchange(slot.database, nullptr);
+  database->file->EndRead();
   if (--database->users == 0) {
     database->idleSince = Clock::now();
     database->file->Settle();
@@ -119,6 +120,9 @@ int OpenFiles::Release(const std::string& path) {
 }
 
 void OpenFiles::CloseIdle() {
+  for (const auto& database : databases_) {
+    database->file->EndOldRead();
+  }
   const auto longAgo = Clock::now() - kIdleTime;
   std::erase_if(databases_, [longAgo](const auto& database) {
     return database->users == 0 && !database->file->IsInTransaction() &&

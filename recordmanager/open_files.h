@@ -31,7 +31,8 @@ class OpenFiles {
   // open.
   int Release(const std::string& path);
 
-  // Closes what nobody has used for a while, so that files can be moved and restored.
+  // Closes what nobody has used for a while, so that files can be moved and restored, and ends
+  // reads that have been held long enough.
   void CloseIdle();
 
   // Ends the transactions of all files. The first that fails takes the remaining ones back.

@@ -11,6 +11,10 @@
 namespace recordmanager {
 namespace {
 
+Direction DirectionOf(Bound bound) {
+  return bound == Bound::kUpTo || bound == Bound::kBefore ? Direction::kDown : Direction::kUp;
+}
+
 bool IsZero(const std::uint8_t* bytes, std::size_t length) {
   return std::all_of(bytes, bytes + length, [](std::uint8_t byte) { return byte == 0; });
 }
@@ -54,7 +58,10 @@ int RecordFile::Prepare() {
       {&begin_, "BEGIN IMMEDIATE"},
       {&commit_, "COMMIT"},
       {&rollBack_, "ROLLBACK"},
-      {&nextChange_, "UPDATE file SET changes = changes + 1 RETURNING changes"},
+      // By its row and without RETURNING: otherwise SQLite prepares to take the statement back,
+      // which costs more than all the rest of an insertion into an open transaction.
+      {&countChange_, "UPDATE file SET changes = changes + 1 WHERE rowid = 1"},
+      {&readChange_, "SELECT changes FROM file WHERE rowid = 1"},
       {&loadEntries_, LoadEntriesSql(layout_)},
       {&insert_, InsertSql(layout_)},
       {&rewrite_, RewriteSql()},
@@ -69,30 +76,78 @@ int RecordFile::Prepare() {
   return btrieve::kSuccess;
 }
 
-int RecordFile::PrepareRead(const Key& key, Bound bound, Statement*& statement) {
-  statement = &reads_[IndexOf(key)][static_cast<std::size_t>(bound)];
-  if (statement->IsPrepared()) {
+int RecordFile::PrepareRead(const Key& key, Direction direction, KeyRead*& read) {
+  read = &reads_[IndexOf(key)][static_cast<std::size_t>(direction)];
+  if (read->statement.IsPrepared()) {
     return btrieve::kSuccess;
   }
-  return connection_.Prepare(ReadSql(key, bound), *statement);
+  return connection_.Prepare(ReadSql(key, direction), read->statement);
 }
 
 int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_t> target,
                      RecordVersion& version, Entry& entry) {
-  Statement* statement = nullptr;
-  if (const int status = PrepareRead(key, search.bound, statement); status != btrieve::kSuccess) {
+  KeyRead* read = nullptr;
+  if (const int status = PrepareRead(key, DirectionOf(search.bound), read);
+      status != btrieve::kSuccess) {
     return status;
   }
-  const StatementUse use(*statement);
-  statement->Bind(1, search.first);
-  if (search.bound == Bound::kWithin) {
-    statement->Bind(2, search.last);
+  Statement& statement = read->statement;
+  const int result = FindRow(*read, search);
+  int status = result == SQLITE_DONE ? btrieve::kEndOfFile : StatusOf(result);
+  Entry found;
+  if (result == SQLITE_ROW) {
+    const auto bytes = statement.Bytes(2);
+    found = Entry::From(bytes.data(), bytes.size());
+    const bool beyond = search.bound == Bound::kWithin && search.last < found;
+    status = beyond ? btrieve::kEndOfFile : TakeRow(statement, target, version);
   }
-  const int result = statement->Step();
-  if (result != SQLITE_ROW) {
-    return result == SQLITE_DONE ? btrieve::kEndOfFile : StatusOf(result);
+  if (status == btrieve::kSuccess) {
+    entry = found;
   }
-  const auto data = statement->Bytes(3);
+  if (status == btrieve::kSuccess && IsHeldAt(key, search, found)) {
+    held_.Hold(statement, found);
+  } else {
+    EndRead();
+    statement.Reset();
+  }
+  return status;
+}
+
+// Steps on where the read that is held stands on the place to go on from; otherwise searches.
+int RecordFile::FindRow(KeyRead& read, const Search& search) {
+  held_.Check(connection_);
+  const bool goesOn = search.bound == Bound::kAfter || search.bound == Bound::kBefore;
+  if (goesOn && held_.StandsOn(read.statement, search.first)) {
+    return read.statement.Step();
+  }
+  if (held_.Uses(read.statement)) {
+    EndRead();
+  }
+  held_.Prepare(connection_);
+  // One zero byte more is the next greater bound.
+  const bool behind = search.bound == Bound::kAfter || search.bound == Bound::kUpTo;
+  std::copy_n(search.first.bytes.begin(), search.first.size, read.bound.begin());
+  read.bound[search.first.size] = 0;
+  const auto bound = std::span(read.bound).first(search.first.size + (behind ? 1U : 0U));
+  return read.statement.Bind(1, bound).Step();
+}
+
+// Whether the next read is likely to be the one behind, and soon: in the midst of the records of
+// one value, or on a walk along a key without duplicates. Who has seen the last record of a value
+// may ask the user something next.
+bool RecordFile::IsHeldAt(const Key& key, const Search& search, const Entry& entry) const {
+  if (!connection_.IsLogged() || connection_.IsInTransaction()) {
+    return false;
+  }
+  if (!key.AllowsDuplicates()) {
+    return search.bound != Bound::kWithin;
+  }
+  return search.bound == Bound::kWithin || key.HaveSameValue(search.first, entry);
+}
+
+int RecordFile::TakeRow(Statement& statement, std::span<std::uint8_t> target,
+                        RecordVersion& version) const {
+  const auto data = statement.Bytes(3);
   if (data.size() != layout_.RecordLength()) {
     return btrieve::kIoError;
   }
@@ -100,9 +155,7 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
     return btrieve::kDataBufferLength;
   }
   std::memcpy(target.data(), data.data(), data.size());
-  version = {statement->Integer(0), statement->Integer(1), rollbacks_};
-  const auto found = statement->Bytes(2);
-  entry = Entry::From(found.data(), found.size());
+  version = {statement.Integer(0), statement.Integer(1), rollbacks_};
   return btrieve::kSuccess;
 }
 
@@ -110,6 +163,7 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
 // open.
 template <typename Body>
 int RecordFile::Write(Body body) {
+  EndRead();
   if (inTransaction_) {
     return connection_.IsInTransaction() ? body() : btrieve::kIoError;
   }
@@ -123,10 +177,13 @@ int RecordFile::Write(Body body) {
 }
 
 int RecordFile::NextChange(std::int64_t& change) {
-  const StatementUse use(nextChange_);
-  const int result = nextChange_.Step();
-  change = nextChange_.Integer(0);
-  return result == SQLITE_ROW ? btrieve::kSuccess : StatusOf(result);
+  if (const int status = countChange_.Run(); status != btrieve::kSuccess) {
+    return status;
+  }
+  const StatementUse use(readChange_);
+  const int result = readChange_.Step();
+  change = readChange_.Integer(0);
+  return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
 }
 
 int RecordFile::NumberRecord(std::span<std::uint8_t> record) {
@@ -239,6 +296,7 @@ int RecordFile::Delete(const RecordVersion& version) {
 }
 
 int RecordFile::CountRecords(std::int64_t& count) {
+  EndRead();
   return connection_.QueryInteger("SELECT count(*) FROM record", count);
 }
 
@@ -246,6 +304,7 @@ int RecordFile::CountValues(const Key& key, std::int64_t& count) {
   if (!key.AllowsDuplicates()) {
     return CountRecords(count);
   }
+  EndRead();
   return connection_.QueryInteger(CountValuesSql(key).c_str(), count);
 }
 
@@ -253,6 +312,7 @@ int RecordFile::Begin() {
   if (inTransaction_) {
     return btrieve::kSuccess;
   }
+  EndRead();
   const int status = begin_.Run();
   inTransaction_ = status == btrieve::kSuccess;
   unsettled_ = unsettled_ || inTransaction_;

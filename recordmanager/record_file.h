@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "recordmanager/held_read.h"
 #include "recordmanager/key.h"
 #include "recordmanager/record_layout.h"
 #include "recordmanager/record_sql.h"
@@ -16,7 +17,11 @@
 
 namespace recordmanager {
 
-// Which of a key's entries is meant: the bound's `first` and, for kWithin, `last`.
+// Where an entry lies to those given: at or after, after, at or before, before the first; or
+// between first and last, both included.
+enum class Bound : std::uint8_t { kFrom, kAfter, kUpTo, kBefore, kWithin };
+
+// Which of a key's entries is meant: the nearest to `first` within the bound.
 struct Search {
   Bound bound = Bound::kFrom;
   Entry first;
@@ -65,16 +70,29 @@ class RecordFile {
   void RollBack();
   bool IsInTransaction() const { return inTransaction_; }
 
+  // Ends the read that is held, if there is one: now, or when it has become too old to be.
+  void EndRead() { held_.End(); }
+  void EndOldRead() { held_.Check(connection_); }
+
   // To be called when the last user has closed the file: brings all its records into the file
   // itself, so that it can be copied while this process still holds it. Does not wait for others.
   void Settle();
 
  private:
-  using KeyReads = std::array<Statement, kBoundCount>;
+  // Reads along one key in one direction. The bound lies here, as the statement may outlive the
+  // call.
+  struct KeyRead {
+    Statement statement;
+    std::array<std::uint8_t, Entry::kCapacity + 1> bound{};
+  };
+  using KeyReads = std::array<KeyRead, kDirectionCount>;
 
   RecordFile() = default;
   int Prepare();
-  int PrepareRead(const Key& key, Bound bound, Statement*& statement);
+  int PrepareRead(const Key& key, Direction direction, KeyRead*& read);
+  int FindRow(KeyRead& read, const Search& search);
+  bool IsHeldAt(const Key& key, const Search& search, const Entry& entry) const;
+  int TakeRow(Statement& statement, std::span<std::uint8_t> target, RecordVersion& version) const;
   std::size_t IndexOf(const Key& key) const {
     return static_cast<std::size_t>(&key - layout_.keys.data());
   }
@@ -90,7 +108,9 @@ class RecordFile {
   Connection connection_;
   RecordLayout layout_;
   std::vector<KeyReads> reads_;
-  Statement begin_, commit_, rollBack_, nextChange_, loadEntries_, insert_, rewrite_, rekey_, delete_;
+  HeldRead held_;
+  Statement begin_, commit_, rollBack_, countChange_, readChange_, loadEntries_, insert_, rewrite_,
+      rekey_, delete_;
   bool inTransaction_ = false;
   bool unsettled_ = false;
   std::uint32_t rollbacks_ = 0;

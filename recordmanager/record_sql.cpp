@@ -14,21 +14,6 @@ std::string ColumnList(const RecordLayout& layout, const char* suffix) {
   return list;
 }
 
-std::string ConditionOf(Bound bound, const std::string& column) {
-  switch (bound) {
-    case Bound::kFrom:
-      return column + " >= ?1 ORDER BY " + column;
-    case Bound::kAfter:
-      return column + " > ?1 ORDER BY " + column;
-    case Bound::kUpTo:
-      return column + " <= ?1 ORDER BY " + column + " DESC";
-    case Bound::kBefore:
-      return column + " < ?1 ORDER BY " + column + " DESC";
-    default:
-      return column + " BETWEEN ?1 AND ?2 ORDER BY " + column;
-  }
-}
-
 }  // namespace
 
 std::string SchemaSql(const RecordLayout& layout) {
@@ -45,10 +30,13 @@ std::string SchemaSql(const RecordLayout& layout) {
   return sql;
 }
 
-std::string ReadSql(const Key& key, Bound bound) {
+std::string ReadSql(const Key& key, Direction direction) {
   const std::string column = ColumnOf(key);
-  return "SELECT id, version, " + column + ", data FROM record WHERE " +
-         ConditionOf(bound, column) + " LIMIT 1";
+  // The index is named, or SQLite might think of sorting.
+  return "SELECT id, version, " + column + ", data FROM record INDEXED BY by_" + column +
+         " WHERE " + column +
+         (direction == Direction::kUp ? " >= ?1 ORDER BY " + column
+                                      : " < ?1 ORDER BY " + column + " DESC");
 }
 
 std::string LoadEntriesSql(const RecordLayout& layout) {

@@ -9,18 +9,17 @@
 
 namespace recordmanager {
 
-// Where an entry lies to those given: at or after, after, at or before, before the first; or
-// between first and second.
-enum class Bound : std::uint8_t { kFrom, kAfter, kUpTo, kBefore, kWithin };
+// Which way a read goes along a key.
+enum class Direction : std::uint8_t { kUp, kDown };
 
-inline constexpr std::size_t kBoundCount = 5;
+inline constexpr std::size_t kDirectionCount = 2;
 
 // The tables, without records.
 std::string SchemaSql(const RecordLayout& layout);
 
-// The nearest record to the bound, at most one. Parameters: the entries. Columns: id, version,
-// entry, data.
-std::string ReadSql(const Key& key, Bound bound);
+// The records at or after a bound, upwards, or those before it, downwards. Parameter: the bound.
+// Columns: id, version, entry, data.
+std::string ReadSql(const Key& key, Direction direction);
 
 // Parameter: id. Columns: version, then every key's entry.
 std::string LoadEntriesSql(const RecordLayout& layout);

@@ -105,6 +105,28 @@ bool Connection::IsReadOnly() const { return sqlite3_db_readonly(handle_, "main"
 
 bool Connection::IsInTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
 
+// The log's index begins with a header of 48 bytes, which every change to the file rewrites, with a
+// counter and checksums in it (SQLite's documentation of the WAL-index format).
+LogState Connection::ReadLogState() const {
+  constexpr int kIndexRegion = 32768;
+  LogState state{};
+  sqlite3_file* file = nullptr;
+  if (!logged_ ||
+      sqlite3_file_control(handle_, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK) {
+    return state;
+  }
+  void volatile* index = nullptr;
+  if (file->pMethods == nullptr || file->pMethods->iVersion < 2 ||
+      file->pMethods->xShmMap(file, 0, kIndexRegion, 0, &index) != SQLITE_OK || index == nullptr) {
+    return state;
+  }
+  const auto* words = static_cast<volatile const std::uint32_t*>(index);
+  for (std::uint32_t& word : state) {
+    word = *words++;
+  }
+  return state;
+}
+
 int Connection::Prepare(const std::string& sql, Statement& statement) {
   Statement prepared;
   const int result = sqlite3_prepare_v3(handle_, sql.c_str(), static_cast<int>(sql.size()) + 1,

@@ -2,6 +2,7 @@
 // for its errors.
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <span>
@@ -18,6 +19,9 @@ using Clock = std::chrono::steady_clock;
 
 // The published status for a result code of SQLite.
 int StatusOf(int sqliteCode);
+
+// What the memory that the users of a WAL file share says of it: another value after each change.
+using LogState = std::array<std::uint32_t, 12>;
 
 // A prepared statement. Bound bytes must stay where they are until the run ends.
 class Statement {
@@ -77,6 +81,14 @@ class Connection {
   bool IsReadOnly() const;
   bool IsInTransaction() const;
 
+  // Whether the file is in WAL mode. Said by whoever has opened it: it stays so as long as it is
+  // open.
+  bool IsLogged() const { return logged_; }
+  void SetLogged() { logged_ = true; }
+
+  // Of a file in WAL mode that has been read from; all zero when it is not known.
+  LogState ReadLogState() const;
+
   int Prepare(const std::string& sql, Statement& statement);
   int Execute(const char* sql);
   // The first column of the first row; fails also when there is none.
@@ -92,6 +104,7 @@ class Connection {
   static int WaitForLock(void* connection, int attempt);
 
   sqlite3* handle_ = nullptr;
+  bool logged_ = false;
   Clock::time_point waitingSince_;
   // For a while after a wait in vain, waits are short: callers repeat a busy call many thousand
   // times, and would wait for hours.

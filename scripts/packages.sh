@@ -30,6 +30,12 @@ need_to_test() {
   need_for_windows
 }
 
+need_to_bench() {
+  need /usr/include/benchmark/benchmark.h libbenchmark-dev
+  need /usr/include/sql.h unixodbc-dev
+  need /usr/lib/x86_64-linux-gnu/odbc/libsqlite3odbc.so libsqliteodbc
+}
+
 # What the Windows build needs, and Wine to run it.
 need_for_windows() {
   need i686-w64-mingw32-g++-posix g++-mingw-w64-i686-posix

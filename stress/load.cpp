@@ -54,7 +54,7 @@ class Load {
     end_ = Clock::now() + std::chrono::seconds(plan_.seconds);
     for (const Assignment& assignment : assignments_) processes_.push_back(Start(assignment));
     while (plan_.pause != 0 && Pause()) Strike();
-    for (std::size_t i = 0; i < processes_.size(); ++i) See(processes_[i].Wait());
+    for (auto& process : processes_) See(process.Wait());
     CheckItems();
     CheckNumbers();
     CheckCounter();

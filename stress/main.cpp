@@ -26,7 +26,11 @@ int Complain(const std::exception& error, int code) {
   return code;
 }
 
-int Run(CLI::App& app, int argc, char** argv) {
+int Run(int argc, char** argv) {
+  CLI::App app{
+      "Puts an office under load and its disk out of order; in the end all that was "
+      "acknowledged must be there. Exit code 0 when it is.",
+      "qlx_stress"};
   stress::Plan plan;
   std::string folder = (std::filesystem::temp_directory_path() /
                         ("qlx_stress_" + std::to_string(std::random_device()())))
@@ -56,12 +60,8 @@ int Run(CLI::App& app, int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app{
-      "Puts an office under load and its disk out of order; in the end all that was "
-      "acknowledged must be there. Exit code 0 when it is.",
-      "qlx_stress"};
   try {
-    return Run(app, argc, argv);
+    return Run(argc, argv);
   } catch (const stress::Fault& fault) {
     return Complain(fault, fault.kind);
   } catch (const std::exception& error) {

@@ -23,9 +23,9 @@ class AddressReadingTest : public ExampleOfficeTest {
     return OutcomeOf([&](char* b) { return library->ALesenDLL(caseNumber, number, b, link); });
   }
 
-  void HasContact(std::int32_t number, const std::string& name) {
-    office.Has<P>(P::number, number, P::addressNumber, 4711, P::name, name, P::firstName, "Eva",
-                  P::salutationNumber, 1);
+  void HasContact(const std::string& number, const std::string& name) {
+    office.Has<P>("number: " + number + ", addressNumber: 4711, name: " + name +
+                  ", firstName: Eva, salutationNumber: 1");
   }
 
   // The outcome for the example's address, with these of its parts otherwise.
@@ -63,10 +63,10 @@ TEST_F(AddressReadingTest, LeavesFieldsEmptyForWhatIsNotThere) {
   EXPECT_EQ(Address("4712"), "-1 |Groß & Klein|||||||||||Am Weg ||Köln||||||||||<end>");
   EXPECT_EQ(library->ALesenDLL("12345678", "4711", nullptr, "815"), 0);
   // The address's salutation is for a contact person without one, not for one whose is missing.
-  const std::pair<std::int32_t, const char*> salutations[] = {
-      {0, "Sehr geehrte Familie"}, {2, "Sehr geehrter Herr"}, {77, ""}};
+  const std::pair<std::string, const char*> salutations[] = {
+      {"0", "Sehr geehrte Familie"}, {"2", "Sehr geehrter Herr"}, {"77", ""}};
   for (const auto& [number, text] : salutations) {
-    office.Changes<P>(P::byNumber, 100, P::salutationNumber, number, P::titleNumber, 0);
+    office.Changes<P>(P::byNumber, 100, "salutationNumber: " + number + ", titleNumber: 0");
     EXPECT_EQ(Address(), With({.contact = std::string("Jörg|Müller|") + text +
                                           "||GmbH|frei|1|2|3|4|5|weit|"}));
   }
@@ -74,9 +74,9 @@ TEST_F(AddressReadingTest, LeavesFieldsEmptyForWhatIsNotThere) {
 
 TEST_F(AddressReadingTest, UserChoosesAmongSeveralContactPersons) {
   const std::string longest(115, 'n');
-  HasContact(256, "Meier");
-  HasContact(65536, longest);
-  HasContact(-1, "Schulze");
+  HasContact("256", "Meier");
+  HasContact("65536", longest);
+  HasContact("-1", "Schulze");
   const std::pair<int, std::string> choices[] = {{2, "Meier"}, {3, longest}, {4, "Schulze"}};
   for (const auto& [line, name] : choices) {
     user.Chooses(line);
@@ -98,8 +98,7 @@ TEST_F(AddressReadingTest, UserChoosesAmongSeveralContactPersons) {
 }
 
 TEST_F(AddressReadingTest, UserChoosesAmongSeveralBankConnections) {
-  office.Has<B>(B::number, 201, B::addressNumber, 4711, B::bankName, "Volksbank", B::accountNumber,
-                "815");
+  office.Has<B>("number: 201, addressNumber: 4711, bankName: Volksbank, accountNumber: 815");
   const std::string second = With({.bank = "Volksbank||815|"});
   user.Chooses(2);
   EXPECT_EQ(Address(), second);
@@ -121,7 +120,7 @@ TEST_F(AddressReadingTest, UserChoosesAmongSeveralBankConnections) {
 }
 
 TEST_F(AddressReadingTest, DialogIsEmptyWhenTheDataPathVanishes) {
-  HasContact(101, "Meier");
+  HasContact("101", "Meier");
   manager.Meanwhile(btrieve::kGetNext, "ZTPART.KRV", [&] { office.IsNotConfigured("DataRoot"); });
   user.TakesTheSelected();
   EXPECT_EQ(Address(), whole_);
@@ -146,13 +145,14 @@ TEST_F(AddressReadingTest, DropsWhatCannotBeReadAndNothingElse) {
 
 TEST_F(AddressReadingTest, RefusesARecordThatIsOneByteTooLong) {
   const auto text = [](std::size_t size) { return std::string(size, 'x'); };
-  office.Changes<P>(P::byNumber, 100, P::name, "", P::nameAddition, text(360), P::freeText,
-                    text(300), P::wideField, text(75));
+  office.Changes<P>(P::byNumber, 100,
+                    "name: , nameAddition: " + text(360) + ", freeText: " + text(300) +
+                        ", wideField: " + text(75));
   const std::size_t overhead = std::string("-1 <end>").size();
   const std::size_t room = 1018 - Ansi(Address()).size() + overhead;
-  office.Changes<P>(P::byNumber, 100, P::name, text(room));
+  office.Changes<P>(P::byNumber, 100, "name: " + text(room));
   EXPECT_EQ(Ansi(Address()).size(), 1018 + overhead);
-  office.Changes<P>(P::byNumber, 100, P::name, text(room + 1));
+  office.Changes<P>(P::byNumber, 100, "name: " + text(room + 1));
   EXPECT_EQ(Address(), "0 ");
   EXPECT_THAT(user.Messages(), ElementsAre(TooMuchData()));
 }

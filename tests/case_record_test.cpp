@@ -68,25 +68,24 @@ TEST_F(CaseRecordTest, SaysAllOfACase) {
 }
 
 TEST_F(CaseRecordTest, LeavesEmptyWhatTheOfficeDoesNotHave) {
-  using std::string_view_literals::operator""sv;
-  const std::pair<std::string_view, const char*> currencies[] = {
-      {"EUR", "EUR"}, {"DM\0"sv, "DM"}, {"DM ", "DM"}, {"\0\0\0"sv, ""},
-      {"   ", ""},    {"\0UR"sv, ""},   {"£  ", "£"}};
-  office.Has<C>(C::id, 9, C::caseNumber, "00000009", C::rubrum, "R", C::userId, 99, C::caseTypeId,
-                -3, C::secondDate, 65534);
+  using std::string_literals::operator""s;
+  const std::pair<std::string, const char*> currencies[] = {
+      {"EUR", "EUR"}, {"DM\0"s, "DM"}, {"DM ", "DM"}, {"\0\0\0"s, ""},
+      {"   ", ""},    {"\0UR"s, ""},   {"£  ", "£"}};
+  office.Has<C>(
+      "id: 9, caseNumber: 00000009, rubrum: R, userId: 99, caseTypeId: -3, secondDate: 05.06.2079");
   for (const auto& [stored, shown] : currencies) {
-    office.Changes<C>(C::byId, 9, C::currency, stored);
-    EXPECT_EQ(Case("00000009"),
-              std::string("-1 R|||||0,00|01.01.1900|05.06.2079||||||0|") + shown + "<end>");
+    office.Changes<C>(C::byId, 9, std::string("currency: ") + stored);
+    EXPECT_EQ(Case("00000009"), std::string("-1 R|||||0,00||05.06.2079||||||0|") + shown + "<end>");
   }
-  office.Changes<C>(C::byId, 7, C::rubrum, "", C::text40, "");
+  office.Changes<C>(C::byId, 7, "rubrum: , text40: ");
   EXPECT_EQ(Case(), "0 ||" + rest_ + "EUR<end>");
-  office.Changes<C>(C::byId, 7, C::rubrum, "Mül\0ler"sv);
+  office.Changes<C>(C::byId, 7, "rubrum: Mül\0ler"s);
   EXPECT_EQ(Case(), "-1 Mül|EUR<end>") << "ends at a zero byte in a text";
   // The number 0 stands for no case, whose parties are not counted.
-  office.Has<CasePartyRecord>(CasePartyRecord::id, 9, CasePartyRecord::caseId, 0);
-  office.Has<C>(C::id, 0, C::caseNumber, "00000000", C::rubrum, "R");
-  EXPECT_EQ(Case("00000000"), "-1 R|||||0,00|01.01.1900|01.01.1900||||||0|<end>");
+  office.Has<CasePartyRecord>("id: 9, caseId: 0");
+  office.Has<C>("id: 0, caseNumber: 00000000, rubrum: R");
+  EXPECT_EQ(Case("00000000"), "-1 R|||||0,00||||||||0|<end>");
 }
 
 TEST_F(CaseRecordTest, KeepsItsFieldsWhenAFileIsMissing) {

@@ -42,11 +42,11 @@ class DialogsOnScreen : public ExportTest {
     using B = BankConnectionRecord;
     using C = ContactPersonRecord;
     using P = CasePartyRecord;
-    office.Has<CaseRecord>(CaseRecord::id, 7, CaseRecord::caseNumber, "12345678");
-    for (const std::int32_t id : {1, 2}) {
-      office.Has<P>(P::id, id, P::caseId, 7);
-      office.Has<C>(C::number, id, C::addressNumber, 4711);
-      office.Has<B>(B::number, id, B::addressNumber, 4712);
+    office.Has<CaseRecord>("id: 7, caseNumber: 12345678");
+    for (const std::string id : {"1", "2"}) {
+      office.Has<P>("id: " + id + ", caseId: 7");
+      office.Has<C>("number: " + id + ", addressNumber: 4711");
+      office.Has<B>("number: " + id + ", addressNumber: 4712");
     }
   }
 

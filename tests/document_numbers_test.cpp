@@ -25,7 +25,8 @@ class DocumentNumbersTest : public ExampleOfficeTest {
 };
 
 TEST_F(DocumentNumbersTest, CountsEachCaseByItselfAndAllUnknownOnesTogether) {
-  office.Has<C>(C::id, 9, C::caseNumber, std::string_view("123456\0\0  ", 10));
+  using std::string_literals::operator""s;
+  office.Has<C>("id: 9, caseNumber: 123456\0\0  "s);
   const struct {
     const char* caseNumber;
     std::int32_t number;
@@ -50,7 +51,7 @@ TEST_F(DocumentNumbersTest, WritesTheCounterByTheKeyThatItWasReadBy) {
   EXPECT_EQ(manager.Calls().at(5).Text(), "insert HISTO1");
   EXPECT_EQ(manager.Calls().at(5).data, firstRecord);
 
-  office.Has<D>(D::id, 4, D::caseId, 8, D::lastNumber, 41);
+  office.Has<D>("id: 4, caseId: 8, lastNumber: 41");
   auto expected = office.Records<D>().at(1);
   manager.Forget();
   EXPECT_EQ(library->GetDokuNr("12345679"), 42);
@@ -60,7 +61,7 @@ TEST_F(DocumentNumbersTest, WritesTheCounterByTheKeyThatItWasReadBy) {
 }
 
 TEST_F(DocumentNumbersTest, GivesANumberOrNoneAsTheRecordManagerAnswers) {
-  office.Has<D>(D::caseId, 8, D::lastNumber, 41);
+  office.Has<D>("caseId: 8, lastNumber: 41");
   const struct {
     WORD operation;
     int status;
@@ -90,11 +91,11 @@ TEST_F(DocumentNumbersTest, GivesANumberOrNoneAsTheRecordManagerAnswers) {
 
 TEST_F(DocumentNumbersTest, GivesNoNumberTwiceWhenAnotherWorkstationComesFirst) {
   manager.Meanwhile(btrieve::kInsert, kCounters,
-                    [&] { office.Has<D>(D::caseId, 7, D::lastNumber, 1); });
+                    [&] { office.Has<D>("caseId: 7, lastNumber: 1"); });
   EXPECT_EQ(library->GetDokuNr("12345678"), 2);
-  for (const std::int32_t taken : {3, 4}) {
+  for (const std::string taken : {"3", "4"}) {
     manager.Meanwhile(btrieve::kUpdate, kCounters,
-                      [this, taken] { office.Changes<D>(D::byCase, 7, D::lastNumber, taken); });
+                      [this, taken] { office.Changes<D>(D::byCase, 7, "lastNumber: " + taken); });
   }
   EXPECT_EQ(library->GetDokuNr("12345678"), 5);
   EXPECT_EQ(LastNumber(7), 5);

@@ -15,9 +15,6 @@ using testing::IsEmpty;
 using testing::Not;
 using Messages = std::vector<MessageBox>;
 
-const MessageBox kNotLoaded{
-    "Die Datenbank Schnittstelle Pervasie.SQL / Btrieve konnte nicht geladen werden",
-    "Systemmeldung", MB_OK};
 const MessageBox kNoPathToWrite{
     "Datenpfad nicht gefunden !\n Wiedervorlagedaten können nicht gelöscht werden ! ",
     "Systemmeldung !", MB_ICONHAND};
@@ -65,7 +62,7 @@ class EveryExportTest : public ExampleOfficeTest {
   // Deletes a new follow-up; the latest has the highest number.
   std::int32_t DeleteNewFollowUp(const Exports& exports) {
     using F = FollowUpRecord;
-    office.Has<F>(F::id, 0, F::caseId, 9);
+    office.Has<F>("id: 0, caseId: 9");
     return exports.WVDelete(std::to_string(office.Records<F>().back()[F::id]).c_str());
   }
 
@@ -147,7 +144,7 @@ TEST_F(EveryExportTest, SaysThatThereIsNoRecordManagerWhenItNeedsOne) {
     if (name == "WVDelete") continue;  // which would need one for its follow-up
     const bool delivers = !NeedsData(row) || name == "SLesenDLL";
     EXPECT_EQ(OutcomeOf(row), delivers ? row.withoutDataPath : "0 ") << name;
-    EXPECT_EQ(user.Messages(), NeedsData(row) ? Messages{kNotLoaded} : Messages{}) << name;
+    EXPECT_EQ(user.Messages(), NeedsData(row) ? Messages{NoRecordManager()} : Messages{}) << name;
   }
 }
 

@@ -154,9 +154,7 @@ TEST_F(FollowUpMaintenanceTest, TakeDatesAsTheyStand) {
 
 // Each of them looks for the record manager at a place of its own among its checks.
 TEST_F(FollowUpMaintenanceTest, AskForTheRecordManagerInTheirTurn) {
-  const MessageBox notLoaded{
-      "Die Datenbank Schnittstelle Pervasie.SQL / Btrieve konnte nicht geladen werden",
-      "Systemmeldung", MB_OK};
+  const MessageBox notLoaded = NoRecordManager();
   UnloadRecordManagers();
   managers.Are({});
   New({.key = "12345678", .kind = "0", .date = "", .user = "0"});

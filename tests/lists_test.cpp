@@ -11,7 +11,6 @@ namespace qlx99::tests {
 namespace {
 
 using testing::ElementsAre;
-using A = AddressRecord;
 using P = CasePartyRecord;
 
 class ListsTest : public ExampleOfficeTest {
@@ -78,16 +77,16 @@ TEST_F(ListsTest, DeliverTheEntryAtEachPosition) {
 }
 
 TEST_F(ListsTest, EndAtTwoEmptyFieldsAndAtPartiesWithoutAddress) {
-  office.Has<UserRecord>(UserRecord::number, -3, UserRecord::shortSign, "MEI");
+  office.Has<UserRecord>("number: -3, shortSign: MEI");
   EXPECT_EQ(User("1"), "0 |||MEI|-3");
-  office.Has<A>(A::number, 4713, A::place, "Ulm");
-  office.Has<P>(P::id, 205, P::caseId, 7, P::addressNumber, 4713);
-  office.Has<P>(P::id, 206, P::caseId, 7, P::relationId, 1);
+  office.Has<AddressRecord>("number: 4713, place: Ulm");
+  office.Has<P>("id: 205, caseId: 7, addressNumber: 4713");
+  office.Has<P>("id: 206, caseId: 7, relationId: 1");
   EXPECT_EQ(Party("5"), "0 ||| |Ulm|4713||205<end>");
   EXPECT_EQ(Party("6"), "0 ||<end>");
   // A case with the number 0 is none.
-  office.Has<CaseRecord>(CaseRecord::id, 0, CaseRecord::caseNumber, "00000000");
-  office.Has<P>(P::id, 204, P::caseId, 0, P::addressNumber, 4711);
+  office.Has<CaseRecord>("id: 0, caseNumber: 00000000");
+  office.Has<P>("id: 204, caseId: 0, addressNumber: 4711");
   EXPECT_EQ(Party("1", "00000000"), "0 ||<end>");
   EXPECT_EQ(library->BListeInit("00000000"), 0);
 }

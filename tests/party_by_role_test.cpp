@@ -19,17 +19,21 @@ using R = RelationRecord;
 class PartyByRoleTest : public ExampleOfficeTest {
  protected:
   PartyByRoleTest() {
-    office.Has<C>(C::id, 9, C::caseNumber, "23456789", C::rubrum, "Brandstätter ./. Wernicke");
+    office.Has<C>("id: 9, caseNumber: 23456789, rubrum: Brandstätter ./. Wernicke");
   }
 
-  void HasParty(std::int32_t address, const std::string& code, std::int32_t link = 0) {
-    office.Has<R>(R::id, nextId_, R::designation, "Beziehung " + code, R::code, code);
+  void HasParty(const std::string& address, const std::string& code,
+                const std::string& link = "0") {
+    office.Has<R>("id: " + std::to_string(nextId_) + ", designation: Beziehung " + code +
+                  ", code: " + code);
     HasPartyInRelation(nextId_, address, link);
   }
 
-  void HasPartyInRelation(std::int32_t relation, std::int32_t address, std::int32_t link = 0) {
-    office.Has<H>(H::id, nextId_++, H::caseId, 9, H::addressNumber, address, H::relationId,
-                  relation, H::addressLinkNumber, link);
+  void HasPartyInRelation(std::int32_t relation, const std::string& address,
+                          const std::string& link = "0") {
+    office.Has<H>("caseId: 9, id: " + std::to_string(nextId_++) +
+                  ", relationId: " + std::to_string(relation) + ", addressNumber: " + address +
+                  ", addressLinkNumber: " + link);
   }
 
   std::string Ask(const char* roleUtf8, const char* noDialog = "",
@@ -45,9 +49,9 @@ class PartyByRoleTest : public ExampleOfficeTest {
 };
 
 TEST_F(PartyByRoleTest, DeliversTheOnlyPartyInTheRole) {
-  HasParty(4711, "25", 815);
-  HasParty(4712, "0 ");
-  HasParty(-5, "13", -6);
+  HasParty("4711", "25", "815");
+  HasParty("4712", "0 ");
+  HasParty("-5", "13", "-6");
   EXPECT_EQ(Ask("M "), "-1 4711|25|0|815<0>");
   EXPECT_EQ(Ask("M ", nullptr, "23456789XX"), "-1 4711|25|0|815<0>");
   EXPECT_EQ(Ask("G "), "-1 4712|0 |0|<0>");
@@ -59,7 +63,7 @@ TEST_F(PartyByRoleTest, DeliversTheOnlyPartyInTheRole) {
   EXPECT_EQ(library->BLesenDLL("M ", "23456789", nullptr, nullptr, nullptr), 0);
 
   // A party whose relation cannot be read counts for every role.
-  HasPartyInRelation(99, 4713, 816);
+  HasPartyInRelation(99, "4713", "816");
   EXPECT_EQ(Ask("C "), "-1 4713||0|816<0>");
   office.Lacks<R>();
   EXPECT_EQ(Ask("X ", "1"), "0 ") << "four parties and no dialog";
@@ -89,13 +93,14 @@ TEST_F(PartyByRoleTest, KnowsTheRelationsOfEachRole) {
   std::vector<std::string> codes;
   for (int number = 0; number <= 40; ++number) codes.push_back(std::to_string(number));
   for (const char* again : {"0", "13", "14", "27"}) codes.emplace_back(again);
-  for (const std::string& code : codes) HasParty(4711, code);
+  for (const std::string& code : codes) HasParty("4711", code);
   user.TakesTheSelectedFromNowOn();
   for (const auto& [role, title, inRole] : rows) {
     Ask(role);
     const ShownDialog dialog = user.OnlyDialog();
     EXPECT_EQ(dialog.title, title);
     std::vector<std::string> lines;
+    lines.reserve(inRole.size());
     for (const std::string& code : inRole) lines.push_back("Beziehung " + code + "\tJörg\t Müller");
     EXPECT_EQ(dialog.List().lines, lines);
   }
@@ -106,17 +111,17 @@ TEST_F(PartyByRoleTest, KnowsTheRelationsOfEachRole) {
 class PartySelectionTest : public PartyByRoleTest {
  protected:
   PartySelectionTest() {
-    HasParty(4710, "0 ");
-    HasParty(4712, "2 ");
-    HasParty(4713, "0 ", 815);
-    office.Has<P>(P::number, 1, P::addressNumber, 4713, P::firstName, "Jörg", P::name,
-                  "Wernicke" + std::string(30, 'x'));
-    office.Has<P>(P::number, 2, P::addressNumber, 4713, P::name, "Zweiter");
+    HasParty("4710", "0 ");
+    HasParty("4712", "2 ");
+    HasParty("4713", "0 ", "815");
+    office.Has<P>("number: 1, addressNumber: 4713, firstName: Jörg, name: Wernicke" +
+                  std::string(30, 'x'));
+    office.Has<P>("number: 2, addressNumber: 4713, name: Zweiter");
   }
 };
 
 TEST_F(PartySelectionTest, ShowsTheCaseAndItsPartiesInTheRole) {
-  HasPartyInRelation(99, 4714);
+  HasPartyInRelation(99, "4714");
   user.Chooses(2);
   EXPECT_EQ(Ask("G "), "-1 4713|0 |0|815<0>");
   const ShownDialog dialog = user.OnlyDialog();

@@ -65,7 +65,7 @@ TEST_F(LoadingTest, LeavesTheRecordManagerLoadedAndTheProcessItsErrorMode) {
 
 class CallingTest : public ScriptedExportTest {
  protected:
-  void SetUp() override { office.Has<UserRecord>(UserRecord::number, 17); }
+  void SetUp() override { office.Has<UserRecord>("number: 17"); }
 };
 
 TEST_F(CallingTest, OpensInTheNormalModeAndMakesPlainCallsWithTheRecordsLength) {
@@ -135,7 +135,7 @@ TEST_F(CallingTest, GivesUpAfterTheLastAttemptAndSaysSo) {
 }
 
 TEST_F(CallingTest, DeletesTheRecordThatItFoundByTheSameKey) {
-  office.Has<FollowUpRecord>(FollowUpRecord::id, 5);
+  office.Has<FollowUpRecord>("id: 5");
   manager.Answers(btrieve::kGetEqual, "ZTDOLIST.KRV", 84, 1);
   manager.Answers(btrieve::kDelete, "ZTDOLIST.KRV", 85, 2);
   EXPECT_EQ(library->WVDelete("5"), -1);

@@ -46,12 +46,12 @@ std::int32_t DeliverProgramRoot(const char* lengthText, char* buffer) {
 
 }  // namespace
 
-std::int32_t WINAPI GetDocuRoot(std::int32_t length, char* buffer) {
-  return PassGate("GetDocuRoot", DeliverDocuRoot, LengthText(length).Get(), buffer);
+std::int32_t WINAPI GetDocuRoot(std::int32_t length, char* path) {
+  return PassGate("GetDocuRoot", DeliverDocuRoot, LengthText(length).Get(), path);
 }
 
-std::int32_t WINAPI GetProgramRoot(std::int32_t length, char* buffer) {
-  return PassGate("GetProgramRoot", DeliverProgramRoot, LengthText(length).Get(), buffer);
+std::int32_t WINAPI GetProgramRoot(std::int32_t length, char* path) {
+  return PassGate("GetProgramRoot", DeliverProgramRoot, LengthText(length).Get(), path);
 }
 
 }  // namespace qlx99

@@ -7,6 +7,8 @@
 //   for (const auto& party : parties.Walk(CasePartyRecord::byCase, caseId)) ...
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
@@ -29,7 +31,7 @@ template <class Layout>
 class RecordCursor {
  public:
   // The record of the last read that succeeded; all zero bytes before the first.
-  const Record<Layout>& Current() const { return record_; }
+  const Record<Layout>& Current() const { return records_[current_]; }
 
   // Each read returns the record manager's status, 0 for success, and leaves Current() as it was
   // when it fails.
@@ -59,7 +61,7 @@ class RecordCursor {
   int Delete(const Key& key, std::int32_t value) {
     keyBuffer_ = {};
     std::memcpy(keyBuffer_.data(), &value, sizeof value);
-    return Call(btrieve::kDelete, key, record_);
+    return Call(btrieve::kDelete, key, records_[current_]);
   }
 
   // The records with this key value, for a range-based for loop: Get Equal, then Get Next as long
@@ -75,15 +77,16 @@ class RecordCursor {
 
  private:
   int Read(WORD operation, const Key& key) {
-    Record<Layout> read;
-    const int status = Call(operation, key, read);
-    if (status == btrieve::kSuccess) record_ = read;
+    const std::size_t other = 1 - current_;
+    records_[other] = {};
+    const int status = Call(operation, key, records_[other]);
+    if (status == btrieve::kSuccess) current_ = other;
     return status;
   }
 
   int Write(WORD operation, const Key& key, const Record<Layout>& record) {
-    record_ = record;
-    return Call(operation, key, record_);
+    records_[current_] = record;
+    return Call(operation, key, records_[current_]);
   }
 
   int Call(WORD operation, const Key& key, Record<Layout>& record) {
@@ -92,7 +95,9 @@ class RecordCursor {
                       keyBuffer_.data(), key.number, ClientId{});
   }
 
-  Record<Layout> record_;
+  // The current record, and room for the next one.
+  std::array<Record<Layout>, 2> records_;
+  std::size_t current_ = 0;
   // Kept between the calls of a walk: the record manager may need the key of the last read.
   std::array<char, btrieve::kMaxKeyLength> keyBuffer_{};
 };

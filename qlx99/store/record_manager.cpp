@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdio>
 
+#include "frame/bytes.h"
 #include "frame/messages.h"
+#include "store/text_buffer.h"
 
 namespace qlx99 {
 namespace {
@@ -91,7 +92,7 @@ int CallWithRetries(WORD operation, const CallArguments& arguments) {
 // the normal one.
 int Open(PositionBlock& positionBlock, const char* filePath, const ClientId& clientId) {
   std::array<char, btrieve::kMaxKeyLength + 1> path{};
-  std::snprintf(path.data(), path.size(), "%s", filePath);
+  CopyBytes(filePath, path.data(), btrieve::kMaxKeyLength);
   char ownerName = '\0';
   std::uint16_t ownerNameLength = 1;
   return CallWithRetries(btrieve::kOpen,
@@ -136,10 +137,10 @@ int RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePat
 }
 
 int OpenRecordFile(const char* fileName, PositionBlock& positionBlock, const DataRoot& dataRoot) {
-  std::array<char, btrieve::kMaxKeyLength + 1> path{};
-  std::snprintf(path.data(), path.size(), "%s\\%s", dataRoot.data(), fileName);
+  TextBuffer<btrieve::kMaxKeyLength> path;
+  for (const char* part : {dataRoot.data(), "\\", fileName}) path.Append(part);
   std::uint16_t noData = 0;
-  const int status = RecordCall(btrieve::kOpen, positionBlock, path.data(), nullptr, noData,
+  const int status = RecordCall(btrieve::kOpen, positionBlock, path.Terminated(), nullptr, noData,
                                 nullptr, 0, ClientId{});
   if (status != btrieve::kSuccess) ShowMessage(kFileNotOpened, fileName);
   return status;

@@ -1,13 +1,14 @@
-// Dialogs on a host without Windows: what is read from a resource script, what a person at the
-// dialog sees and does, and what the dialog procedure hears of it.
+// Dialogs on a host without Windows: broken resources, what a person at the dialog sees and does,
+// what the dialog procedure hears of it, and the terminal that stands in for a screen.
 #include <gmock/gmock.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "platform/dialog_template.h"
 #include "platform/resources.h"
-#include "platform/screen.h"
+#include "platform/terminal_screen.h"
 #include "support/user.h"
 #include "test_library.h"
 
@@ -15,7 +16,7 @@ namespace {
 
 using platform::FindResourceIn;
 using qlx99::tests::OpenDialog;
-using testing::ElementsAre;
+using testing::HasSubstr;
 
 constexpr WORD kDialog = 5;  // type of resource
 
@@ -37,9 +38,9 @@ TEST(Resources, MayBeBrokenAnywhere) {
     const std::vector part(script.begin(), script.begin() + std::ptrdiff_t(length));
     EXPECT_TRUE(FindResourceIn(part, kDialog, 1).empty()) << length;
   }
-  EXPECT_TRUE(FindResourceIn(Bytes(std::string(8, '\0')), kDialog, 1).empty());
-  EXPECT_TRUE(FindResourceIn(Bytes(std::string(8, '\xFF')), kDialog, 1).empty());
-
+  for (const char byte : {'\0', '\xFF'}) {
+    EXPECT_TRUE(FindResourceIn(Bytes(std::string(8, byte)), kDialog, 1).empty());
+  }
   const TestLibrary library;
   for (const WORD id : {WORD{1}, WORD{2}}) {
     const auto dialog = platform::FindResourceOf(library.Handle(), kDialog, id);
@@ -51,67 +52,112 @@ TEST(Resources, MayBeBrokenAnywhere) {
   }
 }
 
+// Dialog 1 has the list 403 and the button 1, dialog 2 the list 201 and the button 9.
 class View : public testing::Test {
  protected:
   View() { heard.clear(); }
+  ~View() override { platform::SetScreen(nullptr); }
 
-  INT_PTR Show() {
-    return DialogBoxParamA(library_.Handle(), MAKEINTRESOURCEA(1), nullptr, Procedure, 0);
+  /// Returns the line that was taken, -1 for none, -2 for cancelled.
+  INT_PTR Show(int id = 1) {
+    return DialogBoxParamA(library_.Handle(), MAKEINTRESOURCEA(id), nullptr, Procedure,
+                           id == 1 ? 403 : 201);
   }
 
-  /// Buttons end the dialog with their ids.
-  static INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wordParam,
-                                    LPARAM /*unused*/) {
+  /// The same at a terminal, to somebody who types `answers`.
+  INT_PTR ShowAtTerminal(const std::string& answers, int id = 1) {
+    std::istringstream in(answers);
+    platform::TerminalScreen terminal(in, out_);
+    platform::SetScreen(&terminal);
+    return Show(id);
+  }
+
+  static INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wordParam, LPARAM longParam) {
+    static int listId = 0;
+    const WORD command = LOWORD(wordParam);
     if (message == WM_INITDIALOG) {
-      SendDlgItemMessageA(dialog, 403, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>("a\tb"));
-      SendDlgItemMessageA(dialog, 403, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>("c"));
-      SetDlgItemTextA(dialog, 206, std::string(300, 'x').c_str());
-      SendDlgItemMessageA(dialog, 501, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("anderer Text"));
-      SetWindowTextA(dialog, "anderer Titel");
+      listId = static_cast<int>(longParam);
+      for (const char* line : {"M\xFCller\tSparkasse\t", "\x1B[2J\tVolksbank", "Meier"}) {
+        SendDlgItemMessageA(dialog, listId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line));
+      }
+      const int stop = 40;
+      SendDlgItemMessageA(dialog, listId, LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&stop));
+      SendDlgItemMessageA(dialog, listId, LB_SETCURSEL, 0, 0);
+      SendDlgItemMessageA(dialog, 107, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("Akte:"));
+      SetDlgItemTextA(dialog, 208, "Adler ./. Berg");
+      SetWindowTextA(dialog, listId == 201 ? "anderer Titel" : "Bank");
       return 0;
     }
-    heard += message != WM_COMMAND ? "end"
-                                   : std::to_string(LOWORD(wordParam)) + '/' +
-                                         std::to_string(HIWORD(wordParam)) + ' ';
-    if (message == WM_COMMAND && LOWORD(wordParam) < 100) EndDialog(dialog, LOWORD(wordParam));
+    heard += std::to_string(message == WM_COMMAND ? command : 0) + '/' +
+             std::to_string(HIWORD(wordParam)) + ' ';
+    if (message == WM_COMMAND && (command == IDOK || command == 9)) {
+      EndDialog(dialog, SendDlgItemMessageA(dialog, listId, LB_GETCURSEL, 0, 0));
+    }
+    if (message == WM_COMMAND && command == IDCANCEL) EndDialog(dialog, -2);
     return 0;
   }
 
-  qlx99::tests::User user_;
-  static inline std::string heard;  // "control/notification "
+  std::ostringstream out_;
+  static inline std::string heard;  // "control/notification ", "0/0 " of the dialog's end
 
  private:
   const TestLibrary library_;
 };
 
 TEST_F(View, ShowsWhatTheProcedureDidAndTellsItOfWhatAPersonCanDo) {
-  user_.Does([](OpenDialog& dialog) {
+  qlx99::tests::User user;
+  user.Does([](OpenDialog& dialog) {
     EXPECT_FALSE(dialog.Press(7)) << "hidden";
     EXPECT_FALSE(dialog.Press(403)) << "no button";
     EXPECT_FALSE(dialog.Press(999)) << "not there";
     EXPECT_FALSE(dialog.Select(601, 0)) << "hidden";
-    EXPECT_FALSE(dialog.Select(403, 2)) << "no such line";
+    EXPECT_FALSE(dialog.Select(403, 3)) << "no such line";
     EXPECT_FALSE(dialog.DoubleClick(403, -1)) << "no such line";
     EXPECT_FALSE(dialog.Select(206, 0)) << "no list";
     EXPECT_TRUE(dialog.Select(403, 1));
     EXPECT_EQ(dialog.Look().Control(403).selected, 1);
-    EXPECT_TRUE(dialog.DoubleClick(403, 0));
+    EXPECT_TRUE(dialog.DoubleClick(403, 2));
     EXPECT_TRUE(dialog.IsOpen());
     EXPECT_TRUE(dialog.Press(IDOK));
     EXPECT_FALSE(dialog.Press(IDOK)) << "closed";
     EXPECT_FALSE(dialog.Select(403, 0)) << "closed";
     dialog.Cancel();
   });
-  EXPECT_EQ(Show(), IDOK);
-  EXPECT_EQ(heard, "403/1 403/1 403/2 1/0 end");
-  const qlx99::tests::ShownDialog shown = user_.OnlyDialog();
-  EXPECT_EQ(shown.title, "anderer Titel");
-  EXPECT_EQ(shown.Control(206).text, std::string(300, 'x'));
-  EXPECT_EQ(shown.Control(501).text, "anderer Text");
-  EXPECT_THAT(shown.Control(403).lines, ElementsAre("a\tb", "c"));
-  EXPECT_EQ(shown.Control(403).selected, -1);
-  user_.Cancels();  // without a button for it
-  EXPECT_EQ(Show(), IDCANCEL);
+  EXPECT_EQ(Show(), 2);
+  EXPECT_EQ(heard, "403/1 403/1 403/2 1/0 0/0 ");
+  user.Cancels();  // without a button for it
+  EXPECT_EQ(Show(), -2);
+}
+
+TEST_F(View, AtATerminalHasColumnsAndNoOrders) {
+  ShowAtTerminal("\n");
+  ShowAtTerminal("0\n", 2);
+  EXPECT_THAT(out_.str(), HasSubstr("\nBank\n"
+                                    "Bitte wählen Sie. \n"
+                                    "> 1  Müller    Sparkasse\n"
+                                    "  2   [2J      Volksbank\n"
+                                    "  3  Meier\n"
+                                    "Nummer (Eingabe = 1, 0 = Abbruch): "));
+  EXPECT_THAT(out_.str(), HasSubstr("\nanderer Titel\nAkte: Adler ./. Berg\n"));
+  std::istringstream in;
+  platform::TerminalScreen terminal(in, out_);
+  platform::SetScreen(&terminal);
+  EXPECT_EQ(MessageBoxA(nullptr, "k\xF6nnen nicht !\n \x80\x07 ", "Systemmeldung !", MB_ICONHAND),
+            IDOK);
+  EXPECT_THAT(out_.str(), testing::EndsWith("\nSystemmeldung !\nkönnen nicht !\n €  \n"));
+}
+
+TEST_F(View, AtATerminalTakesTheLineOfTheNumberAndAsksAgainButNotForEver) {
+  std::string nonsense;
+  for (int i = 0; i < 1000; ++i) nonsense += "99\n";
+  const std::pair<std::string, INT_PTR> rows[] = {
+      {"\n", 0},   {"2\n", 1}, {" 3 \r\n", 2},       {"3", 2},
+      {"0\n", -2}, {"", -2},   {"4\nx\n-1\n2\n", 1}, {nonsense, -2}};
+  for (const auto& [answers, result] : rows) {
+    EXPECT_EQ(ShowAtTerminal(answers, 1), result) << answers;
+    EXPECT_EQ(ShowAtTerminal(answers, 2), result) << answers;
+  }
+  EXPECT_THAT(out_.str(), HasSubstr("nicht zur Wahl"));
 }
 
 class EmptyChair final : public platform::Screen {

@@ -17,14 +17,8 @@ constexpr auto kName = "Value";
 
 class Registry : public testing::Test {
  protected:
-  void SetUp() override {
-    ASSERT_EQ(Create(&key_), LSTATUS{ERROR_SUCCESS});
-    RegDeleteValueA(key_, kName);
-  }
-  void TearDown() override {
-    RegDeleteValueA(key_, kName);
-    EXPECT_EQ(RegCloseKey(key_), LSTATUS{ERROR_SUCCESS});
-  }
+  Registry() { EXPECT_EQ(Create(&key_), LSTATUS{ERROR_SUCCESS}); }
+  ~Registry() override { EXPECT_EQ(RegCloseKey(key_), LSTATUS{ERROR_SUCCESS}); }
 
   static LSTATUS Create(HKEY* key, DWORD* disposition = nullptr) {
     return RegCreateKeyExA(HKEY_LOCAL_MACHINE, PrivateRegistry::kKey, 0, nullptr,
@@ -58,10 +52,8 @@ class Registry : public testing::Test {
     return std::to_string(status) + ' ' + buffer + ' ' + std::to_string(size);
   }
 
+  const PrivateRegistry registry_;
   HKEY key_ = nullptr;
-
- private:
-  PrivateRegistry registry_;
 };
 
 TEST_F(Registry, GivesBackExactlyTheBytesAndTheTypeThatWereStored) {

@@ -12,96 +12,81 @@ namespace {
 constexpr UINT kOem = 850;
 constexpr UINT kAnsi = 1252;
 
-using WideString = std::basic_string<WCHAR>;
-
-WideString Wide(std::u16string_view text) { return {text.begin(), text.end()}; }
-
-WideString ToWide(UINT codePage, std::string_view bytes, DWORD flags = 0) {
-  WideString text(50, WCHAR{});
-  text.resize(static_cast<std::size_t>(MultiByteToWideChar(
-      codePage, flags, bytes.data(), static_cast<int>(bytes.size()), text.data(), 50)));
-  return text;
-}
-
-std::string FromWide(UINT codePage, std::u16string_view text, const char* defaultChar = nullptr,
-                     BOOL* usedDefaultChar = nullptr) {
-  const WideString wide = Wide(text);
-  std::string bytes(50, '\0');
-  bytes.resize(static_cast<std::size_t>(WideCharToMultiByte(
-      codePage, codePage == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS, wide.data(),
-      static_cast<int>(wide.size()), bytes.data(), 50, defaultChar, usedDefaultChar)));
-  return bytes;
+/// From one code page to the other.
+std::string Recoded(UINT from, std::string_view bytes, UINT to, const char* defaultChar = nullptr,
+                    BOOL* usedDefaultChar = nullptr) {
+  std::array<WCHAR, 50> wide{};
+  std::string recoded(100, '\0');
+  const int length =
+      MultiByteToWideChar(from, 0, bytes.data(), static_cast<int>(bytes.size()), wide.data(), 50);
+  const int size = WideCharToMultiByte(to, to == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS, wide.data(),
+                                       length, recoded.data(), 100, defaultChar, usedDefaultChar);
+  recoded.resize(static_cast<std::size_t>(size));
+  return recoded;
 }
 
 TEST(CodePage, SpellsTheSameTextInBothDirections) {
   const struct {
     UINT codePage;
     std::string_view bytes;
-    std::u16string_view text;
-  } rows[] = {{CP_UTF8,
-               "Stra\xC3\x9F"
-               "e \xE2\x82\xAC \xF0\x9F\x93\x81",
-               u"Stra\u00DFe \u20AC \U0001F4C1"},
-              {kAnsi, "\xC4\xD6\xDC\xA7\x80\x9F", u"\u00C4\u00D6\u00DC\u00A7\u20AC\u0178"},
-              {kAnsi, "\x81\x8D\x8F\x90\x9D", u"\u0081\u008D\u008F\u0090\u009D"},
-              {kOem, "\x8E\x99\x9A\xE1\xF5\xC4", u"\u00C4\u00D6\u00DC\u00DF\u00A7\u2500"}};
-  for (const auto& [codePage, bytes, text] : rows) {
-    EXPECT_EQ(ToWide(codePage, bytes), Wide(text)) << bytes;
-    EXPECT_EQ(FromWide(codePage, text), bytes);
+    std::string_view utf8;
+  } rows[] = {{CP_UTF8, "Straße € \U0001F4C1", "Straße € \U0001F4C1"},
+              {CP_UTF8, "a\xFFz\xE2\x82z", "a\uFFFDz\uFFFDz"},
+              {kAnsi, "\xC4\xD6\xDC\xA7\x80\x9F", "ÄÖÜ§€Ÿ"},
+              {kAnsi, "\x81\x8D\x8F\x90\x9D", "\u0081\u008D\u008F\u0090\u009D"},
+              {kOem, "\x8E\x99\x9A\xE1\xF5\xC4", "ÄÖÜß§─"}};
+  for (const auto& [codePage, bytes, utf8] : rows) {
+    EXPECT_EQ(Recoded(codePage, bytes, CP_UTF8), utf8);
+    if (codePage != CP_UTF8) {
+      EXPECT_EQ(Recoded(CP_UTF8, utf8, codePage), bytes) << utf8;
+    }
   }
 }
 
 TEST(CodePage, SaysWhenACharacterHasNoCounterpart) {
   const struct {
     UINT codePage;
-    std::u16string_view text;
+    std::string_view utf8;
     const char* defaultChar;
     std::string_view bytes;
     BOOL used;
-  } rows[] = {{kAnsi, u"a\u0394b", nullptr, "a?b", TRUE},
-              {kAnsi, u"\u0103\u20AC", "#", "#\x80", TRUE},
-              {kOem, u"\u20AC", nullptr, "?", TRUE},
-              {kAnsi, u"?", nullptr, "?", FALSE}};
-  for (const auto& [codePage, text, defaultChar, bytes, used] : rows) {
+  } rows[] = {{kAnsi, "aΔb", nullptr, "a?b", TRUE},
+              {kAnsi, "ă€", "#", "#\x80", TRUE},
+              {kOem, "€", nullptr, "?", TRUE},
+              {kAnsi, "?", nullptr, "?", FALSE}};
+  for (const auto& [codePage, utf8, defaultChar, bytes, used] : rows) {
     BOOL usedDefaultChar = !used;
-    EXPECT_EQ(FromWide(codePage, text, defaultChar, &usedDefaultChar), bytes);
-    EXPECT_EQ(usedDefaultChar, used) << bytes;
+    EXPECT_EQ(Recoded(CP_UTF8, utf8, codePage, defaultChar, &usedDefaultChar), bytes);
+    EXPECT_EQ(usedDefaultChar, used) << utf8;
   }
-  EXPECT_EQ(ToWide(CP_UTF8, "a\xFFz"), Wide(u"a\uFFFDz"));
-  EXPECT_EQ(ToWide(CP_UTF8, "\xE2\x82z"), Wide(u"\uFFFDz"));
 }
 
-TEST(CodePage, CountsTheTerminatorOfATextWithoutLength) {
-  EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, "\xC3\xA4", -1, nullptr, 0), 2);
-  EXPECT_EQ(
-      WideCharToMultiByte(CP_UTF8, 0, Wide(u"\u00E4").c_str(), -1, nullptr, 0, nullptr, nullptr),
-      3);
-}
-
-TEST(CodePage, RefusesWithAReason) {
+TEST(CodePage, CountsTheTerminatorOfATextWithoutLengthAndRefusesWithAReason) {
   std::array<WCHAR, 2> room{};
   const auto convert = [&](UINT codePage, DWORD flags, const char* bytes, int length) {
     return MultiByteToWideChar(codePage, flags, bytes, length, room.data(), 2);
   };
-  const WCHAR loneSurrogate = 0xD800;
+  const auto strictly = [&](const char* utf8) {
+    return convert(CP_UTF8, MB_ERR_INVALID_CHARS, utf8, 2);
+  };
+  const WCHAR loneSurrogate[] = {0xD800, 0};
+  const auto fromWide = [&](DWORD flags, const WCHAR* text) {
+    return WideCharToMultiByte(CP_UTF8, flags, text, -1, nullptr, 0, nullptr, nullptr);
+  };
+  EXPECT_EQ(convert(CP_UTF8, 0, "\xC3\xA4", -1), 2);
+  EXPECT_EQ(fromWide(0, room.data()), 3);
   const std::pair<DWORD, std::function<int()>> rows[] = {
       {ERROR_INSUFFICIENT_BUFFER, [&] { return convert(kAnsi, 0, "abc", 3); }},
       {ERROR_INVALID_PARAMETER, [&] { return convert(kAnsi, 0, nullptr, 3); }},
       {ERROR_INVALID_PARAMETER, [&] { return convert(kAnsi, 0, "abc", 0); }},
       {ERROR_INVALID_PARAMETER, [&] { return convert(4711, 0, "abc", 3); }},
       {ERROR_INVALID_FLAGS, [&] { return convert(CP_UTF8, 0x4000, "abc", 3); }},
+      {ERROR_NO_UNICODE_TRANSLATION, [&] { return strictly("\xFFz"); }},
+      {ERROR_NO_UNICODE_TRANSLATION, [&] { return strictly("\xE2z"); }},
+      {ERROR_NO_UNICODE_TRANSLATION, [&] { return strictly("\xE2\x82"); }},
+      {ERROR_NO_UNICODE_TRANSLATION, [&] { return strictly("\xC0\x80"); }},
       {ERROR_NO_UNICODE_TRANSLATION,
-       [&] { return convert(CP_UTF8, MB_ERR_INVALID_CHARS, "\xFFz", 2); }},
-      {ERROR_NO_UNICODE_TRANSLATION,
-       [&] { return convert(CP_UTF8, MB_ERR_INVALID_CHARS, "\xE2\x82z", 3); }},
-      {ERROR_NO_UNICODE_TRANSLATION,
-       [&] { return convert(CP_UTF8, MB_ERR_INVALID_CHARS, "\xE2\x82", 2); }},
-      {ERROR_NO_UNICODE_TRANSLATION,
-       [&] { return convert(CP_UTF8, MB_ERR_INVALID_CHARS, "\xC0\x80", 2); }},
-      {ERROR_NO_UNICODE_TRANSLATION, [&] {
-         return WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, &loneSurrogate, 1, nullptr, 0,
-                                    nullptr, nullptr);
-       }}};
+       [&] { return fromWide(WC_ERR_INVALID_CHARS, loneSurrogate); }}};
   int row = 0;
   for (const auto& [reason, refuse] : rows) {
     SetLastError(ERROR_SUCCESS);

@@ -1,5 +1,9 @@
-// Processes that get in each other's way. That they lose nothing is shown by qlx_stress.
+// Several processes on one file. That they lose nothing, also when some are killed, is shown by
+// qlx_stress.
 #include <chrono>
+#include <fstream>
+#include <iterator>
+#include <set>
 #include <thread>
 
 #include "party_file.h"
@@ -14,7 +18,26 @@ using namespace std::chrono_literals;
 class Processes : public PartyFile {
  protected:
   Processes() { EXPECT_EQ(client.Do("insert"), "1"); }
+
+  // Adds the numbers that a worker has put down as acknowledged.
+  void ReadLog(const std::string& name, std::set<std::int32_t>& numbers) const {
+    std::ifstream file(InFolder(name));
+    numbers.insert(std::istream_iterator<std::int32_t>(file), {});
+  }
 };
+
+TEST_F(Processes, SeeInAWalkWhatWasWrittenAfterItBegan) {
+  EXPECT_EQ(client.Do("insert case=7"), "2");
+  Worker writer({path, "insert case=7", "200", InFolder("log")});
+  while (client.Number() < 202) {
+    ASSERT_EQ(client.Do("equal case=7"), "2");
+    std::set<std::int32_t> acknowledged{2};
+    ReadLog("log", acknowledged);
+    client.Do("next* case");
+    ASSERT_GE(client.Number(), *acknowledged.rbegin());
+  }
+  EXPECT_EQ(writer.Wait(), 0);
+}
 
 TEST_F(Processes, ReadButNeitherWriteNorReplaceWhatAnotherHolds) {
   const std::string flag = InFolder("held");

@@ -7,10 +7,11 @@
 
 namespace recordmanager_tests {
 
-// Opens a file and takes a client's script (see party_file.h).
+// Opens FILE and takes the client's script SCRIPT (see party_file.h) until it has succeeded TIMES
+// times, again whenever it was busy or came second. Writes the outcomes, each at once, to LOG.
 class Worker {
  public:
-  // {FILE, SCRIPT}
+  // {FILE, SCRIPT} or {FILE, SCRIPT, TIMES, LOG}
   explicit Worker(const std::vector<std::string>& arguments);
   Worker(const Worker&) = delete;
   Worker& operator=(const Worker&) = delete;

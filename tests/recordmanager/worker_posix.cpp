@@ -13,6 +13,7 @@ Worker::Worker(const std::vector<std::string>& arguments) {
   std::vector<std::string> texts{"qlx99_tests", kWorkerOption};
   texts.insert(texts.end(), arguments.begin(), arguments.end());
   std::vector<char*> argv;
+  argv.reserve(texts.size() + 1);
   for (std::string& text : texts) argv.push_back(text.data());
   argv.push_back(nullptr);
   pid_t pid = 0;

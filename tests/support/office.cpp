@@ -3,8 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
+#include <stdexcept>
 
+#include "office/record_text.h"
 #include "record_files.h"
 #include "support/open_file.h"
 #include "support/record_managers.h"
@@ -17,29 +18,27 @@ namespace fs = std::filesystem;
 
 constexpr char kRubbish = '#';
 
-template <class Value>
-std::string BytesOf(Value value) {
-  std::string bytes(sizeof value, '\0');
-  std::memcpy(bytes.data(), &value, sizeof value);
-  return bytes;
-}
-
-bool IsText(const FieldInfo& field) {
-  return field.kind == FieldKind::kText || field.kind == FieldKind::kOemText;
-}
-
-void SetFields(const FieldValues& values, std::string& record) {
-  for (const FieldValue& value : values) {
-    value.bytes.copy(record.data() + value.field.offset, value.field.width);
+// "number: 17, name: Müller"
+void SetFields(const RecordLayout& layout, const std::string& fields, std::string& record) {
+  for (std::size_t at = 0; at < fields.size();) {
+    const std::size_t colon = fields.find(": ", at);
+    const std::size_t end = std::min(fields.find(", ", colon), fields.size());
+    const std::string name = fields.substr(at, colon - at);
+    const auto field = std::find_if(layout.fields.begin(), layout.fields.end(),
+                                    [&](const FieldInfo& one) { return one.name == name; });
+    if (field == layout.fields.end()) throw std::runtime_error("no field " + name);
+    office::SetField(*field, fields.substr(colon + 2, end - colon - 2), record);
+    at = end + 2;
   }
 }
 
-std::string Compose(const RecordLayout& layout, const FieldValues& values) {
+std::string Compose(const RecordLayout& layout, const std::string& fields) {
+  const std::string blank = office::BlankRecord(layout);
   std::string record(layout.file.length, kRubbish);
   for (const FieldInfo& field : layout.fields) {
-    std::fill_n(record.data() + field.offset, field.width, IsText(field) ? ' ' : '\0');
+    record.replace(field.offset, field.width, blank, field.offset, field.width);
   }
-  SetFields(values, record);
+  SetFields(layout, fields, record);
   return record;
 }
 
@@ -81,39 +80,25 @@ class ConfigurationKey {
 
 }  // namespace
 
-FieldValue::FieldValue(const Int32Field& at, std::int32_t value)
-    : field(at), bytes(BytesOf(value)) {}
-
-FieldValue::FieldValue(const DayField& at, int value)
-    : field(at), bytes(BytesOf(static_cast<std::uint16_t>(value))) {}
-
-FieldValue::FieldValue(const AmountField& at, double value) : field(at), bytes(BytesOf(value)) {}
-
-FieldValue::FieldValue(const TextField& at, std::string_view text)
-    : field(at), bytes(at.kind == FieldKind::kOemText ? std::string(text) : Ansi(text)) {
-  EXPECT_LE(bytes.size(), at.width) << "for the field " << at.name;
-  bytes.resize(at.width, ' ');
-}
-
 Office::Office() {
   static const EmptyOffice emptyOffice;
   fs::copy(emptyOffice.Folder(), DataFolder());
   IsConfigured("DataRoot", DataFolder().string());
 }
 
-void Office::Insert(const RecordLayout& layout, const FieldValues& values) const {
-  std::string record = Compose(layout, values);
+void Office::Insert(const RecordLayout& layout, const std::string& fields) const {
+  std::string record = Compose(layout, fields);
   OpenFile file(layout, DataFolder());
   EXPECT_EQ(file.Call(btrieve::kInsert, 0, record), btrieve::kSuccess) << layout.file.name;
 }
 
 void Office::Update(const RecordLayout& layout, const Key& key, std::int32_t keyValue,
-                    const FieldValues& values) const {
+                    const std::string& fields) const {
   std::string record(layout.file.length, '\0');
   OpenFile file(layout, DataFolder());
-  file.SetKey(BytesOf(keyValue));
+  file.SetKey({reinterpret_cast<const char*>(&keyValue), sizeof keyValue});
   EXPECT_EQ(file.Call(btrieve::kGetEqual, key.number, record), btrieve::kSuccess);
-  SetFields(values, record);
+  SetFields(layout, fields, record);
   EXPECT_EQ(file.Call(btrieve::kUpdate, key.number, record), btrieve::kSuccess);
 }
 

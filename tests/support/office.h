@@ -1,7 +1,7 @@
 // An office: its record files and its configuration, in a folder of the test's own. At first every
 // file is there and empty, and nothing but the data path is configured.
 //
-//   office.Has<UserRecord>(UserRecord::number, 17, UserRecord::name, "Müller");
+//   office.Has<UserRecord>("number: 17, name: Müller");
 //   office.Lacks<UserRecord>();
 //   office.IsConfigured("DocuRoot", "C:\\Akten");
 //   EXPECT_EQ(office.Records<DocumentNumberRecord>().size(), 1);
@@ -9,9 +9,7 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <initializer_list>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "store/record.h"
@@ -20,29 +18,6 @@
 
 namespace qlx99::tests {
 
-// A field and its bytes. Texts are UTF-8, padded with blanks; those of the OEM code page are taken
-// as they are.
-struct FieldValue {
-  FieldValue(const Int32Field& at, std::int32_t value);
-  FieldValue(const DayField& at, int value);
-  FieldValue(const AmountField& at, double value);
-  FieldValue(const TextField& at, std::string_view text);
-
-  FieldInfo field;
-  std::string bytes;
-};
-
-using FieldValues = std::vector<FieldValue>;
-
-// A field, its value, another field, its value, ...
-inline FieldValues With() { return {}; }
-template <class Field, class Value, class... More>
-FieldValues With(const Field& field, const Value& value, const More&... more) {
-  FieldValues values = With(more...);
-  values.insert(values.begin(), {field, value});
-  return values;
-}
-
 class Office {
  public:
   Office();
@@ -50,17 +25,18 @@ class Office {
   Office(const Office&) = delete;
   Office& operator=(const Office&) = delete;
 
-  // One more record, of fields and values in turn. Fields that are not given are blank or 0; the
-  // bytes between the fields are rubbish, as they are none of the library's business.
-  template <class Layout, class... FieldsAndValues>
-  void Has(const FieldsAndValues&... fieldsAndValues) {
-    Insert(LayoutOf<Layout>(), With(fieldsAndValues...));
+  // One more record, of fields as the tool knows them (see office/record_text.h). Those that are
+  // not given are blank, 0 or no date; the bytes between the fields are rubbish, as they are none
+  // of the library's business.
+  template <class Layout>
+  void Has(const std::string& fields) {
+    Insert(LayoutOf<Layout>(), fields);
   }
 
   // Another workstation changes the record whose key has this value.
-  template <class Layout, class... FieldsAndValues>
-  void Changes(const Key& key, std::int32_t keyValue, const FieldsAndValues&... fieldsAndValues) {
-    Update(LayoutOf<Layout>(), key, keyValue, With(fieldsAndValues...));
+  template <class Layout>
+  void Changes(const Key& key, std::int32_t keyValue, const std::string& fields) {
+    Update(LayoutOf<Layout>(), key, keyValue, fields);
   }
 
   // All records, in the order of key 0.
@@ -90,9 +66,9 @@ class Office {
   std::filesystem::path DataFolder() const { return Folder() / "data"; }
 
  private:
-  void Insert(const RecordLayout& layout, const FieldValues& values) const;
+  void Insert(const RecordLayout& layout, const std::string& fields) const;
   void Update(const RecordLayout& layout, const Key& key, std::int32_t keyValue,
-              const FieldValues& values) const;
+              const std::string& fields) const;
   std::vector<std::string> ReadAll(const RecordLayout& layout) const;
   void Remove(const char* fileName) const;
 

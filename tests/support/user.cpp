@@ -85,6 +85,11 @@ MessageBox NoDataPath(const std::string& whatCannotBeTaken) {
       "Systemmeldung !", kStopIcon};
 }
 
+MessageBox NoRecordManager() {
+  return {"Die Datenbank Schnittstelle Pervasie.SQL / Btrieve konnte nicht geladen werden",
+          "Systemmeldung", kPlain};
+}
+
 MessageBox TooMuchData() { return {"Datenmenge ist zu groß !", "Systemmeldung !", kStopIcon}; }
 
 MessageBox Invalid(const std::string& text) { return {text, "Systemmeldung !", kPlain}; }

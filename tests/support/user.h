@@ -50,6 +50,7 @@ class User final : public Watcher {
 MessageBox CannotOpen(const std::string& fileName);
 MessageBox CannotClose(const std::string& fileName);
 MessageBox NoDataPath(const std::string& whatCannotBeTaken);  // "User", "Adressadaten", ...
+MessageBox NoRecordManager();
 MessageBox TooMuchData();
 MessageBox Invalid(const std::string& text);  // of validation: OK button only
 
