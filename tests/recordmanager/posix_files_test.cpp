@@ -12,7 +12,8 @@ class PosixFiles : public PartyFile {
  protected:
   // Whom the rights on files concern.
   static void BecomeOrdinaryUser() { EXPECT_TRUE(geteuid() != 0 || seteuid(65534) == 0); }
-  void TearDown() override { EXPECT_EQ(seteuid(getuid()), 0); }
+  static void BecomeOneselfAgain() { EXPECT_EQ(seteuid(getuid()), 0); }
+  void TearDown() override { BecomeOneselfAgain(); }
 };
 
 TEST_F(PosixFiles, ThatHaveGoneOrWereReplacedAreNoticed) {
@@ -70,7 +71,8 @@ TEST_F(PosixFiles, ThatMayNotBeWrittenAreRefused) {
   EXPECT_EQ(Create(file), kPermissionError);
   EXPECT_EQ(Create(closed / "NEW.KRV"), kPermissionError);
   EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
-  std::filesystem::permissions(closed, perms::all);
+  BecomeOneselfAgain();
+  std::filesystem::permissions(closed, perms::all);  // or nobody could remove it
 }
 
 }  // namespace
