@@ -11,6 +11,10 @@ if(QLX_SANITIZE)
   target_link_options(project_options INTERFACE -fsanitize=${QLX_SANITIZE})
 endif()
 
+# What a process loads under the loader's lock: nothing of it may have to be constructed then.
+add_library(attached_code INTERFACE)
+target_compile_options(attached_code INTERFACE $<$<CXX_COMPILER_ID:Clang>:-Wglobal-constructors>)
+
 # Lets libFuzzer see which ways its inputs take through our code, in every target.
 if(QLX_FUZZ)
   target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link)

@@ -206,6 +206,7 @@ void CallAny(Input& input) {
       [](Input& i) { Call(GetDokuNr, i); },
       [](Input& i) { Call(GetAdrFieldsMain, i); },
       [](Input& i) { Call(GetAdressTyp, i); },
+      [](Input& i) { MainWndProc(nullptr, i.Word(), i.Word(), 0); },
   };
   kCalls[input.Choice(std::size(kCalls))](input);
 }

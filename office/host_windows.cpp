@@ -1,4 +1,7 @@
 #include "office/host.h"
+
+#include <iostream>
+
 #include "office/text_encoding.h"
 #include "platform/windows_api.h"
 // <windows.h> first: this builds on it.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <map>
 #include <ostream>
 #include <random>
@@ -152,12 +153,17 @@ class Load {
   }
 
   void CheckCounter() {
+    int value = 0;
     for (const Assignment& assignment : assignments_) {
-      if (assignment.task == kCount) findings_.done[kCount] += CountDone(assignment);
+      if (assignment.task != kCount) continue;
+      findings_.done[kCount] += CountDone(assignment);
+      See(Process(ArgumentsOf(assignment)).Wait());
+      const std::string last = ReadJournal(JournalOf(assignment)).back();
+      if (last.starts_with(kCounted)) value = std::stoi(last.substr(std::strlen(kCounted)));
     }
-    const int counted = CounterValue(OfficeIn(plan_.folder)) - findings_.done[kCount];
-    Note(Fault::kLost, -counted);
-    Note(Fault::kDoubled, counted - findings_.kills[kCount]);
+    const int beyond = value - findings_.done[kCount];
+    Note(Fault::kLost, -beyond);
+    Note(Fault::kDoubled, beyond - findings_.kills[kCount]);
   }
 
   template <class Action>

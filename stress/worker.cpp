@@ -75,6 +75,7 @@ void Count(const Assignment& assignment) {
     IncrementCounter(OfficeIn(assignment.folder));
     journal.Write(kDone);
   });
+  journal.Write(kCounted + std::to_string(CounterValue(OfficeIn(assignment.folder))));
 }
 
 void ReadAll(const Assignment& assignment) {

@@ -28,12 +28,14 @@ std::vector<std::string> ArgumentsOf(const Assignment& assignment);
 Assignment AssignmentOf(const std::vector<std::string>& arguments);
 
 // Where the record files lie, and what the workers write down in the same folder: what they did,
-// with kDone behind each write that was acknowledged and "CASE NUMBER" for document numbers; and
-// what they measured, "steps N" and "longest N" in microseconds.
+// with kDone behind each write that was acknowledged, "CASE NUMBER" for document numbers and, at a
+// counter's end, kCounted and its value; and what they measured, "steps N" and "longest N" in
+// microseconds.
 std::filesystem::path OfficeIn(const std::filesystem::path& folder);
 std::filesystem::path JournalOf(const Assignment& assignment);
 std::filesystem::path MeasuresOf(const Assignment& assignment);
 inline constexpr const char* kDone = "done";
+inline constexpr const char* kCounted = "counted ";
 
 // Makes the office that `slots` slots need.
 void Prepare(const std::filesystem::path& folder, int slots);
