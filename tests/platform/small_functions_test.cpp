@@ -16,10 +16,10 @@ using testing::ElementsAre;
 
 TEST(LastError, IsNotSeenByAnotherThread) {
   SetLastError(ERROR_MORE_DATA);
+  EXPECT_EQ(GetLastError(), ERROR_MORE_DATA);
   DWORD elsewhere = ERROR_MORE_DATA;
   std::thread([&] { elsewhere = GetLastError(); }).join();
   EXPECT_NE(elsewhere, ERROR_MORE_DATA);
-  EXPECT_EQ(GetLastError(), ERROR_MORE_DATA);
 }
 
 TEST(ErrorMode, IsHandedBackWhenItIsReplaced) {

@@ -76,16 +76,17 @@ void HasCatalogues(Office& office) {
 // Filled once, by the first test, and copied by the others.
 ExampleOfficeTest::ExampleOfficeTest() {
   namespace fs = std::filesystem;
-  static const TemporaryFolder kFilled;
-  if (fs::is_empty(kFilled.Path())) {
+  static const TemporaryFolder kFolder;
+  const fs::path filled = kFolder.Path() / "data";
+  if (!fs::exists(filled)) {
     HasCases(office);
     HasAddresses(office);
     HasCatalogues(office);
     ReleaseEmbedded();
-    fs::copy(office.DataFolder(), kFilled.Path());
+    fs::copy(office.DataFolder(), filled);
   } else {
     fs::remove_all(office.DataFolder());
-    fs::copy(kFilled.Path(), office.DataFolder());
+    fs::copy(filled, office.DataFolder());
   }
 }
 
