@@ -3,8 +3,8 @@
 //
 // It keeps the file as it was when the read began, and nobody else from writing meanwhile. No stale
 // record is ever given out: before each use it is seen whether anybody has written since, which in
-// WAL mode stands in memory that all users of a file share. It lasts for some milliseconds at most,
-// because as long as it does, the log cannot be emptied.
+// WAL mode stands in memory that all users of a file share. As long as it lasts, the log cannot be
+// emptied; so it is ended with the walk, at the latest by the first call after some milliseconds.
 #pragma once
 
 #include "recordmanager/key.h"
