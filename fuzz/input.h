@@ -32,7 +32,7 @@ class Input {
   // At most that many bytes.
   std::string Bytes(std::size_t most) {
     const std::size_t length = std::min(most, bytes_.size());
-    const std::string taken(bytes_.begin(), bytes_.begin() + static_cast<std::ptrdiff_t>(length));
+    std::string taken(bytes_.begin(), bytes_.begin() + static_cast<std::ptrdiff_t>(length));
     bytes_ = bytes_.subspan(length);
     return taken;
   }
