@@ -66,6 +66,9 @@ std::unique_ptr<Shim> MakeShim(const Methods& methods) {
   Failing<&Methods::xTruncate, SQLITE_OK, SQLITE_IOERR_TRUNCATE>::Install(shim->methods);
   Failing<&Methods::xFileSize, SQLITE_OK, SQLITE_IOERR_FSTAT>::Install(shim->methods);
   Failing<&Methods::xLock, SQLITE_OK, SQLITE_IOERR_LOCK>::Install(shim->methods);
+  Failing<&Methods::xCheckReservedLock, SQLITE_OK, SQLITE_IOERR_CHECKRESERVEDLOCK>::Install(
+      shim->methods);
+  Failing<&Methods::xShmLock, SQLITE_OK, SQLITE_IOERR_SHMLOCK>::Install(shim->methods);
   return shim;
 }
 
@@ -86,6 +89,16 @@ int Open(sqlite3_vfs* /*shim*/, const char* name, sqlite3_file* file, int flags,
   return result;
 }
 
+int Delete(sqlite3_vfs* /*shim*/, const char* name, int syncFolder) {
+  const bool strikes = plan.Strikes(plan.fault == DiskFault::kIoError);
+  return strikes ? SQLITE_IOERR_DELETE : real->xDelete(real, name, syncFolder);
+}
+
+int Access(sqlite3_vfs* /*shim*/, const char* name, int flags, int* result) {
+  const bool strikes = plan.Strikes(plan.fault == DiskFault::kIoError);
+  return strikes ? SQLITE_IOERR_ACCESS : real->xAccess(real, name, flags, result);
+}
+
 sqlite3_vfs shimVfs;
 
 }  // namespace
@@ -95,6 +108,8 @@ FaultyFiles::FaultyFiles() {
   shimVfs = *real;
   shimVfs.zName = "faulty";
   shimVfs.xOpen = &Open;
+  shimVfs.xDelete = &Delete;
+  shimVfs.xAccess = &Access;
   sqlite3_vfs_register(&shimVfs, 1);
 }
 

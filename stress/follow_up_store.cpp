@@ -75,6 +75,8 @@ class FollowUps : public Store {
     return items;
   }
 
+  bool ReadsInOneWalk() const override { return false; }
+
  private:
   static void Must(std::int32_t result, const char* what) {
     if (result != kDone) throw Fault(Fault::kRefused, std::string(what) + " was refused");

@@ -18,10 +18,14 @@ void Journal::Write(const std::string& line) {
   }
 }
 
-std::vector<std::string> ReadJournal(const std::filesystem::path& path) {
+std::vector<std::string> JournalReader::NewLines() {
   std::vector<std::string> lines;
-  std::ifstream file(path, std::ios::binary);
-  for (std::string line; std::getline(file, line) && !file.eof();) lines.push_back(line);
+  std::ifstream file(path_, std::ios::binary);
+  file.seekg(read_);
+  for (std::string line; std::getline(file, line) && !file.eof();) {
+    read_ += static_cast<std::streamoff>(line.size() + 1);
+    lines.push_back(line);
+  }
   return lines;
 }
 

@@ -2,11 +2,12 @@
 // worker knows what it had been promised.
 #pragma once
 
-#include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <ios>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace stress {
@@ -26,7 +27,20 @@ class Journal {
   std::unique_ptr<std::FILE, Closer> file_;
 };
 
-// The complete lines; none when there is no such journal.
-std::vector<std::string> ReadJournal(const std::filesystem::path& path);
+class JournalReader {
+ public:
+  explicit JournalReader(std::filesystem::path path) : path_(std::move(path)) {}
+
+  // The complete lines behind those that it has given before; none when there is no such journal.
+  std::vector<std::string> NewLines();
+
+ private:
+  std::filesystem::path path_;
+  std::streamoff read_ = 0;
+};
+
+inline std::vector<std::string> ReadJournal(const std::filesystem::path& path) {
+  return JournalReader(path).NewLines();
+}
 
 }  // namespace stress

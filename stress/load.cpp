@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "stress/history.h"
 #include "stress/host.h"
 #include "stress/journal.h"
 #include "stress/soundness.h"

@@ -98,8 +98,10 @@ class RecordCursor {
     return status;
   }
 
+  void SetKey(std::int32_t value) { std::memcpy(key_.data(), &value, sizeof value); }
+
   int Find(Key key, std::int32_t value) {
-    std::memcpy(key_.data(), &value, sizeof value);
+    SetKey(value);
     const int status = Call(btrieve::kGetEqual, key);
     if (status == btrieve::kSuccess) ExpectWhole(record);
     return status;
@@ -137,27 +139,41 @@ class Records : public Store {
     Must(records.Call(btrieve::kDelete, kByName), "Delete");
   }
 
+  // In turns along the slot's own records, and up and down along all.
   std::set<int> Items() override {
+    struct Way {
+      WORD begin;
+      WORD goOn;
+      Key key;
+    };
+    constexpr Way kWays[] = {{btrieve::kGetEqual, btrieve::kGetNext, kBySlot},
+                             {btrieve::kGetFirst, btrieve::kGetNext, kByNumber},
+                             {btrieve::kGetLast, btrieve::kGetPrevious, kByNumber}};
+    const Way& way = kWays[turn_++ % std::size(kWays)];
     RecordCursor records(office_);
+    records.SetKey(slot_);
     std::set<int> items;
-    int status = records.Find(kBySlot, slot_);
-    while (status == btrieve::kSuccess && records.record.slot == slot_) {
+    int status = records.Call(way.begin, way.key);
+    for (; status == btrieve::kSuccess; status = records.Call(way.goOn, way.key)) {
       ExpectWhole(records.record);
-      if (!items.insert(records.record.item).second) {
-        throw Fault(Fault::kDoubled,
-                    "item " + std::to_string(records.record.item) + " is there twice");
-      }
-      status = records.Call(btrieve::kGetNext, kBySlot);
+      if (records.record.slot == slot_) Take(items, records.record.item);
+      if (records.record.slot != slot_ && way.key == kBySlot) return items;
     }
-    if (status != btrieve::kKeyNotFound && status != btrieve::kEndOfFile) {
-      Must(status, "Get Next");
-    }
+    if (status != btrieve::kKeyNotFound && status != btrieve::kEndOfFile) Must(status, "a walk");
     return items;
   }
 
+  bool ReadsInOneWalk() const override { return true; }
+
  private:
+  static void Take(std::set<int>& items, int item) {
+    if (items.insert(item).second) return;
+    throw Fault(Fault::kDoubled, "item " + std::to_string(item) + " is there twice");
+  }
+
   std::filesystem::path office_;
   int slot_;
+  std::size_t turn_ = 0;
 };
 
 }  // namespace

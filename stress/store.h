@@ -34,6 +34,10 @@ class Store {
 
   // The slot's items; each record is looked at byte by byte.
   virtual std::set<int> Items() = 0;
+
+  // Whether Items walks along them once. What reads them one by one, by their positions, misses
+  // others when one goes meanwhile.
+  virtual bool ReadsInOneWalk() const = 0;
 };
 
 // The case that a slot stands for, in an office with at least as many cases as slots.

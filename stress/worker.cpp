@@ -8,6 +8,7 @@
 #include "frame/exports.h"
 #include "office/new_office.h"
 #include "office/setup.h"
+#include "stress/history.h"
 #include "stress/host.h"
 #include "stress/journal.h"
 #include "stress/keeper.h"
@@ -52,8 +53,14 @@ void RepeatUntilTheEnd(const Assignment& assignment, const Step& step) {
   }
 }
 
-void KeepItems(const Assignment& assignment, Store& store) {
-  Keeper keeper(store, JournalOf(assignment));
+std::unique_ptr<Store> OpenStore(const std::string& task, const std::filesystem::path& folder,
+                                 int slot) {
+  return task == kFollowUps ? OpenFollowUps(slot) : OpenRecords(OfficeIn(folder), slot);
+}
+
+void KeepItems(const Assignment& assignment) {
+  const auto store = OpenStore(assignment.task, assignment.folder, assignment.slot);
+  Keeper keeper(*store, JournalOf(assignment));
   RepeatUntilTheEnd(assignment, [&] { keeper.Step(); });
 }
 
@@ -78,14 +85,45 @@ void Count(const Assignment& assignment) {
   journal.Write(kCounted + std::to_string(CounterValue(OfficeIn(assignment.folder))));
 }
 
+// The items of one slot, for who reads beside their keeper.
+class Onlooker {
+ public:
+  Onlooker(const Assignment& reader, const char* keepersTask, int slot)
+      : store_(OpenStore(keepersTask, reader.folder, slot)),
+        history_(JournalOf({keepersTask, reader.folder, slot})) {}
+
+  // Reads them. Throws a Fault when what was acknowledged before is not among them, or what had
+  // gone before is; of what changes meanwhile either may be.
+  void Look() {
+    history_.ReadOn();
+    const std::set<int> before = history_.Items();
+    const std::set<int> seen = store_->Items();
+    const std::set<int> changing = history_.ReadOn();
+    const bool quiet = changing == std::set{0};
+    if (quiet || store_->ReadsInOneWalk()) Expect(before, seen, changing, " was not seen");
+    Expect(seen, before, changing, " was seen, but had gone");
+  }
+
+ private:
+  static void Expect(const std::set<int>& items, const std::set<int>& among,
+                     const std::set<int>& changing, const char* otherwise) {
+    for (const int item : items) {
+      if (among.contains(item) || changing.contains(item)) continue;
+      throw Fault(Fault::kLost, "item " + std::to_string(item) + otherwise);
+    }
+  }
+
+  std::unique_ptr<Store> store_;
+  History history_;
+};
+
 void ReadAll(const Assignment& assignment) {
-  int turn = 0;
-  RepeatUntilTheEnd(assignment, [&] {
-    const int slot = ++turn / 2 % assignment.slots;
-    const auto store =
-        turn % 2 == 0 ? OpenFollowUps(slot) : OpenRecords(OfficeIn(assignment.folder), slot);
-    store->Items();
-  });
+  std::vector<Onlooker> onlookers;
+  for (int slot = 0; slot < assignment.slots; ++slot) {
+    for (const char* task : {kFollowUps, kRecords}) onlookers.emplace_back(assignment, task, slot);
+  }
+  std::size_t turn = 0;
+  RepeatUntilTheEnd(assignment, [&] { onlookers[turn++ % onlookers.size()].Look(); });
 }
 
 }  // namespace
@@ -124,10 +162,7 @@ void Work(const Assignment& assignment) {
   if (assignment.task == kNumbers) return TakeNumbers(assignment);
   if (assignment.task == kCount) return Count(assignment);
   if (assignment.task == kRead) return ReadAll(assignment);
-  const auto store = assignment.task == kFollowUps
-                         ? OpenFollowUps(assignment.slot)
-                         : OpenRecords(OfficeIn(assignment.folder), assignment.slot);
-  KeepItems(assignment, *store);
+  KeepItems(assignment);
 }
 
 }  // namespace stress

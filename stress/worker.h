@@ -13,7 +13,7 @@ inline constexpr const char* kNumbers = "numbers";       // GetDokuNr, for the c
 inline constexpr const char* kFollowUps = "follow-ups";  // items of its slot, by the exports
 inline constexpr const char* kRecords = "records";       // items of its slot, by BTRCALL
 inline constexpr const char* kCount = "count";           // the one counter
-inline constexpr const char* kRead = "read";             // all items of all slots, by both
+inline constexpr const char* kRead = "read";  // the items of all slots, by both, beside the writers
 
 struct Assignment {
   std::string task;
@@ -28,13 +28,12 @@ std::vector<std::string> ArgumentsOf(const Assignment& assignment);
 Assignment AssignmentOf(const std::vector<std::string>& arguments);
 
 // Where the record files lie, and what the workers write down in the same folder: what they did,
-// with kDone behind each write that was acknowledged, "CASE NUMBER" for document numbers and, at a
-// counter's end, kCounted and its value; and what they measured, "steps N" and "longest N" in
-// microseconds.
+// with kDone (history.h) behind each write that was acknowledged, "CASE NUMBER" for document
+// numbers and, at a counter's end, kCounted and its value; and what they measured, "steps N" and
+// "longest N" in microseconds.
 std::filesystem::path OfficeIn(const std::filesystem::path& folder);
 std::filesystem::path JournalOf(const Assignment& assignment);
 std::filesystem::path MeasuresOf(const Assignment& assignment);
-inline constexpr const char* kDone = "done";
 inline constexpr const char* kCounted = "counted ";
 
 // Makes the office that `slots` slots need.
