@@ -259,11 +259,16 @@ void ExpectSound(const fs::path& file) {
   }
 }
 
+std::ptrdiff_t CountOpenFiles() {
+  return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   Input input(bytes, size);
   const Files& files = TheFiles();
+  static const std::ptrdiff_t openFiles = CountOpenFiles();
   const bool damaged = input.OneIn(2);
   files.Arrange(damaged ? DamagedBy(input) : files.SoundBytes());
   {
@@ -271,6 +276,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     Caller caller(engine, input);
     while (!input.IsSpent()) caller.CallOnce();
   }
+  if (CountOpenFiles() != openFiles) fuzz::Found("a file stays open");
   if (!damaged) ExpectSound(files.Path("A.KRV"));
   return 0;
 }

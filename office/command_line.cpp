@@ -14,7 +14,6 @@
 #include "office/new_office.h"
 #include "office/setup.h"
 #include "office/show_file.h"
-#include "resources/version.h"
 
 namespace office {
 namespace {
@@ -41,7 +40,7 @@ class CommandLine {
  public:
   CommandLine(std::ostream& out, std::ostream& err) : out_(out), err_(err) {
     app_.require_subcommand(1);
-    app_.set_version_flag("--version", "qlx " QLX99_VERSION_TEXT);
+    app_.set_version_flag("--version", "qlx " QLX_VERSION);
     app_.set_help_flag("--help", "Print this help message and exit");
     AddLetter();
     AddCall();

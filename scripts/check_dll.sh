@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# check_dll.sh DLL DEFINITION [VERSION_HEADER KILOBYTES]: whether the library
+# check_dll.sh DLL DEFINITION [KILOBYTES]: whether the library
 #   exports exactly the names of its definition, undecorated,
 #   needs no library but Windows' own,
 #   can be loaded at any address, does not execute its data, and carries no debug information,
-#   says the version of the header in its properties, and is smaller than so many kilobytes.
+#   says its own name and the project's version in its properties, and is smaller than so many kilobytes.
 set -euo pipefail
 dll=$1 definition=$2
 tables=$(i686-w64-mingw32-objdump -p "$dll")
@@ -25,10 +25,13 @@ foreign=$(sed -nE 's/^\tDLL Name: (.*)$/\1/p' <<<"$tables" |
 { grep -q 'DYNAMIC_BASE$' <<<"$tables" && grep -q ' \.reloc ' <<<"$sections"; } || fail "cannot be loaded at any address"
 grep -q 'NX_COMPAT$' <<<"$tables" || fail "may execute its data"
 ! grep -qE ' \.(debug|stab)' <<<"$sections" || fail "carries debug information"
-[ $# -gt 2 ] || exit 0
 
 # Both the number, which installers compare, and the text, which people see.
-said=$(i686-w64-mingw32-windres -J coff -O rc "$dll" | sed -nE 's/^ *(VALUE "|)(FILEVERSION |FileVersion", )/\2/p')
-meant=$(sed -nE 's/^#define QLX99_VERSION_NUMBERS /FILEVERSION /p; s/^#define QLX99_VERSION_TEXT /FileVersion", /p' "$3")
-diff <(echo "$meant") <(echo "$said") || fail "has another version than $3 (< there, > here)"
-[ "$(stat -c %s "$dll")" -lt $(($4 * 1024)) ] || fail "has $4 KB or more"
+version=$(sed -nE 's/^project\(qlx99 VERSION ([0-9.]+) .*/\1/p' CMakeLists.txt)
+meant="FILEVERSION ${version//./, }, 0
+FileVersion $version
+OriginalFilename $(basename "$dll")"
+said=$(i686-w64-mingw32-windres -J coff -O rc "$dll" |
+  sed -nE 's/^ *(FILEVERSION .*)/\1/p; s/^ *VALUE "(FileVersion|OriginalFilename)", "([^"]*)".*/\1 \2/p')
+diff <(echo "$meant") <(echo "$said") || fail "says something else in its properties (< meant, > said)"
+[ "$(stat -c %s "$dll")" -lt $((${3-10000} * 1024)) ] || fail "has $3 KB or more"

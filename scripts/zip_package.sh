@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 qlx=$1 binaries=$2
-version=$(sed -nE 's/^#define QLX99_VERSION_TEXT "(.*)"$/\1/p' qlx99/resources/version.h)
+version=$(sed -nE 's/^project\(qlx99 VERSION ([0-9.]+) .*/\1/p' CMakeLists.txt)
 zip=build/qlx99-$version-win32.zip
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT

@@ -68,7 +68,13 @@ std::unique_ptr<Shim> MakeShim(const Methods& methods) {
   Failing<&Methods::xLock, SQLITE_OK, SQLITE_IOERR_LOCK>::Install(shim->methods);
   Failing<&Methods::xCheckReservedLock, SQLITE_OK, SQLITE_IOERR_CHECKRESERVEDLOCK>::Install(
       shim->methods);
-  Failing<&Methods::xShmLock, SQLITE_OK, SQLITE_IOERR_SHMLOCK>::Install(shim->methods);
+  // Letting a lock go cannot fail.
+  shim->methods.xShmLock = [](sqlite3_file* file, int offset, int count, int flags) {
+    const bool takes = (flags & SQLITE_SHM_LOCK) != 0 && plan.fault == DiskFault::kIoError;
+    const bool strikes = plan.Strikes(takes);
+    return strikes ? SQLITE_IOERR_SHMLOCK
+                   : RealMethodsOf(file).xShmLock(file, offset, count, flags);
+  };
   return shim;
 }
 

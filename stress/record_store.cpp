@@ -90,11 +90,11 @@ class RecordCursor {
   RecordCursor(const RecordCursor&) = delete;
   RecordCursor& operator=(const RecordCursor&) = delete;
 
+  // Tries again while others are using the file, as the library does.
   int Call(WORD operation, Key key) {
-    std::array<char, sizeof(Record)> data{};
-    std::memcpy(data.data(), &record, sizeof record);
-    const int status = Manager().Call(operation, {block_, data, key_, key});
-    std::memcpy(&record, data.data(), sizeof record);
+    constexpr int kMostAttempts = 1000;
+    int status = btrieve::kRecordInUse;
+    for (int i = 0; i < kMostAttempts && IsBusy(status); ++i) status = CallOnce(operation, key);
     return status;
   }
 
@@ -110,6 +110,18 @@ class RecordCursor {
   Record record;
 
  private:
+  static bool IsBusy(int status) {
+    return status == btrieve::kRecordInUse || status == btrieve::kFileInUse;
+  }
+
+  int CallOnce(WORD operation, Key key) {
+    std::array<char, sizeof(Record)> data{};
+    std::memcpy(data.data(), &record, sizeof record);
+    const int status = Manager().Call(operation, {block_, data, key_, key});
+    std::memcpy(&record, data.data(), sizeof record);
+    return status;
+  }
+
   std::array<std::byte, btrieve::kPositionBlockSize> block_{};
   std::array<char, btrieve::kMaxKeyLength> key_{};
 };

@@ -1,0 +1,282 @@
+// Two workstations on one file, in turns, while its log is written back at any moment: each call of
+// each of them ends as a model of the file says. A read that one of them holds within a walk must
+// not hide what the other has written since.
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "fuzz/input.h"
+#include "office/file_description.h"
+#include "recordmanager/engine.h"
+#include "recordmanager/sql.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace btrieve;
+using fuzz::Found;
+using fuzz::Input;
+using recordmanager::Connection;
+using recordmanager::Engine;
+
+struct Party {
+  std::int32_t number = 0;
+  std::int32_t caseId = 0;
+  std::int32_t text = 0;
+};
+
+// The same for the record manager.
+struct PartyRecord {
+  static constexpr qlx99::RecordFileInfo file{"PARTY.KRV", sizeof(Party)};
+  static constexpr qlx99::Int32Field number{"number", 0};
+  static constexpr qlx99::Int32Field caseId{"caseId", 4};
+  static constexpr qlx99::Key byNumber{0, number, qlx99::Key::kAutoincrement};
+  static constexpr qlx99::Key byCase{1, caseId, qlx99::Key::kDuplicates};
+  static constexpr auto fields = qlx99::Fields(number, caseId);
+  static constexpr auto keys = qlx99::Keys(byNumber, byCase);
+};
+enum Key { kNoKey = -1, kByNumber, kByCase };
+
+// What the file holds.
+struct Stored {
+  Party party;
+  int id = 0;        // never given again
+  int version = 0;   // of its last change
+  int sequence = 0;  // when it came to its case
+};
+struct Model {
+  std::vector<Stored> records;
+  int changes = 0;
+};
+
+// Where a record stands on a key.
+using Place = std::pair<std::int64_t, int>;
+constexpr Place kBeforeAll{INT64_MIN, 0};
+constexpr Place kBehindAll{INT64_MAX, 0};
+
+Place PlaceOf(const Stored& record, int key) {
+  return key == kByNumber ? Place{record.party.number, 0}
+                          : Place{record.party.caseId, record.sequence};
+}
+
+class File {
+ public:
+  File() {
+    Engine engine;
+    std::string description = office::DescribeFile(qlx99::LayoutOf<PartyRecord>());
+    auto length = static_cast<std::uint16_t>(description.size());
+    auto key = PathKey();
+    engine.Serve({.operation = kCreate,
+                  .dataBuffer = reinterpret_cast<std::uint8_t*>(description.data()),
+                  .dataLength = &length,
+                  .keyBuffer = key.data(),
+                  .keyLength = key.size()});
+    std::ifstream file(path_, std::ios::binary);
+    empty_.assign(std::istreambuf_iterator<char>(file), {});
+  }
+  ~File() { Remove(); }
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+
+  // Without records; with a log or, as on network drives, without.
+  void Renew(bool logged) {
+    constexpr std::size_t kJournalModes = 18;  // two bytes of SQLite's header
+    Remove();
+    std::string bytes = empty_;
+    if (!logged) bytes[kJournalModes] = bytes[kJournalModes + 1] = 1;
+    std::ofstream(path_, std::ios::binary) << bytes;
+  }
+
+  // As a third process may at any moment.
+  void WriteLogBack() const {
+    Connection connection;
+    connection.Open(path_, Connection::Way::kExisting);
+    connection.Checkpoint();
+  }
+
+  std::array<std::uint8_t, kMaxKeyLength> PathKey() const {
+    std::array<std::uint8_t, kMaxKeyLength> key{};
+    std::ranges::copy(path_, key.begin());
+    return key;
+  }
+
+ private:
+  void Remove() const {
+    for (const char* suffix : {"", "-wal", "-shm", "-journal"}) fs::remove(path_ + suffix);
+  }
+
+  std::string path_ = fuzz::FastFolder() / ("qlx_fuzz_" + std::to_string(getpid()) + ".KRV");
+  std::string empty_;
+};
+
+class Workstation {
+ public:
+  Workstation(const File& file, Model& model) : file_(file), model_(model) { Open(); }
+
+  void Open() {
+    key_ = file_.PathKey();
+    Expect(kSuccess, kOpen, kByNumber);
+    on_ = kNoKey;
+    current_ = {};
+  }
+
+  void Close() { Expect(kSuccess, kClose, kByNumber); }
+
+  void Insert(int caseId, Key key) {
+    party_ = {0, caseId, model_.changes};
+    Stored stored{party_, ++model_.changes, model_.changes, model_.changes};
+    for (const Stored& other : model_.records) {
+      stored.party.number = std::max(stored.party.number, other.party.number);
+    }
+    ++stored.party.number;
+    model_.records.push_back(stored);
+    Expect(kSuccess, kInsert, key);
+    on_ = key;
+    place_ = PlaceOf(stored, key);
+    StandOn(stored);
+  }
+
+  void Update(int caseId, Key key) {
+    Stored* const record = Current();
+    if (current_.id != 0) party_ = {current_.party.number, caseId, model_.changes};
+    if (record == nullptr) return Expect(StatusWithoutCurrent(), kUpdate, key);
+    record->version = ++model_.changes;
+    if (record->party.caseId != caseId) record->sequence = model_.changes;
+    record->party = party_;
+    Expect(kSuccess, kUpdate, key);
+    if (on_ == key) place_ = PlaceOf(*record, key);
+    StandOn(*record);
+  }
+
+  void Delete() {
+    const Stored* const record = Current();
+    if (record == nullptr) return Expect(StatusWithoutCurrent(), kDelete, kByNumber);
+    model_.records.erase(model_.records.begin() + (record - model_.records.data()));
+    Expect(kSuccess, kDelete, kByNumber);
+    current_ = {};
+  }
+
+  void GetEqual(int caseId) {
+    std::memcpy(key_.data(), &caseId, sizeof caseId);
+    const Stored* const found = Nearest(kByCase, {caseId, 0}, true);
+    if (found != nullptr && found->party.caseId == caseId) return Get(kGetEqual, kByCase, *found);
+    Expect(kKeyNotFound, kGetEqual, kByCase);
+    on_ = kNoKey;
+    current_ = {};
+  }
+
+  // First, Last, Next or Previous.
+  void Step(WORD operation, Key key) {
+    const bool goesOn = operation == kGetNext || operation == kGetPrevious;
+    const bool up = operation == kGetNext || operation == kGetFirst;
+    if (goesOn && on_ != key) {
+      return Expect(on_ == kNoKey ? kInvalidPositioning : kDifferentKeyNumber, operation, key);
+    }
+    const Place end = up ? kBeforeAll : kBehindAll;
+    const Stored* const found = Nearest(key, goesOn ? place_ : end, up);
+    if (found != nullptr) return Get(operation, key, *found);
+    Expect(kEndOfFile, operation, key);
+    on_ = key;
+    place_ = up ? kBehindAll : kBeforeAll;
+    current_ = {};
+  }
+
+ private:
+  // The first record beyond the place; `current_` is what was read there.
+  const Stored* Nearest(int key, const Place& place, bool up) const {
+    const Stored* nearest = nullptr;
+    for (const Stored& record : model_.records) {
+      const Place at = PlaceOf(record, key);
+      if (up ? at <= place : at >= place) continue;
+      if (nearest == nullptr || (at < PlaceOf(*nearest, key)) == up) nearest = &record;
+    }
+    return nearest;
+  }
+
+  void Get(WORD operation, Key key, const Stored& found) {
+    Expect(kSuccess, operation, key);
+    on_ = key;
+    place_ = PlaceOf(found, key);
+    StandOn(found);
+  }
+
+  void StandOn(const Stored& record) {
+    if (std::memcmp(&party_, &record.party, sizeof party_) != 0) Found("another record");
+    current_ = record;
+  }
+
+  // The record as it was read last, if it is still there so.
+  Stored* Current() const {
+    const auto found = std::ranges::find(model_.records, current_.id, &Stored::id);
+    const bool there = found != model_.records.end() && found->version == current_.version;
+    return there ? &*found : nullptr;
+  }
+  int StatusWithoutCurrent() const { return current_.id == 0 ? kInvalidPositioning : kConflict; }
+
+  void Expect(int status, WORD operation, Key key) {
+    auto length = static_cast<std::uint16_t>(sizeof party_);
+    const int got = engine_.Serve({.operation = operation,
+                                   .positionBlock = block_.data(),
+                                   .dataBuffer = reinterpret_cast<std::uint8_t*>(&party_),
+                                   .dataLength = &length,
+                                   .keyBuffer = key_.data(),
+                                   .keyLength = key_.size(),
+                                   .keyNumber = key});
+    if (got != status) Found("another status");
+  }
+
+  const File& file_;
+  Model& model_;
+  Engine engine_;
+  std::array<std::uint8_t, kPositionBlockSize> block_{};
+  std::array<std::uint8_t, kMaxKeyLength> key_{};
+  Party party_;
+  int on_ = kNoKey;  // which key the last read went along
+  Place place_;
+  Stored current_;
+};
+
+void Take(Workstation& workstation, const File& file, Input& input) {
+  constexpr WORD kSteps[] = {kGetNext, kGetPrevious, kGetFirst, kGetLast};
+  const std::uint8_t choice = input.Byte();
+  const Key key = choice % 2 == 0 ? kByCase : kByNumber;
+  const int caseId = choice / 2 % 4 - 1;
+  switch (choice / 8 % 8) {
+    case 0:
+      return workstation.Insert(caseId, key);
+    case 1:
+      return workstation.Update(caseId, key);
+    case 2:
+      return workstation.Delete();
+    case 3:
+      return workstation.GetEqual(caseId);
+    case 4:
+      return workstation.Step(kSteps[choice / 2 % 4], key);
+    case 5:
+      if (caseId == 0) file.WriteLogBack();
+      if (caseId == 1) workstation.Close();
+      if (caseId == 1) workstation.Open();
+      return;
+    default:
+      return workstation.Step(kGetNext, key);
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  static File file;
+  Input input(bytes, size);
+  file.Renew(!input.OneIn(4));
+  Model model;
+  std::array<Workstation, 2> workstations{Workstation(file, model), Workstation(file, model)};
+  while (!input.IsSpent()) Take(workstations[input.Choice(2)], file, input);
+  return 0;
+}
