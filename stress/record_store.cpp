@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <optional>
 
 #include "office/record_manager.h"
 #include "stress/store.h"
@@ -151,7 +152,8 @@ class Records : public Store {
     Must(records.Call(btrieve::kDelete, kByName), "Delete");
   }
 
-  // In turns along the slot's own records, and up and down along all.
+  // In turns along the slot's own records, and up and down along all. Each walk begins in the midst
+  // of another: what that one has seen of the file must not be taken for the present.
   std::set<int> Items() override {
     struct Way {
       WORD begin;
@@ -162,16 +164,18 @@ class Records : public Store {
                              {btrieve::kGetFirst, btrieve::kGetNext, kByNumber},
                              {btrieve::kGetLast, btrieve::kGetPrevious, kByNumber}};
     const Way& way = kWays[turn_++ % std::size(kWays)];
-    RecordCursor records(office_);
+    if (!walker_) walker_.emplace(office_);
+    RecordCursor& records = *walker_;
     records.SetKey(slot_);
     std::set<int> items;
     int status = records.Call(way.begin, way.key);
     for (; status == btrieve::kSuccess; status = records.Call(way.goOn, way.key)) {
       ExpectWhole(records.record);
       if (records.record.slot == slot_) Take(items, records.record.item);
-      if (records.record.slot != slot_ && way.key == kBySlot) return items;
+      if (records.record.slot != slot_ && way.key == kBySlot) break;
     }
     if (status != btrieve::kKeyNotFound && status != btrieve::kEndOfFile) Must(status, "a walk");
+    records.Call(btrieve::kGetFirst, kByNumber);
     return items;
   }
 
@@ -185,6 +189,7 @@ class Records : public Store {
 
   std::filesystem::path office_;
   int slot_;
+  std::optional<RecordCursor> walker_;
   std::size_t turn_ = 0;
 };
 
