@@ -31,23 +31,19 @@ check_contents() {
 # adapted_registry FOLDER: as the guide says, for a machine without 64-bit Windows.
 adapted_registry() { sed -E "s/WOW6432Node.//; s|C:.*Daten|$1office|; s|C:.*Kanzlei|$1office|" "$folder/qlx99.reg"; }
 
-# Gives back what was in the registry before.
 call_programs_of_zip() {
   cp "$1" "$folder/c_caller.exe"
   adapted_registry "Z:$folder/" >"$folder/here.reg"
   sed 's/$/\r/' >"$folder/check.bat" <<'END'
 @echo off
-reg export HKLM\SOFTWARE\Quorvane before.reg >nul 2>nul
 regedit /S here.reg
 qlx office check >check.log 2>&1
 qlx letter 12345678 >letter.txt
 c_caller 12345678 >record.txt
-reg delete HKLM\SOFTWARE\Quorvane /f >nul
-if exist before.reg regedit /S before.reg
 END
   local wine=$PWD/scripts/wine
   # A message box would wait for somebody to read it.
-  (cd "$folder" && timeout 100 "$wine" cmd /c check.bat) || true
+  (cd "$folder" && timeout 100 "$wine" --own-registry cmd /c check.bat) || true
 }
 
 if [ "$2" = --wine ]; then

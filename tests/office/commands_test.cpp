@@ -1,6 +1,7 @@
 // The tool's commands on the sample office, through the library and the embedded record manager.
 #include <gmock/gmock.h>
 
+#include <array>
 #include <fstream>
 #include <set>
 
@@ -9,6 +10,7 @@
 #include "office/record_manager.h"
 #include "record_files.h"
 #include "sample_office.h"
+#include "support/manager_script.h"
 #include "support/office_programs.h"
 #include "support/world.h"
 
@@ -188,6 +190,10 @@ TEST_F(Installations, AreCheckedFileByFile) {
   auto otherKeys = qlx99::LayoutOf<qlx99::CaseTypeRecord>();
   otherKeys.file = qlx99::BankConnectionRecord::file;
   create(otherKeys);
+  auto otherPlace = qlx99::LayoutOf<qlx99::FollowUpKindRecord>();
+  const std::array places{qlx99::Key(0, otherPlace.fields[1], qlx99::Key::kUnique)};
+  otherPlace.keys = places;
+  create(otherPlace);
   std::ofstream(folder_.Path() / "ZTKONAT.KRV") << "This is not a record file.";
   ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
 
@@ -197,8 +203,28 @@ TEST_F(Installations, AreCheckedFileByFile) {
               AllOf(HasSubstr("\n  ZTCASE.KRV      0 records of 375 bytes\n"),
                     HasSubstr("\n! ZTKOTITL.KRV    its records have 80 bytes, not 79; put "),
                     HasSubstr("\n! ZTBANK.KRV      it has no key 1; put "),
+                    HasSubstr("\n! ZTKODOLI.KRV    key 0 does not lie over "),
                     HasSubstr("ZTKONAT.KRV: it is not a record file, or"),
                     HasSubstr("ZTPART.KRV: there is no such file; restore it")));
+}
+
+TEST_F(Installations, AreCheckedForARecordManagerThatMayWrite) {
+  using namespace qlx99::tests;
+  ASSERT_EQ(Qlx("office|create|" + folder_.Text() + "|--cases|1").code, office::kDone);
+  ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
+  FoundManagers managers;
+  UnloadRecordManagers();
+  managers.Are({});
+  EXPECT_THAT(Qlx("office|check").out,
+              HasSubstr("! record manager  There is no record manager. P"));
+  managers.Are({{"w3btrv7", PlacedManager::kWithoutBtrCallId}});
+  EXPECT_THAT(Qlx("office|check").out,
+              HasSubstr("is no record manager: it has no entry point BTRCALLID. Install "));
+  UnloadRecordManagers();
+  ManagerScript manager(managers);
+  manager.Answers(btrieve::kOpen, "ZTUSER.KRV", btrieve::kPermissionError);
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("ZTUSER.KRV: it may not be written; check the "));
+  UnloadRecordManagers();
 }
 
 TEST(ConfiguredInstallation, IsCheckedForWhatItsKindNeeds) {
