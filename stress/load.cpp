@@ -193,7 +193,7 @@ class Load {
         words >> what >> value;
         int& longest = findings_.longest[assignment.task];
         if (what == "longest") longest = std::max(longest, value);
-        if (what == "steps" && assignment.task == kRead) findings_.done[kRead] += value;
+        if (what == "step" && assignment.task == kRead) ++findings_.done[kRead];
       }
     }
   }

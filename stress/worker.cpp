@@ -37,11 +37,9 @@ class Installation {
 
 template <class Step>
 void RepeatUntilTheEnd(const Assignment& assignment, const Step& step) {
-  constexpr int kStepsPerLine = 10;
   Journal measures(MeasuresOf(assignment));
   const auto end = Clock::now() + std::chrono::milliseconds(assignment.milliseconds);
   auto longest = Clock::duration::zero();
-  int steps = 0;
   for (auto begin = Clock::now(); begin < end; begin = Clock::now()) {
     step();
     if (const auto took = Clock::now() - begin; took > longest) {
@@ -49,7 +47,7 @@ void RepeatUntilTheEnd(const Assignment& assignment, const Step& step) {
       const auto microseconds = std::chrono::ceil<std::chrono::microseconds>(took);
       measures.Write("longest " + std::to_string(microseconds.count()));
     }
-    if (++steps % kStepsPerLine == 0) measures.Write("steps " + std::to_string(kStepsPerLine));
+    measures.Write("step");
   }
 }
 

@@ -29,7 +29,7 @@ Assignment AssignmentOf(const std::vector<std::string>& arguments);
 
 // Where the record files lie, and what the workers write down in the same folder: what they did,
 // with kDone (history.h) behind each write that was acknowledged, "CASE NUMBER" for document
-// numbers and, at a counter's end, kCounted and its value; and what they measured, "steps N" and
+// numbers and, at a counter's end, kCounted and its value; and what they measured, "step" and
 // "longest N" in microseconds.
 std::filesystem::path OfficeIn(const std::filesystem::path& folder);
 std::filesystem::path JournalOf(const Assignment& assignment);
