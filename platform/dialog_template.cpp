@@ -12,7 +12,7 @@ namespace {
 
 constexpr WORD kNumberMark = 0xFFFF;
 
-/// A text, or in its place the number of a resource or of a class.
+// A text, or in its place the number of a resource or of a class.
 struct TextOrNumber {
   std::string text;
   WORD number = 0;
@@ -56,7 +56,7 @@ Place TakePlace(ByteReader& reader) {
   return Place{reader.I16(), reader.I16(), reader.I16(), reader.I16()};
 }
 
-/// Style and extended style stand in different orders in the two forms.
+// Style and extended style stand in different orders in the two forms.
 DWORD TakeStyle(ByteReader& reader, bool extended) {
   if (extended) {
     reader.U32();  // help id
@@ -73,7 +73,7 @@ void SkipFont(ByteReader& reader, bool extended) {
   reader.WideText();
 }
 
-/// Data for the control's creation, whose length counts the length itself in the plain form only.
+// Data for the control's creation, whose length counts the length itself in the plain form only.
 void SkipCreationData(ByteReader& reader, bool extended) {
   const WORD length = reader.U16();
   const WORD counted = extended ? 0 : sizeof length;

@@ -25,7 +25,7 @@ Result Fail(DWORD error, Result result) {
   return result;
 }
 
-/// Null, with the last error set, when there is no such dialog or control.
+// Null, with the last error set, when there is no such dialog or control.
 Control* FindControl(HWND window, int id) {
   Dialog* dialog = DialogOf(window);
   if (dialog == nullptr) {

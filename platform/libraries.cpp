@@ -57,7 +57,7 @@ bool EndsWithIgnoringCase(const std::string& text, const std::string& end) {
          strcasecmp(text.c_str() + (text.size() - end.size()), end.c_str()) == 0;
 }
 
-/// "dir\NAME.dll" or "dir\NAME" as "dir/libNAME.so"; a name with another extension stays.
+// "dir\NAME.dll" or "dir\NAME" as "dir/libNAME.so"; a name with another extension stays.
 std::string LibraryFile(std::string name) {
   std::replace(name.begin(), name.end(), '\\', '/');
   std::string base = BaseName(name);
@@ -85,15 +85,15 @@ int AddModule(dl_phdr_info* info, std::size_t /*size*/, void* modules) {
   return 0;
 }
 
-/// Everything that is mapped now, the program first.
+// Everything that is mapped now, the program first.
 std::vector<Module> Modules() {
   std::vector<Module> modules;
   dl_iterate_phdr(AddModule, &modules);
   return modules;
 }
 
-/// The path of the mapped library with this file name; empty when there is none. Windows compares
-/// names alone, too.
+// The path of the mapped library with this file name; empty when there is none. Windows compares
+// names alone, too.
 std::string PathOfLoaded(const std::string& file) {
   for (const Module& module : Modules()) {
     if (strcasecmp(BaseName(module.path).c_str(), file.c_str()) == 0) {
@@ -121,9 +121,9 @@ std::string ProgramDirectory() {
   return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
 }
 
-/// The path to hand to dlopen: always one with a folder, because dlopen's own search for a bare
-/// name depends on which library calls it. A name that lies nowhere is looked for beside the
-/// program.
+// The path to hand to dlopen: always one with a folder, because dlopen's own search for a bare
+// name depends on which library calls it. A name that lies nowhere is looked for beside the
+// program.
 std::string Locate(const std::string& file) {
   if (file.find('/') != std::string::npos) {
     return file;
@@ -150,8 +150,8 @@ bool IsModule(HMODULE module) {
   return FindModule(modules, module) != modules.end();
 }
 
-/// dlopen's handle of a mapped module, to be closed by the caller; null when it is not (or no
-/// longer) mapped.
+// dlopen's handle of a mapped module, to be closed by the caller; null when it is not (or no
+// longer) mapped.
 void* Reopen(HMODULE module) {
   const std::vector<Module> modules = Modules();
   const auto known = FindModule(modules, module);
@@ -161,7 +161,7 @@ void* Reopen(HMODULE module) {
   return dlopen(known->path.empty() ? nullptr : known->path.c_str(), RTLD_NOW | RTLD_NOLOAD);
 }
 
-/// A function that was asked for before: the library asks at each call. Null for others.
+// A function that was asked for before: the library asks at each call. Null for others.
 FARPROC KnownFunction(HMODULE module, std::string_view name) {
   LoadedLibraries& loaded = Loaded();
   const std::lock_guard lock(loaded.mutex);

@@ -17,7 +17,7 @@ using platform::TheDesktop;
 
 using Main = int WINAPI(HINSTANCE, HINSTANCE, LPSTR, int);
 
-/// The program's file: what stands in quotation marks, or everything.
+// The program's file: what stands in quotation marks, or everything.
 std::string ProgramOf(const std::string& commandLine) {
   if (!commandLine.starts_with('"')) {
     return commandLine;

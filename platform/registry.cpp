@@ -63,7 +63,7 @@ HKEY NewHandle(OpenKey key) {
   return handle;
 }
 
-/// An empty text when the environment does not say it.
+// An empty text when the environment does not say it.
 std::string Environment(const char* name) {
   const char* value = std::getenv(name);
   return value == nullptr ? "" : value;
@@ -80,7 +80,7 @@ std::string FilePath() {
   return directory / "qlx99" / "registry.reg";
 }
 
-/// The file as it was read last, and what it looked like then.
+// The file as it was read last, and what it looked like then.
 struct KnownFile {
   std::mutex mutex;
   struct stat facts {};
@@ -101,7 +101,7 @@ bool IsUnchanged(const struct stat& before, const struct stat& now) {
          before.st_size == now.st_size && IsSameTime(before.st_ctim, now.st_ctim);
 }
 
-/// Whether a later change is sure to show: the clock of files goes in steps of milliseconds.
+// Whether a later change is sure to show: the clock of files goes in steps of milliseconds.
 bool IsSettled(const struct stat& facts) {
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
@@ -118,8 +118,8 @@ RegistryFile ReadFile(const std::string& path) {
   return RegistryFile::Parse(text);
 }
 
-/// A file that cannot be read is a registry without keys. One that has not changed is not read
-/// again: the library asks a dozen times for each letter.
+// A file that cannot be read is a registry without keys. One that has not changed is not read
+// again: the library asks a dozen times for each letter.
 std::shared_ptr<const RegistryFile> Read() {
   const std::string path = FilePath();
   KnownFile& known = LastRead();
@@ -136,7 +136,7 @@ std::shared_ptr<const RegistryFile> Read() {
   return content;
 }
 
-/// Replaces the file in one step, so that readers see the old or the new one whole.
+// Replaces the file in one step, so that readers see the old or the new one whole.
 LSTATUS Write(const RegistryFile& registry) {
   const std::filesystem::path path = FilePath();
   std::error_code error;
@@ -167,7 +167,7 @@ std::string Below(const std::string& path, LPCSTR subKey) {
 
 std::string Text(LPCSTR text) { return text == nullptr ? "" : text; }
 
-/// Hands over a value's bytes as all of Windows' queries do; see RegQueryValueExA.
+// Hands over a value's bytes as all of Windows' queries do; see RegQueryValueExA.
 LSTATUS Deliver(const RegistryValue& value, DWORD* type, BYTE* data, DWORD* size) {
   if (type != nullptr) {
     *type = value.type;

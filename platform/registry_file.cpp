@@ -41,7 +41,7 @@ std::string_view Trim(std::string_view text) {
              : text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-/// Takes the next line off `text`. Lines of numbers that end in a backslash go on in the next.
+// Takes the next line off `text`. Lines of numbers that end in a backslash go on in the next.
 std::string TakeLine(std::string_view& text) {
   std::string line;
   bool goesOn = true;
@@ -56,7 +56,7 @@ std::string TakeLine(std::string_view& text) {
   return line;
 }
 
-/// Takes a text in quotation marks off the front of `line`.
+// Takes a text in quotation marks off the front of `line`.
 std::optional<std::string> TakeQuoted(std::string_view& line) {
   std::string text;
   for (std::size_t i = 1; i < line.size(); ++i) {
@@ -99,7 +99,7 @@ std::optional<std::string> HexBytes(std::string_view list) {
   return bytes;
 }
 
-/// What stands behind the equals sign, as a value without its name.
+// What stands behind the equals sign, as a value without its name.
 std::optional<RegistryValue> ParseData(std::string_view data) {
   if (data.starts_with('"')) {
     std::optional<std::string> text = TakeQuoted(data);
@@ -170,7 +170,7 @@ std::string Hex(std::string_view bytes) {
   return list;
 }
 
-/// Whether Parse would give exactly these bytes back from a text in quotation marks.
+// Whether Parse would give exactly these bytes back from a text in quotation marks.
 bool FitsQuotes(std::string_view bytes) {
   using std::string_view_literals::operator""sv;
   return bytes.find_first_of("\0\r\n"sv) + 1 == bytes.size() && bytes.ends_with('\0');

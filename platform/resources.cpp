@@ -28,7 +28,7 @@ AllEmbedded& All() {
   return all;
 }
 
-/// A type or a name is a number behind a mark, or a text, which stands for none of our numbers.
+// A type or a name is a number behind a mark, or a text, which stands for none of our numbers.
 std::optional<WORD> TakeNumber(ByteReader& reader) {
   constexpr WORD kNumberMark = 0xFFFF;
   const WORD first = reader.U16();

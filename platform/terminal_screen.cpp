@@ -16,7 +16,7 @@ namespace platform {
 
 namespace {
 
-/// Records may hold any byte; none of them may give orders to the terminal.
+// Records may hold any byte; none of them may give orders to the terminal.
 std::string Shown(std::string text) {
   const auto isOrder = [](unsigned char c) { return (c < ' ' && c != '\n') || c == 0x7F; };
   std::replace_if(text.begin(), text.end(), isOrder, ' ');
@@ -26,7 +26,7 @@ std::string Shown(std::string text) {
   return FromUtf16(Encoding::kUtf8, wide, "?").text;
 }
 
-/// The column that a tab leads to. A single stop stands for all its multiples, as in a list box.
+// The column that a tab leads to. A single stop stands for all its multiples, as in a list box.
 std::size_t NextColumn(const std::vector<int>& stops, std::size_t column) {
   constexpr std::size_t kUnitsPerCharacter =
       4;  // a dialog unit is a quarter of a character's width
@@ -60,7 +60,7 @@ std::string WithColumns(const std::string& line, const std::vector<int>& stops) 
   return columns;
 }
 
-/// The list that the user chooses from; null when the dialog shows none.
+// The list that the user chooses from; null when the dialog shows none.
 const Control* VisibleList(const DialogView& dialog) {
   const std::vector<Control>& controls = dialog.Controls();
   const auto list = std::find_if(controls.begin(), controls.end(), [](const Control& control) {
@@ -119,7 +119,7 @@ std::optional<int> NumberIn(std::string_view answer) {
                                                                       : std::nullopt;
 }
 
-/// False when the answer means nothing here.
+// False when the answer means nothing here.
 bool Act(DialogView& dialog, const std::string& answer) {
   if (answer.empty()) {
     return PressDefault(dialog);

@@ -18,7 +18,7 @@ int Fail(DWORD error) {
   return 0;
 }
 
-/// Nothing for a code page that this layer does not know.
+// Nothing for a code page that this layer does not know.
 std::optional<Encoding> EncodingOf(UINT codePage) {
   switch (codePage) {
     case CP_UTF8:
@@ -32,8 +32,8 @@ std::optional<Encoding> EncodingOf(UINT codePage) {
   }
 }
 
-/// The arguments that both conversions share. A length of -1 means up to and including the
-/// terminator.
+// The arguments that both conversions share. A length of -1 means up to and including the
+// terminator.
 template <class Source, class Destination>
 bool AreSound(const Source* source, int sourceLength, const Destination* destination,
               int destinationLength) {
@@ -48,7 +48,7 @@ std::basic_string_view<Char> Input(const Char* source, int length) {
   return {source, size};
 }
 
-/// Windows' convention: no room asked for means that only the length is wanted.
+// Windows' convention: no room asked for means that only the length is wanted.
 template <class Char>
 int Deliver(const std::basic_string<Char>& result, Char* destination, int room) {
   const int length = static_cast<int>(result.size());

@@ -24,7 +24,7 @@ Result Fail(DWORD error, Result result) {
   return result;
 }
 
-/// Null, with the last error set, when there is no such window.
+// Null, with the last error set, when there is no such window.
 Window* Find(HWND window) {
   Window* found = TheDesktop().Find(window);
   return found != nullptr ? found : Fail<Window*>(ERROR_INVALID_WINDOW_HANDLE, nullptr);

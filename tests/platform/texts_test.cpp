@@ -12,7 +12,7 @@ namespace {
 constexpr UINT kOem = 850;
 constexpr UINT kAnsi = 1252;
 
-/// From one code page to the other.
+// From one code page to the other.
 std::string Recoded(UINT from, std::string_view bytes, UINT to, const char* defaultChar = nullptr,
                     BOOL* usedDefaultChar = nullptr) {
   std::array<WCHAR, 50> wide{};
