@@ -7,8 +7,8 @@
 
 namespace platform {
 
-/// Reads little-endian numbers one after another. The first read past the end makes it fail for
-/// good; failed reads give 0, so a caller may check once, at the end.
+// Reads little-endian numbers one after another. The first read past the end makes it fail for
+// good; failed reads give 0, so a caller may check once, at the end.
 class ByteReader {
  public:
   explicit ByteReader(std::span<const std::byte> bytes) : bytes_(bytes) {}
@@ -30,21 +30,17 @@ class ByteReader {
   std::uint32_t U32() { return Number(sizeof(std::uint32_t)); }
   int I16() { return static_cast<std::int16_t>(U16()); }
 
-  /// Up to and without the terminator.
+  // Up to and without the terminator.
   std::u16string WideText() {
     std::u16string text;
-    for (std::uint16_t unit = U16(); unit != 0; unit = U16()) {
-      text += static_cast<char16_t>(unit);
-    }
+    for (std::uint16_t unit = U16(); unit != 0; unit = U16()) text += static_cast<char16_t>(unit);
     return text;
   }
 
-  /// On to the next multiple of four bytes from the beginning; the padding after the last item may
-  /// be missing.
+  // On to the next multiple of four bytes from the beginning; the padding after the last item may
+  // be missing.
   void Align() {
-    while (position_ % 4 != 0 && Left() > 0) {
-      ++position_;
-    }
+    while (position_ % 4 != 0 && Left() > 0) ++position_;
   }
 
  private:

@@ -14,14 +14,14 @@
 
 namespace platform {
 
-/// On its way to a window of another thread. It lives with its sender, who waits for the answer.
+// On its way to a window of another thread. It lives with its sender, who waits for the answer.
 struct SentMessage {
   MSG message;
   LRESULT answer = 0;
   bool isAnswered = false;
 };
 
-/// The messages for the windows of one thread.
+// The messages for the windows of one thread.
 struct MessageQueue {
   std::deque<MSG> posted;
   std::deque<SentMessage*> sent;
@@ -38,8 +38,8 @@ struct Window {
   std::shared_ptr<MessageQueue> queue;
 };
 
-/// All windows of the process and their messages. Programs that talk through windows run within the
-/// process here, each on a thread of its own, so there is nobody else to talk to.
+// All windows of the process and their messages. Programs that talk through windows run within the
+// process here, each on a thread of its own, so there is nobody else to talk to.
 struct Desktop {
   std::mutex mutex;                 // over everything here and every queue; never held in a call
   std::condition_variable changed;  // a queue or an answer
@@ -47,7 +47,7 @@ struct Desktop {
   std::map<HWND, Window> windows;
   std::uintptr_t lastHandle = 0;  // a handle is never used twice
 
-  /// Null when there is no such window.
+  // Null when there is no such window.
   Window* Find(HWND window);
 };
 
@@ -55,10 +55,10 @@ Desktop& TheDesktop();
 
 const std::shared_ptr<MessageQueue>& QueueOfThisThread();
 
-/// For a new thread, whose starter wants to know its queue.
+// For a new thread, whose starter wants to know its queue.
 void AdoptQueue(std::shared_ptr<MessageQueue> queue);
 
-/// At the end of a thread: its windows are gone, and nobody waits for their answers any more.
+// At the end of a thread: its windows are gone, and nobody waits for their answers any more.
 void RetireQueue(MessageQueue& queue);
 
 std::string UpperCase(LPCSTR text);

@@ -9,7 +9,7 @@
 
 namespace platform {
 
-/// A modal dialog from its template to EndDialog. While it exists, its handle is known to DialogOf.
+// A modal dialog from its template to EndDialog. While it exists, its handle is known to DialogOf.
 class Dialog final : public DialogView {
  public:
   Dialog(DialogTemplate form, DLGPROC procedure);
@@ -17,14 +17,14 @@ class Dialog final : public DialogView {
   Dialog(const Dialog&) = delete;
   Dialog& operator=(const Dialog&) = delete;
 
-  /// Shows the dialog, unless its initialisation ends it, and returns what it was ended with.
+  // Shows the dialog, unless its initialisation ends it, and returns what it was ended with.
   INT_PTR Run(LPARAM parameter, Screen& screen);
 
   void End(INT_PTR result);
   HWND Handle();
   void SetTitle(const char* title);
 
-  /// Null when the dialog has no control of that id.
+  // Null when the dialog has no control of that id.
   Control* FindControl(int id);
 
   const std::string& Title() const override { return form_.title; }
@@ -45,7 +45,7 @@ class Dialog final : public DialogView {
   INT_PTR result_ = 0;
 };
 
-/// Null when the handle is no dialog's that exists.
+// Null when the handle is no dialog's that exists.
 Dialog* DialogOf(HWND window);
 
 }  // namespace platform

@@ -4,8 +4,8 @@
 
 namespace platform {
 
-/// The program or library whose code or data holds `address`, as LoadLibraryA and GetModuleHandleA
-/// name it; null when the address belongs to none.
+// The program or library whose code or data holds `address`, as LoadLibraryA and GetModuleHandleA
+// name it; null when the address belongs to none.
 HMODULE ModuleAt(const void* address);
 
 }  // namespace platform

@@ -8,13 +8,13 @@
 
 namespace platform {
 
-/// The lines of a list box and what its messages did to them.
+// The lines of a list box and what its messages did to them.
 class ListBox {
  public:
-  /// `style`: the control's, of which LBS_SORT and LBS_USETABSTOPS count.
+  // `style`: the control's, of which LBS_SORT and LBS_USETABSTOPS count.
   explicit ListBox(DWORD style) : style_(style) {}
 
-  /// Windows' answer to an LB_ message; nothing for a message that this layer does not know.
+  // Windows' answer to an LB_ message; nothing for a message that this layer does not know.
   std::optional<LRESULT> Receive(UINT message, WPARAM wordParam, LPARAM longParam);
 
   int Count() const { return static_cast<int>(lines_.size()); }
@@ -25,7 +25,7 @@ class ListBox {
   const std::vector<int>& TabStops() const { return tabStops_; }  // in dialog units
   int HorizontalExtent() const { return horizontalExtent_; }      // in pixels
 
-  /// False, and nothing changes, when there is no such line; -1 takes the selection away.
+  // False, and nothing changes, when there is no such line; -1 takes the selection away.
   bool Select(int index);
 
  private:

@@ -19,7 +19,7 @@ using platform::Unsupported;
 
 using Lock = std::unique_lock<std::mutex>;
 
-/// The window's answer, or 0 when it is gone. The lock is open while the window's procedure runs.
+// The window's answer, or 0 when it is gone. The lock is open while the window's procedure runs.
 LRESULT CallWindow(Lock& lock, const MSG& message) {
   const platform::Window* window = TheDesktop().Find(message.hwnd);
   if (window == nullptr) {
@@ -33,7 +33,7 @@ LRESULT CallWindow(Lock& lock, const MSG& message) {
   return answer;
 }
 
-/// Answers what other threads have sent to this thread's windows.
+// Answers what other threads have sent to this thread's windows.
 void AnswerSent(Lock& lock, MessageQueue& queue) {
   while (!queue.sent.empty()) {
     SentMessage* sent = queue.sent.front();
@@ -44,8 +44,8 @@ void AnswerSent(Lock& lock, MessageQueue& queue) {
   }
 }
 
-/// Hands the message to the window's thread and waits; meanwhile this thread answers what it is
-/// sent, or two threads that ask each other would wait for ever.
+// Hands the message to the window's thread and waits; meanwhile this thread answers what it is
+// sent, or two threads that ask each other would wait for ever.
 LRESULT AskOtherThread(Lock& lock, MessageQueue& other, const MSG& message) {
   MessageQueue& own = *QueueOfThisThread();
   SentMessage sent{message};
@@ -82,9 +82,7 @@ LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wordParam, LPARAM 
   Lock lock(TheDesktop().mutex);
   const MSG sent{window, message, wordParam, longParam};
   const platform::Window* to = TheDesktop().Find(window);
-  if (to == nullptr || to->queue == QueueOfThisThread()) {
-    return CallWindow(lock, sent);
-  }
+  if (to == nullptr || to->queue == QueueOfThisThread()) return CallWindow(lock, sent);
   return AskOtherThread(lock, *to->queue, sent);
 }
 

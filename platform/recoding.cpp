@@ -40,7 +40,7 @@ class Converter {
   Converter(const Converter&) = delete;
   Converter& operator=(const Converter&) = delete;
 
-  /// Takes what can be converted off the front of `input` and appends the result to `output`.
+  // Takes what can be converted off the front of `input` and appends the result to `output`.
   void Convert(std::string_view& input, std::string& output) {
     int error = E2BIG;
     while (error == E2BIG) {
@@ -61,8 +61,8 @@ class Converter {
   iconv_t iconv_;
 };
 
-/// `substituteFor(rest)` takes at least one byte off the front of `rest` and returns what stands
-/// for it.
+// `substituteFor(rest)` takes at least one byte off the front of `rest` and returns what stands
+// for it.
 std::string Recode(const char* to, const char* from, std::string_view input,
                    const auto& substituteFor) {
   Converter converter(to, from);
@@ -77,12 +77,10 @@ std::string Recode(const char* to, const char* from, std::string_view input,
 
 bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
-/// A broken UTF-8 sequence counts as one character, however many of its bytes are there.
+// A broken UTF-8 sequence counts as one character, however many of its bytes are there.
 void SkipBrokenSequence(std::string_view& rest) {
   rest.remove_prefix(1);
-  while (!rest.empty() && IsContinuation(rest.front())) {
-    rest.remove_prefix(1);
-  }
+  while (!rest.empty() && IsContinuation(rest.front())) rest.remove_prefix(1);
 }
 
 std::string Bytes(char16_t unit) {

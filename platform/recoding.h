@@ -19,8 +19,8 @@ struct NarrowText {
                      // its place
 };
 
-/// The five bytes that Windows-1252 leaves free stand for the control characters of the same
-/// numbers, in both directions, as Windows has it.
+// The five bytes that Windows-1252 leaves free stand for the control characters of the same
+// numbers, in both directions, as Windows has it.
 WideText ToUtf16(Encoding encoding, std::string_view bytes);
 NarrowText FromUtf16(Encoding encoding, std::u16string_view text, std::string_view substitute);
 

@@ -32,26 +32,26 @@ struct RegistryKey {
   std::vector<RegistryValue> values;
 };
 
-/// The keys and values of one file. Names and paths are found whatever their case and kept as first
-/// written.
+// The keys and values of one file. Names and paths are found whatever their case and kept as first
+// written.
 class RegistryFile {
  public:
-  /// Lines that are not understood are passed over.
+  // Lines that are not understood are passed over.
   static RegistryFile Parse(std::string_view text);
 
-  /// A form that Parse reads back to the same keys and values.
+  // A form that Parse reads back to the same keys and values.
   std::string Format() const;
 
-  /// Whether `path` or a key below it is there.
+  // Whether `path` or a key below it is there.
   bool Has(const std::string& path) const;
 
-  /// Null when the key has no value of that name or does not exist. Valid until the next change.
+  // Null when the key has no value of that name or does not exist. Valid until the next change.
   const RegistryValue* Find(const std::string& path, const std::string& name) const;
 
   void CreateKey(const std::string& path);
   void Set(const std::string& path, RegistryValue value);
 
-  /// False when there is no such value.
+  // False when there is no such value.
   bool Remove(const std::string& path, const std::string& name);
 
  private:

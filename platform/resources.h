@@ -10,17 +10,17 @@ namespace platform {
 
 using ResourceBytes = std::span<const std::byte>;
 
-/// The resource of this type and id in a compiled resource script; empty when there is none. Broken
-/// entries and all behind them are passed over.
+// The resource of this type and id in a compiled resource script; empty when there is none. Broken
+// entries and all behind them are passed over.
 ResourceBytes FindResourceIn(ResourceBytes script, WORD type, WORD id);
 
-/// The same, in the scripts that `module` has embedded.
+// The same, in the scripts that `module` has embedded.
 ResourceBytes FindResourceOf(HMODULE module, WORD type, WORD id);
 
-/// Belongs to a module as long as it is mapped; see embedded_resources.cpp.in.
+// Belongs to a module as long as it is mapped; see embedded_resources.cpp.in.
 class EmbeddedResources {
  public:
-  /// `script` lies in the data of the module that it is for.
+  // `script` lies in the data of the module that it is for.
   explicit EmbeddedResources(ResourceBytes script);
   ~EmbeddedResources();
   EmbeddedResources(const EmbeddedResources&) = delete;

@@ -6,10 +6,10 @@
 
 namespace platform {
 
-/// Shows everything as UTF-8 text and reads answers line by line. Message boxes do not wait.
+// Shows everything as UTF-8 text and reads answers line by line. Message boxes do not wait.
 class TerminalScreen final : public Screen {
  public:
-  /// The streams must outlive the screen.
+  // The streams must outlive the screen.
   TerminalScreen(std::istream& in, std::ostream& out) : in_(in), out_(out) {}
 
   int ShowMessage(const MessageBoxView& message) override;

@@ -4,8 +4,8 @@
 
 namespace platform {
 
-/// Ends the process with "`function`: `what` is not supported" on stderr. For calls that Windows
-/// would answer and this layer does not know: a friendly wrong answer would be found much later.
+// Ends the process with "`function`: `what` is not supported" on stderr. For calls that Windows
+// would answer and this layer does not know: a friendly wrong answer would be found much later.
 [[noreturn]] void Unsupported(const char* function, const std::string& what);
 
 }  // namespace platform

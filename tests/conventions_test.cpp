@@ -1,11 +1,9 @@
-// How fields, dates, numbers and result records are written, whatever the export, and where the
-// fields lie in the record files.
+// How fields, dates, numbers and result records are written, whatever the export.
 #include <array>
 #include <chrono>
 #include <string>
 
 #include "frame/arguments.h"
-#include "record_files.h"
 #include "store/dates.h"
 #include "store/result_record.h"
 #include "support/caller_buffer.h"
@@ -111,25 +109,6 @@ TEST(HandOver, GivesZeroWhenTheBufferThenBeginsWithTwoEmptyFields) {
   CallerBuffer buffer;  // what the caller had there before counts as well
   buffer[0] = buffer[1] = '|';
   EXPECT_EQ(HandOver(ResultRecord(), buffer, HandOverForm::kRecordOnly), 0);
-}
-
-// The layout of the files is the case-management system's: a change here would read other bytes
-// than it writes, and no other test would see it, as they write by the same declarations.
-TEST(RecordFiles, LieAsTheCaseManagementSystemLaidThemOut) {
-  std::string all;
-  for (const RecordLayout& layout : kRecordFiles) {
-    all += layout.file.name + std::to_string(layout.file.length);
-    for (const FieldInfo& field : layout.fields) {
-      all += ' ' + std::to_string(field.offset) + '+' + std::to_string(field.width);
-    }
-    for (const Key& key : layout.keys) {
-      all += " key" + std::to_string(key.number) + '@' + std::to_string(key.field.offset) + '/' +
-             std::to_string(key.kind);
-    }
-  }
-  std::uint32_t hash = 2166136261U;  // FNV-1a
-  for (const char c : all) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
-  EXPECT_EQ(hash, 3418029481U) << all;
 }
 
 }  // namespace

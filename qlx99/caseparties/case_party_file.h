@@ -1,7 +1,7 @@
 // Who takes part in a case: the case-party file ties a case to addresses, each in a relation
-// (client, opponent, court
-// ...). The parties of a case have positions, counted from 1 in the order in which they were
-// entered; the record manager keeps that order. The library only reads this file.
+// (client, opponent, court ...). The parties of a case have positions, counted from 1 in the order
+// in which they were entered; the record manager keeps that order. The library only reads this
+// file.
 #pragma once
 
 #include <cstdint>

@@ -89,7 +89,9 @@ bool LoginHandshake::WaitForLogin() {
   }
 }
 
-// A login mask that is closed even now, or a login that is taken back, ends the wait as well.
+// The user is logged in, but the login procedure may still be running. A mask that reports now that
+// it was closed without a login refuses the call. Everything else is waited for, also a server that
+// is gone: it does not answer.
 bool LoginHandshake::WaitForEndOfLogin() {
   for (;; hostMessages_.Await(), hostMessages_.Dispatch()) {
     const bool ended = AskServer("WM_ISENDLOGIN") != 0;

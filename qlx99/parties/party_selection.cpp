@@ -24,7 +24,7 @@ struct SelectionCall {
 
 SelectionCall selectionCall;
 
-// The eight files of the dialog. Three are opened, and so asked for, but not read.
+// The eight files of the dialog. Four are opened, and so asked for, but not read.
 struct SelectionFiles {
   explicit SelectionFiles(const DataRoot& dataRoot)
       : contacts(dataRoot),

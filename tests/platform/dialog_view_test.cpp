@@ -58,13 +58,13 @@ class View : public testing::Test {
   View() { heard.clear(); }
   ~View() override { platform::SetScreen(nullptr); }
 
-  /// Returns the line that was taken, -1 for none, -2 for cancelled.
+  // Returns the line that was taken, -1 for none, -2 for cancelled.
   INT_PTR Show(int id = 1) {
     return DialogBoxParamA(library_.Handle(), MAKEINTRESOURCEA(id), nullptr, Procedure,
                            id == 1 ? 403 : 201);
   }
 
-  /// The same at a terminal, to somebody who types `answers`.
+  // The same at a terminal, to somebody who types `answers`.
   INT_PTR ShowAtTerminal(const std::string& answers, int id = 1) {
     std::istringstream in(answers);
     platform::TerminalScreen terminal(in, out_);

@@ -28,7 +28,7 @@ Message Say(UINT message, WPARAM wordParam = 0, LPARAM longParam = 0) {
 
 Message Add(const char* line) { return Say(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line)); }
 
-/// What the messages to a list are answered, as "0 1 -1".
+// What the messages to a list are answered, as "0 1 -1".
 std::string Answers(HWND dialog, int list, const std::vector<Message>& messages) {
   std::string answers;
   for (const auto& [message, wordParam, longParam] : messages) {
@@ -40,7 +40,7 @@ std::string Answers(HWND dialog, int list, const std::vector<Message>& messages)
 
 class Dialogs : public testing::Test {
  protected:
-  /// Does `initialisation` while the dialog begins, then ends it with 7.
+  // Does `initialisation` while the dialog begins, then ends it with 7.
   INT_PTR Begin(std::function<void(HWND)> initialisation, int id = 1) {
     onInitialisation = std::move(initialisation);
     return DialogBoxParamA(library_.Handle(), MAKEINTRESOURCEA(id), nullptr, Procedure, 4711);

@@ -70,7 +70,7 @@ class RegistrationFile : public testing::Test {
     return {std::istreambuf_iterator<char>(stream), {}};
   }
 
-  /// Creates the key and, when that succeeds, sets the value to "new".
+  // Creates the key and, when that succeeds, sets the value to "new".
   static LSTATUS Set(const char* name) {
     HKEY key = nullptr;
     LSTATUS status = RegCreateKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Options", 0, nullptr,

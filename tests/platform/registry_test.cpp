@@ -38,12 +38,12 @@ class Registry : public testing::Test {
                           static_cast<DWORD>(bytes.size()));
   }
 
-  /// Whether there is such a value.
+  // Whether there is such a value.
   static LSTATUS Query(HKEY key, const char* name) {
     return RegQueryValueExA(key, name, nullptr, nullptr, nullptr, nullptr);
   }
 
-  /// The status, the bytes of a buffer with that room at first, and the size that came back.
+  // The status, the bytes of a buffer with that room at first, and the size that came back.
   std::string Get(const char* name, DWORD room, DWORD* type = nullptr) {
     std::string buffer(room, '#');
     DWORD size = room;

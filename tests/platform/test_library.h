@@ -4,7 +4,7 @@
 
 #include "platform/windows_api.h"
 
-/// What the test library heard from the loader.
+// What the test library heard from the loader.
 struct Attachment {
   HINSTANCE module = nullptr;
   int count = 0;
@@ -12,7 +12,7 @@ struct Attachment {
   int* detachments = nullptr;  // counted by whoever sets it
 };
 
-/// The test library, loaded for the life of the object.
+// The test library, loaded for the life of the object.
 class TestLibrary {
  public:
   static constexpr auto kName = "platform_test_library.dll";

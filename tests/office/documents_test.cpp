@@ -1,5 +1,6 @@
-// What authors of macros are given, the module and the document, against what the library's callers
-// in C are given and what the tool knows of the exports.
+// What is written down for people beside the code, against the code: what authors of macros are
+// given, the module and the document, against what callers in C are given and what the tool knows
+// of the exports; the document of the record files against their declarations.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -7,17 +8,22 @@
 #include <fstream>
 #include <iterator>
 #include <regex>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "office/export_table.h"
+#include "office/record_text.h"
+#include "office/sample_file.h"
+#include "record_files.h"
 
 namespace office {
 namespace {
 
 using ::testing::HasSubstr;
 using ::testing::Not;
+using ::testing::UnorderedElementsAreArray;
 
 std::string Replaced(std::string text,
                      const std::vector<std::pair<const char*, const char*>>& replacements) {
@@ -108,6 +114,43 @@ TEST(MacroInterface, DocumentsEachExportWithItsArgumentsAndFields) {
       EXPECT_THAT(section, HasSubstr("| No. | Field | Content |\n|---|---|---|\n" + fields + "\n"));
     }
   }
+}
+
+// The lines that state something: a heading, and below it length, keys and fields, the latter
+// without the last column.
+std::vector<std::string> DocumentedRecordFiles() {
+  std::vector<std::string> found;
+  std::istringstream document(ProjectFile("docs/records.md"));
+  for (std::string line; std::getline(document, line);) {
+    if (line.starts_with("### ")) found.push_back(line);
+    if (!std::regex_search(line, std::regex("^(Length|Key|\\| \\d)"))) continue;
+    found.back() += "\n" + Replaced(line, {{"[^|]*\\|$", ""}});
+  }
+  return found;
+}
+
+// The layout is the case-management system's. A slip in a declaration would read other bytes than
+// are there, and no other test would see it, as they all write by the same declarations.
+TEST(RecordFiles, LieAsTheyAreDocumented) {
+  const char* const kinds[] = {"integer", "day", "amount", "text", "OEM text"};
+  const char* const keyKinds[] = {"unique", "duplicates", "autoincrement"};
+  std::vector<std::string> expected;
+  for (const qlx99::RecordLayout& layout : qlx99::kRecordFiles) {
+    const std::string example = SampleRecords(layout).front();
+    std::ostringstream file;
+    file << "### `" << layout.file.name << "`\nLength " << layout.file.length << ".";
+    for (const qlx99::Key& key : layout.keys) {
+      file << "\nKey " << +key.number << ": `" << key.field.name << "`, bytes " << key.field.offset
+           << " to " << key.field.offset + key.field.width - 1 << ", " << keyKinds[key.kind] << ".";
+    }
+    for (const qlx99::FieldInfo& field : layout.fields) {
+      file << "\n| " << field.offset << " | " << field.width << " | "
+           << kinds[static_cast<std::size_t>(field.kind)] << " | `" << field.name << "` | "
+           << FieldText(field, example) << " |";
+    }
+    expected.push_back(file.str());
+  }
+  EXPECT_THAT(DocumentedRecordFiles(), UnorderedElementsAreArray(expected));
 }
 
 }  // namespace
