@@ -23,9 +23,7 @@ DeliveredRecord CaseData(const std::string& caseNumber) {
 DeliveredRecord PartyInRole(const std::string& caseNumber, const std::string& role) {
   const Export& called = ExportNamed("BLesenDLL");
   const CallOutcome outcome = CallExport(called, {role, caseNumber, "", ""});
-  if (outcome.result != 0 && outcome.ansiRecord) {
-    return {called, *outcome.ansiRecord};
-  }
+  if (outcome.result != 0 && outcome.ansiRecord) return {called, *outcome.ansiRecord};
   if (outcome.ansiRecord) throw Failure("No party was chosen, so there is no letter.");
   const DeliveredRecord caseData = CaseData(caseNumber);  // or it is the case that is missing
   throw Failure("None of the " + caseData["partyCount"] + " parties of case " + caseNumber +

@@ -21,9 +21,7 @@ std::string Line(const Row& row, const std::vector<std::size_t>& widths) {
 std::string TextTable(const Row& headings, const std::vector<Row>& rows) {
   std::vector<std::size_t> widths(headings.size());
   const auto widen = [&widths](const Row& row) {
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      widths[i] = std::max(widths[i], ColumnsOf(row[i]));
-    }
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], ColumnsOf(row[i]));
   };
   widen(headings);
   std::ranges::for_each(rows, widen);

@@ -33,18 +33,14 @@ class ByteReader {
   // Up to and without the terminator.
   std::u16string WideText() {
     std::u16string text;
-    for (std::uint16_t unit = U16(); unit != 0; unit = U16()) {
-      text += static_cast<char16_t>(unit);
-    }
+    for (std::uint16_t unit = U16(); unit != 0; unit = U16()) text += static_cast<char16_t>(unit);
     return text;
   }
 
   // On to the next multiple of four bytes from the beginning; the padding after the last item may
   // be missing.
   void Align() {
-    while (position_ % 4 != 0 && Left() > 0) {
-      ++position_;
-    }
+    while (position_ % 4 != 0 && Left() > 0) ++position_;
   }
 
  private:

@@ -39,9 +39,7 @@ void RetireQueue(MessageQueue& queue) {
   Desktop& desktop = TheDesktop();
   const std::lock_guard lock(desktop.mutex);
   std::erase_if(desktop.windows, [&](const auto& one) { return one.second.queue.get() == &queue; });
-  for (SentMessage* sent : std::exchange(queue.sent, {})) {
-    sent->isAnswered = true;
-  }
+  for (SentMessage* sent : std::exchange(queue.sent, {})) sent->isAnswered = true;
   queue.isIdle = true;
   desktop.changed.notify_all();
 }

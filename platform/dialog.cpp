@@ -33,12 +33,8 @@ HWND Dialog::Handle() { return reinterpret_cast<HWND>(this); }
 
 INT_PTR Dialog::Run(LPARAM parameter, Screen& screen) {
   procedure_(Handle(), WM_INITDIALOG, 0, parameter);
-  if (!ended_) {
-    screen.ShowDialog(*this);
-  }
-  if (!ended_) {
-    Unsupported("DialogBoxParamA", "a dialog that its screen leaves open");
-  }
+  if (!ended_) screen.ShowDialog(*this);
+  if (!ended_) Unsupported("DialogBoxParamA", "a dialog that its screen leaves open");
   procedure_(Handle(), WM_DESTROY, 0, 0);
   return result_;
 }
@@ -68,37 +64,25 @@ bool Dialog::Click(int listId, int index) {
 }
 
 bool Dialog::Select(int listId, int index) {
-  if (!Click(listId, index)) {
-    return false;
-  }
-  if ((FindControl(listId)->style & LBS_NOTIFY) != 0) {
-    Notify(listId, LBN_SELCHANGE);
-  }
+  if (!Click(listId, index)) return false;
+  if ((FindControl(listId)->style & LBS_NOTIFY) != 0) Notify(listId, LBN_SELCHANGE);
   return true;
 }
 
 bool Dialog::DoubleClick(int listId, int index) {
-  if (!Select(listId, index)) {
-    return false;
-  }
-  if (IsOpen() && (FindControl(listId)->style & LBS_NOTIFY) != 0) {
-    Notify(listId, LBN_DBLCLK);
-  }
+  if (!Select(listId, index)) return false;
+  if (IsOpen() && (FindControl(listId)->style & LBS_NOTIFY) != 0) Notify(listId, LBN_DBLCLK);
   return true;
 }
 
 bool Dialog::Press(int buttonId) {
-  if (!IsOpen() || !CanBeUsed(FindControl(buttonId), ControlKind::kButton)) {
-    return false;
-  }
+  if (!IsOpen() || !CanBeUsed(FindControl(buttonId), ControlKind::kButton)) return false;
   Notify(buttonId, BN_CLICKED);
   return true;
 }
 
 void Dialog::Cancel() {
-  if (IsOpen()) {
-    Notify(IDCANCEL, BN_CLICKED);
-  }
+  if (IsOpen()) Notify(IDCANCEL, BN_CLICKED);
 }
 
 Dialog* DialogOf(HWND window) {

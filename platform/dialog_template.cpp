@@ -20,12 +20,8 @@ struct TextOrNumber {
 
 TextOrNumber TakeTextOrNumber(ByteReader& reader) {
   const WORD first = reader.U16();
-  if (first == 0) {
-    return {};
-  }
-  if (first == kNumberMark) {
-    return {"", reader.U16()};
-  }
+  if (first == 0) return {};
+  if (first == kNumberMark) return {"", reader.U16()};
   const std::u16string wide = static_cast<char16_t>(first) + reader.WideText();
   return {FromUtf16(Encoding::kAnsi, wide, "?").text, 0};
 }
@@ -44,9 +40,7 @@ constexpr std::array kClasses{ControlClass{0x80, "BUTTON", ControlKind::kButton}
 std::optional<ControlKind> KindOf(TextOrNumber controlClass) {
   CharUpperBuffA(controlClass.text.data(), static_cast<DWORD>(controlClass.text.size()));
   for (const ControlClass& known : kClasses) {
-    if (controlClass.number == known.number || controlClass.text == known.name) {
-      return known.kind;
-    }
+    if (controlClass.number == known.number || controlClass.text == known.name) return known.kind;
   }
   return std::nullopt;
 }
@@ -88,9 +82,7 @@ std::optional<Control> TakeControl(ByteReader& reader, bool extended) {
   const std::optional<ControlKind> kind = KindOf(TakeTextOrNumber(reader));
   std::string text = TakeTextOrNumber(reader).text;
   SkipCreationData(reader, extended);
-  if (!reader.Ok() || !kind) {
-    return std::nullopt;
-  }
+  if (!reader.Ok() || !kind) return std::nullopt;
   return Control{id, *kind, std::move(text), style, place, ListBox(style)};
 }
 
@@ -114,14 +106,10 @@ std::optional<DialogTemplate> ParseDialogTemplate(std::span<const std::byte> byt
   TakeTextOrNumber(reader);  // menu
   TakeTextOrNumber(reader);  // window class
   dialog.title = TakeTextOrNumber(reader).text;
-  if ((dialog.style & kHasFont) != 0) {
-    SkipFont(reader, extended);
-  }
+  if ((dialog.style & kHasFont) != 0) SkipFont(reader, extended);
   for (WORD i = 0; i < controlCount; ++i) {
     std::optional<Control> control = TakeControl(reader, extended);
-    if (!control) {
-      return std::nullopt;
-    }
+    if (!control) return std::nullopt;
     dialog.controls.push_back(*std::move(control));
   }
   return reader.Ok() ? std::optional(std::move(dialog)) : std::nullopt;

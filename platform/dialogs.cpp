@@ -28,9 +28,7 @@ Result Fail(DWORD error, Result result) {
 // Null, with the last error set, when there is no such dialog or control.
 Control* FindControl(HWND window, int id) {
   Dialog* dialog = DialogOf(window);
-  if (dialog == nullptr) {
-    return Fail<Control*>(ERROR_INVALID_WINDOW_HANDLE, nullptr);
-  }
+  if (dialog == nullptr) return Fail<Control*>(ERROR_INVALID_WINDOW_HANDLE, nullptr);
   Control* control = dialog->FindControl(id);
   return control != nullptr ? control : Fail<Control*>(ERROR_CONTROL_ID_NOT_FOUND, nullptr);
 }
@@ -51,21 +49,15 @@ INT_PTR WINAPI DialogBoxParamA(HINSTANCE module, LPCSTR templateName, HWND owner
   const platform::ResourceBytes bytes =
       platform::FindResourceOf(module == nullptr ? GetModuleHandleA(nullptr) : module,
                                kDialogResource, static_cast<WORD>(id));
-  if (bytes.empty()) {
-    return Fail<INT_PTR>(ERROR_RESOURCE_NAME_NOT_FOUND, -1);
-  }
+  if (bytes.empty()) return Fail<INT_PTR>(ERROR_RESOURCE_NAME_NOT_FOUND, -1);
   std::optional<DialogTemplate> form = platform::ParseDialogTemplate(bytes);
-  if (!form) {
-    return Fail<INT_PTR>(ERROR_CANNOT_FIND_WND_CLASS, -1);
-  }
+  if (!form) return Fail<INT_PTR>(ERROR_CANNOT_FIND_WND_CLASS, -1);
   return Dialog(*std::move(form), procedure).Run(parameter, platform::CurrentScreen());
 }
 
 BOOL WINAPI EndDialog(HWND window, INT_PTR result) {
   Dialog* dialog = DialogOf(window);
-  if (dialog == nullptr) {
-    return Fail<BOOL>(ERROR_INVALID_WINDOW_HANDLE, FALSE);
-  }
+  if (dialog == nullptr) return Fail<BOOL>(ERROR_INVALID_WINDOW_HANDLE, FALSE);
   dialog->End(result);
   return TRUE;
 }
@@ -73,26 +65,20 @@ BOOL WINAPI EndDialog(HWND window, INT_PTR result) {
 LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wordParam,
                                    LPARAM longParam) {
   Control* control = FindControl(dialog, id);
-  if (control == nullptr) {
-    return 0;
-  }
+  if (control == nullptr) return 0;
   if (message == WM_SETTEXT) {
     return SetDlgItemTextA(dialog, id, reinterpret_cast<LPCSTR>(longParam));
   }
   const std::optional<LRESULT> answer = control->kind == ControlKind::kListBox
                                             ? control->list.Receive(message, wordParam, longParam)
                                             : std::nullopt;
-  if (!answer) {
-    platform::Unsupported("SendDlgItemMessageA", "message " + std::to_string(message));
-  }
+  if (!answer) platform::Unsupported("SendDlgItemMessageA", "message " + std::to_string(message));
   return *answer;
 }
 
 BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text) {
   Control* control = FindControl(dialog, id);
-  if (control == nullptr) {
-    return FALSE;
-  }
+  if (control == nullptr) return FALSE;
   control->text = text == nullptr ? "" : text;
   return TRUE;
 }

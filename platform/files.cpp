@@ -27,9 +27,7 @@ int _access(const char* path, int mode) {
 }
 
 BOOL WINAPI SetCurrentDirectoryA(LPCSTR path) {
-  if (path != nullptr && chdir(NativePath(path).c_str()) == 0) {
-    return TRUE;
-  }
+  if (path != nullptr && chdir(NativePath(path).c_str()) == 0) return TRUE;
   SetLastError(ERROR_FILE_NOT_FOUND);
   return FALSE;
 }

@@ -62,13 +62,9 @@ std::string LibraryFile(std::string name) {
   std::replace(name.begin(), name.end(), '\\', '/');
   std::string base = BaseName(name);
   const std::string directory = name.substr(0, name.size() - base.size());
-  if (base.find('.') == std::string::npos) {
-    base += ".dll";
-  }
+  if (base.find('.') == std::string::npos) base += ".dll";
   const std::string extension = ".dll";
-  if (!EndsWithIgnoringCase(base, extension)) {
-    return name;
-  }
+  if (!EndsWithIgnoringCase(base, extension)) return name;
   base.resize(base.size() - extension.size());
   return directory + "lib" + base + ".so";
 }
@@ -96,18 +92,14 @@ std::vector<Module> Modules() {
 // names alone, too.
 std::string PathOfLoaded(const std::string& file) {
   for (const Module& module : Modules()) {
-    if (strcasecmp(BaseName(module.path).c_str(), file.c_str()) == 0) {
-      return module.path;
-    }
+    if (strcasecmp(BaseName(module.path).c_str(), file.c_str()) == 0) return module.path;
   }
   return {};
 }
 
 HMODULE ModuleOf(void* handle) {
   link_map* map = nullptr;
-  if (dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0) {
-    return nullptr;
-  }
+  if (dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0) return nullptr;
   return map->l_prev == nullptr ? GetModuleHandleA(nullptr) : platform::ModuleAt(map->l_ld);
 }
 
@@ -125,17 +117,11 @@ std::string ProgramDirectory() {
 // name depends on which library calls it. A name that lies nowhere is looked for beside the
 // program.
 std::string Locate(const std::string& file) {
-  if (file.find('/') != std::string::npos) {
-    return file;
-  }
-  if (std::string path = PathOfLoaded(file); !path.empty()) {
-    return path;
-  }
+  if (file.find('/') != std::string::npos) return file;
+  if (std::string path = PathOfLoaded(file); !path.empty()) return path;
   for (const std::string& directory : {ProgramDirectory(), ExtraDirectory()}) {
     std::string path = std::filesystem::path(directory) / file;
-    if (!directory.empty() && access(path.c_str(), F_OK) == 0) {
-      return path;
-    }
+    if (!directory.empty() && access(path.c_str(), F_OK) == 0) return path;
   }
   return std::filesystem::path(ProgramDirectory()) / file;
 }
@@ -155,9 +141,7 @@ bool IsModule(HMODULE module) {
 void* Reopen(HMODULE module) {
   const std::vector<Module> modules = Modules();
   const auto known = FindModule(modules, module);
-  if (known == modules.end()) {
-    return nullptr;
-  }
+  if (known == modules.end()) return nullptr;
   return dlopen(known->path.empty() ? nullptr : known->path.c_str(), RTLD_NOW | RTLD_NOLOAD);
 }
 
@@ -166,9 +150,7 @@ FARPROC KnownFunction(HMODULE module, std::string_view name) {
   LoadedLibraries& loaded = Loaded();
   const std::lock_guard lock(loaded.mutex);
   const auto library = loaded.byModule.find(module);
-  if (library == loaded.byModule.end()) {
-    return nullptr;
-  }
+  if (library == loaded.byModule.end()) return nullptr;
   const auto known = library->second.found.find(name);
   return known == library->second.found.end() ? nullptr : known->second;
 }
@@ -177,9 +159,7 @@ void Remember(HMODULE module, const char* name, FARPROC function) {
   LoadedLibraries& loaded = Loaded();
   const std::lock_guard lock(loaded.mutex);
   const auto library = loaded.byModule.find(module);
-  if (library != loaded.byModule.end()) {
-    library->second.found.emplace(name, function);
-  }
+  if (library != loaded.byModule.end()) library->second.found.emplace(name, function);
 }
 
 }  // namespace
@@ -215,9 +195,7 @@ BOOL WINAPI FreeLibrary(HMODULE module) {
     return IsModule(module) ? TRUE : Fail<BOOL>(ERROR_MOD_NOT_FOUND, FALSE);
   }
   void* handle = found->second.handle;
-  if (--found->second.useCount == 0) {
-    loaded.byModule.erase(found);
-  }
+  if (--found->second.useCount == 0) loaded.byModule.erase(found);
   lock.unlock();
   dlclose(handle);
   return TRUE;
@@ -228,13 +206,9 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
     platform::Unsupported("GetProcAddress", "a function's number instead of its name");
   }
   HMODULE owner = module == nullptr ? GetModuleHandleA(nullptr) : module;
-  if (FARPROC known = KnownFunction(owner, name); known != nullptr) {
-    return known;
-  }
+  if (FARPROC known = KnownFunction(owner, name); known != nullptr) return known;
   void* handle = Reopen(owner);
-  if (handle == nullptr) {
-    return Fail<FARPROC>(ERROR_MOD_NOT_FOUND, nullptr);
-  }
+  if (handle == nullptr) return Fail<FARPROC>(ERROR_MOD_NOT_FOUND, nullptr);
   void* address = dlsym(handle, name);
   dlclose(handle);
   // dlsym also looks into the libraries that this one needs; Windows does not.
@@ -247,15 +221,11 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
 }
 
 HMODULE WINAPI GetModuleHandleA(LPCSTR fileName) {
-  if (fileName == nullptr) {
-    return Modules().front().handle;
-  }
+  if (fileName == nullptr) return Modules().front().handle;
   const std::string file = LibraryFile(fileName);
   const std::string path = file.find('/') == std::string::npos ? PathOfLoaded(file) : file;
   void* handle = path.empty() ? nullptr : dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
-  if (handle == nullptr) {
-    return Fail<HMODULE>(ERROR_MOD_NOT_FOUND, nullptr);
-  }
+  if (handle == nullptr) return Fail<HMODULE>(ERROR_MOD_NOT_FOUND, nullptr);
   HMODULE module = ModuleOf(handle);
   dlclose(handle);
   return module;

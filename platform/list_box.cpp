@@ -21,9 +21,7 @@ ListBox::Entry* ListBox::EntryAt(WPARAM index) {
 }
 
 bool ListBox::Select(int index) {
-  if (index < -1 || index >= Count()) {
-    return false;
-  }
+  if (index < -1 || index >= Count()) return false;
   selected_ = index;
   return true;
 }
@@ -43,17 +41,13 @@ LRESULT ListBox::Add(const char* text) {
 }
 
 LRESULT ListBox::CopyText(const Entry* entry, LPARAM buffer) const {
-  if (entry == nullptr || buffer == 0) {
-    return LB_ERR;
-  }
+  if (entry == nullptr || buffer == 0) return LB_ERR;
   std::memcpy(reinterpret_cast<char*>(buffer), entry->text.c_str(), entry->text.size() + 1);
   return TextLength(entry->text);
 }
 
 LRESULT ListBox::SetTabStops(WPARAM count, LPARAM stops) {
-  if ((style_ & LBS_USETABSTOPS) == 0 || (count != 0 && stops == 0)) {
-    return FALSE;
-  }
+  if ((style_ & LBS_USETABSTOPS) == 0 || (count != 0 && stops == 0)) return FALSE;
   const auto* first = reinterpret_cast<const int*>(stops);
   tabStops_.assign(first, first + count);
   return TRUE;
@@ -82,9 +76,7 @@ std::optional<LRESULT> ListBox::Receive(UINT message, WPARAM wordParam, LPARAM l
     case LB_GETITEMDATA:
       return entry == nullptr ? LB_ERR : entry->data;
     case LB_SETITEMDATA:
-      if (entry == nullptr) {
-        return LB_ERR;
-      }
+      if (entry == nullptr) return LB_ERR;
       entry->data = longParam;
       return TRUE;
     default:

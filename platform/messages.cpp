@@ -82,9 +82,7 @@ LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wordParam, LPARAM 
   Lock lock(TheDesktop().mutex);
   const MSG sent{window, message, wordParam, longParam};
   const platform::Window* to = TheDesktop().Find(window);
-  if (to == nullptr || to->queue == QueueOfThisThread()) {
-    return CallWindow(lock, sent);
-  }
+  if (to == nullptr || to->queue == QueueOfThisThread()) return CallWindow(lock, sent);
   return AskOtherThread(lock, *to->queue, sent);
 }
 

@@ -19,9 +19,7 @@ using Main = int WINAPI(HINSTANCE, HINSTANCE, LPSTR, int);
 
 // The program's file: what stands in quotation marks, or everything.
 std::string ProgramOf(const std::string& commandLine) {
-  if (!commandLine.starts_with('"')) {
-    return commandLine;
-  }
+  if (!commandLine.starts_with('"')) return commandLine;
   if (commandLine.find('"', 1) + 1 != commandLine.size()) {
     platform::Unsupported("WinExec", "a program with arguments");
   }
@@ -47,17 +45,11 @@ UINT WINAPI WinExec(LPCSTR commandLine, UINT showCommand) {
   constexpr UINT kStarted = 33;  // any number above 31
   constexpr std::chrono::seconds kPatience{30};
   const std::string file = ProgramOf(commandLine);
-  if (_access(file.c_str(), 0) != 0) {
-    return ERROR_FILE_NOT_FOUND;
-  }
+  if (_access(file.c_str(), 0) != 0) return ERROR_FILE_NOT_FOUND;
   HMODULE program = LoadLibraryA(file.c_str());
-  if (program == nullptr) {
-    return ERROR_BAD_FORMAT;
-  }
+  if (program == nullptr) return ERROR_BAD_FORMAT;
   auto* main = std::bit_cast<Main*>(GetProcAddress(program, "WinMain"));
-  if (main == nullptr) {
-    platform::Unsupported("WinExec", "a program without a WinMain");
-  }
+  if (main == nullptr) platform::Unsupported("WinExec", "a program without a WinMain");
   const auto queue = std::make_shared<MessageQueue>();
   std::thread(Run, program, main, static_cast<int>(showCommand), queue).detach();
   // As on Windows, until it is ready for its first message.

@@ -80,9 +80,7 @@ bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0
 // A broken UTF-8 sequence counts as one character, however many of its bytes are there.
 void SkipBrokenSequence(std::string_view& rest) {
   rest.remove_prefix(1);
-  while (!rest.empty() && IsContinuation(rest.front())) {
-    rest.remove_prefix(1);
-  }
+  while (!rest.empty() && IsContinuation(rest.front())) rest.remove_prefix(1);
 }
 
 std::string Bytes(char16_t unit) {

@@ -46,9 +46,7 @@ OpenKeys& Keys() {
 constexpr LSTATUS Status(DWORD error) { return static_cast<LSTATUS>(error); }
 
 std::optional<OpenKey> Look(HKEY key) {
-  if (key == HKEY_LOCAL_MACHINE) {
-    return OpenKey{"HKEY_LOCAL_MACHINE", KEY_READ | KEY_WRITE};
-  }
+  if (key == HKEY_LOCAL_MACHINE) return OpenKey{"HKEY_LOCAL_MACHINE", KEY_READ | KEY_WRITE};
   OpenKeys& keys = Keys();
   const std::lock_guard lock(keys.mutex);
   const auto found = keys.byHandle.find(key);
@@ -70,9 +68,7 @@ std::string Environment(const char* name) {
 }
 
 std::string FilePath() {
-  if (std::string path = Environment("QLX99_REGISTRY"); !path.empty()) {
-    return path;
-  }
+  if (std::string path = Environment("QLX99_REGISTRY"); !path.empty()) return path;
   const std::string settings = Environment("XDG_CONFIG_HOME");
   const std::filesystem::path directory =
       settings.empty() ? std::filesystem::path(Environment("HOME")) / ".config"
@@ -126,9 +122,7 @@ std::shared_ptr<const RegistryFile> Read() {
   const std::lock_guard lock(known.mutex);
   struct stat facts {};
   const bool present = stat(path.c_str(), &facts) == 0;
-  if (present && known.content != nullptr && IsUnchanged(known.facts, facts)) {
-    return known.content;
-  }
+  if (present && known.content != nullptr && IsUnchanged(known.facts, facts)) return known.content;
   auto content = std::make_shared<const RegistryFile>(ReadFile(path));
   const bool keep = present && IsSettled(facts);
   known.facts = facts;
@@ -140,16 +134,12 @@ std::shared_ptr<const RegistryFile> Read() {
 LSTATUS Write(const RegistryFile& registry) {
   const std::filesystem::path path = FilePath();
   std::error_code error;
-  if (path.has_parent_path()) {
-    std::filesystem::create_directories(path.parent_path(), error);
-  }
+  if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), error);
   const std::string draft = path.string() + "." + std::to_string(getpid());
   std::ofstream file(draft, std::ios::binary | std::ios::trunc);
   file << registry.Format();
   file.close();
-  if (file) {
-    std::filesystem::rename(draft, path, error);
-  }
+  if (file) std::filesystem::rename(draft, path, error);
   if (!file || error) {
     std::filesystem::remove(draft, error);
     return Status(ERROR_ACCESS_DENIED);
@@ -159,9 +149,7 @@ LSTATUS Write(const RegistryFile& registry) {
 
 std::string Below(const std::string& path, LPCSTR subKey) {
   std::string below = subKey == nullptr ? "" : subKey;
-  while (below.ends_with('\\')) {
-    below.pop_back();
-  }
+  while (below.ends_with('\\')) below.pop_back();
   return below.empty() ? path : path + '\\' + below;
 }
 
@@ -169,20 +157,12 @@ std::string Text(LPCSTR text) { return text == nullptr ? "" : text; }
 
 // Hands over a value's bytes as all of Windows' queries do; see RegQueryValueExA.
 LSTATUS Deliver(const RegistryValue& value, DWORD* type, BYTE* data, DWORD* size) {
-  if (type != nullptr) {
-    *type = value.type;
-  }
-  if (size == nullptr) {
-    return ERROR_SUCCESS;
-  }
+  if (type != nullptr) *type = value.type;
+  if (size == nullptr) return ERROR_SUCCESS;
   const DWORD room = *size;
   *size = static_cast<DWORD>(value.bytes.size());
-  if (data == nullptr) {
-    return ERROR_SUCCESS;
-  }
-  if (room < *size) {
-    return Status(ERROR_MORE_DATA);
-  }
+  if (data == nullptr) return ERROR_SUCCESS;
+  if (room < *size) return Status(ERROR_MORE_DATA);
   std::copy(value.bytes.begin(), value.bytes.end(), data);
   return ERROR_SUCCESS;
 }
@@ -191,13 +171,9 @@ LSTATUS Deliver(const RegistryValue& value, DWORD* type, BYTE* data, DWORD* size
 
 LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD /*options*/, REGSAM access,
                              HKEY* result) {
-  if (result == nullptr) {
-    return Status(ERROR_INVALID_PARAMETER);
-  }
+  if (result == nullptr) return Status(ERROR_INVALID_PARAMETER);
   const std::optional<OpenKey> parent = Look(key);
-  if (!parent) {
-    return Status(ERROR_INVALID_HANDLE);
-  }
+  if (!parent) return Status(ERROR_INVALID_HANDLE);
   const std::string path = Below(parent->path, subKey);
   if (path != "HKEY_LOCAL_MACHINE" && !Read()->Has(path)) {
     *result = nullptr;
@@ -214,12 +190,8 @@ LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* reserved, DWO
     return Status(ERROR_INVALID_PARAMETER);
   }
   const std::optional<OpenKey> open = Look(key);
-  if (!open) {
-    return Status(ERROR_INVALID_HANDLE);
-  }
-  if ((open->access & KEY_QUERY_VALUE) == 0) {
-    return Status(ERROR_ACCESS_DENIED);
-  }
+  if (!open) return Status(ERROR_INVALID_HANDLE);
+  if ((open->access & KEY_QUERY_VALUE) == 0) return Status(ERROR_ACCESS_DENIED);
   const std::shared_ptr<const RegistryFile> registry = Read();
   const RegistryValue* value = registry->Find(open->path, Text(valueName));
   return value == nullptr ? Status(ERROR_FILE_NOT_FOUND) : Deliver(*value, type, data, size);
@@ -231,21 +203,15 @@ LSTATUS WINAPI RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD /*reserved*/, LPST
   if (options != REG_OPTION_NON_VOLATILE || security != nullptr) {
     platform::Unsupported("RegCreateKeyExA", "a key with options or a security descriptor");
   }
-  if (subKey == nullptr || result == nullptr) {
-    return Status(ERROR_INVALID_PARAMETER);
-  }
+  if (subKey == nullptr || result == nullptr) return Status(ERROR_INVALID_PARAMETER);
   const std::optional<OpenKey> parent = Look(key);
-  if (!parent) {
-    return Status(ERROR_INVALID_HANDLE);
-  }
+  if (!parent) return Status(ERROR_INVALID_HANDLE);
   const std::string path = Below(parent->path, subKey);
   RegistryFile registry = *Read();
   const bool present = registry.Has(path);
   if (!present) {
     registry.CreateKey(path);
-    if (const LSTATUS status = Write(registry); status != ERROR_SUCCESS) {
-      return status;
-    }
+    if (const LSTATUS status = Write(registry); status != ERROR_SUCCESS) return status;
   }
   if (disposition != nullptr) {
     *disposition = present ? REG_OPENED_EXISTING_KEY : REG_CREATED_NEW_KEY;
@@ -257,19 +223,11 @@ LSTATUS WINAPI RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD /*reserved*/, LPST
 LSTATUS WINAPI RegSetValueExA(HKEY key, LPCSTR valueName, DWORD /*reserved*/, DWORD type,
                               const BYTE* data, DWORD size) {
   const std::optional<OpenKey> open = Look(key);
-  if (!open) {
-    return Status(ERROR_INVALID_HANDLE);
-  }
-  if ((open->access & KEY_SET_VALUE) == 0) {
-    return Status(ERROR_ACCESS_DENIED);
-  }
-  if (data == nullptr && size != 0) {
-    return Status(ERROR_INVALID_PARAMETER);
-  }
+  if (!open) return Status(ERROR_INVALID_HANDLE);
+  if ((open->access & KEY_SET_VALUE) == 0) return Status(ERROR_ACCESS_DENIED);
+  if (data == nullptr && size != 0) return Status(ERROR_INVALID_PARAMETER);
   std::string bytes;
-  if (size != 0) {
-    bytes.assign(reinterpret_cast<const char*>(data), size);
-  }
+  if (size != 0) bytes.assign(reinterpret_cast<const char*>(data), size);
   RegistryFile registry = *Read();
   registry.Set(open->path, {Text(valueName), type, bytes});
   return Write(registry);
@@ -277,23 +235,15 @@ LSTATUS WINAPI RegSetValueExA(HKEY key, LPCSTR valueName, DWORD /*reserved*/, DW
 
 LSTATUS WINAPI RegDeleteValueA(HKEY key, LPCSTR valueName) {
   const std::optional<OpenKey> open = Look(key);
-  if (!open) {
-    return Status(ERROR_INVALID_HANDLE);
-  }
-  if ((open->access & KEY_SET_VALUE) == 0) {
-    return Status(ERROR_ACCESS_DENIED);
-  }
+  if (!open) return Status(ERROR_INVALID_HANDLE);
+  if ((open->access & KEY_SET_VALUE) == 0) return Status(ERROR_ACCESS_DENIED);
   RegistryFile registry = *Read();
-  if (!registry.Remove(open->path, Text(valueName))) {
-    return Status(ERROR_FILE_NOT_FOUND);
-  }
+  if (!registry.Remove(open->path, Text(valueName))) return Status(ERROR_FILE_NOT_FOUND);
   return Write(registry);
 }
 
 LSTATUS WINAPI RegCloseKey(HKEY key) {
-  if (key == HKEY_LOCAL_MACHINE) {
-    return ERROR_SUCCESS;
-  }
+  if (key == HKEY_LOCAL_MACHINE) return ERROR_SUCCESS;
   OpenKeys& keys = Keys();
   const std::lock_guard lock(keys.mutex);
   return keys.byHandle.erase(key) == 1 ? ERROR_SUCCESS : Status(ERROR_INVALID_HANDLE);

@@ -79,9 +79,7 @@ std::optional<std::uint32_t> HexNumber(std::string_view digits) {
 
 std::string LittleEndian(std::uint32_t number) {
   std::string bytes;
-  for (int shift = 0; shift < 32; shift += 8) {
-    bytes += static_cast<char>(number >> shift & 0xFF);
-  }
+  for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(number >> shift & 0xFF);
   return bytes;
 }
 
@@ -90,9 +88,7 @@ std::optional<std::string> HexBytes(std::string_view list) {
   while (!list.empty()) {
     const std::size_t end = std::min(list.find(','), list.size());
     const std::optional<std::uint32_t> byte = HexNumber(Trim(list.substr(0, end)));
-    if (!byte || *byte > 0xFF) {
-      return std::nullopt;
-    }
+    if (!byte || *byte > 0xFF) return std::nullopt;
     bytes += static_cast<char>(*byte);
     list.remove_prefix(std::min(end + 1, list.size()));
   }
@@ -107,9 +103,7 @@ std::optional<RegistryValue> ParseData(std::string_view data) {
                                 : std::nullopt;
   }
   const std::size_t colon = data.find(':');
-  if (colon == std::string_view::npos) {
-    return std::nullopt;
-  }
+  if (colon == std::string_view::npos) return std::nullopt;
   const std::string_view kind = data.substr(0, colon);
   const std::string_view rest = Trim(data.substr(colon + 1));
   if (kind == "dword") {
@@ -136,13 +130,9 @@ std::optional<RegistryValue> ParseValue(std::string_view line) {
     line.remove_prefix(1);
   }
   line = Trim(line);
-  if (!name || !line.starts_with('=')) {
-    return std::nullopt;
-  }
+  if (!name || !line.starts_with('=')) return std::nullopt;
   std::optional<RegistryValue> value = ParseData(Trim(line.substr(1)));
-  if (value) {
-    value->name = *std::move(name);
-  }
+  if (value) value->name = *std::move(name);
   return value;
 }
 
@@ -151,9 +141,7 @@ std::optional<RegistryValue> ParseValue(std::string_view line) {
 std::string Quoted(std::string_view text) {
   std::string quoted = "\"";
   for (const char c : text) {
-    if (c == '"' || c == '\\') {
-      quoted += '\\';
-    }
+    if (c == '"' || c == '\\') quoted += '\\';
     quoted += c;
   }
   return quoted + '"';
@@ -181,9 +169,7 @@ std::string FormatValue(const RegistryValue& value) {
   if (value.type == REG_SZ && FitsQuotes(value.bytes)) {
     return name + '=' + Quoted(std::string_view(value.bytes).substr(0, value.bytes.size() - 1));
   }
-  if (value.type == REG_BINARY) {
-    return name + "=hex:" + Hex(value.bytes);
-  }
+  if (value.type == REG_BINARY) return name + "=hex:" + Hex(value.bytes);
   char kind[16];
   std::snprintf(kind, sizeof kind, "=hex(%x):", value.type);
   return name + kind + Hex(value.bytes);
@@ -210,9 +196,7 @@ std::string RegistryFile::Format() const {
   std::string text = "REGEDIT4\r\n";
   for (const RegistryKey& key : keys_) {
     text += "\r\n[" + key.path + "]\r\n";
-    for (const RegistryValue& value : key.values) {
-      text += FormatValue(value) + "\r\n";
-    }
+    for (const RegistryValue& value : key.values) text += FormatValue(value) + "\r\n";
   }
   return text;
 }
@@ -227,9 +211,7 @@ bool RegistryFile::Has(const std::string& path) const {
 
 const RegistryValue* RegistryFile::Find(const std::string& path, const std::string& name) const {
   const auto key = FindKey(keys_, path);
-  if (key == keys_.end()) {
-    return nullptr;
-  }
+  if (key == keys_.end()) return nullptr;
   const auto value = FindValue(key->values, name);
   return value == key->values.end() ? nullptr : &*value;
 }
@@ -254,13 +236,9 @@ void RegistryFile::Set(const std::string& path, RegistryValue value) {
 
 bool RegistryFile::Remove(const std::string& path, const std::string& name) {
   const auto key = FindKey(keys_, path);
-  if (key == keys_.end()) {
-    return false;
-  }
+  if (key == keys_.end()) return false;
   const auto value = FindValue(key->values, name);
-  if (value == key->values.end()) {
-    return false;
-  }
+  if (value == key->values.end()) return false;
   key->values.erase(value);
   return true;
 }

@@ -32,12 +32,8 @@ AllEmbedded& All() {
 std::optional<WORD> TakeNumber(ByteReader& reader) {
   constexpr WORD kNumberMark = 0xFFFF;
   const WORD first = reader.U16();
-  if (first == kNumberMark) {
-    return reader.U16();
-  }
-  if (first != 0) {
-    reader.WideText();
-  }
+  if (first == kNumberMark) return reader.U16();
+  if (first != 0) reader.WideText();
   return std::nullopt;
 }
 
@@ -54,9 +50,7 @@ ResourceBytes FindResourceIn(ResourceBytes script, WORD type, WORD id) {
     reader.Align();
     const std::optional<WORD> foundType = TakeNumber(header);
     const std::optional<WORD> foundId = TakeNumber(header);
-    if (reader.Ok() && header.Ok() && foundType == type && foundId == id) {
-      return data;
-    }
+    if (reader.Ok() && header.Ok() && foundType == type && foundId == id) return data;
   }
   return {};
 }
@@ -67,9 +61,7 @@ ResourceBytes FindResourceOf(HMODULE module, WORD type, WORD id) {
   for (const Embedded& embedded : all.scripts) {
     const ResourceBytes found =
         embedded.module == module ? FindResourceIn(embedded.script, type, id) : ResourceBytes{};
-    if (!found.empty()) {
-      return found;
-    }
+    if (!found.empty()) return found;
   }
   return {};
 }

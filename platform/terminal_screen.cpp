@@ -40,9 +40,7 @@ std::size_t NextColumn(const std::vector<int>& stops, std::size_t column) {
   }
   for (const int stop : stops) {
     const std::size_t stopColumn = static_cast<std::size_t>(std::max(stop, 0)) / kUnitsPerCharacter;
-    if (stopColumn > column) {
-      return stopColumn;
-    }
+    if (stopColumn > column) return stopColumn;
   }
   return column + 1;
 }
@@ -72,9 +70,7 @@ const Control* VisibleList(const DialogView& dialog) {
 void PrintTexts(std::ostream& out, const DialogView& dialog) {
   out << '\n' << Shown(dialog.Title());
   for (const Control& control : dialog.Controls()) {
-    if (!control.IsVisible()) {
-      continue;
-    }
+    if (!control.IsVisible()) continue;
     if (control.kind == ControlKind::kStatic) {
       out << '\n' << Shown(control.text);
     } else if (control.kind == ControlKind::kEdit) {
@@ -121,9 +117,7 @@ std::optional<int> NumberIn(std::string_view answer) {
 
 // False when the answer means nothing here.
 bool Act(DialogView& dialog, const std::string& answer) {
-  if (answer.empty()) {
-    return PressDefault(dialog);
-  }
+  if (answer.empty()) return PressDefault(dialog);
   const std::optional<int> number = NumberIn(answer);
   if (number == 0) {
     dialog.Cancel();
@@ -143,20 +137,14 @@ int TerminalScreen::ShowMessage(const MessageBoxView& message) {
 void TerminalScreen::ShowDialog(DialogView& dialog) {
   const Control* list = VisibleList(dialog);
   PrintTexts(out_, dialog);
-  if (list != nullptr) {
-    PrintLines(out_, list->list);
-  }
+  if (list != nullptr) PrintLines(out_, list->list);
   constexpr int kAttempts = 10;  // a script that answers nonsense must come to an end, too
   for (int attempt = 0; attempt < kAttempts && dialog.IsOpen(); ++attempt) {
     PrintPrompt(out_, list);
     std::string answer;
-    if (!std::getline(in_, answer)) {
-      break;
-    }
+    if (!std::getline(in_, answer)) break;
     std::erase_if(answer, [](char c) { return c == ' ' || c == '\r'; });
-    if (!Act(dialog, answer)) {
-      out_ << "Diese Nummer steht nicht zur Wahl.\n";
-    }
+    if (!Act(dialog, answer)) out_ << "Diese Nummer steht nicht zur Wahl.\n";
   }
   dialog.Cancel();
 }

@@ -52,21 +52,15 @@ std::basic_string_view<Char> Input(const Char* source, int length) {
 template <class Char>
 int Deliver(const std::basic_string<Char>& result, Char* destination, int room) {
   const int length = static_cast<int>(result.size());
-  if (room == 0) {
-    return length;
-  }
-  if (room < length) {
-    return Fail(ERROR_INSUFFICIENT_BUFFER);
-  }
+  if (room == 0) return length;
+  if (room < length) return Fail(ERROR_INSUFFICIENT_BUFFER);
   std::copy(result.begin(), result.end(), destination);
   return length;
 }
 
 constexpr unsigned char UpperInAnsi(unsigned char c) {
   const bool latin = (c >= 'a' && c <= 'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7);
-  if (latin) {
-    return static_cast<unsigned char>(c - 0x20);
-  }
+  if (latin) return static_cast<unsigned char>(c - 0x20);
   switch (c) {
     case 0x9A:  // s, o-e and z: beyond Latin-1
     case 0x9C:
@@ -87,13 +81,9 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR source, int so
   if (!encoding || !AreSound(source, sourceLength, destination, destinationLength)) {
     return Fail(ERROR_INVALID_PARAMETER);
   }
-  if ((flags & ~MB_ERR_INVALID_CHARS) != 0) {
-    return Fail(ERROR_INVALID_FLAGS);
-  }
+  if ((flags & ~MB_ERR_INVALID_CHARS) != 0) return Fail(ERROR_INVALID_FLAGS);
   const platform::WideText wide = platform::ToUtf16(*encoding, Input(source, sourceLength));
-  if (wide.broken && flags == MB_ERR_INVALID_CHARS) {
-    return Fail(ERROR_NO_UNICODE_TRANSLATION);
-  }
+  if (wide.broken && flags == MB_ERR_INVALID_CHARS) return Fail(ERROR_NO_UNICODE_TRANSLATION);
   return Deliver(wide.text, destination, destinationLength);
 }
 
@@ -119,16 +109,12 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR source, int s
   if (narrow.substituted && flags == WC_ERR_INVALID_CHARS) {
     return Fail(ERROR_NO_UNICODE_TRANSLATION);
   }
-  if (usedDefaultChar != nullptr) {
-    *usedDefaultChar = narrow.substituted ? TRUE : FALSE;
-  }
+  if (usedDefaultChar != nullptr) *usedDefaultChar = narrow.substituted ? TRUE : FALSE;
   return Deliver(narrow.text, destination, destinationLength);
 }
 
 BOOL WINAPI OemToCharA(LPCSTR source, LPSTR destination) {
-  if (source == nullptr || destination == nullptr) {
-    return FALSE;
-  }
+  if (source == nullptr || destination == nullptr) return FALSE;
   // Converted before anything is written: both may be the same text.
   const std::string ansi =
       platform::FromUtf16(Encoding::kAnsi, platform::ToUtf16(Encoding::kOem, source).text, "?")
@@ -138,9 +124,7 @@ BOOL WINAPI OemToCharA(LPCSTR source, LPSTR destination) {
 }
 
 DWORD WINAPI CharUpperBuffA(LPSTR text, DWORD length) {
-  if (text == nullptr) {
-    return 0;
-  }
+  if (text == nullptr) return 0;
   std::transform(text, text + length, text, [](char c) {
     return static_cast<char>(UpperInAnsi(static_cast<unsigned char>(c)));
   });

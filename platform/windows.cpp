@@ -42,9 +42,7 @@ std::vector<HWND> OwnedBy(HWND owner) {
   const Lock lock(TheDesktop().mutex);
   std::vector<HWND> owned;
   for (const auto& [handle, window] : TheDesktop().windows) {
-    if (window.owner == owner) {
-      owned.push_back(handle);
-    }
+    if (window.owner == owner) owned.push_back(handle);
   }
   return owned;
 }
@@ -56,9 +54,7 @@ ATOM WINAPI RegisterClassA(const WNDCLASSA* windowClass) {
   const Lock lock(desktop.mutex);
   const auto [place, isNew] = desktop.classes.try_emplace(
       {windowClass->hInstance, UpperCase(windowClass->lpszClassName)}, *windowClass);
-  if (!isNew) {
-    return Fail<ATOM>(ERROR_CLASS_ALREADY_EXISTS, 0);
-  }
+  if (!isNew) return Fail<ATOM>(ERROR_CLASS_ALREADY_EXISTS, 0);
   place->second.lpszClassName = nullptr;  // the caller's
   return static_cast<ATOM>(0xC000 + desktop.classes.size());
 }
@@ -67,14 +63,10 @@ BOOL WINAPI UnregisterClassA(LPCSTR className, HINSTANCE module) {
   Desktop& desktop = TheDesktop();
   const Lock lock(desktop.mutex);
   const auto found = desktop.classes.find({module, UpperCase(className)});
-  if (found == desktop.classes.end()) {
-    return Fail<BOOL>(ERROR_CLASS_DOES_NOT_EXIST, FALSE);
-  }
+  if (found == desktop.classes.end()) return Fail<BOOL>(ERROR_CLASS_DOES_NOT_EXIST, FALSE);
   const bool hasWindows = std::ranges::any_of(
       desktop.windows, [&](const auto& one) { return one.second.windowClass == found->first; });
-  if (hasWindows) {
-    return Fail<BOOL>(ERROR_CLASS_HAS_WINDOWS, FALSE);
-  }
+  if (hasWindows) return Fail<BOOL>(ERROR_CLASS_HAS_WINDOWS, FALSE);
   desktop.classes.erase(found);
   return TRUE;
 }
@@ -82,9 +74,7 @@ BOOL WINAPI UnregisterClassA(LPCSTR className, HINSTANCE module) {
 BOOL WINAPI GetClassInfoA(HINSTANCE module, LPCSTR className, WNDCLASSA* windowClass) {
   const Lock lock(TheDesktop().mutex);
   const auto found = TheDesktop().classes.find({module, UpperCase(className)});
-  if (found == TheDesktop().classes.end()) {
-    return Fail<BOOL>(ERROR_CLASS_DOES_NOT_EXIST, FALSE);
-  }
+  if (found == TheDesktop().classes.end()) return Fail<BOOL>(ERROR_CLASS_DOES_NOT_EXIST, FALSE);
   *windowClass = found->second;
   windowClass->lpszClassName = className;
   return TRUE;
@@ -103,9 +93,7 @@ HWND WINAPI CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title,
     if (found == TheDesktop().classes.end()) {
       return Fail<HWND>(ERROR_CANNOT_FIND_WND_CLASS, nullptr);
     }
-    if (owner != nullptr && Find(owner) == nullptr) {
-      return nullptr;
-    }
+    if (owner != nullptr && Find(owner) == nullptr) return nullptr;
     handle = Add({found->first, found->second.lpfnWndProc, title == nullptr ? "" : title,
                   style | WS_CLIPSIBLINGS, owner, platform::QueueOfThisThread()});
   }
@@ -117,16 +105,12 @@ BOOL WINAPI DestroyWindow(HWND window) {
   {
     const Lock lock(TheDesktop().mutex);
     const Window* found = Find(window);
-    if (found == nullptr) {
-      return FALSE;
-    }
+    if (found == nullptr) return FALSE;
     if (found->queue != platform::QueueOfThisThread()) {
       return Fail<BOOL>(ERROR_ACCESS_DENIED, FALSE);
     }
   }
-  for (HWND owned : OwnedBy(window)) {
-    DestroyWindow(owned);
-  }
+  for (HWND owned : OwnedBy(window)) DestroyWindow(owned);
   SendMessageA(window, WM_DESTROY, 0, 0);
   const Lock lock(TheDesktop().mutex);
   TheDesktop().windows.erase(window);
@@ -146,9 +130,7 @@ HWND WINAPI FindWindowA(LPCSTR className, LPCSTR title) {
   for (const auto& [handle, window] : TheDesktop().windows) {
     const bool isOfClass = className == nullptr || window.windowClass.second == name;
     const bool hasTitle = title == nullptr || UpperCase(window.title.c_str()) == text;
-    if (isOfClass && hasTitle) {
-      return handle;
-    }
+    if (isOfClass && hasTitle) return handle;
   }
   return nullptr;
 }
@@ -157,18 +139,14 @@ HWND WINAPI FindWindowA(LPCSTR className, LPCSTR title) {
 BOOL WINAPI ShowWindow(HWND window, int command) {
   const Lock lock(TheDesktop().mutex);
   Window* found = Find(window);
-  if (found == nullptr) {
-    return FALSE;
-  }
+  if (found == nullptr) return FALSE;
   const bool wasVisible = (found->style & WS_VISIBLE) != 0;
   found->style = command == SW_HIDE ? found->style & ~WS_VISIBLE : found->style | WS_VISIBLE;
   return wasVisible ? TRUE : FALSE;
 }
 
 LONG WINAPI GetWindowLongA(HWND window, int index) {
-  if (index != GWL_STYLE) {
-    Unsupported("GetWindowLongA", "anything but the style");
-  }
+  if (index != GWL_STYLE) Unsupported("GetWindowLongA", "anything but the style");
   const Lock lock(TheDesktop().mutex);
   const Window* found = Find(window);
   return found == nullptr ? 0 : static_cast<LONG>(found->style);
@@ -181,20 +159,14 @@ BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text) {
   }
   const Lock lock(TheDesktop().mutex);
   Window* found = Find(window);
-  if (found == nullptr) {
-    return FALSE;
-  }
+  if (found == nullptr) return FALSE;
   found->title = text == nullptr ? "" : text;
   return TRUE;
 }
 
 LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM /*wordParam*/, LPARAM longParam) {
-  if (message == WM_SETTEXT) {
-    return SetWindowTextA(window, reinterpret_cast<LPCSTR>(longParam));
-  }
-  if (message == WM_CLOSE) {
-    DestroyWindow(window);
-  }
+  if (message == WM_SETTEXT) return SetWindowTextA(window, reinterpret_cast<LPCSTR>(longParam));
+  if (message == WM_CLOSE) DestroyWindow(window);
   return 0;
 }
 

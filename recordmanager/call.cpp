@@ -5,9 +5,7 @@
 namespace recordmanager {
 
 std::span<std::uint8_t> Call::Data() const {
-  if (dataBuffer == nullptr || dataLength == nullptr) {
-    return {};
-  }
+  if (dataBuffer == nullptr || dataLength == nullptr) return {};
   std::uint16_t length = 0;
   std::memcpy(&length, dataLength, sizeof(length));
   return {dataBuffer, length};
@@ -20,9 +18,7 @@ void Call::SetDataLength(std::size_t length) const {
 }
 
 std::string Call::Path() const {
-  if (keyBuffer == nullptr) {
-    return {};
-  }
+  if (keyBuffer == nullptr) return {};
   const void* end = std::memchr(keyBuffer, 0, keyLength);
   const auto* begin = reinterpret_cast<const char*>(keyBuffer);
   return {begin, end == nullptr ? begin + keyLength : static_cast<const char*>(end)};

@@ -52,14 +52,10 @@ static_assert(offsetof(BlockImage, check) == sizeof(BlockImage) - sizeof(std::ui
 }  // namespace
 
 bool Cursor::Load(const std::uint8_t* positionBlock, Cursor& cursor) {
-  if (positionBlock == nullptr) {
-    return false;
-  }
+  if (positionBlock == nullptr) return false;
   BlockImage image{};
   std::memcpy(&image, positionBlock, sizeof(image));
-  if (image.check != CheckWordOf(image) || image.entrySize > Entry::kCapacity) {
-    return false;
-  }
+  if (image.check != CheckWordOf(image) || image.entrySize > Entry::kCapacity) return false;
   cursor.handle = {image.slot, image.generation};
   cursor.keyNumber = image.keyNumber;
   cursor.entry = {image.entry, image.entrySize};

@@ -20,9 +20,7 @@ int Engine::Serve(const Call& call) noexcept {
 
 int Engine::Dispatch(const Call& call) {
   files_.CloseIdle();
-  if (inTransaction_ && call.client != transactionClient_) {
-    return btrieve::kFileInUse;
-  }
+  if (inTransaction_ && call.client != transactionClient_) return btrieve::kFileInUse;
   switch (call.operation) {
     case btrieve::kOpen:
       return Open(call);
@@ -48,16 +46,12 @@ int Engine::Open(const Call& call) {
   const bool readOnly = call.keyNumber == btrieve::kOpenReadOnly;
   Cursor cursor;
   const int status = files_.Open(HostPath(path), readOnly, call.client, cursor.handle);
-  if (status == btrieve::kSuccess) {
-    cursor.Save(call.positionBlock);
-  }
+  if (status == btrieve::kSuccess) cursor.Save(call.positionBlock);
   return status;
 }
 
 int Engine::Create(const Call& call) {
-  if (inTransaction_) {
-    return btrieve::kNotAllowedInTransaction;
-  }
+  if (inTransaction_) return btrieve::kNotAllowedInTransaction;
   RecordLayout layout;
   if (const int status = ParseLayout(call.Data(), layout); status != btrieve::kSuccess) {
     return status;
@@ -70,45 +64,31 @@ int Engine::Create(const Call& call) {
     return btrieve::kInvalidFileName;
   }
   const bool replace = call.keyNumber != btrieve::kCreateOnly;
-  if (kind == FileKind::kFile && !replace) {
-    return btrieve::kFileExists;
-  }
-  if (const int status = files_.Release(path); status != btrieve::kSuccess) {
-    return status;
-  }
+  if (kind == FileKind::kFile && !replace) return btrieve::kFileExists;
+  if (const int status = files_.Release(path); status != btrieve::kSuccess) return status;
   return CreateRecordFile(path, layout, replace);
 }
 
 int Engine::BeginTransaction(const Call& call) {
-  if (inTransaction_) {
-    return btrieve::kTransactionActive;
-  }
+  if (inTransaction_) return btrieve::kTransactionActive;
   inTransaction_ = true;
   transactionClient_ = call.client;
   return btrieve::kSuccess;
 }
 
 int Engine::EndTransaction(const Call& call) {
-  if (!inTransaction_) {
-    return btrieve::kNoTransaction;
-  }
+  if (!inTransaction_) return btrieve::kNoTransaction;
   inTransaction_ = false;
-  if (call.operation == btrieve::kEndTransaction) {
-    return files_.CommitAll();
-  }
+  if (call.operation == btrieve::kEndTransaction) return files_.CommitAll();
   files_.RollBackAll();
   return btrieve::kSuccess;
 }
 
 int Engine::ServeOpenFile(const Call& call) {
   Cursor cursor;
-  if (!Cursor::Load(call.positionBlock, cursor)) {
-    return btrieve::kFileNotOpen;
-  }
+  if (!Cursor::Load(call.positionBlock, cursor)) return btrieve::kFileNotOpen;
   const OpenFiles::OpenFile* open = files_.Find(cursor.handle, call.client);
-  if (open == nullptr) {
-    return btrieve::kFileNotOpen;
-  }
+  if (open == nullptr) return btrieve::kFileNotOpen;
   int status = btrieve::kSuccess;
   switch (call.operation) {
     case btrieve::kClose:
@@ -136,9 +116,7 @@ int Engine::Close(const Call& call, const Cursor& cursor) {
 int Engine::Stat(const Call& call, RecordFile& file) const {
   RecordLayout layout = file.Layout();
   std::int64_t count = 0;
-  if (const int status = file.CountRecords(count); status != btrieve::kSuccess) {
-    return status;
-  }
+  if (const int status = file.CountRecords(count); status != btrieve::kSuccess) return status;
   layout.file.recordCount = static_cast<std::uint32_t>(count);
   for (std::size_t i = 0; i < layout.keys.size(); ++i) {
     if (const int status = file.CountValues(file.Layout().keys[i], count);
@@ -150,22 +128,16 @@ int Engine::Stat(const Call& call, RecordFile& file) const {
     layout.keys[i] = Key(description);
   }
   const auto answer = DescribeLayout(layout);
-  if (call.Data().size() < answer.size()) {
-    return btrieve::kDataBufferLength;
-  }
+  if (call.Data().size() < answer.size()) return btrieve::kDataBufferLength;
   std::copy(answer.begin(), answer.end(), call.Data().begin());
   call.SetDataLength(answer.size());
   return btrieve::kSuccess;
 }
 
 int Engine::Write(const Call& call, const OpenFiles::OpenFile& open, Cursor& cursor) const {
-  if (open.readOnly) {
-    return btrieve::kAccessDenied;
-  }
+  if (open.readOnly) return btrieve::kAccessDenied;
   if (inTransaction_) {
-    if (const int status = open.file->Begin(); status != btrieve::kSuccess) {
-      return status;
-    }
+    if (const int status = open.file->Begin(); status != btrieve::kSuccess) return status;
   }
   return WriteRecord(call, *open.file, cursor);
 }

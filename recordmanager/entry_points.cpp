@@ -46,9 +46,7 @@ extern "C" short WINAPI BTRCALLID(WORD operation, void* positionBlock, void* dat
                                   char keyNumber, void* clientId) {
   Call call =
       MakeCall(operation, positionBlock, dataBuffer, dataLength, keyBuffer, keyLength, keyNumber);
-  if (clientId != nullptr) {
-    std::memcpy(call.client.data(), clientId, call.client.size());
-  }
+  if (clientId != nullptr) std::memcpy(call.client.data(), clientId, call.client.size());
   return Serve(call);
 }
 

@@ -21,9 +21,7 @@ int StoreDescription(Connection& connection, const RecordLayout& layout) {
   Statement statement;
   const int status =
       connection.Prepare("INSERT INTO file(description, changes) VALUES(?1, 0)", statement);
-  if (status != btrieve::kSuccess) {
-    return status;
-  }
+  if (status != btrieve::kSuccess) return status;
   const auto description = DescribeLayout(layout);
   return statement.Bind(1, description).Run();
 }
@@ -31,18 +29,12 @@ int StoreDescription(Connection& connection, const RecordLayout& layout) {
 int BuildDatabase(const std::string& path, const RecordLayout& layout) {
   Connection connection;
   int status = connection.Open(path, Connection::Way::kNew);
-  if (status == btrieve::kSuccess) {
-    status = connection.Execute("BEGIN");
-  }
+  if (status == btrieve::kSuccess) status = connection.Execute("BEGIN");
   if (status == btrieve::kSuccess) {
     status = connection.Execute((MarksSql() + SchemaSql(layout)).c_str());
   }
-  if (status == btrieve::kSuccess) {
-    status = StoreDescription(connection, layout);
-  }
-  if (status == btrieve::kSuccess) {
-    status = connection.Execute("COMMIT");
-  }
+  if (status == btrieve::kSuccess) status = StoreDescription(connection, layout);
+  if (status == btrieve::kSuccess) status = connection.Execute("COMMIT");
   if (status == btrieve::kSuccess && IsOnLocalDisk(path)) {
     status = connection.Execute("PRAGMA journal_mode = WAL");
   }
@@ -63,9 +55,7 @@ int ClearLogs(const std::string& path) {
   if (InspectFile(path).kind == FileKind::kFile) {
     Connection connection;
     status = connection.Open(path, Connection::Way::kExisting);
-    if (status == btrieve::kSuccess && connection.IsReadOnly()) {
-      return btrieve::kPermissionError;
-    }
+    if (status == btrieve::kSuccess && connection.IsReadOnly()) return btrieve::kPermissionError;
     if (status == btrieve::kSuccess) {
       status = connection.Execute("PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE; COMMIT");
     }
@@ -77,18 +67,14 @@ int ClearLogs(const std::string& path) {
     case btrieve::kRecordInUse:
       return btrieve::kFileInUse;
     default:  // no database, or one past repair
-      for (const char* suffix : {"-wal", "-shm", "-journal"}) {
-        RemoveFile(path + suffix);
-      }
+      for (const char* suffix : {"-wal", "-shm", "-journal"}) RemoveFile(path + suffix);
       return btrieve::kSuccess;
   }
 }
 
 int MoveIntoPlace(const std::string& from, const std::string& to, bool replace) {
   if (replace || InspectFile(to).kind == FileKind::kMissing) {
-    if (const int status = ClearLogs(to); status != btrieve::kSuccess) {
-      return status;
-    }
+    if (const int status = ClearLogs(to); status != btrieve::kSuccess) return status;
   }
   switch (MoveFileTo(from, to, replace)) {
     case MoveResult::kDone:
@@ -104,9 +90,7 @@ int CheckMarks(Connection& connection) {
   std::int64_t application = 0;
   std::int64_t version = 0;
   int status = connection.QueryInteger("PRAGMA application_id", application);
-  if (status == btrieve::kSuccess) {
-    status = connection.QueryInteger("PRAGMA user_version", version);
-  }
+  if (status == btrieve::kSuccess) status = connection.QueryInteger("PRAGMA user_version", version);
   if (status == btrieve::kSuccess &&
       (application != kApplicationId || version < 1 || version > kFormatVersion)) {
     return btrieve::kNotARecordFile;
@@ -124,9 +108,7 @@ int SetJournal(Connection& connection, bool local) {
     connection.SetLogged();
   } else if (status == btrieve::kSuccess) {
     status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
-    if (status == btrieve::kSuccess && mode != "truncate") {
-      return btrieve::kFileInUse;
-    }
+    if (status == btrieve::kSuccess && mode != "truncate") return btrieve::kFileInUse;
   }
   return status;
 }
@@ -134,13 +116,9 @@ int SetJournal(Connection& connection, bool local) {
 int ReadLayout(Connection& connection, RecordLayout& layout) {
   Statement statement;
   int status = connection.Prepare("SELECT description FROM file", statement);
-  if (status != btrieve::kSuccess) {
-    return status;
-  }
+  if (status != btrieve::kSuccess) return status;
   const int result = statement.Step();
-  if (result != SQLITE_ROW) {
-    return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
-  }
+  if (result != SQLITE_ROW) return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
   status = ParseLayout(statement.Bytes(0), layout);
   return status == btrieve::kSuccess ? status : btrieve::kIoError;
 }
@@ -150,32 +128,22 @@ int ReadLayout(Connection& connection, RecordLayout& layout) {
 int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool replace) {
   const std::string beside = UnusedNameBeside(path);
   int status = BuildDatabase(beside, layout);
-  if (status == btrieve::kSuccess) {
-    status = MoveIntoPlace(beside, path, replace);
-  }
-  if (status != btrieve::kSuccess) {
-    RemoveFile(beside);
-  }
+  if (status == btrieve::kSuccess) status = MoveIntoPlace(beside, path, replace);
+  if (status != btrieve::kSuccess) RemoveFile(beside);
   return status;
 }
 
 int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout) {
   int status = connection.Open(path, Connection::Way::kExisting);
-  if (status == btrieve::kSuccess) {
-    status = CheckMarks(connection);
-  }
-  if (status == btrieve::kSuccess) {
-    status = SetJournal(connection, IsOnLocalDisk(path));
-  }
+  if (status == btrieve::kSuccess) status = CheckMarks(connection);
+  if (status == btrieve::kSuccess) status = SetJournal(connection, IsOnLocalDisk(path));
   if (status == btrieve::kSuccess) {
     // FULL is what survives a loss of power in both modes. The cache has room for the pages above
     // the records of a large file, and for some cases' own; there are half a dozen such files in a
     // host.
     status = connection.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -2048");
   }
-  if (status == btrieve::kSuccess) {
-    status = ReadLayout(connection, layout);
-  }
+  if (status == btrieve::kSuccess) status = ReadLayout(connection, layout);
   return status == btrieve::kRecordInUse ? btrieve::kFileInUse : status;
 }
 

@@ -12,9 +12,7 @@ constexpr auto kLongest = 20ms;
 }  // namespace
 
 void HeldRead::Check(Connection& connection) {
-  if (statement_ != nullptr && IsStale(connection)) {
-    End();
-  }
+  if (statement_ != nullptr && IsStale(connection)) End();
 }
 
 bool HeldRead::IsStale(Connection& connection) const {

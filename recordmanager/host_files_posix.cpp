@@ -60,12 +60,8 @@ std::string HostPath(std::string_view path) {
 
 FileFacts InspectFile(const std::string& path) {
   struct stat facts {};
-  if (stat(path.c_str(), &facts) != 0) {
-    return {};
-  }
-  if (!S_ISREG(facts.st_mode)) {
-    return {FileKind::kOther, {}};
-  }
+  if (stat(path.c_str(), &facts) != 0) return {};
+  if (!S_ISREG(facts.st_mode)) return {FileKind::kOther, {}};
   std::string identity(sizeof facts.st_dev + sizeof facts.st_ino, '\0');
   std::memcpy(identity.data(), &facts.st_dev, sizeof facts.st_dev);
   std::memcpy(identity.data() + sizeof facts.st_dev, &facts.st_ino, sizeof facts.st_ino);
@@ -74,9 +70,7 @@ FileFacts InspectFile(const std::string& path) {
 
 bool IsOnLocalDisk(const std::string& path) {
   struct statfs facts {};
-  if (statfs(path.c_str(), &facts) != 0) {
-    return false;
-  }
+  if (statfs(path.c_str(), &facts) != 0) return false;
   return std::find(kRemoteFileSystems.begin(), kRemoteFileSystems.end(),
                    static_cast<std::uint32_t>(facts.f_type)) == kRemoteFileSystems.end();
 }
@@ -87,9 +81,7 @@ MoveResult MoveFileTo(const std::string& from, const std::string& to, bool repla
   if (result != 0 && errno == EINVAL && InspectFile(to).kind == FileKind::kMissing) {
     result = std::rename(from.c_str(), to.c_str());  // a file system without that flag
   }
-  if (result != 0) {
-    return errno == EEXIST ? MoveResult::kTargetExists : MoveResult::kFailed;
-  }
+  if (result != 0) return errno == EEXIST ? MoveResult::kTargetExists : MoveResult::kFailed;
   SyncFolderOf(to);
   return MoveResult::kDone;
 }

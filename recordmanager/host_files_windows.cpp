@@ -38,12 +38,8 @@ std::string HostPath(std::string_view path) {
 FileFacts InspectFile(const std::string& path) {
   std::wstring wide = ToWide(path);
   const DWORD attributes = GetFileAttributesW(wide.c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES) {
-    return {};
-  }
-  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-    return {FileKind::kOther, {}};
-  }
+  if (attributes == INVALID_FILE_ATTRIBUTES) return {};
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return {FileKind::kOther, {}};
   // The path serves as identity: as long as SQLite has the file open, Windows lets nobody rename or
   // delete it. Asking for the file's own number would open it, which costs hundreds of times more.
   CharUpperBuffW(wide.data(), static_cast<DWORD>(wide.size()));
@@ -62,9 +58,7 @@ bool IsOnLocalDisk(const std::string& path) {
 
 MoveResult MoveFileTo(const std::string& from, const std::string& to, bool replace) {
   const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0U);
-  if (MoveFileExW(ToWide(from).c_str(), ToWide(to).c_str(), flags) != 0) {
-    return MoveResult::kDone;
-  }
+  if (MoveFileExW(ToWide(from).c_str(), ToWide(to).c_str(), flags) != 0) return MoveResult::kDone;
   const DWORD error = GetLastError();
   const bool exists = error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
   return exists ? MoveResult::kTargetExists : MoveResult::kFailed;

@@ -22,9 +22,7 @@ void StoreBigEndian(std::uint64_t value, std::size_t length, std::uint8_t* targe
 
 std::uint64_t LoadBigEndian(const std::uint8_t* source, std::size_t length) {
   std::uint64_t value = 0;
-  for (std::size_t i = 0; i < length; ++i) {
-    value = value << 8 | source[i];
-  }
+  for (std::size_t i = 0; i < length; ++i) value = value << 8 | source[i];
   return value;
 }
 
@@ -44,9 +42,7 @@ Entry Entry::AfterAll() {
 Entry Entry::From(const void* source, std::size_t length) {
   Entry entry;
   entry.size = static_cast<std::uint8_t>(std::min(length, kCapacity));
-  if (entry.size != 0) {
-    std::memcpy(entry.bytes.data(), source, entry.size);
-  }
+  if (entry.size != 0) std::memcpy(entry.bytes.data(), source, entry.size);
   return entry;
 }
 
@@ -67,9 +63,7 @@ std::uint8_t Key::Type() const {
 bool Key::IsAutoincrement() const { return Type() == btrieve::kAutoincrementKey; }
 
 int Key::Check(std::size_t recordLength) const {
-  if ((description_.flags & ~kKnownFlags) != 0) {
-    return btrieve::kInvalidKeyFlags;
-  }
+  if ((description_.flags & ~kKnownFlags) != 0) return btrieve::kInvalidKeyFlags;
   if (description_.position == 0 || Offset() + Length() > recordLength) {
     return btrieve::kInvalidKeyPosition;
   }
@@ -95,9 +89,7 @@ int Key::CheckType() const {
 }
 
 Entry Key::Lowest(const std::uint8_t* value) const {
-  if (Type() == btrieve::kStringKey) {
-    return Entry::From(value, Length());
-  }
+  if (Type() == btrieve::kStringKey) return Entry::From(value, Length());
   std::uint64_t number = LoadLittleEndian(value, Length());
   if (IsAutoincrement() && IsNegative(value)) {
     number = ~number + 1;  // these keys are published to sort by the absolute value
@@ -105,9 +97,7 @@ Entry Key::Lowest(const std::uint8_t* value) const {
   Entry entry;
   entry.size = static_cast<std::uint8_t>(Length());
   StoreBigEndian(number, Length(), entry.bytes.data());
-  if (!IsAutoincrement()) {
-    entry.bytes[0] ^= 0x80;
-  }
+  if (!IsAutoincrement()) entry.bytes[0] ^= 0x80;
   return entry;
 }
 
@@ -135,9 +125,7 @@ bool Key::HaveSameValue(const Entry& first, const Entry& second) const {
 
 bool Key::StoreNext(const Entry& highest, std::uint8_t* value) const {
   std::uint64_t next = 1;
-  if (highest.size >= Length()) {
-    next = LoadBigEndian(highest.bytes.data(), Length()) + 1;
-  }
+  if (highest.size >= Length()) next = LoadBigEndian(highest.bytes.data(), Length()) + 1;
   std::memcpy(value, &next, Length());
   return !IsNegative(value);
 }

@@ -17,12 +17,8 @@ constexpr auto kIdleTime = 2s;
 int OpenFiles::Open(const std::string& path, bool readOnly, const ClientId& client,
                     FileHandle& handle) {
   Database* database = nullptr;
-  if (const int status = Provide(path, database); status != btrieve::kSuccess) {
-    return status;
-  }
-  if (!readOnly && database->file->IsReadOnly()) {
-    return btrieve::kPermissionError;
-  }
+  if (const int status = Provide(path, database); status != btrieve::kSuccess) return status;
+  if (!readOnly && database->file->IsReadOnly()) return btrieve::kPermissionError;
   Slot& slot = FreeSlot(handle.slot);  // which may be the last of the memory
   ++database->users;
   handle.generation = ++slot.generation;
@@ -40,9 +36,7 @@ int OpenFiles::Provide(const std::string& path, Database*& database) {
   }
   for (std::size_t i = databases_.size(); i-- > 0;) {
     Database* known = databases_[i].get();
-    if (known->identity != facts.identity && known->path != path) {
-      continue;
-    }
+    if (known->identity != facts.identity && known->path != path) continue;
     // By another path it is the same database only if the old path still leads to it: SQLite's log
     // goes by the path.
     if (known->identity == facts.identity &&
@@ -50,9 +44,7 @@ int OpenFiles::Provide(const std::string& path, Database*& database) {
       database = known;
       return btrieve::kSuccess;
     }
-    if (known->users != 0) {
-      return btrieve::kFileInUse;
-    }
+    if (known->users != 0) return btrieve::kFileInUse;
     Drop(known);
   }
   return OpenAnew(path, facts.identity, database);
@@ -77,17 +69,13 @@ int OpenFiles::OpenAnew(const std::string& path, const std::string& identity, Da
 OpenFiles::Slot& OpenFiles::FreeSlot(std::uint32_t& number) {
   auto free = std::find_if(slots_.begin(), slots_.end(),
                            [](const Slot& slot) { return slot.database == nullptr; });
-  if (free == slots_.end()) {
-    free = slots_.insert(free, Slot{});
-  }
+  if (free == slots_.end()) free = slots_.insert(free, Slot{});
   number = static_cast<std::uint32_t>(free - slots_.begin());
   return *free;
 }
 
 const OpenFiles::OpenFile* OpenFiles::Find(const FileHandle& handle, const ClientId& client) const {
-  if (handle.slot >= slots_.size()) {
-    return nullptr;
-  }
+  if (handle.slot >= slots_.size()) return nullptr;
   const Slot& slot = slots_[handle.slot];
   const bool valid =
       slot.database != nullptr && slot.generation == handle.generation && slot.client == client;
@@ -108,21 +96,15 @@ int OpenFiles::Release(const std::string& path) {
   const std::string identity = InspectFile(path).identity;
   for (std::size_t i = databases_.size(); i-- > 0;) {
     const Database* known = databases_[i].get();
-    if (known->path != path && (identity.empty() || known->identity != identity)) {
-      continue;
-    }
-    if (known->users != 0) {
-      return btrieve::kFileInUse;
-    }
+    if (known->path != path && (identity.empty() || known->identity != identity)) continue;
+    if (known->users != 0) return btrieve::kFileInUse;
     Drop(known);
   }
   return btrieve::kSuccess;
 }
 
 void OpenFiles::CloseIdle() {
-  for (const auto& database : databases_) {
-    database->file->EndOldRead();
-  }
+  for (const auto& database : databases_) database->file->EndOldRead();
   const auto longAgo = Clock::now() - kIdleTime;
   std::erase_if(databases_, [longAgo](const auto& database) {
     return database->users == 0 && !database->file->IsInTransaction() &&
@@ -144,16 +126,12 @@ int OpenFiles::CommitAll() {
 }
 
 void OpenFiles::RollBackAll() {
-  for (const auto& database : databases_) {
-    database->file->RollBack();
-  }
+  for (const auto& database : databases_) database->file->RollBack();
 }
 
 void OpenFiles::SettleUnused() {
   for (const auto& database : databases_) {
-    if (database->users == 0) {
-      database->file->Settle();
-    }
+    if (database->users == 0) database->file->Settle();
   }
 }
 

@@ -71,20 +71,14 @@ int LeaveRecords(Bound bound, const Key& key, Cursor& cursor) {
 
 int ReadRecord(const Call& call, RecordFile& file, Cursor& cursor) {
   const Key* key = file.Layout().FindKey(call.keyNumber);
-  if (key == nullptr) {
-    return btrieve::kInvalidKeyNumber;
-  }
-  if (!call.KeyBufferHolds(*key)) {
-    return btrieve::kKeyBufferTooShort;
-  }
+  if (key == nullptr) return btrieve::kInvalidKeyNumber;
+  if (!call.KeyBufferHolds(*key)) return btrieve::kKeyBufferTooShort;
   Search search;
   if (const int status = PlanSearch(call, *key, cursor, search); status != btrieve::kSuccess) {
     return status;
   }
   const int status = file.Read(*key, search, call.Data(), cursor.current, cursor.entry);
-  if (status == btrieve::kEndOfFile) {
-    return LeaveRecords(search.bound, *key, cursor);
-  }
+  if (status == btrieve::kEndOfFile) return LeaveRecords(search.bound, *key, cursor);
   if (status == btrieve::kSuccess) {
     cursor.keyNumber = key->Number();
     call.SetDataLength(file.Layout().RecordLength());

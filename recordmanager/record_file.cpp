@@ -28,9 +28,7 @@ class UnlessCommitted {
   UnlessCommitted(const UnlessCommitted&) = delete;
   UnlessCommitted& operator=(const UnlessCommitted&) = delete;
   ~UnlessCommitted() {
-    if (connection_.IsInTransaction()) {
-      rollBack_.Run();
-    }
+    if (connection_.IsInTransaction()) rollBack_.Run();
   }
 
  private:
@@ -43,12 +41,8 @@ class UnlessCommitted {
 int RecordFile::Open(const std::string& path, std::unique_ptr<RecordFile>& file) {
   std::unique_ptr<RecordFile> opened(new RecordFile);
   int status = OpenDatabase(path, opened->connection_, opened->layout_);
-  if (status == btrieve::kSuccess) {
-    status = opened->Prepare();
-  }
-  if (status == btrieve::kSuccess) {
-    file = std::move(opened);
-  }
+  if (status == btrieve::kSuccess) status = opened->Prepare();
+  if (status == btrieve::kSuccess) file = std::move(opened);
   return status;
 }
 
@@ -78,9 +72,7 @@ int RecordFile::Prepare() {
 
 int RecordFile::PrepareRead(const Key& key, Direction direction, KeyRead*& read) {
   read = &reads_[IndexOf(key)][static_cast<std::size_t>(direction)];
-  if (read->statement.IsPrepared()) {
-    return btrieve::kSuccess;
-  }
+  if (read->statement.IsPrepared()) return btrieve::kSuccess;
   return connection_.Prepare(ReadSql(key, direction), read->statement);
 }
 
@@ -101,9 +93,7 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
     const bool beyond = search.bound == Bound::kWithin && search.last < found;
     status = beyond ? btrieve::kEndOfFile : TakeRow(statement, target, version);
   }
-  if (status == btrieve::kSuccess) {
-    entry = found;
-  }
+  if (status == btrieve::kSuccess) entry = found;
   if (status == btrieve::kSuccess && IsHeldAt(key, search, found)) {
     held_.Hold(statement, found);
   } else {
@@ -117,12 +107,8 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
 int RecordFile::FindRow(KeyRead& read, const Search& search) {
   held_.Check(connection_);
   const bool goesOn = search.bound == Bound::kAfter || search.bound == Bound::kBefore;
-  if (goesOn && held_.StandsOn(read.statement, search.first)) {
-    return read.statement.Step();
-  }
-  if (held_.Uses(read.statement)) {
-    EndRead();
-  }
+  if (goesOn && held_.StandsOn(read.statement, search.first)) return read.statement.Step();
+  if (held_.Uses(read.statement)) EndRead();
   held_.Prepare(connection_);
   // One zero byte more is the next greater bound.
   const bool behind = search.bound == Bound::kAfter || search.bound == Bound::kUpTo;
@@ -136,24 +122,16 @@ int RecordFile::FindRow(KeyRead& read, const Search& search) {
 // one value, or on a walk along a key without duplicates. Who has seen the last record of a value
 // may ask the user something next.
 bool RecordFile::IsHeldAt(const Key& key, const Search& search, const Entry& entry) const {
-  if (!connection_.IsLogged() || connection_.IsInTransaction()) {
-    return false;
-  }
-  if (!key.AllowsDuplicates()) {
-    return search.bound != Bound::kWithin;
-  }
+  if (!connection_.IsLogged() || connection_.IsInTransaction()) return false;
+  if (!key.AllowsDuplicates()) return search.bound != Bound::kWithin;
   return search.bound == Bound::kWithin || key.HaveSameValue(search.first, entry);
 }
 
 int RecordFile::TakeRow(Statement& statement, std::span<std::uint8_t> target,
                         RecordVersion& version) const {
   const auto data = statement.Bytes(3);
-  if (data.size() != layout_.RecordLength()) {
-    return btrieve::kIoError;
-  }
-  if (target.size() < data.size()) {
-    return btrieve::kDataBufferLength;
-  }
+  if (data.size() != layout_.RecordLength()) return btrieve::kIoError;
+  if (target.size() < data.size()) return btrieve::kDataBufferLength;
   std::memcpy(target.data(), data.data(), data.size());
   version = {statement.Integer(0), statement.Integer(1), rollbacks_};
   return btrieve::kSuccess;
@@ -164,12 +142,8 @@ int RecordFile::TakeRow(Statement& statement, std::span<std::uint8_t> target,
 template <typename Body>
 int RecordFile::Write(Body body) {
   EndRead();
-  if (inTransaction_) {
-    return connection_.IsInTransaction() ? body() : btrieve::kIoError;
-  }
-  if (const int status = begin_.Run(); status != btrieve::kSuccess) {
-    return status;
-  }
+  if (inTransaction_) return connection_.IsInTransaction() ? body() : btrieve::kIoError;
+  if (const int status = begin_.Run(); status != btrieve::kSuccess) return status;
   unsettled_ = true;
   const UnlessCommitted takenBack(connection_, rollBack_);
   const int status = body();
@@ -177,9 +151,7 @@ int RecordFile::Write(Body body) {
 }
 
 int RecordFile::NextChange(std::int64_t& change) {
-  if (const int status = countChange_.Run(); status != btrieve::kSuccess) {
-    return status;
-  }
+  if (const int status = countChange_.Run(); status != btrieve::kSuccess) return status;
   const StatementUse use(readChange_);
   const int result = readChange_.Step();
   change = readChange_.Integer(0);
@@ -189,16 +161,12 @@ int RecordFile::NextChange(std::int64_t& change) {
 int RecordFile::NumberRecord(std::span<std::uint8_t> record) {
   for (const Key& key : layout_.keys) {
     std::uint8_t* field = key.In(record.data());
-    if (!key.IsAutoincrement() || !IsZero(field, key.Length())) {
-      continue;
-    }
+    if (!key.IsAutoincrement() || !IsZero(field, key.Length())) continue;
     Entry highest;
     RecordVersion ignored;
     std::vector<std::uint8_t> other(record.size());
     const int status = Read(key, {Bound::kUpTo, Entry::AfterAll(), {}}, other, ignored, highest);
-    if (status != btrieve::kSuccess && status != btrieve::kEndOfFile) {
-      return status;
-    }
+    if (status != btrieve::kSuccess && status != btrieve::kEndOfFile) return status;
     if (!key.StoreNext(highest, field)) {
       return btrieve::kDuplicateKey;  // the published status when all numbers are used up
     }
@@ -211,9 +179,7 @@ int RecordFile::StoreRecord(Statement& statement, std::int64_t change, std::int6
                             const std::vector<Entry>& entries) {
   statement.Bind(1, change).Bind(2, id).Bind(3, record);
   int parameter = 4;
-  for (const Entry& entry : entries) {
-    statement.Bind(parameter++, entry);
-  }
+  for (const Entry& entry : entries) statement.Bind(parameter++, entry);
   return statement.Run();
 }
 
@@ -222,12 +188,8 @@ int RecordFile::Insert(std::span<std::uint8_t> record, RecordVersion& version,
   return Write([&] {
     int status = NumberRecord(record);
     std::int64_t change = 0;
-    if (status == btrieve::kSuccess) {
-      status = NextChange(change);
-    }
-    if (status != btrieve::kSuccess) {
-      return status;
-    }
+    if (status == btrieve::kSuccess) status = NextChange(change);
+    if (status != btrieve::kSuccess) return status;
     entries.clear();
     for (const Key& key : layout_.keys) {
       entries.push_back(key.Make(key.In(record.data()), static_cast<std::uint64_t>(change)));
@@ -241,9 +203,7 @@ int RecordFile::Insert(std::span<std::uint8_t> record, RecordVersion& version,
 int RecordFile::LoadEntries(const RecordVersion& version, std::vector<Entry>& entries) {
   const StatementUse use(loadEntries_);
   const int result = loadEntries_.Bind(1, version.id).Step();
-  if (result != SQLITE_ROW && result != SQLITE_DONE) {
-    return StatusOf(result);
-  }
+  if (result != SQLITE_ROW && result != SQLITE_DONE) return StatusOf(result);
   if (result == SQLITE_DONE || loadEntries_.Integer(0) != version.version ||
       version.rollbacks != rollbacks_) {
     return btrieve::kConflict;
@@ -261,22 +221,14 @@ int RecordFile::Update(std::span<const std::uint8_t> record, RecordVersion& vers
   return Write([&] {
     int status = LoadEntries(version, entries);
     std::int64_t change = 0;
-    if (status == btrieve::kSuccess) {
-      status = NextChange(change);
-    }
-    if (status != btrieve::kSuccess) {
-      return status;
-    }
+    if (status == btrieve::kSuccess) status = NextChange(change);
+    if (status != btrieve::kSuccess) return status;
     bool rekeyed = false;
     for (const Key& key : layout_.keys) {
       Entry& entry = entries[IndexOf(key)];
       const std::uint8_t* value = key.In(record.data());
-      if (key.Matches(entry, value)) {
-        continue;
-      }
-      if (!key.IsModifiable()) {
-        return btrieve::kModifiableKey;
-      }
+      if (key.Matches(entry, value)) continue;
+      if (!key.IsModifiable()) return btrieve::kModifiableKey;
       entry = key.Make(value, static_cast<std::uint64_t>(change));
       rekeyed = true;
     }
@@ -301,17 +253,13 @@ int RecordFile::CountRecords(std::int64_t& count) {
 }
 
 int RecordFile::CountValues(const Key& key, std::int64_t& count) {
-  if (!key.AllowsDuplicates()) {
-    return CountRecords(count);
-  }
+  if (!key.AllowsDuplicates()) return CountRecords(count);
   EndRead();
   return connection_.QueryInteger(CountValuesSql(key).c_str(), count);
 }
 
 int RecordFile::Begin() {
-  if (inTransaction_) {
-    return btrieve::kSuccess;
-  }
+  if (inTransaction_) return btrieve::kSuccess;
   EndRead();
   const int status = begin_.Run();
   inTransaction_ = status == btrieve::kSuccess;
@@ -320,9 +268,7 @@ int RecordFile::Begin() {
 }
 
 int RecordFile::Commit() {
-  if (!inTransaction_) {
-    return btrieve::kSuccess;
-  }
+  if (!inTransaction_) return btrieve::kSuccess;
   const int status = connection_.IsInTransaction() ? commit_.Run() : btrieve::kIoError;
   if (status == btrieve::kSuccess) {
     inTransaction_ = false;
@@ -333,9 +279,7 @@ int RecordFile::Commit() {
 }
 
 void RecordFile::RollBack() {
-  if (!inTransaction_) {
-    return;
-  }
+  if (!inTransaction_) return;
   const UnlessCommitted takenBack(connection_, rollBack_);
   inTransaction_ = false;
   ++rollbacks_;

@@ -14,9 +14,7 @@ int CheckFile(const btrieve::FileDescription& file) {
   if (file.recordLength == 0 || (file.fileFlags & (kVariableLength | kKeyOnly)) != 0) {
     return btrieve::kInvalidRecordLength;
   }
-  if (file.keyCount == 0 || file.keyCount > kMostKeys) {
-    return btrieve::kInvalidKeyCount;
-  }
+  if (file.keyCount == 0 || file.keyCount > kMostKeys) return btrieve::kInvalidKeyCount;
   return btrieve::kSuccess;
 }
 
@@ -29,13 +27,9 @@ const Key* RecordLayout::FindKey(int number) const {
 }
 
 int ParseLayout(std::span<const std::uint8_t> description, RecordLayout& layout) {
-  if (description.size() < sizeof(layout.file)) {
-    return btrieve::kDataBufferLength;
-  }
+  if (description.size() < sizeof(layout.file)) return btrieve::kDataBufferLength;
   std::memcpy(&layout.file, description.data(), sizeof(layout.file));
-  if (const int status = CheckFile(layout.file); status != btrieve::kSuccess) {
-    return status;
-  }
+  if (const int status = CheckFile(layout.file); status != btrieve::kSuccess) return status;
   description = description.subspan(sizeof(layout.file));
   if (description.size() < layout.file.keyCount * sizeof(btrieve::KeyDescription)) {
     return btrieve::kDataBufferLength;
@@ -44,9 +38,7 @@ int ParseLayout(std::span<const std::uint8_t> description, RecordLayout& layout)
   for (std::uint8_t i = 0; i < layout.file.keyCount; ++i) {
     btrieve::KeyDescription key{};
     std::memcpy(&key, description.data() + i * sizeof(key), sizeof(key));
-    if ((layout.file.fileFlags & btrieve::kKeyNumbersGiven) == 0) {
-      key.keyNumber = i;
-    }
+    if ((layout.file.fileFlags & btrieve::kKeyNumbersGiven) == 0) key.keyNumber = i;
     if (key.keyNumber >= kMostKeys || layout.FindKey(key.keyNumber) != nullptr) {
       return btrieve::kInvalidKeyNumber;
     }

@@ -8,9 +8,7 @@ std::string ColumnOf(const Key& key) { return "key" + std::to_string(key.Number(
 // The key columns with `suffix`, each after a comma.
 std::string ColumnList(const RecordLayout& layout, const char* suffix) {
   std::string list;
-  for (const Key& key : layout.keys) {
-    list.append(", ").append(ColumnOf(key)).append(suffix);
-  }
+  for (const Key& key : layout.keys) list.append(", ").append(ColumnOf(key)).append(suffix);
   return list;
 }
 
@@ -45,9 +43,7 @@ std::string LoadEntriesSql(const RecordLayout& layout) {
 
 std::string InsertSql(const RecordLayout& layout) {
   std::string values = "?1, ?2, ?3";
-  for (std::size_t i = 0; i < layout.keys.size(); ++i) {
-    values += ", ?";
-  }
+  for (std::size_t i = 0; i < layout.keys.size(); ++i) values += ", ?";
   return "INSERT INTO record(version, id, data" + ColumnList(layout, "") + ") VALUES(" + values +
          ")";
 }

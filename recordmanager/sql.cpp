@@ -16,9 +16,7 @@ constexpr int kPauseMilliseconds = 1;
 }  // namespace
 
 int StatusOf(int sqliteCode) {
-  if (sqliteCode == SQLITE_CONSTRAINT_UNIQUE) {
-    return btrieve::kDuplicateKey;
-  }
+  if (sqliteCode == SQLITE_CONSTRAINT_UNIQUE) return btrieve::kDuplicateKey;
   if (sqliteCode == SQLITE_IOERR_SHMSIZE) {  // no room for the memory that users of a log share
     return btrieve::kDiskFull;
   }
@@ -91,9 +89,7 @@ Connection::~Connection() { sqlite3_close_v2(handle_); }
 int Connection::Open(const std::string& path, Way way) {
   // One lock around the whole record manager makes SQLite's own around each connection needless.
   int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
-  if (way == Way::kNew) {
-    flags |= SQLITE_OPEN_CREATE;
-  }
+  if (way == Way::kNew) flags |= SQLITE_OPEN_CREATE;
   const int result = sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr);
   if (handle_ != nullptr) {  // as it is for lack of memory
     sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
@@ -121,9 +117,7 @@ LogState Connection::ReadLogState() const {
     return state;
   }
   const auto* words = static_cast<volatile const std::uint32_t*>(index);
-  for (std::uint32_t& word : state) {
-    word = *words++;
-  }
+  for (std::uint32_t& word : state) word = *words++;
   return state;
 }
 
@@ -141,9 +135,7 @@ int Connection::Execute(const char* sql) {
 
 int Connection::QueryInteger(const char* sql, std::int64_t& value) {
   Statement statement;
-  if (const int status = Prepare(sql, statement); status != btrieve::kSuccess) {
-    return status;
-  }
+  if (const int status = Prepare(sql, statement); status != btrieve::kSuccess) return status;
   const int result = statement.Step();
   value = statement.Integer(0);
   return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
@@ -151,9 +143,7 @@ int Connection::QueryInteger(const char* sql, std::int64_t& value) {
 
 int Connection::QueryText(const char* sql, std::string& text) {
   Statement statement;
-  if (const int status = Prepare(sql, statement); status != btrieve::kSuccess) {
-    return status;
-  }
+  if (const int status = Prepare(sql, statement); status != btrieve::kSuccess) return status;
   const int result = statement.Step();
   const auto bytes = statement.Bytes(0);
   text.assign(bytes.begin(), bytes.end());
@@ -169,9 +159,7 @@ void Connection::Checkpoint() {
 int Connection::WaitForLock(void* connection, int attempt) {
   auto* self = static_cast<Connection*>(connection);
   const auto now = Clock::now();
-  if (attempt == 0) {
-    self->waitingSince_ = now;
-  }
+  if (attempt == 0) self->waitingSince_ = now;
   const bool patient = now >= self->impatientUntil_;
   if (patient ? now - self->waitingSince_ < kLongestWait : attempt < 2) {
     sqlite3_sleep(kPauseMilliseconds);

@@ -13,12 +13,8 @@ constexpr int kNoPositioning = -1;
 int CheckRecordCall(const Call& call, const RecordLayout& layout, const Key*& key) {
   key = layout.FindKey(call.keyNumber);
   if (call.keyNumber != kNoPositioning) {
-    if (key == nullptr) {
-      return btrieve::kInvalidKeyNumber;
-    }
-    if (!call.KeyBufferHolds(*key)) {
-      return btrieve::kKeyBufferTooShort;
-    }
+    if (key == nullptr) return btrieve::kInvalidKeyNumber;
+    if (!call.KeyBufferHolds(*key)) return btrieve::kKeyBufferTooShort;
   }
   return call.Data().size() < layout.RecordLength() ? btrieve::kDataBufferLength
                                                     : btrieve::kSuccess;
@@ -54,9 +50,7 @@ int Insert(const Call& call, RecordFile& file, Cursor& cursor) {
 }
 
 int Update(const Call& call, RecordFile& file, Cursor& cursor) {
-  if (cursor.current.id == 0) {
-    return btrieve::kInvalidPositioning;
-  }
+  if (cursor.current.id == 0) return btrieve::kInvalidPositioning;
   const RecordLayout& layout = file.Layout();
   const Key* key = nullptr;
   if (const int status = CheckRecordCall(call, layout, key); status != btrieve::kSuccess) {
@@ -72,22 +66,16 @@ int Update(const Call& call, RecordFile& file, Cursor& cursor) {
   if (key != nullptr) {
     // By another key than that of the last read the place on that one stays, and reading on by this
     // one is refused.
-    if (cursor.keyNumber == key->Number()) {
-      cursor.entry = EntryOf(*key, layout, entries);
-    }
+    if (cursor.keyNumber == key->Number()) cursor.entry = EntryOf(*key, layout, entries);
     call.ReturnKey(*key, data.data());
   }
   return btrieve::kSuccess;
 }
 
 int Delete(RecordFile& file, Cursor& cursor) {
-  if (cursor.current.id == 0) {
-    return btrieve::kInvalidPositioning;
-  }
+  if (cursor.current.id == 0) return btrieve::kInvalidPositioning;
   const int status = file.Delete(cursor.current);
-  if (status == btrieve::kSuccess) {
-    cursor.current = {};
-  }
+  if (status == btrieve::kSuccess) cursor.current = {};
   return status;
 }
 

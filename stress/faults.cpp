@@ -111,9 +111,7 @@ class Work {
     if (Succeeds(client_->Call(kBeginTransaction))) {
       Insert(13);
       Rekey(3, 14);
-      if (!Succeeds(client_->Call(kEndTransaction))) {
-        possible_.insert(before.begin(), before.end());
-      }
+      if (!Succeeds(client_->Call(kEndTransaction))) possible_.insert(before.begin(), before.end());
     }
     Insert(15);
     Succeeds(client_->Call(kClose));

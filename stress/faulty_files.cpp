@@ -17,9 +17,7 @@ struct Plan {
   bool failed = false;
 
   bool Strikes(bool mayFail) {
-    if (!mayFail || left == 0 || --left > 0) {
-      return false;
-    }
+    if (!mayFail || left == 0 || --left > 0) return false;
     left = lasting ? 1 : 0;
     failed = true;
     return true;
@@ -71,16 +69,12 @@ std::unique_ptr<Shim> MakeShim(const Methods& methods) {
 
 int Open(sqlite3_vfs* /*shim*/, const char* name, sqlite3_file* file, int flags, int* outFlags) {
   file->pMethods = nullptr;
-  if (plan.Strikes(plan.fault == DiskFault::kCannotOpen)) {
-    return SQLITE_CANTOPEN;
-  }
+  if (plan.Strikes(plan.fault == DiskFault::kCannotOpen)) return SQLITE_CANTOPEN;
   const int result = real->xOpen(real, name, file, flags, outFlags);
   if (file->pMethods != nullptr) {
     static std::map<const Methods*, std::unique_ptr<Shim>> shims;
     auto& shim = shims[file->pMethods];
-    if (shim == nullptr) {
-      shim = MakeShim(*file->pMethods);
-    }
+    if (shim == nullptr) shim = MakeShim(*file->pMethods);
     file->pMethods = &shim->methods;
   }
   return result;

@@ -149,9 +149,7 @@ class Records : public Store {
       }
       status = records.Call(btrieve::kGetNext, kBySlot);
     }
-    if (status != btrieve::kKeyNotFound && status != btrieve::kEndOfFile) {
-      Must(status, "Get Next");
-    }
+    if (status != btrieve::kKeyNotFound && status != btrieve::kEndOfFile) Must(status, "Get Next");
     return items;
   }
 

@@ -33,9 +33,7 @@ TEST_F(DocumentNumbersTest, CountsEachCaseByItselfAndAllUnknownOnesTogether) {
   } calls[] = {{"12345678", 1}, {"12345678", 2}, {"12345679", 1}, {"1234567890", 3},  // 8 count
                {"99999999", 1}, {"", 2},         {nullptr, 3},    {"1234567", 4},
                {"123456", 1}};  // filled with zero bytes
-  for (const auto& [caseNumber, number] : calls) {
-    EXPECT_EQ(library->GetDokuNr(caseNumber), number);
-  }
+  for (const auto& [caseNumber, number] : calls) EXPECT_EQ(library->GetDokuNr(caseNumber), number);
   EXPECT_EQ(LastNumber(7), 3);
   EXPECT_EQ(LastNumber(8), 1);
   EXPECT_EQ(LastNumber(9), 1);

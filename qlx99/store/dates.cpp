@@ -60,9 +60,7 @@ std::size_t FormatDayNumber(const char* dayText, char* dest) {
 }
 
 std::uint16_t DayNumberFromDate(int day, int month, int year) {
-  if (year == 1900 && month < 3) {
-    return static_cast<std::uint16_t>(month == 1 ? day - 1 : day + 30);
-  }
+  if (year == 1900 && month < 3) return static_cast<std::uint16_t>(month == 1 ? day - 1 : day + 30);
   const int marchMonth = month > 2 ? month - 3 : month + 9;
   const int marchYear = (month > 2 ? year : year - 1) - 1900;
   return static_cast<std::uint16_t>((kDaysInFiveMonths * marchMonth + 2) / 5 +

@@ -7,6 +7,7 @@
 //   for (const auto& party : parties.Walk(CasePartyRecord::byCase, caseId)) ...
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -61,7 +62,8 @@ class RecordCursor {
   int Delete(const Key& key, std::int32_t value) {
     keyBuffer_ = {};
     std::memcpy(keyBuffer_.data(), &value, sizeof value);
-    return Call(btrieve::kDelete, key, records_[current_]);
+    std::uint16_t length = Layout::file.length;
+    return Call(btrieve::kDelete, key, records_[current_], length);
   }
 
   // The records with this key value, for a range-based for loop: Get Equal, then Get Next as long
@@ -77,20 +79,23 @@ class RecordCursor {
 
  private:
   int Read(WORD operation, const Key& key) {
-    const std::size_t other = 1 - current_;
-    records_[other] = {};
-    const int status = Call(operation, key, records_[other]);
-    if (status == btrieve::kSuccess) current_ = other;
+    Record<Layout>& other = records_[1 - current_];
+    std::uint16_t length = Layout::file.length;
+    const int status = Call(operation, key, other, length);
+    if (status != btrieve::kSuccess) return status;
+    // A record shorter than its layout ends in zero bytes, not in what was read before.
+    std::fill(other.bytes.begin() + std::min(length, Layout::file.length), other.bytes.end(), '\0');
+    current_ = 1 - current_;
     return status;
   }
 
   int Write(WORD operation, const Key& key, const Record<Layout>& record) {
     records_[current_] = record;
-    return Call(operation, key, records_[current_]);
+    std::uint16_t length = Layout::file.length;
+    return Call(operation, key, records_[current_], length);
   }
 
-  int Call(WORD operation, const Key& key, Record<Layout>& record) {
-    std::uint16_t length = Layout::file.length;
+  int Call(WORD operation, const Key& key, Record<Layout>& record, std::uint16_t& length) {
     return RecordCall(operation, positionBlock_, nullptr, record.bytes.data(), length,
                       keyBuffer_.data(), key.number, ClientId{});
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 
 #include "frame/bytes.h"
 #include "frame/messages.h"
@@ -56,16 +57,19 @@ Function* EntryPoint(HMODULE library, const char* name) {
 
 int CallOnce(WORD operation, const CallArguments& arguments) {
   constexpr auto kKeyLength = static_cast<BYTE>(btrieve::kMaxKeyLength);
+  constexpr ClientId kNoClient{};
   const auto keyNumber = static_cast<char>(arguments.keyNumber);
-  const bool plain = arguments.clientId == ClientId{};
   ULONG length = arguments.dataLength;
-  ClientId clientId = arguments.clientId;
-  const short status =
-      plain ? recordManager.btrCall(operation, arguments.positionBlock.data(), arguments.dataBuffer,
-                                    &length, arguments.keyBuffer, kKeyLength, keyNumber)
-            : recordManager.btrCallId(operation, arguments.positionBlock.data(),
-                                      arguments.dataBuffer, &length, arguments.keyBuffer,
-                                      kKeyLength, keyNumber, clientId.data());
+  short status = 0;
+  if (std::memcmp(arguments.clientId.data(), kNoClient.data(), kNoClient.size()) == 0) {
+    status = recordManager.btrCall(operation, arguments.positionBlock.data(), arguments.dataBuffer,
+                                   &length, arguments.keyBuffer, kKeyLength, keyNumber);
+  } else {
+    ClientId clientId = arguments.clientId;
+    status = recordManager.btrCallId(operation, arguments.positionBlock.data(),
+                                     arguments.dataBuffer, &length, arguments.keyBuffer, kKeyLength,
+                                     keyNumber, clientId.data());
+  }
   arguments.dataLength = static_cast<std::uint16_t>(length);
   return status;
 }

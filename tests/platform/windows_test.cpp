@@ -71,9 +71,7 @@ void ExpectFailure(bool succeeded, DWORD error) {
 int Dispatch() {
   MSG message{};
   while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-    if (message.message == WM_QUIT) {
-      return static_cast<int>(message.wParam);
-    }
+    if (message.message == WM_QUIT) return static_cast<int>(message.wParam);
     TranslateMessage(&message);
     DispatchMessageA(&message);
   }
@@ -171,9 +169,7 @@ TEST(Message, OfOneThreadReachesTheWindowsOfAnother) {
   std::promise<HWND> created;
   std::thread other([&] {
     created.set_value(testClass.Create(""));
-    while (Dispatch() != 7) {
-      MsgWaitForMultipleObjects(0, nullptr, FALSE, 10'000, QS_ALLINPUT);
-    }
+    while (Dispatch() != 7) MsgWaitForMultipleObjects(0, nullptr, FALSE, 10'000, QS_ALLINPUT);
   });
   HWND foreign = created.get_future().get();
   // While this thread waits for the answer, it is asked itself.
