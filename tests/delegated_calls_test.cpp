@@ -256,7 +256,9 @@ TEST_F(DelegateTest, GetsTheArgumentsAsTheyAreAndGivesTheResult) {
     ASSERT_EQ(got.argumentCount, arguments.size());
     EXPECT_STREQ(got.firstText, arguments.empty() ? "" : "260");
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-      if (arguments[i] != nullptr) EXPECT_EQ(got.arguments[i], arguments[i]) << i;
+      if (arguments[i] != nullptr) {
+        EXPECT_EQ(got.arguments[i], arguments[i]) << i;
+      }
     }
   }
   EXPECT_EQ(Outcome(0, record), "0 ");
