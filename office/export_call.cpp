@@ -62,8 +62,8 @@ std::string DescribeCall(std::string_view name, const std::vector<std::string>& 
   const DeliveredRecord record(called, *outcome.ansiRecord);
   lines += "record: " + Decode(*outcome.ansiRecord) + "\n";
   if (!record.IsComplete()) {
-    lines += "Of the " + std::to_string(called.fields.size()) + " fields only " +
-             std::to_string(record.Fields().size()) + " are there, so they go without names.\n";
+    lines += "The record has " + std::to_string(record.Fields().size()) + " fields instead of " +
+             std::to_string(called.fields.size()) + ", so they go without names.\n";
   }
   constexpr std::size_t kNameColumns = 20;
   for (std::size_t i = 0; i < record.Fields().size(); ++i) {

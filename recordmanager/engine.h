@@ -1,17 +1,18 @@
 // The record manager: one call in, one status out.
 //
 // A record file is one SQLite database with two tables:
+//
 //   file    one row. `description` is the buffer that Create was given (btrieve.h); `changes`
-//   counts every insertion and
-//           update and is never set back by a completed call.
+//           counts every insertion and update and is never set back by a completed call.
 //   record  one row a record. `data` holds its bytes. `id` and `version` are the values of
-//   `changes` when it was
-//           inserted and last written, so neither ever comes back. A column `key<n>` a key holds
-//           the entry that key n sorts the record by (key.h): the value, made comparable byte by
-//           byte, followed for keys with duplicates by the value of `changes` when the record was
-//           given this value. Each has a unique index: reading along a key is one look-up in it,
-//           however many duplicates there are, and duplicates come in the order in which they came
-//           to be.
+//           `changes` when it was inserted and last written, so neither ever comes back. A column
+//           `key<n>` a key holds the entry that key n sorts the record by (key.h).
+//
+// An entry is the key's value, made comparable byte by byte; for keys with duplicates followed by
+// the value of `changes` when the record was given this value. Each key has a unique index: reading
+// along it is one look-up, however many duplicates there are, and duplicates come in the order in
+// which they came to be.
+//
 // The application id and the user version in the header mark the file and its format. On local
 // disks it works with a write-ahead log (NAME-wal and NAME-shm beside it while it is in use),
 // elsewhere with a rollback journal. All its users must be on one machine, or all on shares.

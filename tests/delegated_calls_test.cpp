@@ -1,5 +1,6 @@
 // The delegated kind: the login handshake with the office's other programs, and the calls that the
 // sibling library answers.
+#include "office/export_table.h"
 #include "support/export_test.h"
 #include "support/office_programs.h"
 #include "support/world.h"
@@ -240,6 +241,7 @@ class DelegateTest : public DelegatedTest {
 
 TEST_F(DelegateTest, GetsTheArgumentsAsTheyAreAndGivesTheResult) {
   BothProgramsRun();
+  EXPECT_EQ(Calls().size(), office::Exports().size());
   for (const auto& [exportName, delegate, arguments, call] : Calls()) {
     SCOPED_TRACE(exportName);
     LoginIsThere();
@@ -254,7 +256,9 @@ TEST_F(DelegateTest, GetsTheArgumentsAsTheyAreAndGivesTheResult) {
     ASSERT_EQ(got.argumentCount, arguments.size());
     EXPECT_STREQ(got.firstText, arguments.empty() ? "" : "260");
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-      if (arguments[i] != nullptr) EXPECT_EQ(got.arguments[i], arguments[i]) << i;
+      if (arguments[i] != nullptr) {
+        EXPECT_EQ(got.arguments[i], arguments[i]) << i;
+      }
     }
   }
   EXPECT_EQ(Outcome(0, record), "0 ");

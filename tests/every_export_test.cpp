@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "followups/follow_up_file.h"
+#include "office/export_table.h"
 #include "support/example_office.h"
 
 namespace qlx99::tests {
@@ -122,6 +123,7 @@ class EveryExportTest : public ExampleOfficeTest {
 };
 
 TEST_F(EveryExportTest, DoesNothingWhenItIsNotLetIn) {
+  EXPECT_EQ(rows.size(), office::Exports().size());
   office.IsConfigured("ProgramName", "TELQ32.EXE");
   for (const char* root : {"DocuRoot", "ProgramRoot"}) office.IsConfigured(root, "C:\\Akten");
   for (const Row& row : rows) EXPECT_EQ(OutcomeOf(row), "0 ") << row.name;

@@ -146,7 +146,9 @@ TEST_F(FollowUpMaintenanceTest, TakeDatesAsTheyStand) {
     const bool refused = dayNumber < 0;
     EXPECT_EQ(Change({.key = "1", .date = text}), refused ? 0 : -1);
     EXPECT_EQ(user.Messages(), refused ? std::vector{kInvalidDate} : std::vector<MessageBox>{});
-    if (!refused) EXPECT_EQ(FollowUp(0)[F::date], dayNumber);
+    if (!refused) {
+      EXPECT_EQ(FollowUp(0)[F::date], dayNumber);
+    }
   }
 }
 

@@ -30,11 +30,11 @@ inline constexpr int kMaxAttempts = 40000;
 // used; the user has been told then. It stays loaded until the process ends.
 bool EnsureRecordManager();
 
-// One operation of the record manager, repeated while the record or file is busy; see the table in
-// the source for what Open and Delete make of it. `filePath` is used by Open only. `dataLength`
-// holds the buffer's size before, the record's length after a read. `keyBuffer` has room for
-// btrieve::kMaxKeyLength bytes. Returns the record manager's status; an operation that this library
-// does not use sends nothing and gives "invalid operation".
+// One operation of the record manager, repeated while the record or file is busy. Open takes
+// `filePath` and no other argument but the position block; Delete removes the record that has the
+// key in `keyBuffer`. `dataLength` holds the buffer's size before, the record's length after a
+// read. `keyBuffer` has room for btrieve::kMaxKeyLength bytes. Returns the record manager's status;
+// an operation that this library does not use sends nothing and gives "invalid operation".
 int RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePath, void* dataBuffer,
                std::uint16_t& dataLength, void* keyBuffer, std::int16_t keyNumber,
                const ClientId& clientId);

@@ -136,7 +136,8 @@ TEST(RecordFiles, LieAsTheyAreDocumented) {
   const char* const keyKinds[] = {"unique", "duplicates", "autoincrement"};
   std::vector<std::string> expected;
   for (const qlx99::RecordLayout& layout : qlx99::kRecordFiles) {
-    const std::string example = SampleRecords(layout).front();
+    const std::vector<std::string> sample = SampleRecords(layout);
+    ASSERT_FALSE(sample.empty()) << "No sample record: " << layout.file.name;
     std::ostringstream file;
     file << "### `" << layout.file.name << "`\nLength " << layout.file.length << ".";
     for (const qlx99::Key& key : layout.keys) {
@@ -146,7 +147,7 @@ TEST(RecordFiles, LieAsTheyAreDocumented) {
     for (const qlx99::FieldInfo& field : layout.fields) {
       file << "\n| " << field.offset << " | " << field.width << " | "
            << kinds[static_cast<std::size_t>(field.kind)] << " | `" << field.name << "` | "
-           << FieldText(field, example) << " |";
+           << FieldText(field, sample.front()) << " |";
     }
     expected.push_back(file.str());
   }

@@ -37,7 +37,9 @@ TEST(CodePage, SpellsTheSameTextInBothDirections) {
               {kOem, "\x8E\x99\x9A\xE1\xF5\xC4", "ÄÖÜß§─"}};
   for (const auto& [codePage, bytes, utf8] : rows) {
     EXPECT_EQ(Recoded(codePage, bytes, CP_UTF8), utf8);
-    if (codePage != CP_UTF8) EXPECT_EQ(Recoded(CP_UTF8, utf8, codePage), bytes) << utf8;
+    if (codePage != CP_UTF8) {
+      EXPECT_EQ(Recoded(CP_UTF8, utf8, codePage), bytes) << utf8;
+    }
   }
 }
 
