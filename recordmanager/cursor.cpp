@@ -36,18 +36,16 @@ std::uint32_t CheckSeed() {
   return seed;
 }
 
+// Over what stands before the entry, and the entry as far as it is used.
 std::uint32_t CheckWordOf(const BlockImage& image) {
-  std::array<std::uint32_t, sizeof(image) / sizeof(std::uint32_t)> words{};
+  constexpr std::size_t kWord = sizeof(std::uint32_t);
+  std::array<std::uint32_t, sizeof(image) / kWord> words{};
   std::memcpy(words.data(), &image, sizeof(image));
-  words.back() = 0;  // the check word itself
+  const std::size_t used = (offsetof(BlockImage, entry) + image.entrySize + kWord - 1) / kWord;
   std::uint32_t hash = CheckSeed();
-  for (const std::uint32_t word : words) {  // FNV-1a, by words
-    hash = (hash ^ word) * 16777619U;
-  }
+  for (std::size_t i = 0; i < used; ++i) hash = (hash ^ words[i]) * 16777619U;  // FNV-1a, by words
   return hash;
 }
-
-static_assert(offsetof(BlockImage, check) == sizeof(BlockImage) - sizeof(std::uint32_t));
 
 }  // namespace
 
@@ -55,7 +53,7 @@ bool Cursor::Load(const std::uint8_t* positionBlock, Cursor& cursor) {
   if (positionBlock == nullptr) return false;
   BlockImage image{};
   std::memcpy(&image, positionBlock, sizeof(image));
-  if (image.check != CheckWordOf(image) || image.entrySize > Entry::kCapacity) return false;
+  if (image.entrySize > Entry::kCapacity || image.check != CheckWordOf(image)) return false;
   cursor.handle = {image.slot, image.generation};
   cursor.keyNumber = image.keyNumber;
   cursor.entry = {image.entry, image.entrySize};
