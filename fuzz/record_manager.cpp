@@ -139,7 +139,7 @@ class Caller {
               .keyNumber = static_cast<int>(input_.Choice(6)) - 1};
     Change(record_);
     Change(key_);
-    if (call.operation == btrieve::kOpen || call.operation == btrieve::kCreate) ChooseFile();
+    if (NamesFile(call)) ChooseFile();
     Serve(call, static_cast<Wrong>(input_.Byte()));
   }
 
@@ -186,11 +186,20 @@ class Caller {
     return description;
   }
 
+  // How much of the key is left at least: a path that ends earlier would lead to files of others.
+  static std::size_t Least(const Call& call) {
+    return NamesFile(call) ? TheFiles().Path("").string().size() : 0;
+  }
+
+  static bool NamesFile(const Call& call) {
+    return call.operation == btrieve::kOpen || call.operation == btrieve::kCreate;
+  }
+
   void Serve(Call call, Wrong wrong) {
     std::string data = Data(call);
     std::string key = key_;
     if (wrong == Wrong::kDataLength) data.resize(input_.Word());
-    if (wrong == Wrong::kKeyLength) key.resize(input_.Byte());
+    if (wrong == Wrong::kKeyLength) key.resize(std::max<std::size_t>(input_.Byte(), Least(call)));
     const Buffer dataBuffer(data);
     const Buffer keyBuffer(key);
     auto length = static_cast<std::uint16_t>(data.size());
