@@ -36,16 +36,17 @@ std::uint32_t CheckSeed() {
   return seed;
 }
 
-// Over what stands before the entry, and the entry as far as it is used.
-std::uint32_t CheckWordOf(const BlockImage& image) {
-  constexpr std::size_t kWord = sizeof(std::uint32_t);
-  std::array<std::uint32_t, sizeof(image) / kWord> words{};
+// Of everything before it.
+std::uint32_t CheckWordOf(BlockImage image) {
+  image.check = 0;
+  std::array<std::uint64_t, sizeof(image) / sizeof(std::uint64_t)> words{};
   std::memcpy(words.data(), &image, sizeof(image));
-  const std::size_t used = (offsetof(BlockImage, entry) + image.entrySize + kWord - 1) / kWord;
-  std::uint32_t hash = CheckSeed();
-  for (std::size_t i = 0; i < used; ++i) hash = (hash ^ words[i]) * 16777619U;  // FNV-1a, by words
-  return hash;
+  std::uint64_t hash = CheckSeed();
+  for (const std::uint64_t word : words) hash = (hash ^ word) * 1099511628211U;  // FNV-1a, by words
+  return static_cast<std::uint32_t>(hash ^ (hash >> 32U));
 }
+
+static_assert(offsetof(BlockImage, check) == sizeof(BlockImage) - sizeof(std::uint32_t));
 
 }  // namespace
 
@@ -53,7 +54,7 @@ bool Cursor::Load(const std::uint8_t* positionBlock, Cursor& cursor) {
   if (positionBlock == nullptr) return false;
   BlockImage image{};
   std::memcpy(&image, positionBlock, sizeof(image));
-  if (image.entrySize > Entry::kCapacity || image.check != CheckWordOf(image)) return false;
+  if (image.check != CheckWordOf(image) || image.entrySize > Entry::kCapacity) return false;
   cursor.handle = {image.slot, image.generation};
   cursor.keyNumber = image.keyNumber;
   cursor.entry = {image.entry, image.entrySize};

@@ -8,11 +8,9 @@
 #include "support/world.h"
 
 namespace qlx99::tests {
-namespace {
-
 namespace fs = std::filesystem;
 
-void Unload(const char* name) {
+void UnloadRecordManager(const char* name) {
   constexpr int kMoreThanAnyoneLoads = 1000;
   for (int i = 0; i < kMoreThanAnyoneLoads; ++i) {
     HMODULE library = GetModuleHandleA(name);
@@ -22,11 +20,9 @@ void Unload(const char* name) {
   ADD_FAILURE() << name << " stays loaded, and with it what it remembers";
 }
 
-}  // namespace
-
 void UnloadRecordManagers() {
   ReleaseEmbedded();
-  for (const char* name : kRecordManagerNames) Unload(name);
+  for (const char* name : kRecordManagerNames) UnloadRecordManager(name);
 }
 
 void FindTheEmbeddedManager() { SetDllDirectoryA(ProductFolder().string().c_str()); }

@@ -10,7 +10,8 @@
 
 namespace qlx99::tests {
 
-// Unloads what the library under test leaves loaded by design, so that each test starts anew.
+// Unload what the library under test leaves loaded by design, so that each test starts anew.
+void UnloadRecordManager(const char* name);
 void UnloadRecordManagers();
 
 // By its bare name, as it lies beside the library, not beside this program.
