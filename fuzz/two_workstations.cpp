@@ -16,6 +16,7 @@
 #include "office/file_description.h"
 #include "recordmanager/engine.h"
 #include "recordmanager/sql.h"
+#include "stress/party.h"
 
 namespace {
 
@@ -25,23 +26,9 @@ using fuzz::Found;
 using fuzz::Input;
 using recordmanager::Connection;
 using recordmanager::Engine;
+using stress::Party;
+using stress::PartyRecord;
 
-struct Party {
-  std::int32_t number = 0;
-  std::int32_t caseId = 0;
-  std::int32_t text = 0;
-};
-
-// The same for the record manager.
-struct PartyRecord {
-  static constexpr qlx99::RecordFileInfo file{"PARTY.KRV", sizeof(Party)};
-  static constexpr qlx99::Int32Field number{"number", 0};
-  static constexpr qlx99::Int32Field caseId{"caseId", 4};
-  static constexpr qlx99::Key byNumber{0, number, qlx99::Key::kAutoincrement};
-  static constexpr qlx99::Key byCase{1, caseId, qlx99::Key::kDuplicates};
-  static constexpr auto fields = qlx99::Fields(number, caseId);
-  static constexpr auto keys = qlx99::Keys(byNumber, byCase);
-};
 enum Key { kNoKey = -1, kByNumber, kByCase };
 
 // What the file holds.

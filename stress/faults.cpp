@@ -11,6 +11,7 @@
 #include "office/file_description.h"
 #include "recordmanager/engine.h"
 #include "stress/faulty_files.h"
+#include "stress/party.h"
 #include "stress/soundness.h"
 
 namespace stress {
@@ -18,24 +19,8 @@ namespace {
 
 using namespace btrieve;
 
-struct Record {
-  std::int32_t number = 0;
-  std::int32_t caseId = 0;
-};
-
-// The same for the record manager.
-struct RecordOfCase {
-  static constexpr qlx99::RecordFileInfo file{"FAULTY.KRV", sizeof(Record)};
-  static constexpr qlx99::Int32Field number{"number", 0};
-  static constexpr qlx99::Int32Field caseId{"caseId", 4};
-  static constexpr qlx99::Key byNumber{0, number, qlx99::Key::kAutoincrement};
-  static constexpr qlx99::Key byCase{1, caseId, qlx99::Key::kDuplicates};
-  static constexpr auto fields = qlx99::Fields(number, caseId);
-  static constexpr auto keys = qlx99::Keys(byNumber, byCase);
-};
-
-constexpr int kByNumber = 0;
-constexpr int kByCase = 1;
+constexpr int kByNumber = PartyRecord::byNumber.number;
+constexpr int kByCase = PartyRecord::byCase.number;
 
 // A process with one file.
 class Client {
@@ -55,7 +40,7 @@ class Client {
   }
 
   int Create(const std::string& path) {
-    std::string description = office::DescribeFile(qlx99::LayoutOf<RecordOfCase>());
+    std::string description = office::DescribeFile(qlx99::LayoutOf<PartyRecord>());
     SetKey(path);
     return Call(kCreate, kCreateOver, description.data(), description.size());
   }
@@ -75,7 +60,7 @@ class Client {
     return Call(kGetEqual, kByCase);
   }
 
-  Record record;
+  Party record;
 
  private:
   void SetKey(const std::string& path) {

@@ -1,0 +1,27 @@
+// A small record file for trials of the record manager by itself.
+#pragma once
+
+#include <cstdint>
+
+#include "store/record_layout.h"
+
+namespace stress {
+
+struct Party {
+  std::int32_t number = 0;  // given by the record manager
+  std::int32_t caseId = 0;
+  std::int32_t text = 0;
+};
+
+// The same for the record manager.
+struct PartyRecord {
+  static constexpr qlx99::RecordFileInfo file{"PARTY.KRV", sizeof(Party)};
+  static constexpr qlx99::Int32Field number{"number", 0};
+  static constexpr qlx99::Int32Field caseId{"caseId", 4};
+  static constexpr qlx99::Key byNumber{0, number, qlx99::Key::kAutoincrement};
+  static constexpr qlx99::Key byCase{1, caseId, qlx99::Key::kDuplicates};
+  static constexpr auto fields = qlx99::Fields(number, caseId);
+  static constexpr auto keys = qlx99::Keys(byNumber, byCase);
+};
+
+}  // namespace stress
