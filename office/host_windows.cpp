@@ -1,7 +1,4 @@
 #include "office/host.h"
-
-#include <iostream>
-
 #include "office/text_encoding.h"
 #include "platform/windows_api.h"
 // <windows.h> first: this builds on it.
