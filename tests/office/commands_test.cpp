@@ -194,6 +194,11 @@ TEST_F(Installations, AreCheckedFileByFile) {
   const std::array places{qlx99::Key(0, otherPlace.fields[1], qlx99::Key::kUnique)};
   otherPlace.keys = places;
   create(otherPlace);
+  auto otherNumbers = qlx99::LayoutOf<qlx99::FollowUpRecord>();
+  const std::array numbers{qlx99::Key(0, otherNumbers.fields[3], qlx99::Key::kAutoincrement),
+                           otherNumbers.keys[1]};
+  otherNumbers.keys = numbers;
+  create(otherNumbers);
   std::ofstream(folder_.Path() / "ZTKONAT.KRV") << "This is not a record file.";
   ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
 
@@ -204,6 +209,7 @@ TEST_F(Installations, AreCheckedFileByFile) {
                     HasSubstr("\n! ZTKOTITL.KRV    its records have 80 bytes, not 79; put "),
                     HasSubstr("\n! ZTBANK.KRV      it has no key 1; put "),
                     HasSubstr("\n! ZTKODOLI.KRV    key 0 does not lie over "),
+                    HasSubstr("\n! ZTDOLIST.KRV    key 0 does not lie over id"),
                     HasSubstr("ZTKONAT.KRV: it is not a record file, or"),
                     HasSubstr("ZTPART.KRV: there is no such file; restore it")));
 }
