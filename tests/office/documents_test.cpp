@@ -81,11 +81,11 @@ TEST(MacroInterface, ReadsEachRecordIntoItsFieldsInTheirOrder) {
                                                         {"fieldsof\\(.*\\), (\\d+), .*\n", "$1\n"},
                                                         {"\\w+ = found\n", "= found\n"}});
   for (const Export& one : Exports()) {
-    if (one.fields.empty() || one.fields.front() == "path") continue;
+    if (one.fields.empty() || one.fields.front().name == "path") continue;
     std::string type = Lower("' " + std::string(one.name)) + "\npublic type\n";
     std::string reading = "fields = " + std::to_string(one.fields.size()) + "\n    dim found as\n";
     for (std::size_t i = 0; i < one.fields.size(); ++i) {
-      const std::string field = Lower(std::string(one.fields[i]));
+      const std::string field = Lower(std::string(one.fields[i].name));
       type += "    " + field + "\n";
       reading += "    found." + field + " = fields(" + std::to_string(i) + ")\n";
     }
@@ -104,9 +104,9 @@ TEST(MacroInterface, DocumentsEachExportWithItsArgumentsAndFields) {
     ASSERT_NE(begin, std::string::npos) << call;
     const std::string section = document.substr(begin, document.find("\n#", begin + 1) - begin);
     std::string fields;
-    for (const std::string_view field : ExportNamed(call.substr(0, call.find('('))).fields) {
+    for (const Field& field : ExportNamed(call.substr(0, call.find('('))).fields) {
       const auto number = static_cast<std::size_t>(std::ranges::count(fields, '\n') + 1);
-      fields += "| " + std::to_string(number) + " | `" + std::string(field) + "` |\n";
+      fields += "| " + std::to_string(number) + " | `" + std::string(field.name) + "` |\n";
     }
     if (fields.empty()) {
       EXPECT_THAT(section, Not(HasSubstr("| No. |"))) << call;
