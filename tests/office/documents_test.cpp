@@ -74,16 +74,22 @@ TEST(MacroInterface, DeclaresEachExportAsTheHeaderDoes) {
 }
 
 TEST(MacroInterface, ReadsEachRecordIntoItsFieldsInTheirOrder) {
-  const std::string module =
-      Replaced(Lower(ProjectFile("macros/qlx99.bas")), {{"(public type|dim found as) \\w+", "$1"},
-                                                        {" as (string|long)\n", "\n"},
-                                                        {"numberof\\((.*)\\)\n", "$1\n"},
-                                                        {"fieldsof\\(.*\\), (\\d+), .*\n", "$1\n"},
-                                                        {"\\w+ = found\n", "= found\n"}});
+  const std::string module = Replaced(Lower(ProjectFile("macros/qlx99.bas")),
+                                      {{"(public type|dim found as) \\w+", "$1"},
+                                       {" as (string|long)\n", "\n"},
+                                       {"numberof\\((.*)\\)\n", "$1\n"},
+                                       {"formedas\\(.*, (.*)\\)\n", "$1\n"},
+                                       {"fieldsof\\(.*\\), (\\d+), .*?(, \\d)?\\)\n", "$1$2\n"},
+                                       {"\\w+ = found\n", "= found\n"}});
   for (const Export& one : Exports()) {
     if (one.fields.empty() || one.fields.front().name == "path") continue;
     std::string type = Lower("' " + std::string(one.name)) + "\npublic type\n";
-    std::string reading = "fields = " + std::to_string(one.fields.size()) + "\n    dim found as\n";
+    const auto freeText = std::ranges::find(one.fields, Form::kFreeText, &Field::form);
+    std::string reading = "fields = " + std::to_string(one.fields.size());
+    if (freeText != one.fields.end()) {
+      reading += ", " + std::to_string(freeText - one.fields.begin());
+    }
+    reading += "\n    dim found as\n";
     for (std::size_t i = 0; i < one.fields.size(); ++i) {
       const std::string field = Lower(std::string(one.fields[i].name));
       type += "    " + field + "\n";
