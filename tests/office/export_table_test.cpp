@@ -55,7 +55,9 @@ TEST(DeliveredRecord, NamesFieldsOnlyWhereItCanTellThemApart) {
     SCOPED_TRACE(std::string(from) + ": " + text);
     const DeliveredRecord record(ExportNamed(from), Encode(text));
     ASSERT_EQ(record.IsComplete(), expected != nullptr);
-    if (record.IsComplete()) EXPECT_EQ(record[field], expected);
+    if (expected != nullptr) {
+      EXPECT_EQ(record[field], expected);
+    }
   }
 }
 
