@@ -102,9 +102,10 @@ namespace {
 
 std::string WhyWithoutNames(const DeliveredRecord& record, std::size_t expected) {
   const std::size_t fields = record.Fields().size();
-  const std::string why = fields == expected ? "A text in the record holds a \"|\""
-                                             : "The record has " + std::to_string(fields) +
-                                                   " fields instead of " + std::to_string(expected);
+  const std::string why = fields == expected
+                              ? "A field does not look like its name, as when a text holds a \"|\""
+                              : "The record has " + std::to_string(fields) + " fields instead of " +
+                                    std::to_string(expected);
   return why + ", so they go without names.\n";
 }
 
