@@ -196,7 +196,7 @@ Public Function FollowUpKindAt(ByVal position As Long) As FollowUpKind
     Dim buffer As String, fields() As String
     buffer = EmptyBuffer()
     ZtkodoliNext CStr(position), buffer
-    fields = FieldsOf(RecordIn(buffer), 3, "Wiedervorlageart " & position)
+    fields = FieldsOf(RecordIn(buffer), 3, "Wiedervorlageart " & position, 0)
     Dim found As FollowUpKind
     found.Name = fields(0)
     found.Number = NumberOf(fields(1))
@@ -214,9 +214,9 @@ Public Function FollowUpAt(ByVal caseNumber As String, ByVal position As Long) A
     Dim buffer As String, fields() As String
     buffer = EmptyBuffer()
     WVNext caseNumber, CStr(position), buffer
-    fields = FieldsOf(RecordIn(buffer), 12, "Wiedervorlage " & position & " der Akte " & caseNumber)
+    fields = FieldsOf(RecordIn(buffer), 12, "Wiedervorlage " & position & " der Akte " & caseNumber, 3)
     Dim found As FollowUp
-    found.DueDate = fields(0)
+    found.DueDate = FormedAs("##.##.####", fields(0))
     found.KindName = fields(1)
     found.KindId = NumberOf(fields(2))
     found.Text = fields(3)
@@ -262,20 +262,20 @@ Public Function ReadCase(ByVal caseNumber As String) As CaseData
     Dim buffer As String, fields() As String
     buffer = EmptyBuffer()
     SLesenDLL caseNumber, buffer
-    fields = FieldsOf(RecordIn(buffer), 15, "Akte " & caseNumber)
+    fields = FieldsOf(RecordIn(buffer), 15, "Akte " & caseNumber, 8)
     Dim found As CaseData
     found.Rubrum = fields(0)
     found.Text40 = fields(1)
     found.Text30 = fields(2)
     found.ShortCode = fields(3)
     found.CaseType = fields(4)
-    found.Amount = fields(5)
-    found.FirstDate = fields(6)
-    found.SecondDate = fields(7)
+    found.Amount = FormedAs("*,##", fields(5))
+    found.FirstDate = FormedAs("##.##.####", fields(6))
+    found.SecondDate = FormedAs("##.##.####", fields(7))
     found.LongText = fields(8)
     found.UserName = fields(9)
     found.UserSign = fields(10)
-    found.ArchiveDate = fields(11)
+    found.ArchiveDate = FormedAs("##.##.####", fields(11))
     found.ArchiveMark = fields(12)
     found.PartyCount = NumberOf(fields(13))
     found.CurrencyCode = fields(14)
@@ -358,7 +358,7 @@ Public Function CasePartyAt(ByVal caseNumber As String, ByVal position As Long) 
     BListeNext caseNumber, CStr(position), buffer
     fields = FieldsOf(WholePartyRecord(RecordIn(buffer)), 9, "Beteiligter " & position & " der Akte " & caseNumber)
     Dim found As CaseParty
-    found.RelationCode = fields(0)
+    found.RelationCode = FormedAs("??", fields(0))
     found.Salutation = fields(1)
     found.Name = fields(2)
     found.NameAddition = fields(3)
@@ -398,21 +398,38 @@ Private Function RecordIn(ByVal buffer As String) As String
     RecordIn = RTrim$(Left$(buffer, InStr(buffer & Chr$(0), Chr$(0)) - 1))
 End Function
 
-' The export's result is not asked, as it is 0 also for a record that begins with two empty fields.
-Private Function FieldsOf(ByVal record As String, ByVal count As Long, ByVal what As String) As String()
+' The export's result is not asked, as it is 0 also for a record that begins with two empty fields. A text of the office
+' may hold a "|" itself. In `freeText`, counted from 0, it does no harm: that field is all between the others.
+Private Function FieldsOf(ByVal record As String, ByVal count As Long, ByVal what As String, _
+    Optional ByVal freeText As Long = -1) As String()
     Dim fields() As String
     fields = Split(record, "|")
+    If freeText >= 0 And UBound(fields) >= count Then JoinFreeText fields, freeText, UBound(fields) + 1 - count
     If UBound(fields) + 1 <> count Then Fail qlxNotRead, what & " wurde nicht gefunden oder kann nicht gelesen werden."
     FieldsOf = fields
 End Function
 
+Private Sub JoinFreeText(ByRef fields() As String, ByVal freeText As Long, ByVal surplus As Long)
+    Dim i As Long
+    For i = 1 To surplus
+        fields(freeText) = fields(freeText) & "|" & fields(freeText + i)
+    Next
+    For i = freeText + 1 To UBound(fields) - surplus
+        fields(i) = fields(i + surplus)
+    Next
+    ReDim Preserve fields(UBound(fields) - surplus)
+End Sub
+
 ' A party's record has no relation code where there is no relation, and no salutation where there is no address. Where
-' there is one, its street is a blank at least.
+' there is one, its street is a blank at least. A record with all fields but without one of the two has a "|" in a text.
 Private Function WholePartyRecord(ByVal record As String) As String
     Dim fields() As String
     fields = Split(record, "|")
     WholePartyRecord = record
     If UBound(fields) = 6 Then WholePartyRecord = "||" & record
+    If UBound(fields) = 8 Then
+        If fields(0) = "" Or fields(4) = "" Then WholePartyRecord = ""
+    End If
     If UBound(fields) <> 7 Then Exit Function
     If fields(3) = "" Then
         WholePartyRecord = Replace(record, "|", "||", 1, 1)
@@ -421,9 +438,20 @@ Private Function WholePartyRecord(ByVal record As String) As String
     End If
 End Function
 
+' An empty field is a number that is not there.
 Private Function NumberOf(ByVal field As String) As Long
     NumberOf = CLng(Val(field))
+    If field <> "" And CStr(NumberOf) <> field Then FailForText
 End Function
+
+Private Function FormedAs(ByVal pattern As String, ByVal field As String) As String
+    If field <> "" And Not (field Like pattern) Then FailForText
+    FormedAs = field
+End Function
+
+Private Sub FailForText()
+    Fail qlxNotRead, "Der Eintrag kann nicht gelesen werden, weil ein Text darin das Trennzeichen | enthält."
+End Sub
 
 Private Function DateText(ByVal day As Date) As String
     DateText = Format$(day, "dd\.mm\.yyyy")

@@ -4,6 +4,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 #include "frame/registry.h"
 #include "frame/sibling_library.h"
@@ -70,7 +71,7 @@ std::string KindOfInstallation() {
 // own numbers. The other keys are the case-management system's, which may make them as it likes.
 bool IsReadBy(const RecordLayout& layout, const qlx99::Key& key) {
   return key.number + 1U == layout.keys.size() ||
-         layout.file.name == qlx99::FollowUpRecord::file.name;
+         std::string_view(layout.file.name) == qlx99::FollowUpRecord::file.name;
 }
 
 // The key as the file must have it, or why not.

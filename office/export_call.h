@@ -11,26 +11,31 @@
 
 namespace office {
 
-// A record whose fields go by their names.
+// A record whose fields go by their names. A "|" in a free text does not divide it.
 class DeliveredRecord {
  public:
   DeliveredRecord(const Export& from, std::string_view ansi);
 
-  // Whether it has as many fields as its export's records have when nothing is missing. Only then
-  // do the names belong to the fields.
-  bool IsComplete() const { return fields_.size() == from_->fields.size(); }
+  // Whether it has as many fields as its export's records have when nothing is missing, each in
+  // its form. Only then do the names belong to the fields.
+  bool IsComplete() const { return complete_; }
+
+  // The whole record, UTF-8.
+  const std::string& Text() const { return text_; }
 
   // UTF-8, without the blanks at either end; of a complete record only.
   const std::string& operator[](std::string_view name) const;
 
   // In their order, as they stand.
   const std::vector<std::string>& Fields() const { return fields_; }
-  std::string_view NameAt(std::size_t index) const { return from_->fields.at(index); }
+  std::string_view NameAt(std::size_t index) const { return from_->fields.at(index).name; }
 
  private:
   const Export* from_;
+  std::string text_;
   std::vector<std::string> fields_;  // UTF-8
   std::vector<std::string> trimmed_;
+  bool complete_;
 };
 
 struct CallOutcome {

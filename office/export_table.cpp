@@ -1,13 +1,13 @@
 #include "office/export_table.h"
 
 #include <algorithm>
-#include <charconv>
 #include <tuple>
 #include <type_traits>
 #include <utility>
 
 #include "frame/exports.h"
 #include "office/failure.h"
+#include "office/record_text.h"
 
 namespace office {
 namespace {
@@ -30,25 +30,81 @@ std::vector<std::string_view> Before(std::string_view first, std::vector<std::st
   return others;
 }
 
-const std::vector<std::string_view> kAddressFields = {
-    "firstName",        "name",          "letterSalutation", "title",       "nameAddition",
-    "freeText",         "shortField1",   "shortField2",      "shortField3", "shortField4",
-    "shortField5",      "wideField",     "street",           "postalCode",  "place",
-    "secondPostalCode", "secondPlace",   "addressAddition",  "nationality", "bankName",
-    "bankCode",         "accountNumber", "contactAddition",  "linkText",    "relationDesignation"};
+const std::vector<Field> kUserFields = {
+    {"name"}, {"thirdText"}, {"secondText"}, {"shortSign"}, {"number", Form::kNumber}};
 
-const std::vector<std::string_view> kCaseFields = {
-    "rubrum",   "text40",      "text30",      "shortCode",  "caseType",
-    "amount",   "firstDate",   "secondDate",  "longText",   "userName",
-    "userSign", "archiveDate", "archiveMark", "partyCount", "currencyCode"};
+const std::vector<Field> kFollowUpKindFields = {
+    {"name", Form::kFreeText}, {"number", Form::kNumber}, {"id", Form::kNumber}};
 
-const std::vector<std::string_view> kFollowUpFields = {
-    "dueDate", "kindName",       "kindId",         "text",         "userName",      "userSign",
-    "userId",  "secondUserName", "secondUserSign", "secondUserId", "partyPosition", "id"};
+const std::vector<Field> kFollowUpFields = {{"dueDate", Form::kDate},
+                                            {"kindName"},
+                                            {"kindId", Form::kNumber},
+                                            {"text", Form::kFreeText},
+                                            {"userName"},
+                                            {"userSign"},
+                                            {"userId", Form::kNumber},
+                                            {"secondUserName"},
+                                            {"secondUserSign"},
+                                            {"secondUserId", Form::kNumber},
+                                            {"partyPosition", Form::kNumber},
+                                            {"id", Form::kNumber}};
 
-const std::vector<std::string_view> kPartyListFields = {
-    "relationCode", "salutation",    "name",       "nameAddition", "street",
-    "place",        "addressNumber", "linkNumber", "partyRecordId"};
+const std::vector<Field> kCaseFields = {{"rubrum"},
+                                        {"text40"},
+                                        {"text30"},
+                                        {"shortCode"},
+                                        {"caseType"},
+                                        {"amount", Form::kAmount},
+                                        {"firstDate", Form::kDate},
+                                        {"secondDate", Form::kDate},
+                                        {"longText", Form::kFreeText},
+                                        {"userName"},
+                                        {"userSign"},
+                                        {"archiveDate", Form::kDate},
+                                        {"archiveMark"},
+                                        {"partyCount", Form::kNumber},
+                                        {"currencyCode"}};
+
+const std::vector<Field> kAddressFields = {{"firstName"},
+                                           {"name"},
+                                           {"letterSalutation"},
+                                           {"title"},
+                                           {"nameAddition"},
+                                           {"freeText"},
+                                           {"shortField1"},
+                                           {"shortField2"},
+                                           {"shortField3"},
+                                           {"shortField4"},
+                                           {"shortField5"},
+                                           {"wideField"},
+                                           {"street"},
+                                           {"postalCode"},
+                                           {"place"},
+                                           {"secondPostalCode"},
+                                           {"secondPlace"},
+                                           {"addressAddition"},
+                                           {"nationality"},
+                                           {"bankName"},
+                                           {"bankCode"},
+                                           {"accountNumber"},
+                                           {"contactAddition"},
+                                           {"linkText"},
+                                           {"relationDesignation"}};
+
+const std::vector<Field> kReferenceFields = {{"addressNumber", Form::kNumber},
+                                             {"relationCode"},
+                                             {"always0", Form::kNumber},
+                                             {"linkNumber", Form::kNumberOrNone}};
+
+const std::vector<Field> kPartyListFields = {{"relationCode", Form::kRelationCode},
+                                             {"salutation"},
+                                             {"name"},
+                                             {"nameAddition"},
+                                             {"street", Form::kFilled},
+                                             {"place"},
+                                             {"addressNumber", Form::kNumber},
+                                             {"linkNumber", Form::kNumberOrNone},
+                                             {"partyRecordId", Form::kNumber}};
 
 constexpr std::string_view kDelivered = "-1: delivered";
 constexpr std::string_view kDone = "-1: done";
@@ -56,20 +112,16 @@ constexpr std::string_view kDone = "-1: done";
 std::vector<Export> MakeExports() {
   using namespace qlx99;
   return {
-      {"GetDocuRoot", {"length"}, {"path"}, "1: delivered", Calling(GetDocuRoot)},
+      {"GetDocuRoot", {"length"}, {{"path"}}, "1: delivered", Calling(GetDocuRoot)},
       {"GetProgramRoot",
        {"length"},
-       {"path"},
+       {{"path"}},
        "1: there is such a folder",
        Calling(GetProgramRoot)},
       {"UserInit", {}, {}, "number of users", Calling(UserInit)},
-      {"UserNext",
-       {"index"},
-       {"name", "thirdText", "secondText", "shortSign", "number"},
-       kDelivered,
-       Calling(UserNext)},
+      {"UserNext", {"index"}, kUserFields, kDelivered, Calling(UserNext)},
       {"ZtkodoliInit", {}, {}, "number of follow-up kinds", Calling(ZtkodoliInit)},
-      {"ZtkodoliNext", {"index"}, {"name", "number", "id"}, kDelivered, Calling(ZtkodoliNext)},
+      {"ZtkodoliNext", {"index"}, kFollowUpKindFields, kDelivered, Calling(ZtkodoliNext)},
       {"WVInit", {"caseNumber"}, {}, "number of follow-ups", Calling(WVInit)},
       {"WVNext", {"caseNumber", "index"}, kFollowUpFields, kDelivered, Calling(WVNext)},
       {"WVNew", Before("caseNumber", kFollowUpArguments), {}, kDone, Calling(WVNew)},
@@ -83,7 +135,7 @@ std::vector<Export> MakeExports() {
        Calling(ALesenDLL)},
       {"BLesenDLL",
        {"role", "caseNumber", "spare", "noDialog"},
-       {"addressNumber", "relationCode", "always0", "linkNumber"},
+       kReferenceFields,
        kDelivered,
        Calling(BLesenDLL)},
       {"BListeInit", {"caseNumber"}, {}, "number of parties", Calling(BListeInit)},
@@ -99,12 +151,9 @@ std::vector<Export> MakeExports() {
 }
 
 std::int32_t WholeNumber(const std::string& text) {
-  std::int32_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{} || end != text.data() + text.size()) {
-    throw WrongUsage("\"" + text + "\" is not a whole number; this export takes one.");
-  }
-  return number;
+  const auto number = NumberIn<std::int32_t>(text);
+  if (!number) throw WrongUsage("\"" + text + "\" is not a whole number; this export takes one.");
+  return *number;
 }
 
 }  // namespace

@@ -35,10 +35,28 @@ class CallArguments {
   std::array<char, qlx99::kCallerBufferSize> buffer_{};
 };
 
+// What a field holds, as far as its text shows. A text of the office may hold the "|" that divides
+// the fields, and then it shows in the others.
+enum class Form : std::uint8_t {
+  kText,
+  kFreeText,      // as users write it; the one field of a record that may have a "|" in it
+  kFilled,        // text that is never empty
+  kNumber,        // in decimal
+  kNumberOrNone,  // the same, or empty
+  kDate,          // DD.MM.YYYY, or empty
+  kAmount,        // in German notation, or empty
+  kRelationCode,  // two characters
+};
+
+struct Field {
+  std::string_view name;
+  Form form = Form::kText;
+};
+
 struct Export {
   std::string_view name;
   std::vector<std::string_view> arguments;  // without the buffer
-  std::vector<std::string_view> fields;     // of the record; none: there is no buffer
+  std::vector<Field> fields;                // of the record; none: there is no buffer
   std::string_view meaning;                 // of what it answers
   std::function<std::int32_t(CallArguments&)> function;
 };

@@ -1,6 +1,7 @@
 #include "office/follow_up_table.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 #include "office/export_call.h"
@@ -14,10 +15,11 @@ namespace {
 // without date and kind, although it is there.
 std::vector<DeliveredRecord> ReadFollowUps(const std::string& caseNumber) {
   const std::int32_t count = CallExport(ExportNamed("WVInit"), {caseNumber}).result;
+  const Export& next = ExportNamed("WVNext");
   std::vector<DeliveredRecord> followUps;
   for (std::int32_t index = 1; index <= count; ++index) {
-    auto followUp = ReadExport("WVNext", {caseNumber, std::to_string(index)});
-    if (followUp) followUps.push_back(std::move(*followUp));
+    const CallOutcome outcome = CallExport(next, {caseNumber, std::to_string(index)});
+    if (outcome.ansiRecord) followUps.emplace_back(next, *outcome.ansiRecord);
   }
   return followUps;
 }
@@ -35,22 +37,36 @@ std::string PartyName(const std::string& caseNumber, const std::string& position
   return party ? (*party)["name"] : position;
 }
 
+// A follow-up that cannot be read field by field stands there as it is, before all others: it may
+// be due.
+std::string WhenDue(const DeliveredRecord& followUp) {
+  return followUp.IsComplete() ? Chronological(followUp["dueDate"]) : "";
+}
+
+std::vector<std::string> RowOf(const DeliveredRecord& followUp, const std::string& caseNumber) {
+  if (!followUp.IsComplete()) {
+    return {"?", "", "cannot be told apart: " + followUp.Text(), "", "", "", ""};
+  }
+  return {followUp["dueDate"],
+          followUp["kindName"],
+          followUp["text"],
+          followUp["userSign"],
+          followUp["secondUserSign"],
+          PartyName(caseNumber, followUp["partyPosition"]),
+          followUp["id"]};
+}
+
 }  // namespace
 
 std::string FollowUpTable(const std::string& caseNumber) {
   std::vector<DeliveredRecord> followUps = ReadFollowUps(caseNumber);
   if (followUps.empty())
     throw Failure("Case " + caseNumber + " has no follow-ups, or there is no such case.");
-  std::ranges::stable_sort(followUps, {}, [](const DeliveredRecord& followUp) {
-    return Chronological(followUp["dueDate"]);
-  });
+  std::ranges::stable_sort(followUps, {}, WhenDue);
   std::vector<std::vector<std::string>> rows;
-  rows.reserve(followUps.size());
-  for (const DeliveredRecord& followUp : followUps) {
-    rows.push_back({followUp["dueDate"], followUp["kindName"], followUp["text"],
-                    followUp["userSign"], followUp["secondUserSign"],
-                    PartyName(caseNumber, followUp["partyPosition"]), followUp["id"]});
-  }
+  std::ranges::transform(
+      followUps, std::back_inserter(rows),
+      [&caseNumber](const DeliveredRecord& followUp) { return RowOf(followUp, caseNumber); });
   return TextTable({"Date", "Kind", "Text", "User", "Second", "Party", "ID"}, rows);
 }
 

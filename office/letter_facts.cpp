@@ -1,4 +1,6 @@
 // BLesenDLL, ALesenDLL, SLesenDLL, GetDokuNr: the calls of a letter macro, in its order.
+#include <string_view>
+
 #include "office/failure.h"
 #include "office/letter.h"
 
@@ -11,13 +13,20 @@ std::string RoleCode(std::string role) {
   return role;
 }
 
+// What SLesenDLL delivers of a case that is not there: no parties, and no currency.
+constexpr std::string_view kUnknownCase = "0|";
+
 DeliveredRecord CaseData(const std::string& caseNumber) {
-  auto record = ReadExport("SLesenDLL", {caseNumber});
-  if (!record) {
+  const Export& called = ExportNamed("SLesenDLL");
+  const std::string delivered = CallExport(called, {caseNumber}).ansiRecord.value_or("");
+  if (delivered == kUnknownCase) {
     throw Failure("There is no case " + caseNumber +
                   ". `qlx office show ZTCASE` lists the cases of this office.");
   }
-  return std::move(*record);
+  DeliveredRecord record(called, delivered);
+  if (record.IsComplete()) return record;
+  throw Failure("Case " + caseNumber + " cannot be read. `qlx call SLesenDLL " + caseNumber +
+                "` shows what there is of it.");
 }
 
 DeliveredRecord PartyInRole(const std::string& caseNumber, const std::string& role) {

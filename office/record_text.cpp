@@ -1,11 +1,8 @@
 #include "office/record_text.h"
 
 #include <array>
-#include <charconv>
-#include <chrono>
 #include <cmath>
 #include <cstring>
-#include <optional>
 
 #include "office/failure.h"
 #include "office/text_encoding.h"
@@ -31,26 +28,6 @@ Value Get(const FieldInfo& field, std::string_view record) {
 
 [[noreturn]] void Refuse(const FieldInfo& field, std::string_view value, const char* why) {
   throw Failure(std::string(field.name) + ": \"" + std::string(value) + "\" " + why);
-}
-
-// The whole text as a number, or nothing.
-template <class Number>
-std::optional<Number> NumberIn(std::string_view text) {
-  Number number{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
-std::optional<std::chrono::year_month_day> DateIn(std::string_view text) {
-  if (text.size() != 10 || text[2] != '.' || text[5] != '.') return std::nullopt;
-  const auto day = NumberIn<unsigned>(text.substr(0, 2));
-  const auto month = NumberIn<unsigned>(text.substr(3, 2));
-  const auto year = NumberIn<unsigned>(text.substr(6, 4));
-  if (!day || !month || !year) return std::nullopt;
-  const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(*year)),
-                                         std::chrono::month(*month), std::chrono::day(*day)};
-  return date.ok() ? std::optional(date) : std::nullopt;
 }
 
 std::uint16_t DayNumberIn(const FieldInfo& field, std::string_view text) {
@@ -103,6 +80,17 @@ std::string TextIn(const FieldInfo& field, std::string_view record, CodePage cod
 }
 
 }  // namespace
+
+std::optional<std::chrono::year_month_day> DateIn(std::string_view text) {
+  if (text.size() != 10 || text[2] != '.' || text[5] != '.') return std::nullopt;
+  const auto day = NumberIn<unsigned>(text.substr(0, 2));
+  const auto month = NumberIn<unsigned>(text.substr(3, 2));
+  const auto year = NumberIn<unsigned>(text.substr(6, 4));
+  if (!day || !month || !year) return std::nullopt;
+  const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(*year)),
+                                         std::chrono::month(*month), std::chrono::day(*day)};
+  return date.ok() ? std::optional(date) : std::nullopt;
+}
 
 std::string BlankRecord(const qlx99::RecordLayout& layout) {
   std::string record(layout.file.length, '\0');

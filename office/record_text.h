@@ -2,12 +2,27 @@
 // amounts as 1234.56, texts in UTF-8 without the blanks behind them.
 #pragma once
 
+#include <charconv>
+#include <chrono>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "store/record_layout.h"
 
 namespace office {
+
+// The whole text as a number, or nothing.
+template <class Number>
+std::optional<Number> NumberIn(std::string_view text) {
+  Number number{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+// The whole text, DD.MM.YYYY, as a day of the calendar, or nothing.
+std::optional<std::chrono::year_month_day> DateIn(std::string_view text);
 
 // A record without any content: numbers 0, no dates, blank texts. Bytes that no field names are 0.
 std::string BlankRecord(const qlx99::RecordLayout& layout);

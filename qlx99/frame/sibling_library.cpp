@@ -18,6 +18,7 @@ MappingPath PathBelow(const MappingRoot& root, const char* pattern) {
 
 void LoadSiblingLibrary(const MappingRoot& root) {
   if (siblingLibrary != nullptr) return;
+  // It stays the current one: the sibling may load further parts of itself from there, and later.
   SetCurrentDirectoryA(PathBelow(root, kSiblingFolder).data());
   // Without the system's own dialogs: who misses a function is told so by name.
   const UINT previousMode = SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);

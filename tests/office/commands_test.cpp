@@ -7,7 +7,9 @@
 
 #include "frame/attach.h"
 #include "office/command_line.h"
+#include "office/export_call.h"
 #include "office/record_manager.h"
+#include "office/record_text.h"
 #include "record_files.h"
 #include "sample_office.h"
 #include "support/manager_script.h"
@@ -168,6 +170,30 @@ TEST_F(Commands, FollowUpsStandInTheOrderInWhichTheyAreDue) {
       "PL            Pütz                           4\n");
 }
 
+// Nobody would miss a deadline that is left out of the list.
+TEST_F(Commands, ShowWhatIsThereWhateverItsTextsHold) {
+  using namespace office;
+  const Export& write = ExportNamed("WVNew");
+  ASSERT_EQ(CallExport(write, {"25000001", "2", "15.05.2024", "1", "0", "0", "a|b"}).result, -1);
+  const auto followUps = qlx99::LayoutOf<qlx99::FollowUpRecord>();
+  std::string followUp = BlankRecord(followUps);
+  SetField(qlx99::FollowUpRecord::caseId, "8", followUp);
+  followUp[qlx99::FollowUpRecord::text.offset] = '\0';  // which ends what the library delivers
+  const auto cases = qlx99::LayoutOf<qlx99::CaseRecord>();
+  std::string oneCase = BlankRecord(cases);
+  SetField(qlx99::CaseRecord::id, "77", oneCase);
+  SetField(qlx99::CaseRecord::caseNumber, "77000001", oneCase);
+  oneCase[qlx99::CaseRecord::rubrum.offset] = '|';
+  const RecordManager manager;
+  TableFile(manager, Folder(), followUps).Insert(followUp);
+  TableFile(manager, Folder(), cases).Insert(oneCase);
+
+  EXPECT_THAT(Qlx("followups|25000001").out,
+              AllOf(HasSubstr("\n?                  cannot be told apart: ||0|"),
+                    HasSubstr("\n15.05.2024  Frist  a|b ")));
+  EXPECT_THAT(Qlx("letter|77000001").err, HasSubstr("Case 77000001 cannot be read"));
+}
+
 // Everything here has a registry and files of its own.
 class Installations : public testing::Test {
  protected:
@@ -194,6 +220,11 @@ TEST_F(Installations, AreCheckedFileByFile) {
   const std::array places{qlx99::Key(0, otherPlace.fields[1], qlx99::Key::kUnique)};
   otherPlace.keys = places;
   create(otherPlace);
+  auto otherNumbers = qlx99::LayoutOf<qlx99::FollowUpRecord>();
+  const std::array numbers{qlx99::Key(0, otherNumbers.fields[3], qlx99::Key::kAutoincrement),
+                           otherNumbers.keys[1]};
+  otherNumbers.keys = numbers;
+  create(otherNumbers);
   std::ofstream(folder_.Path() / "ZTKONAT.KRV") << "This is not a record file.";
   ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
 
@@ -204,6 +235,7 @@ TEST_F(Installations, AreCheckedFileByFile) {
                     HasSubstr("\n! ZTKOTITL.KRV    its records have 80 bytes, not 79; put "),
                     HasSubstr("\n! ZTBANK.KRV      it has no key 1; put "),
                     HasSubstr("\n! ZTKODOLI.KRV    key 0 does not lie over "),
+                    HasSubstr("\n! ZTDOLIST.KRV    key 0 does not lie over id"),
                     HasSubstr("ZTKONAT.KRV: it is not a record file, or"),
                     HasSubstr("ZTPART.KRV: there is no such file; restore it")));
 }

@@ -5,23 +5,29 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "office/export_call.h"
 #include "office/export_table.h"
 #include "office/record_text.h"
 #include "office/sample_file.h"
+#include "office/text_encoding.h"
 #include "record_files.h"
+#include "sample_office.h"
 
 namespace office {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::IsSupersetOf;
 using ::testing::Not;
 using ::testing::UnorderedElementsAreArray;
 
@@ -74,18 +80,24 @@ TEST(MacroInterface, DeclaresEachExportAsTheHeaderDoes) {
 }
 
 TEST(MacroInterface, ReadsEachRecordIntoItsFieldsInTheirOrder) {
-  const std::string module =
-      Replaced(Lower(ProjectFile("macros/qlx99.bas")), {{"(public type|dim found as) \\w+", "$1"},
-                                                        {" as (string|long)\n", "\n"},
-                                                        {"numberof\\((.*)\\)\n", "$1\n"},
-                                                        {"fieldsof\\(.*\\), (\\d+), .*\n", "$1\n"},
-                                                        {"\\w+ = found\n", "= found\n"}});
+  const std::string module = Replaced(Lower(ProjectFile("macros/qlx99.bas")),
+                                      {{"(public type|dim found as) \\w+", "$1"},
+                                       {" as (string|long)\n", "\n"},
+                                       {"numberof\\((.*)\\)\n", "$1\n"},
+                                       {"formedas\\(.*, (.*)\\)\n", "$1\n"},
+                                       {"fieldsof\\(.*\\), (\\d+), .*?(, \\d)?\\)\n", "$1$2\n"},
+                                       {"\\w+ = found\n", "= found\n"}});
   for (const Export& one : Exports()) {
-    if (one.fields.empty() || one.fields.front() == "path") continue;
+    if (one.fields.empty() || one.fields.front().name == "path") continue;
     std::string type = Lower("' " + std::string(one.name)) + "\npublic type\n";
-    std::string reading = "fields = " + std::to_string(one.fields.size()) + "\n    dim found as\n";
+    const auto freeText = std::ranges::find(one.fields, Form::kFreeText, &Field::form);
+    std::string reading = "fields = " + std::to_string(one.fields.size());
+    if (freeText != one.fields.end()) {
+      reading += ", " + std::to_string(freeText - one.fields.begin());
+    }
+    reading += "\n    dim found as\n";
     for (std::size_t i = 0; i < one.fields.size(); ++i) {
-      const std::string field = Lower(std::string(one.fields[i]));
+      const std::string field = Lower(std::string(one.fields[i].name));
       type += "    " + field + "\n";
       reading += "    found." + field + " = fields(" + std::to_string(i) + ")\n";
     }
@@ -104,9 +116,9 @@ TEST(MacroInterface, DocumentsEachExportWithItsArgumentsAndFields) {
     ASSERT_NE(begin, std::string::npos) << call;
     const std::string section = document.substr(begin, document.find("\n#", begin + 1) - begin);
     std::string fields;
-    for (const std::string_view field : ExportNamed(call.substr(0, call.find('('))).fields) {
+    for (const Field& field : ExportNamed(call.substr(0, call.find('('))).fields) {
       const auto number = static_cast<std::size_t>(std::ranges::count(fields, '\n') + 1);
-      fields += "| " + std::to_string(number) + " | `" + std::string(field) + "` |\n";
+      fields += "| " + std::to_string(number) + " | `" + std::string(field.name) + "` |\n";
     }
     if (fields.empty()) {
       EXPECT_THAT(section, Not(HasSubstr("| No. |"))) << call;
@@ -114,6 +126,93 @@ TEST(MacroInterface, DocumentsEachExportWithItsArgumentsAndFields) {
       EXPECT_THAT(section, HasSubstr("| No. | Field | Content |\n|---|---|---|\n" + fields + "\n"));
     }
   }
+}
+
+// Every text that the user is shown, the lines of a message one by one.
+std::set<std::string> TextsOf(const char* source, const char* pattern) {
+  std::set<std::string> lines;
+  for (const std::string& text : All(ProjectFile(source), pattern)) {
+    std::istringstream message(Replaced(text, {{"\\\\n", "\n"}}));
+    for (std::string line; std::getline(message, line);) lines.emplace(Trimmed(line));
+  }
+  return lines;
+}
+
+std::vector<std::string> Documents() {
+  std::vector<std::string> names = {"README.md", "CONTRIBUTING.md", "install/INSTALL.txt"};
+  for (const std::string& folder : {std::string("docs"), std::string("macros")}) {
+    for (const auto& entry : std::filesystem::directory_iterator(QLX99_PROJECT "/" + folder)) {
+      if (entry.is_regular_file()) names.push_back(folder + "/" + entry.path().filename().string());
+    }
+  }
+  return names;
+}
+
+// Between quotation marks or under a picture, with "%s" for the names in it; of a module in Basic
+// in its comments only.
+std::vector<std::string> QuotesIn(const std::string& document) {
+  std::string text = ProjectFile(document);
+  if (document.ends_with(".bas")) text = Replaced(text, {{"\n[^'\n][^\n]*", ""}});
+  text =
+      Replaced(text, {{"!\\[([^\\]]*)\\]", "\"$1\""}, {"ZT[A-Z.]+KRV", "%s"}, {">\\w+<", ">%s<"}});
+  EXPECT_EQ(std::ranges::count(text, '"') % 2, 0) << document;
+  return All(text, "\"([^\"]*)\"");
+}
+
+// By its end or its first word, so that a slip in the rest shows.
+bool LooksLikeOneOf(const std::set<std::string>& shown, const std::string& quote) {
+  const auto firstWord = [](const std::string& text) { return text.substr(0, text.find(' ')); };
+  return quote.ends_with(" !") || quote.ends_with(" auswählen") ||
+         std::ranges::find(shown, firstWord(quote), firstWord) != shown.end();
+}
+
+// Whoever is shown a message looks for its words.
+TEST(Documents, QuoteTheLibraryWordForWord) {
+  const auto messages = TextsOf("qlx99/frame/messages.h", "(?:Title = |u8)\"([^\"]*)\"");
+  std::set<std::string> shown = messages;
+  shown.merge(TextsOf("qlx99/parties/role.cpp", "u8\"([^\"]* auswählen)\""));
+  shown.merge(TextsOf("qlx99/resources/qlx99.rc", "(?:CAPTION|CONTROL) \"([^\"]+)\""));
+  for (const std::string& document : Documents()) {
+    for (const std::string& quote : QuotesIn(document)) {
+      EXPECT_TRUE(shown.contains(quote) || !LooksLikeOneOf(shown, quote))
+          << document << ": " << quote;
+    }
+  }
+  EXPECT_THAT(QuotesIn("docs/exports.md"), IsSupersetOf(messages));
+}
+
+class Examples : public SampleOffice {};
+
+// "GetDocuRoot(260, path)" without the buffer: the texts and numbers.
+std::vector<std::string> ArgumentsIn(const std::string& call) {
+  std::vector<std::string> arguments;
+  const std::regex argument("\"([^\"]*)\"|\\b(\\d+)\\b");
+  for (std::sregex_iterator at(call.begin(), call.end(), argument), end; at != end; ++at) {
+    arguments.push_back(at->str(at->str(2).empty() ? 1 : 2));
+  }
+  return arguments;
+}
+
+// In one order, as macros would run them in the sample office of the package. Behind a call stands
+// its record, or else its result; "..." stands for any fields.
+TEST_F(Examples, GiveWhatIsWrittenBehindThem) {
+  const std::string document = ProjectFile("docs/exports.md");
+  const std::regex example("\n    [^'\n]*?(\\w+)\\(([^'\n]*)\\)[^'\n]*(?:\n   )? *' ([^\n]*)");
+  std::set<std::string_view> shown;
+  for (std::sregex_iterator at(document.begin(), document.end(), example), end; at != end; ++at) {
+    const Export& called = ExportNamed(at->str(1));
+    shown.insert(called.name);
+    const CallOutcome outcome = CallExport(called, ArgumentsIn(at->str(2)));
+    std::string given =
+        outcome.ansiRecord ? Decode(*outcome.ansiRecord) : std::to_string(outcome.result);
+    if (given.starts_with(Folder())) {
+      given = "C:\\qlx99\\office" + Replaced(given.substr(Folder().size()), {{"/", "\\"}});
+    }
+    const std::string pattern =
+        Replaced(at->str(3), {{"[.|()$+*?\\[\\]{}\\\\]", "\\$&"}, {"(\\\\\\.){3}", ".*"}});
+    EXPECT_TRUE(std::regex_match(given, std::regex(pattern))) << at->str() << "\n    ' " << given;
+  }
+  EXPECT_EQ(shown.size(), Exports().size());
 }
 
 // The lines that state something: a heading, and below it length, keys and fields, the latter

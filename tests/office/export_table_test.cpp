@@ -7,6 +7,7 @@
 #include <string>
 
 #include "office/export_call.h"
+#include "office/text_encoding.h"
 
 namespace office {
 namespace {
@@ -26,17 +27,38 @@ TEST(ExportTable, HasEveryExportWithAsManyArgumentsAsItsDefinition) {
   EXPECT_EQ(known, defined);
 }
 
-TEST(DeliveredRecord, NamesFieldsOnlyWhenNoneIsMissing) {
-  const Export& called = ExportNamed("BLesenDLL");
-  const DeliveredRecord whole(called, "4711|2 |0|");
-  ASSERT_TRUE(whole.IsComplete());
-  EXPECT_EQ(whole["addressNumber"], "4711");
-  EXPECT_EQ(whole["relationCode"], "2");
-  EXPECT_EQ(whole.Fields()[1], "2 ");
-  EXPECT_EQ(whole["linkNumber"], "");
-  EXPECT_FALSE(DeliveredRecord(called, "4711|2 |0").IsComplete());
-  EXPECT_FALSE(DeliveredRecord(called, "").IsComplete());
-  EXPECT_EQ(DeliveredRecord(called, "").Fields().size(), 1U);
+// A text of the office may hold the "|" that divides the fields.
+TEST(DeliveredRecord, NamesFieldsOnlyWhereItCanTellThemApart) {
+  const struct {
+    const char* from;
+    const char* record;
+    const char* field;
+    const char* text;  // of the field; null where the names belong to no fields
+  } rows[] = {
+      {"BLesenDLL", "4711|2 |0|", "relationCode", "2"},
+      {"BLesenDLL", "4711|2 |0|", "linkNumber", ""},
+      {"BLesenDLL", "4711|2 |0", "", nullptr},
+      {"BLesenDLL", "", "", nullptr},
+      {"WVNext", "15.05.2024|Frist|2|a|b||c|Merten|JM|1|||0|0|7", "text", "a|b||c"},
+      {"WVNext", "15.05.2024|Frist|2|a|b||c|Merten|JM|1|||0|0|7", "id", "7"},
+      {"WVNext", "|||2|a||Merten|JM|1|||0|0|7", "", nullptr},                // in the kind's name
+      {"WVNext", "|Frist|2|a|Merten|JM|1|Loh|meyer|PL|4|0|7", "", nullptr},  // the second user's
+      {"WVNext", "15.05.2024|Frist|2|a", "", nullptr},
+      {"ZtkodoliNext", "a|b|10|1", "name", "a|b"},
+      {"SLesenDLL", "A ./. B||||Art|1.234,50|||a|b|Merten|JM|||2|EUR", "longText", "a|b"},
+      {"SLesenDLL", "A|B|||||1.234,50|||a|Merten|JM|||2|EUR", "", nullptr},
+      {"BListeNext", "25|Herrn|A||Weg 1|Köln|4711||201", "name", "A"},
+      {"BListeNext", "Herrn|A|B||Weg 1|Köln|4711||201", "", nullptr},  // no relation
+      {"BListeNext", "25|A|B||||4711||201", "", nullptr},              // no address
+  };
+  for (const auto& [from, text, field, expected] : rows) {
+    SCOPED_TRACE(std::string(from) + ": " + text);
+    const DeliveredRecord record(ExportNamed(from), Encode(text));
+    ASSERT_EQ(record.IsComplete(), expected != nullptr);
+    if (expected != nullptr) {
+      EXPECT_EQ(record[field], expected);
+    }
+  }
 }
 
 }  // namespace
