@@ -90,18 +90,24 @@ PartyTexts FindPartyTexts(const DataRoot& dataRoot, std::int32_t addressNumber,
 enum class Outcome : std::uint8_t {
   kNone,        // the address has no such record
   kRead,        // one was read
-  kUnreadable,  // there may be some, but the record manager failed
+  kUnreadable,  // the record manager failed, or the chosen record is gone
 };
 
-// Finds the chosen record again, which is the file's current one then. Returns the status of the
-// last read.
+// Reads the chosen record again, into `record`, which holds the first one. Another workstation may
+// have removed it while the dialog was open: then none is as good, least of all another address's.
 template <class Layout>
-int FindChosen(RecordCursor<Layout>& file, std::int32_t addressNumber, std::int32_t chosen) {
+Outcome ReadChosen(RecordCursor<Layout>& file, std::int32_t addressNumber, std::int32_t chosen,
+                   Record<Layout>& record) {
   int status = file.GetEqual(Layout::byAddress, addressNumber);
-  while (status == btrieve::kSuccess && file.Current()[Layout::number] != chosen) {
+  if (status == btrieve::kEndOfFile) return Outcome::kRead;  // the first
+  while (status == btrieve::kSuccess && file.Current()[Layout::addressNumber] == addressNumber) {
+    if (file.Current()[Layout::number] == chosen) {
+      record = file.Current();
+      return Outcome::kRead;
+    }
     status = file.GetNext(Layout::byAddress);
   }
-  return status;
+  return Outcome::kUnreadable;
 }
 
 // Reads the address's contact person or bank connection. Where it has several, the user chooses;
@@ -112,16 +118,12 @@ Outcome ReadOneOf(RecordCursor<Layout>& file, std::int32_t addressNumber,
                   Record<Layout>& record) {
   if (file.GetEqual(Layout::byAddress, addressNumber) != btrieve::kSuccess) return Outcome::kNone;
   record = file.Current();
-  int status = file.GetNext(Layout::byAddress);
-  if (status == btrieve::kSuccess && file.Current()[Layout::addressNumber] == addressNumber) {
-    const std::int32_t chosen = choose(file, addressNumber);
-    if (chosen != 0) {
-      status = FindChosen(file, addressNumber, chosen);
-      record = file.Current();
-    }
-  }
-  const bool read = status == btrieve::kSuccess || status == btrieve::kEndOfFile;
-  return read ? Outcome::kRead : Outcome::kUnreadable;
+  const int status = file.GetNext(Layout::byAddress);
+  if (status == btrieve::kEndOfFile) return Outcome::kRead;
+  if (status != btrieve::kSuccess) return Outcome::kUnreadable;
+  if (file.Current()[Layout::addressNumber] != addressNumber) return Outcome::kRead;
+  const std::int32_t chosen = choose(file, addressNumber);
+  return chosen == 0 ? Outcome::kRead : ReadChosen(file, addressNumber, chosen, record);
 }
 
 // A contact person without a salutation of its own is addressed as its address is.
