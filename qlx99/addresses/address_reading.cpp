@@ -28,6 +28,13 @@ struct LastRequest {
 
 LastRequest lastRequest;
 
+// What one call asks for. While it shows a dialog or a message, another may ask for something else.
+struct AddressRequest {
+  const char* caseNumber;
+  std::int32_t addressNumber;
+  std::int32_t linkNumber;
+};
+
 // The six files that every call reads.
 struct AddressBook {
   explicit AddressBook(const DataRoot& dataRoot)
@@ -66,17 +73,16 @@ void Keep(std::string_view stored, std::array<char, size>& text) {
 }
 
 // The party of the case that is this address under the requested link number.
-PartyTexts FindPartyTexts(const DataRoot& dataRoot, std::int32_t addressNumber,
-                          const char* caseNumber) {
+PartyTexts FindPartyTexts(const DataRoot& dataRoot, const AddressRequest& request) {
   PartyTexts texts;
   RecordFile<CasePartyRecord> parties(dataRoot);
   RecordFile<CaseRecord> cases(dataRoot, parties);
-  if (!cases.IsOpen() || !FindCase(cases, CaseNumberKey(caseNumber))) return texts;
+  if (!cases.IsOpen() || !FindCase(cases, CaseNumberKey(request.caseNumber))) return texts;
 
   const std::int32_t caseId = cases.Current()[CaseRecord::id];
   for (const auto& party : parties.Walk(CasePartyRecord::byCase, caseId)) {
-    if (party[CasePartyRecord::addressNumber] != addressNumber ||
-        party[CasePartyRecord::addressLinkNumber] != lastRequest.linkNumber) {
+    if (party[CasePartyRecord::addressNumber] != request.addressNumber ||
+        party[CasePartyRecord::addressLinkNumber] != request.linkNumber) {
       continue;
     }
     Keep(party[CasePartyRecord::addressAddition], texts.addressAddition);
@@ -154,10 +160,10 @@ void ReadContactBlock(AddressBook& book, std::int32_t addressNumber, ResultRecor
 }
 
 // Returns what the case says of the address, for the link block.
-PartyTexts ReadAddressBlock(AddressBook& book, const DataRoot& dataRoot, std::int32_t addressNumber,
-                            const char* caseNumber, ResultRecord& dest) {
+PartyTexts ReadAddressBlock(AddressBook& book, const DataRoot& dataRoot,
+                            const AddressRequest& request, ResultRecord& dest) {
   using A = AddressRecord;
-  if (!FindAddress(book.addresses, addressNumber)) {
+  if (!FindAddress(book.addresses, request.addressNumber)) {
     dest.AddEmptyFields(kAddressFields);
     return {};
   }
@@ -166,7 +172,7 @@ PartyTexts ReadAddressBlock(AddressBook& book, const DataRoot& dataRoot, std::in
   for (const TextField& field : {A::postalCode, A::place, A::secondPostalCode, A::secondPlace}) {
     dest.AddField(address[field]);
   }
-  const PartyTexts texts = FindPartyTexts(dataRoot, addressNumber, caseNumber);
+  const PartyTexts texts = FindPartyTexts(dataRoot, request);
   dest.AddField({texts.addressAddition.data(), texts.addressAddition.size()});
   LookupNationality(dataRoot, address[A::nationalityNumber], dest);
   return texts;
@@ -195,24 +201,25 @@ void ReadLinkBlock(AddressBook& book, const DataRoot& dataRoot, std::int32_t add
 }
 
 // Composes nothing when a file cannot be opened.
-void ReadAddress(const char* caseNumber, std::int32_t addressNumber, ResultRecord& dest) {
+void ReadAddress(const AddressRequest& request, ResultRecord& dest) {
   const auto dataRoot = ReadDataRoot(kNoDataPathForAddresses);
   if (!dataRoot) return;
   AddressBook book(*dataRoot);
   if (!book.IsOpen()) return;
 
-  ReadContactBlock(book, addressNumber, dest);
-  const PartyTexts texts = ReadAddressBlock(book, *dataRoot, addressNumber, caseNumber, dest);
-  ReadBankBlock(book, addressNumber, dest);
-  ReadLinkBlock(book, *dataRoot, addressNumber, texts, dest);
+  ReadContactBlock(book, request.addressNumber, dest);
+  const PartyTexts texts = ReadAddressBlock(book, *dataRoot, request, dest);
+  ReadBankBlock(book, request.addressNumber, dest);
+  ReadLinkBlock(book, *dataRoot, request.addressNumber, texts, dest);
 }
 
 std::int32_t DeliverAddress(const char* caseNumber, const char* addressNumber, char* record,
                             const char* linkNumber) {
   if (linkNumber != nullptr) lastRequest.linkNumber = LeadingNumber(linkNumber);
+  const AddressRequest request{caseNumber, LeadingNumber(addressNumber), lastRequest.linkNumber};
   if (!EnsureRecordManager()) return 0;
   ResultRecord address;
-  ReadAddress(caseNumber, LeadingNumber(addressNumber), address);
+  ReadAddress(request, address);
   address.DropLastEnd();
   return HandOver(address, record, HandOverForm::kWithEndMark);
 }
