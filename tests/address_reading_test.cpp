@@ -91,6 +91,7 @@ TEST_F(AddressReadingTest, UserChoosesAmongSeveralContactPersons) {
   EXPECT_EQ(dialog.List().selected, 0);
   EXPECT_THAT(dialog.List().lines,
               ElementsAre("Müller\tJörg\t", "Meier\tEva\t", longest + "\tEva\t", "Schulze\tEva\t"));
+  EXPECT_GT(dialog.List().horizontalExtent, 115 * 4) << "the first name behind the longest name";
   user.Chooses(1);
   EXPECT_EQ(Address(), whole_);
   user.Cancels();

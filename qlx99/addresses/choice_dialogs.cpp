@@ -60,6 +60,7 @@ void RecordChoice<Choice>::AddRecord(HWND dialog, const Record<Layout>& record) 
   }
   SetTabStop(dialog, Choice::lines, Choice::tabStop);
   AddListLine(dialog, Choice::lines, line.Terminated());
+  ScrollAsFarAs(dialog, Choice::lines, Choice::tabStop, line.Terminated());
 
   // The record's number rides along in the hidden list, at the same index, as item data: whole,
   // whatever its bytes.
@@ -72,8 +73,10 @@ void RecordChoice<Choice>::AddRecord(HWND dialog, const Record<Layout>& record) 
 template <class Choice>
 bool RecordChoice<Choice>::Fill(HWND dialog) {
   if (!ReadDataRoot(kNoDataPathForAddresses)) return true;
-  for (const auto& record : records_.Walk(Layout::byAddress, addressNumber_)) {
-    AddRecord(dialog, record);
+  auto walk = records_.Walk(Layout::byAddress, addressNumber_);
+  for (auto record = walk.begin(); record != walk.end();) {
+    AddRecord(dialog, *record);
+    ++record;
     SendDlgItemMessageA(dialog, Choice::lines, LB_SETCURSEL, 0, 0);
   }
   return true;

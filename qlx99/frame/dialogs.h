@@ -23,6 +23,10 @@ LRESULT AddListLine(HWND dialog, int list, const char* text);
 // Gives a list box its only tab stop, in dialog units, which stands for all its multiples.
 void SetTabStop(HWND dialog, int list, UINT tabStop);
 
+// Lets a list box with that tab stop scroll at least as far as the text of a line reaches; tabs at
+// its end do not count.
+void ScrollAsFarAs(HWND dialog, int list, UINT tabStop, const char* line);
+
 // The selected line of the list, or LB_ERR.
 LRESULT SelectedLine(HWND dialog, int list);
 
