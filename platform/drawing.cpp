@@ -24,12 +24,6 @@ constexpr int kUnitsPerHeight = 8;
 char systemFont;  // of a fresh device context
 char dialogFont;
 
-bool IsDialog(HWND window) {
-  if (platform::DialogOf(window) != nullptr) return true;
-  SetLastError(ERROR_INVALID_WINDOW_HANDLE);
-  return false;
-}
-
 LONG Scaled(LONG units, int pixels, int unitsPerPixels) {
   return (units * pixels + unitsPerPixels / 2) / unitsPerPixels;
 }
@@ -39,7 +33,10 @@ LONG Scaled(LONG units, int pixels, int unitsPerPixels) {
 HGDIOBJ platform::DialogFont() { return &dialogFont; }
 
 BOOL WINAPI MapDialogRect(HWND dialog, RECT* rect) {
-  if (!IsDialog(dialog)) return FALSE;
+  if (platform::DialogOf(dialog) == nullptr) {
+    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+    return FALSE;
+  }
   for (LONG* x : {&rect->left, &rect->right}) *x = Scaled(*x, kCharacterWidth, kUnitsPerWidth);
   for (LONG* y : {&rect->top, &rect->bottom}) *y = Scaled(*y, kCharacterHeight, kUnitsPerHeight);
   return TRUE;
@@ -47,7 +44,10 @@ BOOL WINAPI MapDialogRect(HWND dialog, RECT* rect) {
 
 // On the heap, so that the sanitizers see one that is not released.
 HDC WINAPI GetDC(HWND window) {
-  return IsDialog(window) ? std::make_unique<HDC__>(HDC__{window, &systemFont}).release() : nullptr;
+  if (platform::DialogOf(window) == nullptr) {
+    platform::Unsupported("GetDC", "anything but an open dialog");
+  }
+  return std::make_unique<HDC__>(HDC__{window, &systemFont}).release();
 }
 
 int WINAPI ReleaseDC(HWND window, HDC context) {

@@ -149,7 +149,6 @@ TEST_F(AddressReadingTest, SaysNothingOfAChosenRecordThatIsGone) {
   const std::string noBank = With({.bank = ""});
   EXPECT_THAT(outcomesOf(B(), "bankName: Volksbank"),
               ElementsAre(whole_, noBank, noBank, noBank, noBank));
-  EXPECT_EQ(Address(), whole_) << "the last record of the file";
 }
 
 TEST_F(AddressReadingTest, DialogIsEmptyWhenTheDataPathVanishes) {

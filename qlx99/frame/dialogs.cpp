@@ -13,7 +13,7 @@ int WidthOf(HWND dialog, int list, UINT tabStop, const char* text, int length) {
   MapDialogRect(dialog, &stop);
   const int stopInPixels = stop.right;
   HDC context = GetDC(dialog);
-  HGDIOBJ font = reinterpret_cast<HGDIOBJ>(SendDlgItemMessageA(dialog, list, WM_GETFONT, 0, 0));
+  auto* const font = reinterpret_cast<HGDIOBJ>(SendDlgItemMessageA(dialog, list, WM_GETFONT, 0, 0));
   HGDIOBJ previous = SelectObject(context, font);
   const DWORD extent = GetTabbedTextExtentA(context, text, length, 1, &stopInPixels);
   SelectObject(context, previous);
