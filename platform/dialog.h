@@ -22,6 +22,7 @@ class Dialog final : public DialogView {
 
   void End(INT_PTR result);
   HWND Handle();
+  LONG_PTR& UserWord() { return userWord_; }
   void SetTitle(const char* title);
 
   // Null when the dialog has no control of that id.
@@ -43,6 +44,7 @@ class Dialog final : public DialogView {
   DLGPROC procedure_;
   bool ended_ = false;
   INT_PTR result_ = 0;
+  LONG_PTR userWord_ = 0;
 };
 
 // Null when the handle is no dialog's that exists.

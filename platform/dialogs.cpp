@@ -7,6 +7,7 @@
 
 #include "platform/dialog.h"
 #include "platform/dialog_template.h"
+#include "platform/drawing.h"
 #include "platform/resources.h"
 #include "platform/unsupported.h"
 #include "platform/windows_api.h"
@@ -69,6 +70,7 @@ LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wor
   if (message == WM_SETTEXT) {
     return SetDlgItemTextA(dialog, id, reinterpret_cast<LPCSTR>(longParam));
   }
+  if (message == WM_GETFONT) return reinterpret_cast<LRESULT>(platform::DialogFont());
   const std::optional<LRESULT> answer = control->kind == ControlKind::kListBox
                                             ? control->list.Receive(message, wordParam, longParam)
                                             : std::nullopt;

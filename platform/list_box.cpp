@@ -70,6 +70,8 @@ std::optional<LRESULT> ListBox::Receive(UINT message, WPARAM wordParam, LPARAM l
       return Count();
     case LB_SETTABSTOPS:
       return SetTabStops(wordParam, longParam);
+    case LB_GETHORIZONTALEXTENT:
+      return horizontalExtent_;
     case LB_SETHORIZONTALEXTENT:
       horizontalExtent_ = static_cast<int>(wordParam);
       return 0;

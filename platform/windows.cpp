@@ -1,6 +1,7 @@
 // Windows: their classes, their lives, and what can be asked about them.
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/desktop.h"
@@ -150,6 +151,19 @@ LONG WINAPI GetWindowLongA(HWND window, int index) {
   const Lock lock(TheDesktop().mutex);
   const Window* found = Find(window);
   return found == nullptr ? 0 : static_cast<LONG>(found->style);
+}
+
+LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index) {
+  if (index != DWLP_USER) Unsupported("GetWindowLongPtrA", "anything but a dialog's own word");
+  platform::Dialog* dialog = platform::DialogOf(window);
+  return dialog == nullptr ? Fail<LONG_PTR>(ERROR_INVALID_WINDOW_HANDLE, 0) : dialog->UserWord();
+}
+
+LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
+  if (index != DWLP_USER) Unsupported("SetWindowLongPtrA", "anything but a dialog's own word");
+  platform::Dialog* dialog = platform::DialogOf(window);
+  if (dialog == nullptr) return Fail<LONG_PTR>(ERROR_INVALID_WINDOW_HANDLE, 0);
+  return std::exchange(dialog->UserWord(), value);
 }
 
 BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text) {

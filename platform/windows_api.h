@@ -10,58 +10,10 @@
 
 #else
 
-#include <cstddef>
-#include <cstdint>
+#include "platform/windows_types.h"
 
 // The names are Windows' own.
 // NOLINTBEGIN(readability-identifier-naming,bugprone-reserved-identifier)
-
-// Calling conventions; the host has one.
-#define WINAPI
-#define CALLBACK
-#define APIENTRY
-
-using BYTE = std::uint8_t;
-using WORD = std::uint16_t;
-using DWORD = std::uint32_t;
-using ULONG = std::uint32_t;
-using LONG = std::int32_t;
-using UINT = std::uint32_t;
-using BOOL = int;
-using WPARAM = std::uintptr_t;
-using LPARAM = std::intptr_t;
-using LRESULT = std::intptr_t;
-using INT_PTR = std::intptr_t;
-using LPVOID = void*;
-using LPCSTR = const char*;
-using LPSTR = char*;
-using WCHAR = char16_t;
-using LPCWSTR = const WCHAR*;
-using LPWSTR = WCHAR*;
-
-struct HINSTANCE__;
-struct HWND__;
-struct HKEY__;
-struct HMENU__;
-struct HICON__;
-struct HBRUSH__;
-using HINSTANCE = HINSTANCE__*;
-using HMODULE = HINSTANCE;
-using HWND = HWND__*;
-using HKEY = HKEY__*;
-using HMENU = HMENU__*;
-using HICON = HICON__*;
-using HCURSOR = HICON;
-using HBRUSH = HBRUSH__*;
-using HGDIOBJ = void*;
-using HANDLE = void*;
-using ATOM = WORD;
-using FARPROC = INT_PTR (*)();
-using WNDPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
-using DLGPROC = INT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
-
-inline constexpr BOOL TRUE = 1;
-inline constexpr BOOL FALSE = 0;
 
 extern "C" {
 
@@ -185,6 +137,7 @@ inline constexpr UINT WM_DESTROY = 0x0002;
 inline constexpr UINT WM_SETTEXT = 0x000C;
 inline constexpr UINT WM_CLOSE = 0x0010;
 inline constexpr UINT WM_QUIT = 0x0012;
+inline constexpr UINT WM_GETFONT = 0x0031;
 inline constexpr UINT WM_INITDIALOG = 0x0110;
 inline constexpr UINT WM_COMMAND = 0x0111;
 
@@ -206,6 +159,7 @@ inline constexpr UINT LB_GETTEXT = 0x0189;
 inline constexpr UINT LB_GETTEXTLEN = 0x018A;
 inline constexpr UINT LB_GETCOUNT = 0x018B;
 inline constexpr UINT LB_SETTABSTOPS = 0x0192;
+inline constexpr UINT LB_GETHORIZONTALEXTENT = 0x0193;
 inline constexpr UINT LB_SETHORIZONTALEXTENT = 0x0194;
 inline constexpr UINT LB_GETITEMDATA = 0x0199;
 inline constexpr UINT LB_SETITEMDATA = 0x019A;
@@ -218,6 +172,16 @@ BOOL WINAPI EndDialog(HWND window, INT_PTR result);
 LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wordParam,
                                    LPARAM longParam);
 BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text);
+
+// --- The size of texts in dialogs, whose font has characters of one width here
+
+BOOL WINAPI MapDialogRect(HWND dialog, RECT* rect);
+HDC WINAPI GetDC(HWND window);
+int WINAPI ReleaseDC(HWND window, HDC context);
+HGDIOBJ WINAPI SelectObject(HDC context, HGDIOBJ object);
+// With one tab stop, in pixels, which stands for all its multiples. Width in the low word.
+DWORD WINAPI GetTabbedTextExtentA(HDC context, LPCSTR text, int length, int tabStopCount,
+                                  const int* tabStops);
 
 // --- Windows and their messages
 
@@ -234,6 +198,7 @@ inline constexpr int SW_HIDE = 0;
 inline constexpr int SW_SHOW = 5;
 inline constexpr int SW_MINIMIZE = 6;
 inline constexpr int GWL_STYLE = -16;
+inline constexpr int DWLP_USER = sizeof(LRESULT) + sizeof(DLGPROC);  // of dialogs
 inline constexpr int WHITE_BRUSH = 0;
 inline constexpr UINT PM_REMOVE = 0x0001;
 inline constexpr DWORD QS_ALLINPUT = 0x04FF;
@@ -273,6 +238,8 @@ BOOL WINAPI IsWindow(HWND window);
 HWND WINAPI FindWindowA(LPCSTR className, LPCSTR title);
 BOOL WINAPI ShowWindow(HWND window, int command);
 LONG WINAPI GetWindowLongA(HWND window, int index);
+LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index);
+LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
 BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text);
 LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM wordParam, LPARAM longParam);
 HGDIOBJ WINAPI GetStockObject(int object);

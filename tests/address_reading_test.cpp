@@ -91,6 +91,7 @@ TEST_F(AddressReadingTest, UserChoosesAmongSeveralContactPersons) {
   EXPECT_EQ(dialog.List().selected, 0);
   EXPECT_THAT(dialog.List().lines,
               ElementsAre("Müller\tJörg\t", "Meier\tEva\t", longest + "\tEva\t", "Schulze\tEva\t"));
+  EXPECT_GT(dialog.List().horizontalExtent, 115 * 4) << "the first name behind the longest name";
   user.Chooses(1);
   EXPECT_EQ(Address(), whole_);
   user.Cancels();
@@ -117,6 +118,37 @@ TEST_F(AddressReadingTest, UserChoosesAmongSeveralBankConnections) {
     open.Press(IDC_TAKE);
   });
   EXPECT_EQ(Address(), second);
+}
+
+TEST_F(AddressReadingTest, SaysNothingOfAChosenRecordThatIsGone) {
+  office.Has<B>("number: 202, addressNumber: 4713, bankName: eines Fremden");
+  const auto outcomesOf = [&]<class Layout>(Layout /*of the file*/, const std::string& second) {
+    office.Has<Layout>("number: 256, addressNumber: 4711, " + second);
+    const std::string file = Layout::file.name;
+    const std::function<void()> events[] = {
+        [&] { manager.Answers(btrieve::kGetEqual, file, btrieve::kEndOfFile, 1); },
+        [&] { manager.Answers(btrieve::kGetEqual, file, btrieve::kKeyNotFound, 1); },
+        [&] { manager.Answers(btrieve::kGetNext, file, btrieve::kEndOfFile, 1); },
+        [&] { office.Changes<Layout>(Layout::byNumber, 256, "number: 257"); },
+        [&] { office.Changes<Layout>(Layout::byNumber, 257, "addressNumber: 4712"); }};
+    std::vector<std::string> outcomes;
+    for (const auto& happens : events) {
+      user.Does([&](OpenDialog& dialog) {
+        dialog.Select(dialog.Look().List().id, 1);
+        happens();
+        dialog.Press(IDC_TAKE);
+      });
+      outcomes.push_back(Address());
+    }
+    return outcomes;
+  };
+  // A search that does not even begin leaves the first record.
+  const std::string noContact = With({.contact = ""});
+  EXPECT_THAT(outcomesOf(P(), "name: Meier"),
+              ElementsAre(whole_, noContact, noContact, noContact, noContact));
+  const std::string noBank = With({.bank = ""});
+  EXPECT_THAT(outcomesOf(B(), "bankName: Volksbank"),
+              ElementsAre(whole_, noBank, noBank, noBank, noBank));
 }
 
 TEST_F(AddressReadingTest, DialogIsEmptyWhenTheDataPathVanishes) {

@@ -78,9 +78,9 @@ TEST(DialogForms, AreTheOnesThatTheOfficeKnows) {
   EXPECT_EQ(TextOf(FormOf(library, IDD_PARTY_SELECTION)),
             R"("" 0,0 344x183 visible popup caption 3d-look centred, MS Sans Serif 8
 105 STATIC "Aktennummer:" 8,9 56x8 visible
-206 EDIT "" 68,9 60x12 visible border tab read-only
+206 EDIT "" 68,9 60x12 visible border read-only
 107 STATIC "Rubrum:" 8,26 44x8 visible
-208 EDIT "" 68,26 196x12 visible border tab read-only
+208 EDIT "" 68,26 196x12 visible border read-only
 503 STATIC "Beteiligte zur Akte:" 6,44 60x8 visible
 201 LISTBOX "" 4,52 332x104 visible border vscroll hscroll tab notify strings tab-stops
 104 STATIC "Beziehungen zum Beteiligten:" 8,125 100x8

@@ -12,31 +12,37 @@ namespace {
 
 using testing::ElementsAre;
 
-// The tab stops that list boxes were given, which cannot be asked for and so are overheard.
-class OverheardTabStops {
+// What is done to the lists of a dialog, which cannot be asked for and so is overheard.
+class Overheard {
  public:
-  OverheardTabStops()
-      : hook_(SetWindowsHookExA(WH_CALLWNDPROC, Overhear, nullptr, GetCurrentThreadId())) {}
-  ~OverheardTabStops() { UnhookWindowsHookEx(hook_); }
-  OverheardTabStops(const OverheardTabStops&) = delete;
-  OverheardTabStops& operator=(const OverheardTabStops&) = delete;
+  Overheard() : hook_(SetWindowsHookExA(WH_CALLWNDPROC, Overhear, nullptr, GetCurrentThreadId())) {}
+  ~Overheard() { UnhookWindowsHookEx(hook_); }
+  Overheard(const Overheard&) = delete;
+  Overheard& operator=(const Overheard&) = delete;
 
-  static inline std::vector<int> last;
+  static inline std::vector<int> tabStops;  // the last ones
+  static inline std::string order;  // "stops line hidden select ", and what else the test adds
 
  private:
+  static void HearTabStops(const CWPSTRUCT& message) {
+    const int* const first = reinterpret_cast<const int*>(message.lParam);
+    tabStops.assign(first, first + message.wParam);
+    order += "stops ";
+  }
+
   static LRESULT CALLBACK Overhear(int code, WPARAM wordParam, LPARAM longParam) {
     const auto& message = *reinterpret_cast<const CWPSTRUCT*>(longParam);
-    if (code == HC_ACTION && message.message == LB_SETTABSTOPS) {
-      const int* const first = reinterpret_cast<const int*>(message.lParam);
-      last.assign(first, first + message.wParam);
-    }
+    const bool isVisible = (GetWindowLongA(message.hwnd, GWL_STYLE) & WS_VISIBLE) != 0;
+    if (code == HC_ACTION && message.message == LB_SETTABSTOPS) HearTabStops(message);
+    if (message.message == LB_ADDSTRING) order += isVisible ? "line " : "hidden ";
+    if (message.message == LB_SETCURSEL) order += "select ";
     return CallNextHookEx(nullptr, code, wordParam, longParam);
   }
 
   HHOOK hook_;
 };
 
-class DialogsOnScreen : public ExportTest {
+class DialogsOnScreen : public ScriptedExportTest {
  protected:
   DialogsOnScreen() {
     using B = BankConnectionRecord;
@@ -45,8 +51,9 @@ class DialogsOnScreen : public ExportTest {
     office.Has<CaseRecord>("id: 7, caseNumber: 12345678");
     for (const std::string id : {"1", "2"}) {
       office.Has<P>("id: " + id + ", caseId: 7");
-      office.Has<C>("number: " + id + ", addressNumber: 4711");
-      office.Has<B>("number: " + id + ", addressNumber: 4712");
+      office.Has<C>("number: " + id + ", addressNumber: 4711, name: " + longName_ +
+                    ", firstName: Hans");
+      office.Has<B>("number: " + id + ", addressNumber: 4712, bankName: Bank, accountNumber: 47");
     }
   }
 
@@ -59,12 +66,15 @@ class DialogsOnScreen : public ExportTest {
       library->ALesenDLL("", dialog == IDD_CONTACT_CHOICE ? "4711" : "4712", buffer, "");
     }
   }
+
+  const std::string longName_ = std::string(115, 'n');
 };
 
 int HeightOf(const RECT& rect) { return rect.bottom - rect.top; }
 int WidthOf(const RECT& rect) { return rect.right - rect.left; }
 
-// Each control lies where the template says; a list box is cut down to whole lines.
+// Each control lies where the template says; a list box is cut down to whole lines, and once more
+// when its scroll bar comes.
 void ExpectControlsInTheirPlaces(HWND dialog, const DialogForm& form) {
   for (const auto& [style, place, id, windowClass, text] : form.controls) {
     SCOPED_TRACE(id);
@@ -79,7 +89,7 @@ void ExpectControlsInTheirPlaces(HWND dialog, const DialogForm& form) {
     EXPECT_EQ(WidthOf(actual), expected.right);
     const auto lineHeight = SendMessageA(control, LB_GETITEMHEIGHT, 0, 0);
     EXPECT_LE(HeightOf(actual), expected.bottom);
-    EXPECT_GE(HeightOf(actual), expected.bottom - (windowClass == "LISTBOX" ? lineHeight : 0));
+    EXPECT_GE(HeightOf(actual), expected.bottom - (windowClass == "LISTBOX" ? 2 * lineHeight : 0));
   }
 }
 
@@ -99,31 +109,78 @@ void ExpectCentredInItsSize(HWND dialog, const DialogForm& form) {
   EXPECT_NEAR(window.top + window.bottom, screen.top + screen.bottom, 1);
 }
 
+int WidthOf(HWND list, const std::string& text) {
+  HDC context = GetDC(list);
+  SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageA(list, WM_GETFONT, 0, 0)));
+  SIZE size{};
+  GetTextExtentPoint32A(context, text.c_str(), static_cast<int>(text.size()), &size);
+  ReleaseDC(list, context);
+  return size.cx;
+}
+
+// Where the second column of a line ends, behind as many tab stops as the first one needs.
+int EndOf(HWND list, int tabStop, const std::string& first, const std::string& second) {
+  RECT stop{0, 0, tabStop, 0};
+  MapDialogRect(GetParent(list), &stop);
+  return (WidthOf(list, first) / stop.right + 1) * stop.right + WidthOf(list, second);
+}
+
+HWND FocusOf(HWND dialog) {
+  GUITHREADINFO thread{};
+  thread.cbSize = sizeof thread;
+  GetGUIThreadInfo(GetWindowThreadProcessId(dialog, nullptr), &thread);
+  return thread.hwndFocus;
+}
+
 TEST_F(DialogsOnScreen, StandInTheirPlacesUntilEscapeIsPressed) {
   const struct {
     WORD form;
     const char* title;
     int list;
     int tabStop;
-    int horizontalExtent;
-  } dialogs[] = {{IDD_BANK_CHOICE, "Bankverbindung auswählen", IDC_BANK_LINES, 100, 0},
-                 {IDD_CONTACT_CHOICE, "Ansprechpartner auswählen", IDC_CONTACT_LINES, 80, 0},
-                 {IDD_PARTY_SELECTION, "Adressat auswählen", IDC_PARTY_LINES, 120, 500}};
-  const OverheardTabStops tabStops;
+    std::string first;
+    std::string second;
+    const char* order;
+  } dialogs[] = {{IDD_BANK_CHOICE, "Bankverbindung auswählen", IDC_BANK_LINES, 100, "Bank", "47",
+                  "next stops line hidden next select stops line hidden next select "},
+                 {IDD_CONTACT_CHOICE, "Ansprechpartner auswählen", IDC_CONTACT_LINES, 80, longName_,
+                  "Hans", "next stops line hidden next select stops line hidden next select "},
+                 {IDD_PARTY_SELECTION, "Adressat auswählen", IDC_PARTY_LINES, 120, "", "",
+                  "stops line hidden select line hidden select "}};
+  for (const auto* file : {"ZTBANK.KRV", "ZTPART.KRV"}) {
+    for (int i = 0; i < 3; ++i) {
+      manager.Meanwhile(btrieve::kGetNext, file, [] { Overheard::order += "next "; });
+    }
+  }
+  const Overheard overheard;
   for (const auto& expected : dialogs) {
     SCOPED_TRACE(expected.title);
+    Overheard::order.clear();
     user.Does([&](OpenDialog& open) {
       HWND dialog = FindWindowA(nullptr, Ansi(expected.title).c_str());
       const DialogForm form = FormOf(library->module, expected.form);
       ExpectControlsInTheirPlaces(dialog, form);
       ExpectCentredInItsSize(dialog, form);
       HWND list = GetDlgItem(dialog, expected.list);
-      EXPECT_EQ(SendMessageA(list, LB_GETHORIZONTALEXTENT, 0, 0), expected.horizontalExtent);
+      const bool isParty = expected.form == IDD_PARTY_SELECTION;
+      const int end =
+          isParty ? 500 : EndOf(list, expected.tabStop, expected.first, expected.second);
+      const auto extent = static_cast<int>(SendMessageA(list, LB_GETHORIZONTALEXTENT, 0, 0));
+      EXPECT_GE(extent, end);
+      EXPECT_LE(extent, isParty ? 500 : end + 10);
+      RECT inside{};
+      GetClientRect(list, &inside);
+      EXPECT_EQ((GetWindowLongA(list, GWL_STYLE) & WS_HSCROLL) != 0, extent > inside.right);
+      HWND focus = FocusOf(dialog);
+      EXPECT_EQ(GetDlgCtrlID(focus), isParty ? expected.list : IDC_TAKE);
+      SendMessageA(focus, WM_KEYDOWN, VK_DOWN, 0);
+      EXPECT_EQ(SendMessageA(list, LB_GETCURSEL, 0, 0), isParty ? 1 : 0);
       PostMessageA(dialog, WM_KEYDOWN, VK_ESCAPE, 0);
       for (int i = 0; i < 5000 && open.IsOpen(); ++i) Sleep(1);
     });
     Open(expected.form);
-    EXPECT_THAT(OverheardTabStops::last, ElementsAre(expected.tabStop));
+    EXPECT_THAT(Overheard::tabStops, ElementsAre(expected.tabStop));
+    EXPECT_EQ(Overheard::order, expected.order);
     EXPECT_EQ(user.OnlyDialog().title, expected.title);
   }
 }

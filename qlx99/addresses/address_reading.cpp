@@ -28,6 +28,13 @@ struct LastRequest {
 
 LastRequest lastRequest;
 
+// What one call asks for. While it shows a dialog or a message, another may ask for something else.
+struct AddressRequest {
+  const char* caseNumber;
+  std::int32_t addressNumber;
+  std::int32_t linkNumber;
+};
+
 // The six files that every call reads.
 struct AddressBook {
   explicit AddressBook(const DataRoot& dataRoot)
@@ -66,17 +73,16 @@ void Keep(std::string_view stored, std::array<char, size>& text) {
 }
 
 // The party of the case that is this address under the requested link number.
-PartyTexts FindPartyTexts(const DataRoot& dataRoot, std::int32_t addressNumber,
-                          const char* caseNumber) {
+PartyTexts FindPartyTexts(const DataRoot& dataRoot, const AddressRequest& request) {
   PartyTexts texts;
   RecordFile<CasePartyRecord> parties(dataRoot);
   RecordFile<CaseRecord> cases(dataRoot, parties);
-  if (!cases.IsOpen() || !FindCase(cases, CaseNumberKey(caseNumber))) return texts;
+  if (!cases.IsOpen() || !FindCase(cases, CaseNumberKey(request.caseNumber))) return texts;
 
   const std::int32_t caseId = cases.Current()[CaseRecord::id];
   for (const auto& party : parties.Walk(CasePartyRecord::byCase, caseId)) {
-    if (party[CasePartyRecord::addressNumber] != addressNumber ||
-        party[CasePartyRecord::addressLinkNumber] != lastRequest.linkNumber) {
+    if (party[CasePartyRecord::addressNumber] != request.addressNumber ||
+        party[CasePartyRecord::addressLinkNumber] != request.linkNumber) {
       continue;
     }
     Keep(party[CasePartyRecord::addressAddition], texts.addressAddition);
@@ -90,18 +96,24 @@ PartyTexts FindPartyTexts(const DataRoot& dataRoot, std::int32_t addressNumber,
 enum class Outcome : std::uint8_t {
   kNone,        // the address has no such record
   kRead,        // one was read
-  kUnreadable,  // there may be some, but the record manager failed
+  kUnreadable,  // the record manager failed, or the chosen record is gone
 };
 
-// Finds the chosen record again, which is the file's current one then. Returns the status of the
-// last read.
+// Reads the chosen record again, into `record`, which holds the first one. Another workstation may
+// have removed it while the dialog was open: then none is as good, least of all another address's.
 template <class Layout>
-int FindChosen(RecordCursor<Layout>& file, std::int32_t addressNumber, std::int32_t chosen) {
+Outcome ReadChosen(RecordCursor<Layout>& file, std::int32_t addressNumber, std::int32_t chosen,
+                   Record<Layout>& record) {
   int status = file.GetEqual(Layout::byAddress, addressNumber);
-  while (status == btrieve::kSuccess && file.Current()[Layout::number] != chosen) {
+  if (status == btrieve::kEndOfFile) return Outcome::kRead;  // the first
+  while (status == btrieve::kSuccess && file.Current()[Layout::addressNumber] == addressNumber) {
+    if (file.Current()[Layout::number] == chosen) {
+      record = file.Current();
+      return Outcome::kRead;
+    }
     status = file.GetNext(Layout::byAddress);
   }
-  return status;
+  return Outcome::kUnreadable;
 }
 
 // Reads the address's contact person or bank connection. Where it has several, the user chooses;
@@ -112,16 +124,12 @@ Outcome ReadOneOf(RecordCursor<Layout>& file, std::int32_t addressNumber,
                   Record<Layout>& record) {
   if (file.GetEqual(Layout::byAddress, addressNumber) != btrieve::kSuccess) return Outcome::kNone;
   record = file.Current();
-  int status = file.GetNext(Layout::byAddress);
-  if (status == btrieve::kSuccess && file.Current()[Layout::addressNumber] == addressNumber) {
-    const std::int32_t chosen = choose(file, addressNumber);
-    if (chosen != 0) {
-      status = FindChosen(file, addressNumber, chosen);
-      record = file.Current();
-    }
-  }
-  const bool read = status == btrieve::kSuccess || status == btrieve::kEndOfFile;
-  return read ? Outcome::kRead : Outcome::kUnreadable;
+  const int status = file.GetNext(Layout::byAddress);
+  if (status == btrieve::kEndOfFile) return Outcome::kRead;
+  if (status != btrieve::kSuccess) return Outcome::kUnreadable;
+  if (file.Current()[Layout::addressNumber] != addressNumber) return Outcome::kRead;
+  const std::int32_t chosen = choose(file, addressNumber);
+  return chosen == 0 ? Outcome::kRead : ReadChosen(file, addressNumber, chosen, record);
 }
 
 // A contact person without a salutation of its own is addressed as its address is.
@@ -152,10 +160,10 @@ void ReadContactBlock(AddressBook& book, std::int32_t addressNumber, ResultRecor
 }
 
 // Returns what the case says of the address, for the link block.
-PartyTexts ReadAddressBlock(AddressBook& book, const DataRoot& dataRoot, std::int32_t addressNumber,
-                            const char* caseNumber, ResultRecord& dest) {
+PartyTexts ReadAddressBlock(AddressBook& book, const DataRoot& dataRoot,
+                            const AddressRequest& request, ResultRecord& dest) {
   using A = AddressRecord;
-  if (!FindAddress(book.addresses, addressNumber)) {
+  if (!FindAddress(book.addresses, request.addressNumber)) {
     dest.AddEmptyFields(kAddressFields);
     return {};
   }
@@ -164,7 +172,7 @@ PartyTexts ReadAddressBlock(AddressBook& book, const DataRoot& dataRoot, std::in
   for (const TextField& field : {A::postalCode, A::place, A::secondPostalCode, A::secondPlace}) {
     dest.AddField(address[field]);
   }
-  const PartyTexts texts = FindPartyTexts(dataRoot, addressNumber, caseNumber);
+  const PartyTexts texts = FindPartyTexts(dataRoot, request);
   dest.AddField({texts.addressAddition.data(), texts.addressAddition.size()});
   LookupNationality(dataRoot, address[A::nationalityNumber], dest);
   return texts;
@@ -193,24 +201,25 @@ void ReadLinkBlock(AddressBook& book, const DataRoot& dataRoot, std::int32_t add
 }
 
 // Composes nothing when a file cannot be opened.
-void ReadAddress(const char* caseNumber, std::int32_t addressNumber, ResultRecord& dest) {
+void ReadAddress(const AddressRequest& request, ResultRecord& dest) {
   const auto dataRoot = ReadDataRoot(kNoDataPathForAddresses);
   if (!dataRoot) return;
   AddressBook book(*dataRoot);
   if (!book.IsOpen()) return;
 
-  ReadContactBlock(book, addressNumber, dest);
-  const PartyTexts texts = ReadAddressBlock(book, *dataRoot, addressNumber, caseNumber, dest);
-  ReadBankBlock(book, addressNumber, dest);
-  ReadLinkBlock(book, *dataRoot, addressNumber, texts, dest);
+  ReadContactBlock(book, request.addressNumber, dest);
+  const PartyTexts texts = ReadAddressBlock(book, *dataRoot, request, dest);
+  ReadBankBlock(book, request.addressNumber, dest);
+  ReadLinkBlock(book, *dataRoot, request.addressNumber, texts, dest);
 }
 
 std::int32_t DeliverAddress(const char* caseNumber, const char* addressNumber, char* record,
                             const char* linkNumber) {
   if (linkNumber != nullptr) lastRequest.linkNumber = LeadingNumber(linkNumber);
+  const AddressRequest request{caseNumber, LeadingNumber(addressNumber), lastRequest.linkNumber};
   if (!EnsureRecordManager()) return 0;
   ResultRecord address;
-  ReadAddress(caseNumber, LeadingNumber(addressNumber), address);
+  ReadAddress(request, address);
   address.DropLastEnd();
   return HandOver(address, record, HandOverForm::kWithEndMark);
 }

@@ -1,6 +1,6 @@
 #include "addresses/choice_dialogs.h"
 
-#include "frame/attach.h"
+#include "frame/dialogs.h"
 #include "resources/resource.h"
 #include "store/text_buffer.h"
 
@@ -28,75 +28,71 @@ struct ContactChoice {
   static constexpr TextField columns[] = {Layout::name, Layout::firstName};
 };
 
-// The choice being made. Process-wide, because a dialog procedure is given nothing else to know it
-// by; there is one dialog at a time.
+// One call's choice; its dialog moves `records` only.
 template <class Choice>
-struct ChoiceCall {
-  std::int32_t addressNumber = 0;
-  RecordCursor<typename Choice::Layout>* records = nullptr;
-  std::int32_t chosenRecordNumber = 0;
+class RecordChoice {
+ public:
+  using Layout = typename Choice::Layout;
+  static constexpr int kLines = Choice::lines;
+
+  RecordChoice(const RecordCursor<Layout>& records, std::int32_t addressNumber)
+      : records_(records), addressNumber_(addressNumber) {}
+
+  bool Fill(HWND dialog);
+  void Take(HWND dialog, WPARAM index);
+
+  std::int32_t ChosenRecordNumber() const { return chosenRecordNumber_; }
+
+ private:
+  static void AddRecord(HWND dialog, const Record<Layout>& record);
+
+  RecordCursor<Layout> records_;
+  std::int32_t addressNumber_;
+  std::int32_t chosenRecordNumber_ = 0;
 };
 
 template <class Choice>
-ChoiceCall<Choice> choiceCall;
-
-template <class Choice>
-void AddLine(HWND dialog, const Record<typename Choice::Layout>& record) {
+void RecordChoice<Choice>::AddRecord(HWND dialog, const Record<Layout>& record) {
   ListLine line;
   for (const TextField& column : Choice::columns) {
     line.Append(TrimBlanks(record[column]));
     line.Append("\t");
   }
-  UINT tabStop = Choice::tabStop;
-  SendDlgItemMessageA(dialog, Choice::lines, LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&tabStop));
-  SendDlgItemMessageA(dialog, Choice::lines, LB_ADDSTRING, 0,
-                      reinterpret_cast<LPARAM>(line.Terminated()));
+  SetTabStop(dialog, Choice::lines, Choice::tabStop);
+  AddListLine(dialog, Choice::lines, line.Terminated());
+  ScrollAsFarAs(dialog, Choice::lines, Choice::tabStop, line.Terminated());
 
   // The record's number rides along in the hidden list, at the same index, as item data: whole,
   // whatever its bytes.
-  const LRESULT index =
-      SendDlgItemMessageA(dialog, Choice::numbers, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(""));
+  const LRESULT index = AddListLine(dialog, Choice::numbers, "");
   SendDlgItemMessageA(dialog, Choice::numbers, LB_SETITEMDATA, static_cast<WPARAM>(index),
-                      record[Choice::Layout::number]);
-  SendDlgItemMessageA(dialog, Choice::lines, LB_SETCURSEL, 0, 0);
+                      record[Layout::number]);
 }
 
+// The lists stay empty where nothing can be read, and the user sees that.
 template <class Choice>
-void FillLists(HWND dialog) {
-  const auto& call = choiceCall<Choice>;
-  if (!ReadDataRoot(kNoDataPathForAddresses)) return;
-  for (const auto& record : call.records->Walk(Choice::Layout::byAddress, call.addressNumber)) {
-    AddLine<Choice>(dialog, record);
+bool RecordChoice<Choice>::Fill(HWND dialog) {
+  if (!ReadDataRoot(kNoDataPathForAddresses)) return true;
+  auto walk = records_.Walk(Layout::byAddress, addressNumber_);
+  for (auto record = walk.begin(); record != walk.end();) {
+    AddRecord(dialog, *record);
+    ++record;
+    SendDlgItemMessageA(dialog, Choice::lines, LB_SETCURSEL, 0, 0);
   }
+  return true;
 }
 
 template <class Choice>
-void TakeChoice(HWND dialog) {
-  const LRESULT index = SendDlgItemMessageA(dialog, Choice::lines, LB_GETCURSEL, 0, 0);
-  if (index == LB_ERR) return;
-  choiceCall<Choice>.chosenRecordNumber = static_cast<std::int32_t>(
-      SendDlgItemMessageA(dialog, Choice::numbers, LB_GETITEMDATA, static_cast<WPARAM>(index), 0));
-}
-
-template <class Choice>
-INT_PTR CALLBACK ChoiceDialogProc(HWND dialog, UINT message, WPARAM wordParam, LPARAM /*unused*/) {
-  if (message == WM_INITDIALOG) FillLists<Choice>(dialog);
-  if (message != WM_COMMAND) return 0;
-  const WORD command = LOWORD(wordParam);
-  if (command == IDC_TAKE) TakeChoice<Choice>(dialog);
-  if (command == IDC_TAKE || command == IDC_CANCEL) EndDialog(dialog, IDC_CANCEL);
-  return 0;
+void RecordChoice<Choice>::Take(HWND dialog, WPARAM index) {
+  chosenRecordNumber_ = static_cast<std::int32_t>(
+      SendDlgItemMessageA(dialog, Choice::numbers, LB_GETITEMDATA, index, 0));
 }
 
 template <class Choice>
 std::int32_t Choose(const RecordCursor<typename Choice::Layout>& file, std::int32_t addressNumber) {
-  RecordCursor<typename Choice::Layout> copy(file);
-  auto& call = choiceCall<Choice>;
-  call = {addressNumber, &copy, 0};
-  DialogBoxParamA(CurrentAttachment().module, MAKEINTRESOURCEA(Choice::dialog), nullptr,
-                  ChoiceDialogProc<Choice>, 0);
-  call.records = nullptr;
-  return call.chosenRecordNumber;
+  RecordChoice<Choice> choice(file, addressNumber);
+  RunDialog(Choice::dialog, choice);
+  return choice.ChosenRecordNumber();
 }
 
 }  // namespace

@@ -15,17 +15,9 @@
 namespace qlx99 {
 namespace {
 
-// The currency of the case that was read last. It comes from the case record, but the export itself
-// adds it, behind the party count.
-struct LastCase {
-  std::array<char, CaseRecord::currency.width + 1> currency{};
-};
-
-LastCase lastCase;
-
-std::string_view LastCurrency() {
-  return TrimBlanks(BoundedText(lastCase.currency.data(), CaseRecord::currency.width));
-}
+// The case's currency as stored. It comes from the case record, but the export itself adds it,
+// behind the party count.
+using Currency = std::array<char, CaseRecord::currency.width>;
 
 // Fields 1 to 13.
 void ComposeCase(const DataRoot& dataRoot, const Record<CaseRecord>& caseRecord,
@@ -44,37 +36,38 @@ void ComposeCase(const DataRoot& dataRoot, const Record<CaseRecord>& caseRecord,
   LookupArchiveEntry(dataRoot, caseRecord[C::archiveEntryId], dest);
 }
 
-// Composes fields 1 to 13 of a case that is found. False when the case file could not be read at
-// all.
-bool ReadCase(const DataRoot& dataRoot, const char* caseNumber, ResultRecord& dest) {
+// Composes fields 1 to 13 of a case that is found, and takes its currency. False when the case file
+// could not be read at all.
+bool ReadCase(const DataRoot& dataRoot, const char* caseNumber, Currency& currency,
+              ResultRecord& dest) {
   RecordFile<CaseRecord> cases(dataRoot);
   if (!cases.IsOpen()) return false;
   if (FindCase(cases, CaseNumberKey(caseNumber))) {
     const auto& found = cases.Current();
-    CopyBytes(found[CaseRecord::currency], lastCase.currency.data(), CaseRecord::currency.width);
+    CopyBytes(found[CaseRecord::currency], currency.data(), currency.size());
     ComposeCase(dataRoot, found, dest);
   }
   return true;
 }
 
 // Composes fields 1 to 14; the last alone for an unknown case, nothing when the case file cannot be
-// read.
-void ReadCaseRecord(const char* caseNumber, ResultRecord& dest) {
+// read. `currency` stays as it is unless a case is found.
+void ReadCaseRecord(const char* caseNumber, Currency& currency, ResultRecord& dest) {
   if (!EnsureRecordManager()) return;
   const auto dataRoot = ReadDataRoot(kNoDataPathForCases);
   if (!dataRoot) return;
-  if (!ReadCase(*dataRoot, caseNumber, dest)) return;
+  if (!ReadCase(*dataRoot, caseNumber, currency, dest)) return;
   dest.AddNumber(CountCaseParties(caseNumber));
 }
 
 std::int32_t DeliverCase(const char* caseNumber, char* record) {
   ResultRecord caseRecord;
-  lastCase = {};
-  ReadCaseRecord(caseNumber, caseRecord);
+  Currency currency{};
+  ReadCaseRecord(caseNumber, currency, caseRecord);
   caseRecord.DropLastEnd();
   caseRecord.EndAtFirstZero();
   caseRecord.Append("|");
-  caseRecord.Append(LastCurrency());
+  caseRecord.Append(TrimBlanks(BoundedText(currency.data(), currency.size())));
   return HandOver(caseRecord, record, HandOverForm::kWithEndMark);
 }
 

@@ -1,8 +1,8 @@
 #include "parties/party_selection.h"
 
 #include "addresses/address_files.h"
-#include "frame/attach.h"
 #include "frame/bytes.h"
+#include "frame/dialogs.h"
 #include "resources/resource.h"
 
 namespace qlx99 {
@@ -13,16 +13,6 @@ constexpr WPARAM kScrollExtent = 500;   // in pixels
 constexpr std::size_t kNameShown = 35;  // characters of a name in a line
 
 using ListLine = TextBuffer<300>;
-
-// The selection being made. Process-wide, because a dialog procedure is given nothing else to know
-// it by; there is one dialog at a time.
-struct SelectionCall {
-  const CaseNumberKey* key = nullptr;
-  const Role* role = nullptr;
-  PartyReference chosen;
-};
-
-SelectionCall selectionCall;
 
 // The eight files of the dialog. Four are opened, and so asked for, but not read.
 struct SelectionFiles {
@@ -48,12 +38,33 @@ struct SelectionFiles {
   RecordFile<AddressRecord> addresses;
 };
 
-LPARAM AsParam(const void* pointer) { return reinterpret_cast<LPARAM>(pointer); }
+// One call's selection.
+class PartySelection {
+ public:
+  static constexpr int kLines = IDC_PARTY_LINES;
 
-void ShowCase(HWND dialog, const Record<CaseRecord>& found) {
+  PartySelection(const CaseNumberKey& key, const Role& role) : key_(key), role_(role) {}
+
+  // False when a file cannot be opened or the case is not there any more; a dialog without a line
+  // is no failure.
+  bool Fill(HWND dialog);
+  void Take(HWND dialog, WPARAM index);
+
+  const PartyReference& Chosen() const { return chosen_; }
+
+ private:
+  void ShowCase(HWND dialog, const Record<CaseRecord>& found) const;
+  void AddParty(HWND dialog, SelectionFiles& files, const Record<CasePartyRecord>& party) const;
+
+  const CaseNumberKey& key_;
+  const Role& role_;
+  PartyReference chosen_;
+};
+
+void PartySelection::ShowCase(HWND dialog, const Record<CaseRecord>& found) const {
   TextBuffer<CaseRecord::rubrum.width> rubrum;
   rubrum.Append(found[CaseRecord::rubrum]);
-  SetDlgItemTextA(dialog, IDC_CASE_NUMBER, selectionCall.key->Text());
+  SetDlgItemTextA(dialog, IDC_CASE_NUMBER, key_.Text());
   SetDlgItemTextA(dialog, IDC_RUBRUM, rubrum.Terminated());
 }
 
@@ -74,71 +85,49 @@ ListLine LineOf(SelectionFiles& files, const Record<CasePartyRecord>& party, boo
   return line;
 }
 
-void AddParty(HWND dialog, SelectionFiles& files, const Record<CasePartyRecord>& party) {
-  const auto match =
-      MatchRelation(files.relations, *selectionCall.role, party[CasePartyRecord::relationId]);
+void PartySelection::AddParty(HWND dialog, SelectionFiles& files,
+                              const Record<CasePartyRecord>& party) const {
+  const auto match = MatchRelation(files.relations, role_, party[CasePartyRecord::relationId]);
   if (!match.matches) return;
 
   const ListLine line = LineOf(files, party, !match.code.Bytes().empty());
   const PartyReference reference = ReferenceOf(party, match.code.Bytes());
-  SendDlgItemMessageA(dialog, IDC_PARTY_LINES, LB_ADDSTRING, 0, AsParam(line.Terminated()));
-  SendDlgItemMessageA(dialog, IDC_PARTY_REFERENCES, LB_ADDSTRING, 0,
-                      AsParam(reference.Terminated()));
-  SendDlgItemMessageA(dialog, IDC_PARTY_LINES, LB_SETCURSEL, 0, 0);
+  AddListLine(dialog, kLines, line.Terminated());
+  AddListLine(dialog, IDC_PARTY_REFERENCES, reference.Terminated());
+  SendDlgItemMessageA(dialog, kLines, LB_SETCURSEL, 0, 0);
 }
 
-// False when a file cannot be opened or the case is not there any more; a dialog without a line is
-// no failure.
-bool FillPartySelection(HWND dialog) {
+bool PartySelection::Fill(HWND dialog) {
+  SetWindowTextA(dialog, role_.dialogTitle);
   const auto dataRoot = ReadDataRoot(kNoDataPathForAddresses);
   if (!dataRoot) return false;
   SelectionFiles files(*dataRoot);
-  if (!files.AreOpen() || !FindCase(files.cases, *selectionCall.key)) return false;
+  if (!files.AreOpen() || !FindCase(files.cases, key_)) return false;
 
   const auto& found = files.cases.Current();
   ShowCase(dialog, found);
-  UINT tabStop = kTabStop;
-  SendDlgItemMessageA(dialog, IDC_PARTY_LINES, LB_SETTABSTOPS, 1, AsParam(&tabStop));
-  SendDlgItemMessageA(dialog, IDC_PARTY_LINES, LB_SETHORIZONTALEXTENT, kScrollExtent, 0);
+  SetTabStop(dialog, kLines, kTabStop);
+  SendDlgItemMessageA(dialog, kLines, LB_SETHORIZONTALEXTENT, kScrollExtent, 0);
   for (const auto& party : files.parties.Walk(CasePartyRecord::byCase, found[CaseRecord::id])) {
     AddParty(dialog, files, party);
   }
   return true;
 }
 
-void TakeSelection(HWND dialog) {
-  const LRESULT index = SendDlgItemMessageA(dialog, IDC_PARTY_LINES, LB_GETCURSEL, 0, 0);
-  if (index == LB_ERR) return;
+void PartySelection::Take(HWND dialog, WPARAM index) {
   std::array<char, sizeof(PartyReference)> reference{};
-  const auto at = static_cast<WPARAM>(index);
-  SendDlgItemMessageA(dialog, IDC_PARTY_REFERENCES, LB_GETTEXT, at, AsParam(reference.data()));
-  selectionCall.chosen.Append(reference.data());
-}
-
-void InitDialog(HWND dialog) {
-  SetWindowTextA(dialog, selectionCall.role->dialogTitle);
-  if (!FillPartySelection(dialog)) EndDialog(dialog, IDC_CANCEL);
-}
-
-INT_PTR CALLBACK PartySelectionProc(HWND dialog, UINT message, WPARAM wordParam,
-                                    LPARAM /*unused*/) {
-  if (message == WM_INITDIALOG) InitDialog(dialog);
-  if (message != WM_COMMAND) return 0;
-  const WORD command = LOWORD(wordParam);
-  if (command == IDC_TAKE) TakeSelection(dialog);
-  if (command == IDC_TAKE || command == IDC_CANCEL) EndDialog(dialog, command);
-  return 0;
+  SendDlgItemMessageA(dialog, IDC_PARTY_REFERENCES, LB_GETTEXT, index,
+                      reinterpret_cast<LPARAM>(reference.data()));
+  chosen_ = {};
+  chosen_.Append(reference.data());
 }
 
 }  // namespace
 
 PartyReference ShowPartySelection(const CaseNumberKey& key, const Role& role) {
-  selectionCall = {&key, &role, {}};
-  DialogBoxParamA(CurrentAttachment().module, MAKEINTRESOURCEA(IDD_PARTY_SELECTION), nullptr,
-                  PartySelectionProc, 0);
-  const PartyReference chosen = selectionCall.chosen;
-  selectionCall = {};
-  return chosen;
+  PartySelection selection(key, role);
+  RunDialog(IDD_PARTY_SELECTION, selection);
+  return selection.Chosen();
 }
 
 }  // namespace qlx99

@@ -100,7 +100,10 @@ TEST_F(Dialogs, ListsAnswerTheirMessages) {
     // Tab stops need their style.
     const int stop = 100;
     const Message setStops = Say(LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&stop));
-    EXPECT_EQ(Answers(dialog, kVisible, {setStops, Say(LB_SETHORIZONTALEXTENT, 500)}), "1 0");
+    EXPECT_EQ(Answers(dialog, kVisible,
+                      {setStops, Say(LB_GETHORIZONTALEXTENT), Say(LB_SETHORIZONTALEXTENT, 500),
+                       Say(LB_GETHORIZONTALEXTENT)}),
+              "1 0 0 500");
     EXPECT_EQ(Answers(dialog, kHidden, {setStops}), "0");
   });
 }
@@ -114,6 +117,53 @@ TEST_F(Dialogs, ComeFromTheirModuleOrFailWithAReason) {
   SetLastError(ERROR_SUCCESS);
   EXPECT_EQ(Begin([](HWND) { FAIL(); }, 3), -1);
   EXPECT_EQ(GetLastError(), ERROR_RESOURCE_NAME_NOT_FOUND);
+}
+
+// In pixels, in the font of a list of the dialog, with a tab stop at 100.
+int WidthOf(HWND dialog, std::string_view text) {
+  const int stop = 100;
+  HDC context = GetDC(dialog);
+  const LRESULT font = SendDlgItemMessageA(dialog, kVisible, WM_GETFONT, 0, 0);
+  HGDIOBJ previous = SelectObject(context, reinterpret_cast<HGDIOBJ>(font));
+  EXPECT_NE(previous, nullptr);
+  const DWORD extent = GetTabbedTextExtentA(context, text.data(), int(text.size()), 1, &stop);
+  EXPECT_EQ(SelectObject(context, previous), reinterpret_cast<HGDIOBJ>(font));
+  EXPECT_EQ(ReleaseDC(dialog, context), 1);
+  return LOWORD(extent);
+}
+
+TEST_F(Dialogs, MeasureTexts) {
+  Begin([](HWND dialog) {
+    const int name = WidthOf(dialog, "Meier");
+    EXPECT_TRUE(0 < name && name < 100) << name;
+    EXPECT_EQ(WidthOf(dialog, ""), 0);
+    EXPECT_EQ(WidthOf(dialog, "MeierMeier"), 2 * name);
+    EXPECT_EQ(WidthOf(dialog, "\tMeier"), 100 + name);
+    EXPECT_EQ(WidthOf(dialog, "Meier\tMeier"), 100 + name);
+    EXPECT_EQ(WidthOf(dialog, "\t\tMeier\t"), 300);
+    const std::string longName(50, 'n');
+    const int width = WidthOf(dialog, longName);
+    EXPECT_GT(width, 100);
+    EXPECT_EQ(WidthOf(dialog, longName + "\tMeier"), (width / 100 + 1) * 100 + name);
+    RECT units{4, 8, 400, 800};
+    EXPECT_TRUE(MapDialogRect(dialog, &units));
+    EXPECT_EQ(units.right, 100 * units.left);
+    EXPECT_EQ(units.bottom, 100 * units.top);
+    EXPECT_GT(units.left, 0);
+    EXPECT_GT(units.top, units.left);
+  });
+}
+
+TEST_F(Dialogs, HaveAWordForTheirCaller) {
+  Begin([this](HWND outer) {
+    int own = 0;
+    const auto word = reinterpret_cast<LONG_PTR>(&own);
+    EXPECT_EQ(GetWindowLongPtrA(outer, DWLP_USER), 0);
+    EXPECT_EQ(SetWindowLongPtrA(outer, DWLP_USER, word), 0);
+    Begin([&](HWND inner) { EXPECT_EQ(SetWindowLongPtrA(inner, DWLP_USER, 1), 0); }, 2);
+    EXPECT_EQ(SetWindowLongPtrA(outer, DWLP_USER, 2), word);
+    EXPECT_EQ(GetWindowLongPtrA(outer, DWLP_USER), 2);
+  });
 }
 
 TEST_F(Dialogs, NestAndAreGoneOnceTheyHaveEnded) {
@@ -132,6 +182,10 @@ TEST_F(Dialogs, NestAndAreGoneOnceTheyHaveEnded) {
     EXPECT_FALSE(SetWindowTextA(window, "Titel"));
     EXPECT_FALSE(SetDlgItemTextA(window, 206, "Text"));
     EXPECT_EQ(Answers(window, kVisible, {Say(LB_GETCOUNT)}), "0");
+    EXPECT_EQ(GetWindowLongPtrA(window, DWLP_USER), 0);
+    EXPECT_EQ(SetWindowLongPtrA(window, DWLP_USER, 1), 0);
+    RECT units{};
+    EXPECT_FALSE(MapDialogRect(window, &units));
   }
 }
 

@@ -7,7 +7,7 @@
 namespace qlx99::tests {
 namespace {
 
-const ShownControl kNoControl{0, "", 0, {}, -1};
+const ShownControl kNoControl{0, "", 0, {}, -1, 0};
 
 const ShownControl& Find(const ShownDialog& dialog, const char* what, auto isIt) {
   const auto found = std::find_if(dialog.controls.begin(), dialog.controls.end(), isIt);

@@ -1,6 +1,7 @@
 // What appears on the screen, in either world.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -28,6 +29,7 @@ struct ShownControl {
   DWORD style;
   std::vector<std::string> lines;  // of a list box
   int selected;                    // its selected line, counted from 0; -1 for none
+  int horizontalExtent;            // how far it scrolls, in pixels
 
   bool IsVisible() const { return (style & WS_VISIBLE) != 0; }
 };
@@ -81,6 +83,10 @@ class Screen {
   ~Screen();
   Screen(const Screen&) = delete;
   Screen& operator=(const Screen&) = delete;
+
+  // For the watcher, while something is open: the host makes a call on the thread that waits in it.
+  // Returns when the call has; what appears meanwhile is shown to the watcher, too.
+  void HostCalls(const std::function<void()>& call);
 
  private:
   class Implementation;

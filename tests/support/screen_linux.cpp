@@ -9,8 +9,10 @@ namespace qlx99::tests {
 namespace {
 
 ShownControl Shown(const platform::Control& control) {
-  ShownControl shown{control.id, Utf8(control.text), control.style, {}, control.list.Selected()};
-  for (int i = 0; i < control.list.Count(); ++i) shown.lines.push_back(Utf8(control.list.Line(i)));
+  const platform::ListBox& list = control.list;
+  ShownControl shown{control.id, Utf8(control.text), control.style,
+                     {},         list.Selected(),    list.HorizontalExtent()};
+  for (int i = 0; i < list.Count(); ++i) shown.lines.push_back(Utf8(list.Line(i)));
   return shown;
 }
 
@@ -61,5 +63,8 @@ void WatchTheScreen() { std::freopen("/dev/null", "r", stdin); }
 Screen::Screen(Watcher& watcher) : implementation_(std::make_unique<Implementation>(watcher)) {}
 
 Screen::~Screen() = default;
+
+// The person sits in the waiting thread.
+void Screen::HostCalls(const std::function<void()>& call) { call(); }
 
 }  // namespace qlx99::tests

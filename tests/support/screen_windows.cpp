@@ -2,11 +2,15 @@
 // process as they appear, while the main thread waits in them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <atomic>
 #include <chrono>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <vector>
 
 #include "support/screen.h"
 #include "support/text.h"
@@ -68,11 +72,13 @@ ShownControl LookAt(HWND control) {
                      TextOf(control),
                      static_cast<DWORD>(GetWindowLongA(control, GWL_STYLE)),
                      {},
-                     -1};
+                     -1,
+                     0};
   if (!HasClass(control, "LISTBOX")) return shown;
   const auto count = static_cast<WPARAM>(Ask(control, LB_GETCOUNT).value_or(0));
   for (WPARAM i = 0; i < count; ++i) shown.lines.push_back(LineOf(control, i));
   shown.selected = static_cast<int>(Ask(control, LB_GETCURSEL).value_or(LB_ERR));
+  shown.horizontalExtent = static_cast<int>(Ask(control, LB_GETHORIZONTALEXTENT).value_or(0));
   return shown;
 }
 
@@ -194,14 +200,14 @@ class Person {
   // Returns when no watcher is busy any more.
   void ServeNobody() { Serve(passer_); }
 
-  [[noreturn]] void Watch() {
-    for (;; std::this_thread::sleep_for(kGlance)) {
+  void WatchUntil(const std::atomic<bool>& end) {
+    for (; !end; std::this_thread::sleep_for(kGlance)) {
       HWND window = nullptr;
       while ((window = FindWindowExA(nullptr, window, kDialogClass, nullptr)) != nullptr) {
         DWORD process = 0;
         GetWindowThreadProcessId(window, &process);
-        const bool isOurs = process == GetCurrentProcessId() && window != hopeless_;
-        if (isOurs && IsWaiting(window)) Show(window);
+        const bool isNew = std::find(known_.begin(), known_.end(), window) == known_.end();
+        if (process == GetCurrentProcessId() && isNew && IsWaiting(window)) Show(window);
       }
     }
   }
@@ -209,6 +215,7 @@ class Person {
  private:
   void Show(HWND window) {
     const std::lock_guard lock(mutex_);
+    known_.push_back(window);
     Dialog dialog(window);
     HWND text = GetDlgItem(window, kMessageText);
     if (text == nullptr) {
@@ -217,15 +224,18 @@ class Person {
       watcher_->Sees({TextOf(text), TextOf(window), StyleOf(window)});
       Ask(FindWindowExA(window, nullptr, "BUTTON", nullptr), BM_CLICK);
     }
-    if (!dialog.IsOpen()) return;
-    ADD_FAILURE() << "cannot be closed: " << dialog.Look();
-    hopeless_ = window;
+    if (dialog.IsOpen()) {
+      ADD_FAILURE() << "cannot be closed: " << dialog.Look();
+    } else {
+      std::erase(known_, window);
+    }
   }
 
-  std::mutex mutex_;
+  std::recursive_mutex mutex_;  // what is open may lead to something else
   Passer passer_;
   Watcher* watcher_ = &passer_;
-  HWND hopeless_ = nullptr;  // stays open until the test's time is over
+  // Being shown to the watcher, or hopeless: those stay open until the test's time is over.
+  std::vector<HWND> known_;
 };
 
 // Not destroyed, as its thread watches until the process ends.
@@ -237,19 +247,55 @@ Person& ThePerson() {
 }  // namespace
 
 void WatchTheScreen() {
-  std::thread([] { ThePerson().Watch(); }).detach();
+  static const std::atomic<bool> never = false;
+  std::thread([] { ThePerson().WatchUntil(never); }).detach();
 }
 
 class Screen::Implementation {
  public:
   explicit Implementation(Watcher& watcher) { ThePerson().Serve(watcher); }
-  ~Implementation() { ThePerson().ServeNobody(); }
+  ~Implementation() {
+    ThePerson().ServeNobody();
+    DestroyWindow(host_);
+  }
   Implementation(const Implementation&) = delete;
   Implementation& operator=(const Implementation&) = delete;
+
+  // Posted, as a click on the host's toolbar is.
+  void HostCalls(const std::function<void()>& call) {
+    std::atomic<bool> isDone = false;
+    const std::function<void()> callToTheEnd = [&] {
+      call();
+      isDone = true;
+    };
+    PostMessageA(host_, kCall, 0, reinterpret_cast<LPARAM>(&callToTheEnd));
+    ThePerson().WatchUntil(isDone);
+  }
+
+ private:
+  static constexpr UINT kCall = WM_APP;
+
+  static LRESULT CALLBACK HostProc(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
+    if (message != kCall) return DefWindowProcA(window, message, wordParam, longParam);
+    (*reinterpret_cast<const std::function<void()>*>(longParam))();
+    return 0;
+  }
+
+  // The word processor's window, on the thread that calls the library.
+  static HWND CreateHost() {
+    HWND host = CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                                GetModuleHandleA(nullptr), nullptr);
+    SetWindowLongPtrA(host, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&HostProc));
+    return host;
+  }
+
+  HWND host_ = CreateHost();
 };
 
 Screen::Screen(Watcher& watcher) : implementation_(std::make_unique<Implementation>(watcher)) {}
 
 Screen::~Screen() = default;
+
+void Screen::HostCalls(const std::function<void()>& call) { implementation_->HostCalls(call); }
 
 }  // namespace qlx99::tests

@@ -17,13 +17,15 @@ void Press(OpenDialog& dialog, int buttonId) {
 
 }  // namespace
 
-void User::Chooses(int line) {
-  Does([line](OpenDialog& dialog) {
+std::function<void(OpenDialog&)> Choice(int line) {
+  return [line](OpenDialog& dialog) {
     const ShownDialog shown = dialog.Look();
     EXPECT_TRUE(dialog.Select(shown.List().id, line - 1)) << "line " << line << " of " << shown;
     Press(dialog, kTakeButton);
-  });
+  };
 }
+
+void User::Chooses(int line) { Does(Choice(line)); }
 
 void User::TakesTheSelected() { Presses(kTakeButton); }
 
@@ -51,10 +53,13 @@ ShownDialog User::OnlyDialog() {
 
 void User::ExpectNothingLeft() {
   for (const MessageBox& message : Messages()) ADD_FAILURE() << "unexpected " << message;
-  EXPECT_TRUE(instructions_.empty()) << "a dialog less than expected";
+  EXPECT_TRUE(instructions_.empty() && !atMessage_) << "a window less than expected";
 }
 
-void User::Sees(const MessageBox& message) { messages_.push_back(message); }
+void User::Sees(const MessageBox& message) {
+  messages_.push_back(message);
+  if (const auto action = std::exchange(atMessage_, nullptr)) action();
+}
 
 void User::Sees(OpenDialog& dialog) {
   const ShownDialog shown = dialog.Look();

@@ -5,11 +5,15 @@
 #include <deque>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/screen.h"
 
 namespace qlx99::tests {
+
+// Takes a line of the dialog's list, counted from 1; what the user may be told to do.
+std::function<void(OpenDialog&)> Choice(int line);
 
 class User final : public Watcher {
  public:
@@ -21,6 +25,12 @@ class User final : public Watcher {
   void Cancels();              // by the Escape key or the close box
   void Presses(int buttonId);  // and nothing else
   void Does(std::function<void(OpenDialog&)> action);
+
+  // What to do at the next message, before it is closed.
+  void DoesAtMessage(std::function<void()> action) { atMessage_ = std::move(action); }
+
+  // While the user is at a dialog or message, the host makes another call.
+  void LetsTheHostCall(const std::function<void()>& call) { screen_.HostCalls(call); }
 
   // At every dialog without an instruction of its own, takes what is selected.
   void TakesTheSelectedFromNowOn() { isPatient_ = true; }
@@ -40,6 +50,7 @@ class User final : public Watcher {
 
  private:
   std::deque<std::function<void(OpenDialog&)>> instructions_;
+  std::function<void()> atMessage_;
   bool isPatient_ = false;
   std::vector<MessageBox> messages_;
   std::vector<ShownDialog> dialogs_;

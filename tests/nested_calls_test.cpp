@@ -1,0 +1,132 @@
+// The windows of the library have no owner, so the host stays alive while one is open, and a second
+// click on its toolbar starts a second call. Each call gives what it gives alone.
+#include <map>
+
+#include "addresses/address_files.h"
+#include "addresses/party_files.h"
+#include "cases/case_code_files.h"
+#include "cases/case_file.h"
+#include "resources/resource.h"
+#include "support/example_office.h"
+
+namespace qlx99::tests {
+namespace {
+
+// A call that shows one dialog, and what its user does there, or one message.
+struct Row {
+  const char* name;
+  std::function<std::int32_t(char* buffer)> call;
+  std::function<void(OpenDialog&)> act;
+};
+
+class NestedCallsTest : public ExampleOfficeTest {
+ protected:
+  NestedCallsTest() {
+    office.Has<ContactPersonRecord>("number: 256, addressNumber: 4711, name: Meier");
+    for (const std::string number : {"201", "202"}) {
+      office.Has<BankConnectionRecord>("number: " + number +
+                                       ", addressNumber: 4712, bankName: Bank " + number);
+    }
+    office.Changes<CaseRecord>(CaseRecord::byId, 8, "currency: USD");
+  }
+
+  std::string Alone(const Row& row) {
+    if (row.act) user.Does(row.act);
+    return OutcomeOf(row.call);
+  }
+
+  using Outcomes = std::pair<std::string, std::string>;
+
+  // While the window of `first` is open, the host makes the call `second`. Where both are dialogs,
+  // either may be closed before the other.
+  Outcomes Both(const Row& first, const Row& second, bool closesFirst = false) {
+    Outcomes outcomes;
+    const auto callSecond = [&] {
+      user.LetsTheHostCall([&] { outcomes.second = OutcomeOf(second.call); });
+    };
+    const auto meetSecond = [&](auto closeFirst) {
+      if (!second.act) return;
+      user.Does([=, &second](OpenDialog& dialog) {
+        closeFirst();
+        second.act(dialog);
+      });
+    };
+    if (first.act) {
+      user.Does([&](OpenDialog& dialog) {
+        meetSecond([&] { closesFirst ? first.act(dialog) : void(); });
+        callSecond();
+        if (dialog.IsOpen()) first.act(dialog);
+      });
+    } else {
+      user.DoesAtMessage([&] {
+        meetSecond([] {});
+        callSecond();
+      });
+    }
+    outcomes.first = OutcomeOf(first.call);
+    return outcomes;
+  }
+
+  Row Address(const char* name, const char* number, const char* link, int line) {
+    return {name, [=, this](char* b) { return library->ALesenDLL("12345678", number, b, link); },
+            Choice(line)};
+  }
+
+  Row Party(const char* name, const char* role, const char* caseNumber,
+            const std::function<void(OpenDialog&)>& act) {
+    return {
+        name,
+        [=, this](char* b) { return library->BLesenDLL(role, caseNumber, nullptr, nullptr, b); },
+        act};
+  }
+
+  Row Case(const char* name, const char* caseNumber) {
+    return {name, [=, this](char* b) { return library->SLesenDLL(caseNumber, b); }, nullptr};
+  }
+};
+
+TEST_F(NestedCallsTest, GiveWhatTheyGiveAlone) {
+  office.Lacks<CaseTypeRecord>();
+  const auto cancel = [](OpenDialog& dialog) { dialog.Press(IDC_CANCEL); };
+  const Row rows[] = {Address("a contact person", "4711", "815", 2),
+                      Address("a contact person under another link", "4711", "0", 1),
+                      Address("a bank connection", "4712", "815", 2),
+                      Party("a party", "M ", "12345678", Choice(3)),
+                      Party("no party", "M ", "12345670", cancel),
+                      Case("a message about a case", "12345678"),
+                      Case("a message about another case", "12345679")};
+  std::map<const Row*, std::string> alone;
+  for (const Row& row : rows) alone[&row] = Alone(row);
+  for (const Row& first : rows) {
+    for (const Row& second : rows) {
+      SCOPED_TRACE(std::string(first.name) + ", and meanwhile " + second.name);
+      const Outcomes expected{alone[&first], alone[&second]};
+      EXPECT_EQ(Both(first, second, &first <= &second), expected);
+    }
+  }
+  user.Messages();
+}
+
+TEST_F(NestedCallsTest, DoNotDisturbADialogThatIsBeingFilled) {
+  const auto isBusy = [&] {
+    manager.Answers(btrieve::kGetEqual, "ZTPART.KRV", btrieve::kRecordInUse, kMaxAttempts + 1);
+  };
+  const Row messageThenDialog = Party("a party", "M ", "12345678", nullptr);
+  user.TakesTheSelectedFromNowOn();
+  const Row other = Party("a party of another case", "  ", "12345670", Choice(2));
+  const std::string second = Alone(other);
+  isBusy();
+  const Outcomes alone{Alone(messageThenDialog), second};
+  isBusy();
+  EXPECT_EQ(Both(messageThenDialog, other), alone);
+  EXPECT_EQ(user.Messages().size(), 2U);
+}
+
+TEST_F(NestedCallsTest, LeaveTheLinkNumberThatWasGivenLast) {
+  const Row other = Address("a contact person under another link", "4711", "0", 1);
+  Both(Address("a contact person", "4711", "815", 1), other);
+  EXPECT_EQ(Alone(Address("without a link", "4711", nullptr, 1)), Alone(other));
+}
+
+}  // namespace
+}  // namespace qlx99::tests
