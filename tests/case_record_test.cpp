@@ -82,10 +82,6 @@ TEST_F(CaseRecordTest, LeavesEmptyWhatTheOfficeDoesNotHave) {
   EXPECT_EQ(Case(), "0 ||" + rest_ + "EUR<end>");
   office.Changes<C>(C::byId, 7, "rubrum: Mül\0ler"s);
   EXPECT_EQ(Case(), "-1 Mül|EUR<end>") << "ends at a zero byte in a text";
-  // The number 0 stands for no case, whose parties are not counted.
-  office.Has<CasePartyRecord>("id: 9, caseId: 0");
-  office.Has<C>("id: 0, caseNumber: 00000000, rubrum: R");
-  EXPECT_EQ(Case("00000000"), "-1 R|||||0,00||||||||0|<end>");
 }
 
 TEST_F(CaseRecordTest, KeepsItsFieldsWhenAFileIsMissing) {
