@@ -80,12 +80,6 @@ std::vector<std::string> ResultsWhenOneFails(const Row& row, bool nothingFound) 
   return results;
 }
 
-std::vector<std::array<char, F::file.length>> Bytes(const std::vector<Record<F>>& records) {
-  std::vector<std::array<char, F::file.length>> bytes;
-  for (const auto& record : records) bytes.push_back(record.bytes);
-  return bytes;
-}
-
 // A number with nothing readable behind the character that ends it.
 const char* Number(const std::string& digits) { return world::AtPageEnd(digits + 'x'); }
 
@@ -97,7 +91,7 @@ class EveryExportTest : public ExampleOfficeTest {
     office.Has<D>("caseId: 0, lastNumber: 99");
     ReleaseEmbedded();
     for (const char* file : kWritten) {
-      std::filesystem::copy(office.DataFolder() / file, before_.Path());
+      std::filesystem::copy(office.DataFolder() / file, before_.Path() / file);
     }
   }
 
@@ -109,9 +103,18 @@ class EveryExportTest : public ExampleOfficeTest {
   void Restore() {
     ReleaseEmbedded();
     for (const char* file : kWritten) {
-      std::filesystem::copy(before_.Path() / file, office.DataFolder(),
-                            std::filesystem::copy_options::overwrite_existing);
+      std::filesystem::remove(office.DataFolder() / file);
+      std::filesystem::copy(before_.Path() / file, office.DataFolder() / file);
     }
+  }
+
+  // The bytes of all follow-ups.
+  std::string FollowUps() {
+    std::string all;
+    for (const auto& record : office.Records<F>()) {
+      all.append(record.bytes.begin(), record.bytes.end());
+    }
+    return all;
   }
 
   // Runs an export with the nth of its calls failing. False when it makes fewer.
@@ -225,8 +228,9 @@ TEST_F(EveryExportTest, MakesItsCallsInOneFixedOrder) {
 }
 
 bool EveryExportTest::IsSoundWhenCallFails(const Row& row, std::size_t n, int status) {
-  if (Writes(row)) Restore();
-  const auto followUps = Bytes(office.Records<F>());
+  const bool writes = Writes(row);
+  if (writes) Restore();
+  const std::string before = writes ? FollowUps() : "";
   manager.Forget();
   manager.FailsCall(n, status);
   CallerBuffer buffer;
@@ -244,7 +248,9 @@ bool EveryExportTest::IsSoundWhenCallFails(const Row& row, std::size_t n, int st
   EXPECT_THAT(Outcome(result, buffer), Not(HasSubstr("<rubbish>")));
   EXPECT_THAT(manager.OpenFiles(), IsEmpty());
   // What is acknowledged is written, what is refused is not.
-  EXPECT_EQ(Bytes(office.Records<F>()) != followUps, Writes(row) && result == -1);
+  if (writes) {
+    EXPECT_EQ(FollowUps() != before, result == -1);
+  }
   // The user is told of the file that could not be opened or closed and of no other.
   Messages messages = user.Messages();
   std::erase_if(messages, [](const auto& m) { return !m.text.starts_with("Die Datei"); });
