@@ -7,8 +7,6 @@
 namespace qlx99::tests {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using C = CaseRecord;
 using D = DocumentNumberRecord;
 
@@ -112,15 +110,6 @@ TEST_F(DocumentNumbersTest, GivesNoNumberTwiceWhenAnotherWorkstationComesFirst) 
     EXPECT_EQ(library->GetDokuNr("12345678"), status == 2 ? 6 : 7);
     manager.Forget();
   }
-}
-
-TEST_F(DocumentNumbersTest, DoesWithoutItsFiles) {
-  office.Lacks<C>();
-  EXPECT_EQ(library->GetDokuNr("12345678"), 1);  // of the unknown cases' counter
-  EXPECT_EQ(LastNumber(0), 1);
-  manager.Answers(btrieve::kOpen, kCounters, 12);
-  EXPECT_EQ(library->GetDokuNr("12345678"), 1);
-  EXPECT_THAT(user.Messages(), ElementsAre(CannotOpen("ZTCASE.KRV"), CannotOpen(kCounters)));
 }
 
 }  // namespace

@@ -9,7 +9,6 @@ namespace qlx99::tests {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 using F = FollowUpRecord;
 
