@@ -2,6 +2,7 @@
 // being there, the order of its calls, and that each of them may fail.
 #include <algorithm>
 #include <functional>
+#include <regex>
 #include <sstream>
 
 #include "caseparties/case_party_file.h"
@@ -19,11 +20,10 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+namespace fs = std::filesystem;
 using Messages = std::vector<MessageBox>;
-using C = CaseRecord;
 using D = DocumentNumberRecord;
 using F = FollowUpRecord;
-using H = CasePartyRecord;
 
 const MessageBox kNoPathToWrite{
     "Datenpfad nicht gefunden !\n Wiedervorlagedaten können nicht gelöscht werden ! ",
@@ -60,9 +60,7 @@ const MessageBox kNone{"", "", 0};
 bool NeedsData(const Row& row) { return row.message != kNone; }
 
 bool Writes(const Row& row) {
-  const std::string_view calls = row.calls;
-  return calls.find("insert") != calls.npos || calls.find("update") != calls.npos ||
-         calls.find("delete") != calls.npos;
+  return std::regex_search(row.calls, std::regex("insert|update|delete"));
 }
 
 // One result for each call that may fail.
@@ -89,22 +87,19 @@ class EveryExportTest : public ExampleOfficeTest {
     user.TakesTheSelectedFromNowOn();
     office.Has<D>("caseId: 7, lastNumber: 41");
     office.Has<D>("caseId: 0, lastNumber: 99");
-    ReleaseEmbedded();
-    for (const char* file : kWritten) {
-      std::filesystem::copy(office.DataFolder() / file, before_.Path() / file);
-    }
+    CopyWhatIsWritten(office.DataFolder(), before_.Path());
   }
 
-  std::string OutcomeOf(const Row& row) {
-    return tests::OutcomeOf([&](char* buffer) { return row.call(*library.operator->(), buffer); });
+  std::string OutcomeOf(const Call& call) {
+    return tests::OutcomeOf([&](char* buffer) { return call(*library.operator->(), buffer); });
   }
 
-  // The files that exports write are as they were.
-  void Restore() {
+  // Copies the files that exports write, also over others.
+  static void CopyWhatIsWritten(const fs::path& from, const fs::path& to) {
     ReleaseEmbedded();
-    for (const char* file : kWritten) {
-      std::filesystem::remove(office.DataFolder() / file);
-      std::filesystem::copy(before_.Path() / file, office.DataFolder() / file);
+    for (const char* file : {F::file.name, D::file.name}) {
+      fs::remove(to / file);
+      fs::copy(from / file, to / file);
     }
   }
 
@@ -120,10 +115,6 @@ class EveryExportTest : public ExampleOfficeTest {
   // Runs an export with the nth of its calls failing. False when it makes fewer.
   bool IsSoundWhenCallFails(const Row& row, std::size_t n, int status);
 
-  // What each export that takes a case number makes of this one, without GetDokuNr.
-  std::vector<std::string> OfCase(const char* caseNumber);
-
-  static constexpr const char* kWritten[] = {F::file.name, D::file.name};
   TemporaryFolder before_;
 
   // Of their arguments, too, nothing can be read behind what counts.
@@ -152,13 +143,10 @@ class EveryExportTest : public ExampleOfficeTest {
        "+CASE +DOLIST =CASE1 =DOLIST1 +KODOLI =KODOLI0 -KODOLI +USER =USER0 -USER +USER =USER0 "
        "-USER +HEAD =HEAD1 >HEAD1 -HEAD -DOLIST -CASE",
        "19*-1"},
-      {"WVNew",
-       CallOf(&E::WVNew, kCase, Number("3"), kDate, Number("17"), Number(""), Number(""), ""), "0 ",
+      {"WVNew", CallOf(&E::WVNew, kCase, Number("3"), kDate, Number("17"), "", "", ""), "0 ",
        NoDataPath("Wiedervorlagedaten"), "+CASE =CASE1 -CASE +DOLIST insert DOLIST0 -DOLIST",
        "0 0 -1 0 0 -1"},
-      {"WVChange",
-       CallOf(&E::WVChange, Number("1"), Number("3"), kDate, Number("17"), Number(""), Number(""),
-              ""),
+      {"WVChange", CallOf(&E::WVChange, Number("1"), Number("3"), kDate, Number("17"), "", "", ""),
        "0 ", kNoPathToWrite, "+DOLIST =DOLIST0 update DOLIST0 -DOLIST", "3*0 -1"},
       {"WVDelete", CallOf(&E::WVDelete, Number("2")), "0 ", kNoPathToWrite,
        "+DOLIST =DOLIST0 .. delete DOLIST0 -DOLIST", "4*0 -1"},
@@ -196,14 +184,14 @@ TEST_F(EveryExportTest, DoesNothingWhenItIsNotLetIn) {
   EXPECT_EQ(rows.size(), office::Exports().size());
   office.IsConfigured("ProgramName", "TELQ32.EXE");
   for (const char* root : {"DocuRoot", "ProgramRoot"}) office.IsConfigured(root, "C:\\Akten");
-  for (const Row& row : rows) EXPECT_EQ(OutcomeOf(row), "0 ") << row.name;
+  for (const Row& row : rows) EXPECT_EQ(OutcomeOf(row.call), "0 ") << row.name;
   EXPECT_EQ(manager.CallText(), "");
 }
 
 TEST_F(EveryExportTest, SaysWhichDataItCannotTakeWithoutADataPath) {
   office.IsNotConfigured("DataRoot");
   for (const Row& row : rows) {
-    EXPECT_EQ(OutcomeOf(row), row.withoutDataPath) << row.name;
+    EXPECT_EQ(OutcomeOf(row.call), row.withoutDataPath) << row.name;
     EXPECT_EQ(user.Messages(), NeedsData(row) ? Messages{row.message} : Messages{}) << row.name;
   }
 }
@@ -213,7 +201,7 @@ TEST_F(EveryExportTest, SaysThatThereIsNoRecordManagerWhenItNeedsOne) {
   managers.Are({});
   for (const Row& row : rows) {
     const bool delivers = !NeedsData(row) || row.name == std::string("SLesenDLL");
-    EXPECT_EQ(OutcomeOf(row), delivers ? row.withoutDataPath : "0 ") << row.name;
+    EXPECT_EQ(OutcomeOf(row.call), delivers ? row.withoutDataPath : "0 ") << row.name;
     EXPECT_EQ(user.Messages(), NeedsData(row) ? Messages{NoRecordManager()} : Messages{})
         << row.name;
   }
@@ -222,14 +210,14 @@ TEST_F(EveryExportTest, SaysThatThereIsNoRecordManagerWhenItNeedsOne) {
 TEST_F(EveryExportTest, MakesItsCallsInOneFixedOrder) {
   for (const Row& row : rows) {
     manager.Forget();
-    OutcomeOf(row);
+    OutcomeOf(row.call);
     EXPECT_EQ(manager.CallText(), row.calls) << row.name;
   }
 }
 
 bool EveryExportTest::IsSoundWhenCallFails(const Row& row, std::size_t n, int status) {
   const bool writes = Writes(row);
-  if (writes) Restore();
+  if (writes) CopyWhatIsWritten(before_.Path(), office.DataFolder());
   const std::string before = writes ? FollowUps() : "";
   manager.Forget();
   manager.FailsCall(n, status);
@@ -241,7 +229,7 @@ bool EveryExportTest::IsSoundWhenCallFails(const Row& row, std::size_t n, int st
     EXPECT_EQ(results.size(), n - 1) << row.name;
     return false;
   }
-  const ManagerCall& failed = manager.Calls()[n - 1];
+  const ManagerCall failed = manager.Calls()[n - 1];
   SCOPED_TRACE(std::string(row.name) + ": " + failed.Text() + " (call " + std::to_string(n) +
                ") fails with status " + std::to_string(status));
   EXPECT_EQ(std::to_string(result), results.at(n - 1));
@@ -266,7 +254,8 @@ TEST_F(EveryExportTest, IsSoundWhateverTheRecordsHold) {
     for (const Row& row : rows) {
       manager.Forget();
       manager.FillsRecordsWith(byte);
-      EXPECT_THAT(OutcomeOf(row), Not(HasSubstr("<rubbish>"))) << row.name << " of " << int{byte};
+      EXPECT_THAT(OutcomeOf(row.call), Not(HasSubstr("<rubbish>")))
+          << row.name << " of " << int{byte};
     }
   }
   user.Messages();
@@ -282,31 +271,27 @@ TEST_F(EveryExportTest, IsSoundWhicheverCallFails) {
   }
 }
 
-std::vector<std::string> EveryExportTest::OfCase(const char* caseNumber) {
-  const auto& e = *library.operator->();
-  const Call calls[] = {CallOf(&E::SLesenDLL, caseNumber, Buffer()),
-                        CallOf(&E::ALesenDLL, caseNumber, "4711", Buffer(), "815"),
-                        CallOf(&E::BLesenDLL, "  ", caseNumber, "", "", Buffer()),
-                        CallOf(&E::BListeInit, caseNumber),
-                        CallOf(&E::BListeNext, caseNumber, "1", Buffer()),
-                        CallOf(&E::WVInit, caseNumber),
-                        CallOf(&E::WVNext, caseNumber, "1", Buffer()),
-                        CallOf(&E::WVNew, caseNumber, "3", "31.12.2050", "17", "", "", "")};
-  std::vector<std::string> outcomes;
-  for (const Call& call : calls) {
-    outcomes.push_back(tests::OutcomeOf([&](char* buffer) { return call(e, buffer); }));
-  }
-  return outcomes;
-}
-
 TEST_F(EveryExportTest, TakesACaseWhoseIdIsZeroForNone) {
-  office.Has<C>("id: 0, caseNumber: 00000000, rubrum: R, currency: EUR");
-  office.Has<H>(
+  office.Has<CaseRecord>("id: 0, caseNumber: 00000000, rubrum: R, currency: EUR");
+  office.Has<CasePartyRecord>(
       "id: 401, caseId: 0, addressNumber: 4711, addressLinkNumber: 815, "
       "contactAddition: fremd, addressAddition: fremd");
-  office.Has<H>("id: 402, caseId: 0, addressNumber: 4712");
+  office.Has<CasePartyRecord>("id: 402, caseId: 0, addressNumber: 4712");
   office.Has<F>("id: 0, caseId: 0, date: 01.01.2000");
-  EXPECT_EQ(OfCase("00000000"), OfCase("99999999"));
+  const auto outcomes = [&](const char* number) {
+    std::vector<std::string> all;
+    for (const Call& call :
+         {CallOf(&E::SLesenDLL, number, Buffer()),
+          CallOf(&E::ALesenDLL, number, "4711", Buffer(), "815"),
+          CallOf(&E::BLesenDLL, "  ", number, "", "", Buffer()), CallOf(&E::BListeInit, number),
+          CallOf(&E::BListeNext, number, "1", Buffer()), CallOf(&E::WVInit, number),
+          CallOf(&E::WVNext, number, "1", Buffer()),
+          CallOf(&E::WVNew, number, "3", "31.12.2050", "17", "", "", "")}) {
+      all.push_back(OutcomeOf(call));
+    }
+    return all;
+  };
+  EXPECT_EQ(outcomes("00000000"), outcomes("99999999"));
   EXPECT_EQ(library->GetDokuNr("00000000"), 100) << "the counter of all unknown cases";
 }
 
