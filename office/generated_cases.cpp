@@ -1,6 +1,7 @@
 #include "office/generated_cases.h"
 
 #include <algorithm>
+#include <bit>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -126,7 +127,8 @@ class CaseGenerator {
     record.Set(CaseRecord::userId, static_cast<std::int32_t>(1 + dice_.Roll(kUsers)));
     record.Set(CaseRecord::rubrum, rubrum);
     record.Set(CaseRecord::firstDate, Day());
-    record.Set(CaseRecord::amount, dice_.Roll(10'000'000) / 100.0);
+    const double amount = dice_.Roll(10'000'000) / 100.0;
+    record.Set(CaseRecord::amount, {std::bit_cast<std::uint64_t>(amount)});
     record.Set(CaseRecord::caseTypeId, static_cast<std::int32_t>(1 + dice_.Roll(kCaseTypes)));
     record.Set(CaseRecord::currency, "EUR");
     files_.Insert(record);

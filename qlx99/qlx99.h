@@ -55,8 +55,8 @@ int WINAPI WVInit(const char* caseNumber);
 int WINAPI WVNext(const char* caseNumber, const char* index, char* record);
 
 /* Creates a follow-up. `dueDate` is DD.MM.YYYY, up to the year 2050; `secondUserId` and
-   `partyRecordId` may be 0; `text` has at most 150 characters. Returns 0, with nothing written, for
-   what is not valid and for an unknown case. */
+   `partyRecordId` may be 0; `text` has at most 150 characters, blanks at its end not counted.
+   Returns 0, with nothing written, for what is not valid and for an unknown case. */
 int WINAPI WVNew(const char* caseNumber, const char* kindId, const char* dueDate,
                  const char* userId, const char* secondUserId, const char* partyRecordId,
                  const char* text);

@@ -8,6 +8,7 @@
 #include "store/result_record.h"
 #include "support/caller_buffer.h"
 #include "support/user.h"
+#include "support/world.h"
 
 namespace qlx99::tests {
 namespace {
@@ -62,16 +63,24 @@ TEST(DayNumbers, AgreeWithTheCalendarInBothDirections) {
 
 TEST(LeadingNumbers, EndWhereTheDigitsDo) {
   constexpr std::int32_t kMost = 2147483647;
+  const std::string kBlanks = std::string(2000, ' ') + '7';
+  const std::string kZeros = std::string(2000, '0') + '7';
   const std::pair<std::int32_t, std::vector<const char*>> cases[] = {
       {17, {"17", "  17", "\t17", "+17", "17abc", "17 18", "0017"}},
+      {7, {kBlanks.c_str(), kZeros.c_str()}},
       {-17, {"-17", " -17-"}},
       {1, {"1.5", "1,5"}},
-      {0, {"0x11", "", " ", "abc", "-", "- 17", "--17", "+", "a17", "-0", nullptr}},
+      {0, {"0x11", "", " ", "abc", "-", "- 17", "--17", "+", "a17", "-0"}},
       {kMost, {"2147483647", "2147483648", "99999999999999999999"}},
       {-kMost - 1, {"-2147483648", "-2147483649", "-99999999999999999999"}}};
   for (const auto& [number, texts] : cases) {
-    for (const char* text : texts) EXPECT_EQ(LeadingNumber(text), number);
+    for (const char* text : texts) {
+      EXPECT_EQ(LeadingNumber(text), number);
+      // Behind the character that ends the number there may be no memory.
+      EXPECT_EQ(LeadingNumber(world::AtPageEnd(std::string(text) + 'x')), number);
+    }
   }
+  EXPECT_EQ(LeadingNumber(nullptr), 0);
 }
 
 std::string HandedOver(std::string_view bytes, HandOverForm form) {

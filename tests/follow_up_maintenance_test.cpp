@@ -2,13 +2,13 @@
 #include "followups/follow_up_file.h"
 #include "store/dates.h"
 #include "support/example_office.h"
+#include "support/world.h"
 #include "tests/recordmanager/worker.h"
 
 namespace qlx99::tests {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 using F = FollowUpRecord;
 
@@ -20,7 +20,10 @@ const MessageBox kTextTooLong =
     Invalid("Der Text der Wiedervorlage darf höchstens 150 Zeichen lang sein !");
 
 const std::string kLongestText(150, 'x');
-const std::string kTooLongText(151, 'x');
+const std::string kPaddedText = kLongestText + std::string(2000, ' ');
+// One character too many; nothing can be read behind it.
+const std::string kTooLongTexts[] = {kLongestText + 'x', kPaddedText + 'x',
+                                     std::string(150, ' ') + 'x'};
 
 // The arguments of a write that succeeds; each test spoils some of them.
 struct Arguments {
@@ -78,7 +81,7 @@ TEST_F(FollowUpMaintenanceTest, WriteAFollowUpWhole) {
 
 // The first thing wrong is the one message shown, and nothing is written.
 TEST_F(FollowUpMaintenanceTest, RefuseEachInAnOrderOfTheirOwn) {
-  const char* const tooLong = kTooLongText.c_str();
+  const char* const tooLong = world::AtPageEnd(kTooLongTexts[0]);
   struct Refused {
     Arguments arguments;
     std::vector<MessageBox> messages;
@@ -104,6 +107,10 @@ TEST_F(FollowUpMaintenanceTest, RefuseEachInAnOrderOfTheirOwn) {
       {{.key = "99"}, {}},
   };
   const auto before = FollowUp(0);
+  for (const std::string& text : kTooLongTexts) {
+    EXPECT_EQ(New({.key = "12345678", .text = world::AtPageEnd(text)}), 0);
+    EXPECT_THAT(user.Messages(), ElementsAre(kTextTooLong));
+  }
   for (const auto& [arguments, messages] : news) {
     EXPECT_EQ(New(arguments), 0);
     EXPECT_EQ(user.Messages(), messages);
@@ -123,10 +130,12 @@ TEST_F(FollowUpMaintenanceTest, RefuseEachInAnOrderOfTheirOwn) {
 TEST_F(FollowUpMaintenanceTest, AcceptWhatIsOnlyUnusual) {
   EXPECT_EQ(New({.key = "12345678", .kind = "-1", .user = "-5"}), -1);
   EXPECT_EQ(New({.key = "12345678", .text = kLongestText.c_str()}), -1);
+  EXPECT_EQ(New({.key = "12345678", .text = kPaddedText.c_str()}), -1);
   EXPECT_EQ(Change({.key = "1", .kind = "0"}), -1);
   EXPECT_EQ(FollowUp(0)[F::kindId], 0);
   EXPECT_EQ(FollowUp(3)[F::kindId], -1);
   EXPECT_EQ(FollowUp(4)[F::text], kLongestText);
+  EXPECT_EQ(FollowUp(5)[F::text], kLongestText);
 }
 
 TEST_F(FollowUpMaintenanceTest, TakeDatesAsTheyStand) {
@@ -188,18 +197,6 @@ TEST_F(FollowUpMaintenanceTest, WriteNothingOverAnotherWorkstationsChange) {
   meanwhile(btrieve::kDelete, "equal number=2, delete");
   EXPECT_EQ(library->WVDelete("2"), 0);
   EXPECT_THAT(office.Records<F>(), SizeIs(1));
-}
-
-// Whatever is acknowledged is there, whatever is refused is not.
-TEST_F(FollowUpMaintenanceTest, AcknowledgeExactlyWhatWasWritten) {
-  for (std::size_t n = 1; n <= 6; ++n) {
-    const std::size_t before = office.Records<F>().size();
-    manager.Forget();
-    manager.FailsCall(n, btrieve::kIoError);
-    const bool acknowledged = New({"12345678"}) == -1;
-    EXPECT_THAT(office.Records<F>(), SizeIs(before + (acknowledged ? 1 : 0))) << "call " << n;
-    user.Messages();
-  }
 }
 
 }  // namespace

@@ -84,11 +84,6 @@ TEST_F(ListsTest, EndAtTwoEmptyFieldsAndAtPartiesWithoutAddress) {
   office.Has<P>("id: 206, caseId: 7, relationId: 1");
   EXPECT_EQ(Party("5"), "0 ||| |Ulm|4713||205<end>");
   EXPECT_EQ(Party("6"), "0 ||<end>");
-  // A case with the number 0 is none.
-  office.Has<CaseRecord>("id: 0, caseNumber: 00000000");
-  office.Has<P>("id: 204, caseId: 0, addressNumber: 4711");
-  EXPECT_EQ(Party("1", "00000000"), "0 ||<end>");
-  EXPECT_EQ(library->BListeInit("00000000"), 0);
 }
 
 TEST_F(ListsTest, KeepTheirFieldsWhenALookupFileIsMissing) {

@@ -13,43 +13,43 @@ namespace {
 // some workstation got its number, so this many in a row do not happen in an office.
 constexpr int kMaxTries = 1000;
 
-// A number, and the status of writing it down.
 struct IssuedNumber {
   std::int32_t number;
-  int writeStatus;
+  bool takenByAnother;  // the counter was written between our reading and our writing it
 };
 
+// The number behind the counter that was read last.
 IssuedNumber IssueNext(RecordFile<DocumentNumberRecord>& numbers) {
   auto record = numbers.Current();
   // Counted unsigned: a rubbish counter at its limit wraps instead of stopping the word processor.
   const auto next = static_cast<std::int32_t>(
       static_cast<std::uint32_t>(record[DocumentNumberRecord::lastNumber]) + 1U);
   record.Set(DocumentNumberRecord::lastNumber, next);
-  return {next, numbers.Update(DocumentNumberRecord::byCase, record)};
+  return {next, numbers.Update(DocumentNumberRecord::byCase, record) == btrieve::kConflict};
 }
 
 IssuedNumber IssueFirst(RecordFile<DocumentNumberRecord>& numbers, std::int32_t caseId) {
   Record<DocumentNumberRecord> record;
   record.Set(DocumentNumberRecord::caseId, caseId);
   record.Set(DocumentNumberRecord::lastNumber, 1);
-  return {1, numbers.Insert(DocumentNumberRecord::byCase, record)};
+  return {1, numbers.Insert(DocumentNumberRecord::byCase, record) == btrieve::kDuplicateKey};
 }
 
-IssuedNumber Issue(RecordFile<DocumentNumberRecord>& numbers, std::int32_t caseId) {
+// A number that cannot be written down is the letter's all the same. It is taken anew only where
+// another workstation has it, which the counter, read again, has to confirm.
+std::int32_t Issue(RecordFile<DocumentNumberRecord>& numbers, std::int32_t caseId) {
   const int found = numbers.GetEqual(DocumentNumberRecord::byCase, caseId);
-  if (found == btrieve::kSuccess) return IssueNext(numbers);
-  if (found == btrieve::kKeyNotFound || found == btrieve::kEndOfFile) {
-    return IssueFirst(numbers, caseId);
+  const bool none = found == btrieve::kKeyNotFound || found == btrieve::kEndOfFile;
+  if (found != btrieve::kSuccess && !none) return 0;
+
+  IssuedNumber issued = none ? IssueFirst(numbers, caseId) : IssueNext(numbers);
+  for (int tries = 1; issued.takenByAnother && tries < kMaxTries; ++tries) {
+    if (numbers.GetEqual(DocumentNumberRecord::byCase, caseId) != btrieve::kSuccess) break;
+    issued = IssueNext(numbers);
   }
-  return {0, btrieve::kSuccess};
+  return issued.number;
 }
 
-// Whether another workstation wrote this case's counter between our reading and our writing it.
-bool TakenByAnother(int writeStatus) {
-  return writeStatus == btrieve::kConflict || writeStatus == btrieve::kDuplicateKey;
-}
-
-// A failure to write for any other reason is not looked at: the letter gets its number.
 std::int32_t NextDocumentNumber(const char* caseNumber) {
   if (!EnsureRecordManager()) return 0;
   const auto dataRoot = ReadDataRoot(kNoDataPathForDocuments);
@@ -58,12 +58,7 @@ std::int32_t NextDocumentNumber(const char* caseNumber) {
   if (!numbers.IsOpen()) return 1;
 
   // An unknown case is no reason to stop a letter: such letters share the counter of kNoCase.
-  const std::int32_t caseId = LookupCaseId(*dataRoot, caseNumber);
-  for (int tries = 0; tries < kMaxTries; ++tries) {
-    const IssuedNumber issued = Issue(numbers, caseId);
-    if (!TakenByAnother(issued.writeStatus)) return issued.number;
-  }
-  return 0;
+  return Issue(numbers, LookupCaseId(*dataRoot, caseNumber));
 }
 
 }  // namespace

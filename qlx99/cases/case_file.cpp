@@ -18,7 +18,8 @@ CaseNumberKey::CaseNumberKey(const char* caseNumber) {
 }
 
 bool FindCase(RecordCursor<CaseRecord>& cases, const CaseNumberKey& key) {
-  return cases.GetEqual(CaseRecord::byCaseNumber, key.Bytes()) == btrieve::kSuccess;
+  return cases.GetEqual(CaseRecord::byCaseNumber, key.Bytes()) == btrieve::kSuccess &&
+         cases.Current()[CaseRecord::id] != kNoCase;
 }
 
 std::int32_t FindCaseId(RecordCursor<CaseRecord>& cases, const char* caseNumber) {

@@ -57,8 +57,8 @@ class CaseNumberKey {
   std::array<char, CaseRecord::caseNumber.width + 1> bytes_{};
 };
 
-// Makes the case with this number the current record of the open case file; false when there is
-// none.
+// Makes the case with this number the current record of the open case file. False when there is
+// none; a record whose case ID is kNoCase is none, either.
 bool FindCase(RecordCursor<CaseRecord>& cases, const CaseNumberKey& key);
 
 // The ID of the case with this number, or kNoCase; no message is shown for a case that is not

@@ -23,7 +23,7 @@ struct FollowUpArguments {
   std::int32_t userId;
   std::int32_t secondUserId;
   std::int32_t partyRecordId;
-  std::string_view text;  // cut behind one character too many
+  const char* text;
 };
 
 constexpr std::size_t kDateLength = 10;
@@ -34,7 +34,7 @@ FollowUpArguments TakeArguments(const char* kindId, const char* dueDate, const c
                                 const char* text) {
   return {LeadingNumber(kindId),        BoundedText(dueDate, kDateLength),
           LeadingNumber(userId),        LeadingNumber(secondUserId),
-          LeadingNumber(partyRecordId), BoundedText(text, kTextLength + 1)};
+          LeadingNumber(partyRecordId), text};
 }
 
 // Shows the message unless the condition holds, and says whether it does.
@@ -62,15 +62,22 @@ bool CheckDate(std::string_view dateText) {
   return Require(date.day <= 31 && date.month <= 12 && date.year <= 2050, kDateInvalid);
 }
 
-bool CheckText(std::string_view text) {
-  return Require(text.size() <= kTextLength, kFollowUpTextTooLong);
+bool OnlyBlanksFollow(const char* at) {
+  while (*at == ' ') ++at;
+  return *at == '\0';
+}
+
+// Blanks at the end do not count: macros pass texts in strings of a fixed length, filled with them.
+bool CheckText(const char* text) {
+  const bool fits = BoundedText(text, kTextLength).size() < kTextLength;
+  return Require(fits || OnlyBlanksFollow(text + kTextLength), kFollowUpTextTooLong);
 }
 
 void SetArguments(const FollowUpArguments& arguments, Record<FollowUpRecord>& record) {
   const Date date = TakeDate(arguments.date);
   record.Set(FollowUpRecord::date, DayNumberFromDate(date.day, date.month, date.year));
   record.Set(FollowUpRecord::kindId, arguments.kindId);
-  record.Set(FollowUpRecord::text, arguments.text);
+  record.Set(FollowUpRecord::text, BoundedText(arguments.text, kTextLength));
   record.Set(FollowUpRecord::userId, arguments.userId);
   record.Set(FollowUpRecord::secondUserId, arguments.secondUserId);
   record.Set(FollowUpRecord::partyRecordId, arguments.partyRecordId);

@@ -1,19 +1,33 @@
 #include "frame/arguments.h"
 
-#include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <limits>
 
 namespace qlx99 {
 namespace {
 
-// More than any number's text, so that a text that is all blanks and digits ends here even without
-// a terminator.
-constexpr std::size_t kLongestNumberText = 1024;
-
 bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Looks at one character after the other, and at none behind the one that ends the number.
+template <class End>
+std::int32_t NumberAt(const char* at, End end) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  while (at != end && IsBlank(*at)) ++at;
+  const bool signGiven = at != end && (*at == '-' || *at == '+');
+  const std::int64_t sign = signGiven && *at == '-' ? -1 : 1;
+  if (signGiven) ++at;
+
+  std::int64_t number = 0;
+  for (; at != end && IsDigit(*at); ++at) {
+    number = number * 10 + sign * (*at - '0');
+    if (number < Limits::min()) return Limits::min();
+    if (number > Limits::max()) return Limits::max();
+  }
+  return static_cast<std::int32_t>(number);
+}
 
 }  // namespace
 
@@ -24,23 +38,11 @@ std::string_view BoundedText(const char* text, std::size_t limit) {
 }
 
 std::int32_t LeadingNumber(const char* text) {
-  return LeadingNumber(BoundedText(text, kLongestNumberText));
+  return text == nullptr ? 0 : NumberAt(text, std::unreachable_sentinel);
 }
 
 std::int32_t LeadingNumber(std::string_view text) {
-  using Limits = std::numeric_limits<std::int32_t>;
-  const auto* at = std::find_if_not(text.begin(), text.end(), IsBlank);
-  const bool signGiven = at != text.end() && (*at == '-' || *at == '+');
-  const std::int64_t sign = signGiven && *at == '-' ? -1 : 1;
-  if (signGiven) ++at;
-
-  std::int64_t number = 0;
-  for (; at != text.end() && IsDigit(*at); ++at) {
-    number = number * 10 + sign * (*at - '0');
-    if (number < Limits::min()) return Limits::min();
-    if (number > Limits::max()) return Limits::max();
-  }
-  return static_cast<std::int32_t>(number);
+  return NumberAt(text.data(), text.data() + text.size());
 }
 
 }  // namespace qlx99

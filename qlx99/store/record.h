@@ -12,6 +12,12 @@
 
 namespace qlx99 {
 
+// An IEEE 754 double, by its bits: the word processor may have left the floating-point unit in a
+// state in which it cannot even be copied as a number.
+struct Amount {
+  std::uint64_t bits;
+};
+
 // Layout is one of the structs that declare a record file; the fields used are that struct's. The
 // bytes may be anything: a text is as wide as its field whatever stands in it.
 template <class Layout>
@@ -20,7 +26,7 @@ struct Record {
 
   std::int32_t operator[](const Int32Field& field) const { return Get<std::int32_t>(field); }
   std::uint16_t operator[](const DayField& field) const { return Get<std::uint16_t>(field); }
-  double operator[](const AmountField& field) const { return Get<double>(field); }
+  Amount operator[](const AmountField& field) const { return Get<Amount>(field); }
 
   // The whole width, blanks included; it lives as long as the record.
   std::string_view operator[](const TextField& field) const {
@@ -29,7 +35,7 @@ struct Record {
 
   void Set(const Int32Field& field, std::int32_t value) { Put(field, value); }
   void Set(const DayField& field, std::uint16_t value) { Put(field, value); }
-  void Set(const AmountField& field, double value) { Put(field, value); }
+  void Set(const AmountField& field, Amount value) { Put(field, value); }
 
   // Pads the text with blanks to the field's width; what is longer is cut.
   void Set(const TextField& field, std::string_view text) {

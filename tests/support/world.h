@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "platform/windows_api.h"
 
@@ -20,6 +21,10 @@ std::string LibraryFile(const std::string& name);
 
 // The template among the library's resources.
 std::span<const std::byte> DialogTemplate(HMODULE library, WORD id);
+
+// A copy of the text, without a terminator, at the very end of a page; behind it nothing can be
+// read. It stays until the process ends.
+const char* AtPageEnd(std::string_view text);
 
 // After that time the process ends, with a word on stderr about `what` took so long. A further call
 // takes the place of the one before it.

@@ -31,6 +31,16 @@ std::span<const std::byte> DialogTemplate(HMODULE library, WORD id) {
   return {static_cast<const std::byte*>(bytes), SizeofResource(library, resource)};
 }
 
+const char* AtPageEnd(std::string_view text) {
+  constexpr std::size_t kPage = 4096;
+  const std::size_t size = (text.size() / kPage + 1) * kPage;
+  void* const memory = VirtualAlloc(nullptr, size + kPage, MEM_RESERVE, PAGE_NOACCESS);
+  char* const end =
+      static_cast<char*>(VirtualAlloc(memory, size, MEM_COMMIT, PAGE_READWRITE)) + size;
+  text.copy(end - text.size(), text.size());
+  return end - text.size();
+}
+
 void SetDeadline(std::chrono::seconds time, const std::string& what) {
   static HANDLE timer = nullptr;
   if (timer != nullptr) DeleteTimerQueueTimer(nullptr, timer, INVALID_HANDLE_VALUE);
