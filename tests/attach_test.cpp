@@ -15,9 +15,10 @@ TEST_F(AttachTest, ProgramNameDecidesTheInstallationKindUntilTheLibraryIsLoadedA
       {{"TELQ32\0", 7}, kDelegated},
       {{"c:\\apps\\Telq32.exe\0", 19}, kDelegated},
       {{"xxTeLq32xx\0", 11}, kDelegated},
-      {"c:\\programs\\ttelq32t", kDelegated},  // 20 bytes, all that are read, unterminated
-      {"c:\\programs\\x\\telq32", kDelegated},
-      {{"c:\\programs\\telq32.exe\0", 23}, kLocal},  // too long to be read
+      {"c:\\programs\\x\\telq32", kDelegated},  // unterminated
+      {{"c:\\programs\\telq32.exe\0", 23}, kDelegated},
+      {std::string(300, 'x') + "telq32", kDelegated},
+      {std::string(300, 'x'), kLocal},
       {{"stelvora.exe\0", 13}, kLocal},
       {{"telq3\0", 6}, kLocal},
       {{"tel q32\0", 8}, kLocal},

@@ -231,7 +231,8 @@ TEST(ConfiguredInstallation, IsCheckedForWhatItsKindNeeds) {
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   const Outcome whole = Qlx("office|check");
   EXPECT_EQ(whole.code, office::kDone);
-  EXPECT_THAT(whole.out, HasSubstr("  ProgramName     delegated, "));
+  EXPECT_THAT(whole.out,
+              HasSubstr("  ProgramName     delegated, as \"telq32.exe\" names TELQ32; "));
   std::filesystem::remove(programs.Bin32() / "telq32.exe");
   std::filesystem::remove(programs.Bin32() / qlx99::tests::world::LibraryFile("qlx02"));
   EXPECT_THAT(Qlx("office|check").out,
@@ -243,8 +244,13 @@ TEST(ConfiguredInstallation, IsCheckedForWhatItsKindNeeds) {
   its.IsNotConfigured("ProgramName");
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   its.IsConfigured("DataRoot", "/nowhere");
+  EXPECT_THAT(
+      Qlx("office|check").out,
+      AllOf(HasSubstr("  ProgramName     local, as it is not set; "),
+            HasSubstr("! DataRoot        there is no folder /nowhere; connect its drive, ")));
+  its.IsConfigured("ProgramName", "c:\\programs\\stelvora.exe");
   EXPECT_THAT(Qlx("office|check").out,
-              HasSubstr("! DataRoot        there is no folder /nowhere; connect its drive, "));
+              HasSubstr("local, as \"c:\\programs\\stelvora.exe\" does not name TELQ32; "));
 }
 
 TEST_F(Installations, CanBeGeneratedAndAreTheSameEachTime) {
