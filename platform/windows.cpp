@@ -1,6 +1,7 @@
 // Windows: their classes, their lives, and what can be asked about them.
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/desktop.h"
@@ -150,6 +151,15 @@ LONG WINAPI GetWindowLongA(HWND window, int index) {
   const Lock lock(TheDesktop().mutex);
   const Window* found = Find(window);
   return found == nullptr ? 0 : static_cast<LONG>(found->style);
+}
+
+LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
+  if (index != GWLP_WNDPROC) Unsupported("SetWindowLongPtrA", "anything but the procedure");
+  const Lock lock(TheDesktop().mutex);
+  Window* found = Find(window);
+  if (found == nullptr) return 0;
+  return reinterpret_cast<LONG_PTR>(
+      std::exchange(found->procedure, reinterpret_cast<WNDPROC>(value)));
 }
 
 BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text) {

@@ -1,5 +1,7 @@
 // The delegated kind: the login handshake with the office's other programs, and the calls that the
 // sibling library answers.
+#include <thread>
+
 #include "office/export_table.h"
 #include "support/export_test.h"
 #include "support/office_programs.h"
@@ -25,6 +27,31 @@ std::deque<Heard> Talk(const auto&... heard) { return {heard...}; }
 std::function<void()> Mask(int state) {
   return [state] { OfficePrograms::LoginMaskReports(state); };
 }
+
+// The word processor's main window, which owns the library's hidden one.
+class HostWindow {
+ public:
+  HostWindow() {
+    windowClass_.lpfnWndProc = DefWindowProcA;
+    windowClass_.hInstance = GetModuleHandleA(nullptr);
+    windowClass_.lpszClassName = "OpusApp";
+    RegisterClassA(&windowClass_);
+    window_ = CreateWindowExA(0, "OpusApp", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
+                              windowClass_.hInstance, nullptr);
+  }
+  ~HostWindow() {
+    Close();
+    UnregisterClassA("OpusApp", windowClass_.hInstance);
+  }
+  HostWindow(const HostWindow&) = delete;
+  HostWindow& operator=(const HostWindow&) = delete;
+
+  void Close() { DestroyWindow(window_); }
+
+ private:
+  WNDCLASSA windowClass_{};
+  HWND window_ = nullptr;
+};
 
 class DelegatedTest : public ExportTest {
  protected:
@@ -137,14 +164,20 @@ TEST_F(LoginHandshakeTest, GivesTheHostItsQuitMessageBack) {
   EXPECT_EQ(message.wParam, 7U);
 }
 
+TEST_F(LoginHandshakeTest, FailsWhenTheHostIsClosedMeanwhile) {
+  for (const bool loggedIn : {false, true}) {
+    HostWindow host;
+    const auto hostCloses = [&] { host.Close(); };
+    programs.Start(kLoginServer);
+    programs.WillHear(loggedIn ? Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(hostCloses))
+                               : Talk(LoggedIn(0), Started().Meanwhile(hostCloses)));
+    EXPECT_EQ(library->UserInit(), 0);
+    programs.End();
+  }
+}
+
 TEST_F(LoginHandshakeTest, HasAHiddenWindowThatIsMadeAgainWhenItsOwnerHasGone) {
-  WNDCLASSA opus{};
-  opus.lpfnWndProc = DefWindowProcA;
-  opus.hInstance = GetModuleHandleA(nullptr);
-  opus.lpszClassName = "OpusApp";
-  RegisterClassA(&opus);
-  HWND owner = CreateWindowExA(0, "OpusApp", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
-                               opus.hInstance, nullptr);
+  HostWindow host;
   BothProgramsRun();
   LoginIsThere();
   HINSTANCE module = library->module;
@@ -164,8 +197,7 @@ TEST_F(LoginHandshakeTest, HasAHiddenWindowThatIsMadeAgainWhenItsOwnerHasGone) {
   EXPECT_EQ(its.lpszMenuName, nullptr);
   EXPECT_EQ(its.cbClsExtra + its.cbWndExtra, 0);
 
-  DestroyWindow(owner);
-  UnregisterClassA("OpusApp", opus.hInstance);
+  host.Close();
   EXPECT_EQ(FindWindowA("KrvQLX", nullptr), nullptr);
   LoginIsThere();
   EXPECT_EQ(library->UserInit(), kDelegateAnswer);
@@ -174,6 +206,17 @@ TEST_F(LoginHandshakeTest, HasAHiddenWindowThatIsMadeAgainWhenItsOwnerHasGone) {
   EXPECT_EQ(FindWindowA("KrvQLX", nullptr), nullptr);
   EXPECT_FALSE(GetClassInfoA(module, "KrvQLX", &its));
   EXPECT_EQ(GetModuleHandleA("qlx02.dll"), nullptr);
+}
+
+TEST_F(LoginHandshakeTest, LeavesNoWindowWhoseProcedureIsGoneWhenAnotherThreadFreesTheLibrary) {
+  BothProgramsRun();
+  LoginIsThere();
+  library->UserInit();
+  HWND window = FindWindowA("KrvQLX", nullptr);
+  std::thread([&] { library.Free(); }).join();
+  EXPECT_EQ(SendMessageA(window, WM_COMMAND, 0, 0), 0);
+  programs.End();  // which dispatches this thread's messages
+  EXPECT_FALSE(IsWindow(window));
 }
 
 TEST_F(LoginHandshakeTest, ItsWindowKeepsOnlyThreeMessagesToItself) {

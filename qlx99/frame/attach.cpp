@@ -34,15 +34,19 @@ InstallKind InstallKindOf(std::string_view programName) {
 
 void AttachLibrary(HINSTANCE module) { attachment = {module, ConfiguredInstallKind()}; }
 
-void DetachLibrary() {
+void DetachLibrary(Detachment why) {
   DestroyLoginWindow();
+  if (why == Detachment::kFreed) DisownLoginWindow();
   FreeSiblingLibrary();
 }
 
 }  // namespace qlx99
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) {
   if (reason == DLL_PROCESS_ATTACH) qlx99::AttachLibrary(module);
-  if (reason == DLL_PROCESS_DETACH) qlx99::DetachLibrary();
+  if (reason == DLL_PROCESS_DETACH) {
+    qlx99::DetachLibrary(reserved == nullptr ? qlx99::Detachment::kFreed
+                                             : qlx99::Detachment::kProcessEnds);
+  }
   return TRUE;
 }

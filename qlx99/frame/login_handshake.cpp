@@ -72,11 +72,13 @@ void LoginHandshake::LookAtCurrentLogin() {
   }
 }
 
-// True when the user has logged in, false when the login mask was closed without a login.
+// True when the user has logged in, false when the login mask was closed without a login, or the
+// host was closed and nobody waits any more.
 bool LoginHandshake::WaitForLogin() {
   if (!changeRequested_) StartInquiryProgram();  // 11
   for (;; hostMessages_.Await()) {
-    hostMessages_.Dispatch();                                         // 12
+    hostMessages_.Dispatch();  // 12
+    if (LoginWindowHasGone()) return false;
     if (changeRequested_) AskServer("WM_CHANGELOGIN");                // 13
     if (CurrentLoginState() == LoginState::kCancelled) return false;  // 14
     if (CurrentLoginState() != LoginState::kLoggedIn) continue;
@@ -90,12 +92,12 @@ bool LoginHandshake::WaitForLogin() {
 }
 
 // The user is logged in, but the login procedure may still be running. A mask that reports now that
-// it was closed without a login refuses the call. Everything else is waited for, also a server that
-// is gone: it does not answer.
+// it was closed without a login refuses the call, and so does a host that is closed. Everything
+// else is waited for, also a server that is gone: it does not answer.
 bool LoginHandshake::WaitForEndOfLogin() {
   for (;; hostMessages_.Await(), hostMessages_.Dispatch()) {
     const bool ended = AskServer("WM_ISENDLOGIN") != 0;
-    if (CurrentLoginState() == LoginState::kCancelled) return false;
+    if (CurrentLoginState() == LoginState::kCancelled || LoginWindowHasGone()) return false;
     if (ended && product_ == kCaseManagement && CurrentLoginState() == LoginState::kLoggedIn)
       return true;
   }

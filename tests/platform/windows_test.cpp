@@ -141,6 +141,7 @@ TEST(Window, ThatDoesNotExistTakesNothing) {
     ExpectFailure(SetWindowTextA(none, "Titel"), ERROR_INVALID_WINDOW_HANDLE);
     ExpectFailure(SendMessageA(none, kFirst, 1, 0) != 0, ERROR_INVALID_WINDOW_HANDLE);
     ExpectFailure(ShowWindow(none, SW_HIDE), ERROR_INVALID_WINDOW_HANDLE);
+    ExpectFailure(SetWindowLongPtrA(none, GWLP_WNDPROC, 1) != 0, ERROR_INVALID_WINDOW_HANDLE);
   }
   ExpectFailure(PostMessageA(window, kFirst, 1, 0), ERROR_INVALID_WINDOW_HANDLE);
   EXPECT_TRUE(PostMessageA(nullptr, kFirst, 1, 0));  // to the thread itself
@@ -175,6 +176,11 @@ TEST(Message, OfOneThreadReachesTheWindowsOfAnother) {
   // While this thread waits for the answer, it is asked itself.
   EXPECT_EQ(SendMessageA(foreign, kFirst, 21, reinterpret_cast<LPARAM>(own)), 1042);
   ExpectFailure(DestroyWindow(foreign), ERROR_ACCESS_DENIED);
+  const auto old =
+      SetWindowLongPtrA(foreign, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(DefWindowProcA));
+  EXPECT_EQ(old, reinterpret_cast<LONG_PTR>(Procedure));
+  EXPECT_EQ(SendMessageA(foreign, kFirst, 21, 0), 0);
+  EXPECT_TRUE(PostMessageA(foreign, WM_CLOSE, 0, 0));
   EXPECT_TRUE(PostMessageA(foreign, WM_QUIT, 7, 0));
   other.join();
   EXPECT_FALSE(IsWindow(foreign));
