@@ -34,7 +34,7 @@ HWND Dialog::Handle() { return reinterpret_cast<HWND>(this); }
 INT_PTR Dialog::Run(LPARAM parameter, Screen& screen) {
   procedure_(Handle(), WM_INITDIALOG, 0, parameter);
   if (!ended_) screen.ShowDialog(*this);
-  if (!ended_) Unsupported("DialogBoxParamA", "a dialog that its screen leaves open");
+  if (!ended_) Unsupported("DialogBoxParamW", "a dialog that its screen leaves open");
   procedure_(Handle(), WM_DESTROY, 0, 0);
   return result_;
 }
@@ -44,7 +44,7 @@ void Dialog::End(INT_PTR result) {
   result_ = result;
 }
 
-void Dialog::SetTitle(const char* title) { form_.title = title == nullptr ? "" : title; }
+void Dialog::SetTitle(const std::string& title) { form_.title = title; }
 
 Control* Dialog::FindControl(int id) {
   const auto found = std::find_if(form_.controls.begin(), form_.controls.end(),

@@ -22,7 +22,7 @@ class Dialog final : public DialogView {
 
   void End(INT_PTR result);
   HWND Handle();
-  void SetTitle(const char* title);
+  void SetTitle(const std::string& title);
 
   // Null when the dialog has no control of that id.
   Control* FindControl(int id);

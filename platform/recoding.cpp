@@ -135,4 +135,8 @@ NarrowText FromUtf16(Encoding encoding, std::u16string_view text, std::string_vi
   return {std::move(narrow), substituted};
 }
 
+std::string AnsiText(const char16_t* text) {
+  return text == nullptr ? "" : FromUtf16(Encoding::kAnsi, text, "?").text;
+}
+
 }  // namespace platform

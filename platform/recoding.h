@@ -24,4 +24,7 @@ struct NarrowText {
 WideText ToUtf16(Encoding encoding, std::string_view bytes);
 NarrowText FromUtf16(Encoding encoding, std::u16string_view text, std::string_view substitute);
 
+// What a window shows of a text; a null pointer counts as an empty one.
+std::string AnsiText(const char16_t* text);
+
 }  // namespace platform

@@ -147,7 +147,6 @@ int WINAPI WinMain(HINSTANCE program, HINSTANCE previous, LPSTR arguments, int s
 
 int _access(const char* path, int mode);
 BOOL WINAPI SetCurrentDirectoryA(LPCSTR path);
-BOOL WINAPI OemToCharA(LPCSTR source, LPSTR destination);
 DWORD WINAPI CharUpperBuffA(LPSTR text, DWORD length);
 
 // Code pages 850, 1252 and 65001 (UTF-8) only. Towards the first two, WC_NO_BEST_FIT_CHARS must be
@@ -165,8 +164,8 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR source, int s
 
 // --- Message boxes and dialogs
 
-#define MAKEINTRESOURCEA(id) \
-  (reinterpret_cast<LPSTR>(static_cast<std::uintptr_t>(static_cast<WORD>(id))))
+#define MAKEINTRESOURCEW(id) \
+  (reinterpret_cast<LPWSTR>(static_cast<std::uintptr_t>(static_cast<WORD>(id))))
 
 constexpr WORD LOWORD(std::uintptr_t value) { return static_cast<WORD>(value & 0xFFFF); }
 constexpr WORD HIWORD(std::uintptr_t value) { return static_cast<WORD>((value >> 16) & 0xFFFF); }
@@ -212,13 +211,16 @@ inline constexpr UINT LB_GETITEMDATA = 0x0199;
 inline constexpr UINT LB_SETITEMDATA = 0x019A;
 inline constexpr LRESULT LB_ERR = -1;
 
-int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT style);
-INT_PTR WINAPI DialogBoxParamA(HINSTANCE module, LPCSTR templateName, HWND owner, DLGPROC procedure,
-                               LPARAM parameter);
+int WINAPI MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR title, UINT style);
+INT_PTR WINAPI DialogBoxParamW(HINSTANCE module, LPCWSTR templateName, HWND owner,
+                               DLGPROC procedure, LPARAM parameter);
 BOOL WINAPI EndDialog(HWND window, INT_PTR result);
 LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wordParam,
                                    LPARAM longParam);
-BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text);
+// Only to add a line to a list and to read one.
+LRESULT WINAPI SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wordParam,
+                                   LPARAM longParam);
+BOOL WINAPI SetDlgItemTextW(HWND dialog, int id, LPCWSTR text);
 
 // --- Windows and their messages
 
@@ -276,7 +278,7 @@ HWND WINAPI FindWindowA(LPCSTR className, LPCSTR title);
 BOOL WINAPI ShowWindow(HWND window, int command);
 LONG WINAPI GetWindowLongA(HWND window, int index);
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
-BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text);
+BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text);
 LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM wordParam, LPARAM longParam);
 HGDIOBJ WINAPI GetStockObject(int object);
 

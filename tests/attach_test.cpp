@@ -3,6 +3,9 @@
 #include "frame/login_window.h"
 #include "support/export_test.h"
 
+// The library's, which no header declares everywhere.
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
+
 namespace qlx99::tests {
 namespace {
 

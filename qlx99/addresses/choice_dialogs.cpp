@@ -1,6 +1,6 @@
 #include "addresses/choice_dialogs.h"
 
-#include "frame/attach.h"
+#include "frame/screen.h"
 #include "resources/resource.h"
 #include "store/text_buffer.h"
 
@@ -41,7 +41,7 @@ template <class Choice>
 ChoiceCall<Choice> choiceCall;
 
 template <class Choice>
-void AddLine(HWND dialog, const Record<typename Choice::Layout>& record) {
+void AddRecord(HWND dialog, const Record<typename Choice::Layout>& record) {
   ListLine line;
   for (const TextField& column : Choice::columns) {
     line.Append(TrimBlanks(record[column]));
@@ -49,13 +49,11 @@ void AddLine(HWND dialog, const Record<typename Choice::Layout>& record) {
   }
   UINT tabStop = Choice::tabStop;
   SendDlgItemMessageA(dialog, Choice::lines, LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&tabStop));
-  SendDlgItemMessageA(dialog, Choice::lines, LB_ADDSTRING, 0,
-                      reinterpret_cast<LPARAM>(line.Terminated()));
+  AddLine(dialog, Choice::lines, line.Terminated());
 
   // The record's number rides along in the hidden list, at the same index, as item data: whole,
   // whatever its bytes.
-  const LRESULT index =
-      SendDlgItemMessageA(dialog, Choice::numbers, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(""));
+  const LRESULT index = AddLine(dialog, Choice::numbers, "");
   SendDlgItemMessageA(dialog, Choice::numbers, LB_SETITEMDATA, static_cast<WPARAM>(index),
                       record[Choice::Layout::number]);
   SendDlgItemMessageA(dialog, Choice::lines, LB_SETCURSEL, 0, 0);
@@ -66,7 +64,7 @@ void FillLists(HWND dialog) {
   const auto& call = choiceCall<Choice>;
   if (!ReadDataRoot(kNoDataPathForAddresses)) return;
   for (const auto& record : call.records->Walk(Choice::Layout::byAddress, call.addressNumber)) {
-    AddLine<Choice>(dialog, record);
+    AddRecord<Choice>(dialog, record);
   }
 }
 
@@ -93,8 +91,7 @@ std::int32_t Choose(const RecordCursor<typename Choice::Layout>& file, std::int3
   RecordCursor<typename Choice::Layout> copy(file);
   auto& call = choiceCall<Choice>;
   call = {addressNumber, &copy, 0};
-  DialogBoxParamA(CurrentAttachment().module, MAKEINTRESOURCEA(Choice::dialog), nullptr,
-                  ChoiceDialogProc<Choice>, 0);
+  RunDialog(Choice::dialog, ChoiceDialogProc<Choice>, 0);
   call.records = nullptr;
   return call.chosenRecordNumber;
 }

@@ -1,8 +1,8 @@
 #include "parties/party_selection.h"
 
 #include "addresses/address_files.h"
-#include "frame/attach.h"
 #include "frame/bytes.h"
+#include "frame/screen.h"
 #include "resources/resource.h"
 
 namespace qlx99 {
@@ -48,13 +48,11 @@ struct SelectionFiles {
   RecordFile<AddressRecord> addresses;
 };
 
-LPARAM AsParam(const void* pointer) { return reinterpret_cast<LPARAM>(pointer); }
-
 void ShowCase(HWND dialog, const Record<CaseRecord>& found) {
   TextBuffer<CaseRecord::rubrum.width> rubrum;
   rubrum.Append(found[CaseRecord::rubrum]);
-  SetDlgItemTextA(dialog, IDC_CASE_NUMBER, selectionCall.key->Text());
-  SetDlgItemTextA(dialog, IDC_RUBRUM, rubrum.Terminated());
+  SetControlText(dialog, IDC_CASE_NUMBER, selectionCall.key->Text());
+  SetControlText(dialog, IDC_RUBRUM, rubrum.Terminated());
 }
 
 // The relation's designation and the name of the address's first contact person, as far as there
@@ -81,9 +79,8 @@ void AddParty(HWND dialog, SelectionFiles& files, const Record<CasePartyRecord>&
 
   const ListLine line = LineOf(files, party, !match.code.Bytes().empty());
   const PartyReference reference = ReferenceOf(party, match.code.Bytes());
-  SendDlgItemMessageA(dialog, IDC_PARTY_LINES, LB_ADDSTRING, 0, AsParam(line.Terminated()));
-  SendDlgItemMessageA(dialog, IDC_PARTY_REFERENCES, LB_ADDSTRING, 0,
-                      AsParam(reference.Terminated()));
+  AddLine(dialog, IDC_PARTY_LINES, line.Terminated());
+  AddLine(dialog, IDC_PARTY_REFERENCES, reference.Terminated());
   SendDlgItemMessageA(dialog, IDC_PARTY_LINES, LB_SETCURSEL, 0, 0);
 }
 
@@ -98,7 +95,8 @@ bool FillPartySelection(HWND dialog) {
   const auto& found = files.cases.Current();
   ShowCase(dialog, found);
   UINT tabStop = kTabStop;
-  SendDlgItemMessageA(dialog, IDC_PARTY_LINES, LB_SETTABSTOPS, 1, AsParam(&tabStop));
+  SendDlgItemMessageA(dialog, IDC_PARTY_LINES, LB_SETTABSTOPS, 1,
+                      reinterpret_cast<LPARAM>(&tabStop));
   SendDlgItemMessageA(dialog, IDC_PARTY_LINES, LB_SETHORIZONTALEXTENT, kScrollExtent, 0);
   for (const auto& party : files.parties.Walk(CasePartyRecord::byCase, found[CaseRecord::id])) {
     AddParty(dialog, files, party);
@@ -110,13 +108,13 @@ void TakeSelection(HWND dialog) {
   const LRESULT index = SendDlgItemMessageA(dialog, IDC_PARTY_LINES, LB_GETCURSEL, 0, 0);
   if (index == LB_ERR) return;
   std::array<char, sizeof(PartyReference)> reference{};
-  const auto at = static_cast<WPARAM>(index);
-  SendDlgItemMessageA(dialog, IDC_PARTY_REFERENCES, LB_GETTEXT, at, AsParam(reference.data()));
+  ReadLine(dialog, IDC_PARTY_REFERENCES, static_cast<WPARAM>(index), reference.data(),
+           reference.size());
   selectionCall.chosen.Append(reference.data());
 }
 
 void InitDialog(HWND dialog) {
-  SetWindowTextA(dialog, selectionCall.role->dialogTitle);
+  SetTitle(dialog, selectionCall.role->dialogTitle);
   if (!FillPartySelection(dialog)) EndDialog(dialog, IDC_CANCEL);
 }
 
@@ -134,8 +132,7 @@ INT_PTR CALLBACK PartySelectionProc(HWND dialog, UINT message, WPARAM wordParam,
 
 PartyReference ShowPartySelection(const CaseNumberKey& key, const Role& role) {
   selectionCall = {&key, &role, {}};
-  DialogBoxParamA(CurrentAttachment().module, MAKEINTRESOURCEA(IDD_PARTY_SELECTION), nullptr,
-                  PartySelectionProc, 0);
+  RunDialog(IDD_PARTY_SELECTION, PartySelectionProc, 0);
   const PartyReference chosen = selectionCall.chosen;
   selectionCall = {};
   return chosen;

@@ -8,10 +8,12 @@
 #include <thread>
 
 #include "platform/windows_api.h"
+#include "support/text.h"
 #include "support/user.h"
 
 namespace {
 
+using qlx99::tests::Wide;
 using testing::ElementsAre;
 
 TEST(LastError, IsNotSeenByAnotherThread) {
@@ -56,9 +58,10 @@ TEST(CurrentDirectory, IsSetWithEitherSeparator) {
 
 TEST(MessageBoxes, ShowWhatTheirCallerWrote) {
   qlx99::tests::User user;
-  EXPECT_EQ(MessageBoxA(nullptr, "k\xF6nnen ! ", "Systemmeldung !", MB_ICONHAND | MB_SYSTEMMODAL),
+  EXPECT_EQ(MessageBoxW(nullptr, Wide("können ! ").c_str(), Wide("Systemmeldung !").c_str(),
+                        MB_ICONHAND | MB_SYSTEMMODAL),
             IDOK);
-  EXPECT_EQ(MessageBoxA(nullptr, nullptr, "", MB_OK), IDOK);
+  EXPECT_EQ(MessageBoxW(nullptr, nullptr, Wide("").c_str(), MB_OK), IDOK);
   EXPECT_THAT(user.Messages(),
               ElementsAre(qlx99::tests::MessageBox{"können ! ", "Systemmeldung !", 0x1010},
                           qlx99::tests::MessageBox{"", "", 0}));

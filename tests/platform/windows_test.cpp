@@ -6,9 +6,11 @@
 #include <vector>
 
 #include "platform/windows_api.h"
+#include "support/text.h"
 
 namespace {
 
+using qlx99::tests::Wide;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::Ge;
@@ -114,7 +116,7 @@ TEST(Window, IsFoundByClassAndTitleUntilItIsDestroyedWithThoseThatItOwns) {
   EXPECT_EQ(FindWindowA(TestClass::kName, "Titel"), nullptr);
   EXPECT_TRUE(SendMessageA(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("Titel")));
   EXPECT_EQ(FindWindowA(TestClass::kName, "Titel"), window);
-  EXPECT_TRUE(SetWindowTextA(window, "Fenster"));
+  EXPECT_TRUE(SetWindowTextW(window, Wide("Fenster").c_str()));
   EXPECT_EQ(FindWindowA(TestClass::kName, "Titel"), nullptr);
 
   constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_CLIPSIBLINGS;
@@ -138,7 +140,7 @@ TEST(Window, ThatDoesNotExistTakesNothing) {
   for (HWND none : {static_cast<HWND>(nullptr), window}) {
     EXPECT_FALSE(IsWindow(none));
     EXPECT_FALSE(DestroyWindow(none));
-    ExpectFailure(SetWindowTextA(none, "Titel"), ERROR_INVALID_WINDOW_HANDLE);
+    ExpectFailure(SetWindowTextW(none, Wide("Titel").c_str()), ERROR_INVALID_WINDOW_HANDLE);
     ExpectFailure(SendMessageA(none, kFirst, 1, 0) != 0, ERROR_INVALID_WINDOW_HANDLE);
     ExpectFailure(ShowWindow(none, SW_HIDE), ERROR_INVALID_WINDOW_HANDLE);
     ExpectFailure(SetWindowLongPtrA(none, GWLP_WNDPROC, 1) != 0, ERROR_INVALID_WINDOW_HANDLE);
