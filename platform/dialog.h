@@ -36,6 +36,7 @@ class Dialog final : public DialogView {
   void Cancel() override;
 
  private:
+  bool Hears();
   bool Click(int listId, int index);
   void Notify(int id, WORD code);
 

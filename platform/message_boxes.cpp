@@ -1,3 +1,4 @@
+#include "platform/desktop.h"
 #include "platform/recoding.h"
 #include "platform/screen.h"
 #include "platform/unsupported.h"
@@ -7,6 +8,7 @@ int WINAPI MessageBoxW(HWND /*owner*/, LPCWSTR text, LPCWSTR title, UINT style) 
   if ((style & kButtons) != MB_OK) {
     platform::Unsupported("MessageBoxW", "a message box with other buttons than OK");
   }
+  if (!platform::DispatchInModalLoop()) return IDOK;
   const char* defaultTitle = "Error";
   return platform::CurrentScreen().ShowMessage(
       {platform::AnsiText(text), title == nullptr ? defaultTitle : platform::AnsiText(title),

@@ -46,6 +46,7 @@ struct HKEY__;
 struct HMENU__;
 struct HICON__;
 struct HBRUSH__;
+struct HHOOK__;
 using HINSTANCE = HINSTANCE__*;
 using HMODULE = HINSTANCE;
 using HWND = HWND__*;
@@ -54,11 +55,13 @@ using HMENU = HMENU__*;
 using HICON = HICON__*;
 using HCURSOR = HICON;
 using HBRUSH = HBRUSH__*;
+using HHOOK = HHOOK__*;
 using HGDIOBJ = void*;
 using HANDLE = void*;
 using ATOM = WORD;
 using FARPROC = INT_PTR (*)();
 using WNDPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
+using HOOKPROC = LRESULT(CALLBACK*)(int, WPARAM, LPARAM);
 using DLGPROC = INT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 
 inline constexpr BOOL TRUE = 1;
@@ -86,6 +89,7 @@ inline constexpr DWORD ERROR_CANNOT_FIND_WND_CLASS = 1407;
 inline constexpr DWORD ERROR_CLASS_ALREADY_EXISTS = 1410;
 inline constexpr DWORD ERROR_CLASS_DOES_NOT_EXIST = 1411;
 inline constexpr DWORD ERROR_CLASS_HAS_WINDOWS = 1412;
+inline constexpr DWORD ERROR_INVALID_HOOK_HANDLE = 1404;
 inline constexpr DWORD ERROR_CONTROL_ID_NOT_FOUND = 1421;
 inline constexpr DWORD ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
 
@@ -131,7 +135,12 @@ LSTATUS WINAPI RegCloseKey(HKEY key);
 inline constexpr DWORD DLL_PROCESS_DETACH = 0;
 inline constexpr DWORD DLL_PROCESS_ATTACH = 1;
 
+inline constexpr DWORD LOAD_WITH_ALTERED_SEARCH_PATH = 0x0008;
+
 HMODULE WINAPI LoadLibraryA(LPCSTR fileName);
+// Only by the whole path.
+HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE reserved, DWORD flags);
+DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size);
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
 BOOL WINAPI FreeLibrary(HMODULE module);
 HMODULE WINAPI GetModuleHandleA(LPCSTR fileName);
@@ -146,7 +155,9 @@ int WINAPI WinMain(HINSTANCE program, HINSTANCE previous, LPSTR arguments, int s
 // --- Files and texts
 
 int _access(const char* path, int mode);
+DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR path);
 BOOL WINAPI SetCurrentDirectoryA(LPCSTR path);
+BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path);
 DWORD WINAPI CharUpperBuffA(LPSTR text, DWORD length);
 
 // Code pages 850, 1252 and 65001 (UTF-8) only. Towards the first two, WC_NO_BEST_FIT_CHARS must be
@@ -180,6 +191,7 @@ inline constexpr UINT MB_SYSTEMMODAL = 0x1000;
 inline constexpr int IDOK = 1;
 inline constexpr int IDCANCEL = 2;
 
+inline constexpr UINT WM_NULL = 0x0000;
 inline constexpr UINT WM_CREATE = 0x0001;
 inline constexpr UINT WM_DESTROY = 0x0002;
 inline constexpr UINT WM_SETTEXT = 0x000C;
@@ -240,6 +252,8 @@ inline constexpr int GWL_STYLE = -16;
 inline constexpr int GWLP_WNDPROC = -4;
 inline constexpr int WHITE_BRUSH = 0;
 inline constexpr UINT PM_REMOVE = 0x0001;
+inline constexpr int WH_GETMESSAGE = 3;
+inline constexpr int HC_ACTION = 0;
 inline constexpr DWORD QS_ALLINPUT = 0x04FF;
 inline constexpr DWORD WAIT_OBJECT_0 = 0;
 inline constexpr DWORD WAIT_TIMEOUT = 258;
@@ -287,6 +301,11 @@ LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wordParam, LPARAM 
 BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wordParam, LPARAM longParam);
 void WINAPI PostQuitMessage(int exitCode);
 BOOL WINAPI PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT remove);
+DWORD WINAPI GetCurrentThreadId();
+// One hook for each thread, of its own, which sees what PeekMessageA takes.
+HHOOK WINAPI SetWindowsHookExA(int kind, HOOKPROC procedure, HINSTANCE module, DWORD thread);
+LRESULT WINAPI CallNextHookEx(HHOOK hook, int code, WPARAM wordParam, LPARAM longParam);
+BOOL WINAPI UnhookWindowsHookEx(HHOOK hook);
 BOOL WINAPI TranslateMessage(const MSG* message);
 LRESULT WINAPI DispatchMessageA(const MSG* message);
 DWORD WINAPI MsgWaitForMultipleObjects(DWORD count, const HANDLE* handles, BOOL waitAll,

@@ -153,15 +153,33 @@ TEST_F(LoginHandshakeTest, ReadsTheMappingRootTwice) {
   fs::rename(newRoot, root);
 }
 
-TEST_F(LoginHandshakeTest, GivesTheHostItsQuitMessageBack) {
+// Neither the library's messages nor the delegate's are ended by it.
+TEST_F(LoginHandshakeTest, HoldsTheHostsQuitMessageUntilTheCallIsDone) {
   BothProgramsRun();
-  LoginIsThere();
-  PostQuitMessage(7);
-  EXPECT_EQ(library->UserInit(), kDelegateAnswer);
-  MSG message{};
-  EXPECT_TRUE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
-  EXPECT_EQ(message.message, WM_QUIT);
-  EXPECT_EQ(message.wParam, 7U);
+  const struct {
+    std::deque<Heard> conversation;
+    std::function<int()> call;
+    std::size_t messages;
+  } rows[] = {
+      {Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized()),
+       [this] { return library->UserInit(); }, 0},
+      {Talk(LoggedIn(1), Product(3), ChangeLogin().Meanwhile(Mask(2)), ChangeLogin()),
+       [this] { return library->UserInit(); }, 1},
+      {Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized()),
+       [this] { return library->WVDelete("1"); }, 1},
+      {Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized()),
+       [this] { return library->GetDokuNr(kWithMessage); }, 1},
+  };
+  for (const auto& [conversation, call, messages] : rows) {
+    programs.WillHear(conversation);
+    PostQuitMessage(7);
+    call();
+    MSG message{};
+    EXPECT_TRUE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
+    EXPECT_EQ(message.message, WM_QUIT);
+    EXPECT_EQ(message.wParam, 7U);
+    EXPECT_THAT(user.Messages(), testing::SizeIs(messages));
+  }
 }
 
 TEST_F(LoginHandshakeTest, FailsWhenTheHostIsClosedMeanwhile) {

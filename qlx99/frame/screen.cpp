@@ -4,6 +4,7 @@
 
 #include "frame/arguments.h"
 #include "frame/attach.h"
+#include "frame/host_messages.h"
 
 namespace qlx99 {
 namespace {
@@ -27,10 +28,12 @@ class WideText {
 }  // namespace
 
 void ShowMessageBox(const char* text, const char* title, UINT style) {
+  const HeldQuit untilItIsRead;
   MessageBoxW(nullptr, WideText(text).Get(), WideText(title).Get(), style);
 }
 
 void RunDialog(WORD dialog, DLGPROC procedure, LPARAM parameter) {
+  const HeldQuit untilItIsAnswered;
   DialogBoxParamW(CurrentAttachment().module, MAKEINTRESOURCEW(dialog), nullptr, procedure,
                   parameter);
 }

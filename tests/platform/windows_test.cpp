@@ -80,6 +80,13 @@ int Dispatch() {
   return -1;
 }
 
+LRESULT CALLBACK HideMessage(int code, WPARAM removal, LPARAM longParam) {
+  EXPECT_EQ(code, HC_ACTION);
+  EXPECT_EQ(removal, PM_REMOVE);
+  reinterpret_cast<MSG*>(longParam)->message = WM_NULL;
+  return CallNextHookEx(nullptr, code, removal, longParam);
+}
+
 TEST(WindowMessage, HasOneNumberForOneNameWhateverItsCase) {
   EXPECT_THAT(kFirst, AllOf(Ge(0xC000U), Le(0xFFFFU)));
   EXPECT_EQ(RegisterWindowMessageA("QLX99 First Test Message"), kFirst);
@@ -143,7 +150,7 @@ TEST(Window, ThatDoesNotExistTakesNothing) {
     ExpectFailure(SetWindowTextW(none, Wide("Titel").c_str()), ERROR_INVALID_WINDOW_HANDLE);
     ExpectFailure(SendMessageA(none, kFirst, 1, 0) != 0, ERROR_INVALID_WINDOW_HANDLE);
     ExpectFailure(ShowWindow(none, SW_HIDE), ERROR_INVALID_WINDOW_HANDLE);
-    ExpectFailure(SetWindowLongPtrA(none, GWLP_WNDPROC, 1) != 0, ERROR_INVALID_WINDOW_HANDLE);
+    EXPECT_EQ(SetWindowLongPtrA(none, GWLP_WNDPROC, 1), 0);
   }
   ExpectFailure(PostMessageA(window, kFirst, 1, 0), ERROR_INVALID_WINDOW_HANDLE);
   EXPECT_TRUE(PostMessageA(nullptr, kFirst, 1, 0));  // to the thread itself
@@ -164,6 +171,25 @@ TEST(Message, IsAnsweredAtOnceWhenSentAndInItsTurnWhenPosted) {
   EXPECT_EQ(MsgWaitForMultipleObjects(0, nullptr, FALSE, 1, QS_ALLINPUT), WAIT_TIMEOUT);
   EXPECT_THAT(heard, ElementsAre(kSecond, kFirst, kSecond));
   DestroyWindow(window);
+}
+
+TEST(Message, IsSeenAndChangedByAHookBeforeItIsTaken) {
+  HHOOK hook = SetWindowsHookExA(WH_GETMESSAGE, HideMessage, nullptr, GetCurrentThreadId());
+  EXPECT_NE(hook, nullptr);
+  PostQuitMessage(7);
+  MSG message{};
+  EXPECT_TRUE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
+  EXPECT_EQ(message.message, WM_NULL);
+  EXPECT_TRUE(UnhookWindowsHookEx(hook));
+  ExpectFailure(UnhookWindowsHookEx(hook), ERROR_INVALID_HOOK_HANDLE);
+  PostQuitMessage(8);
+  EXPECT_EQ(Dispatch(), 8);
+}
+
+TEST(Message, ToQuitEndsMessageBoxesAndStaysInTheQueue) {
+  PostQuitMessage(7);
+  MessageBoxW(nullptr, Wide("?").c_str(), Wide("?").c_str(), MB_OK);
+  EXPECT_EQ(Dispatch(), 7);
 }
 
 TEST(Message, OfOneThreadReachesTheWindowsOfAnother) {

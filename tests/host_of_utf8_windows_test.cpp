@@ -1,0 +1,66 @@
+// A host whose manifest makes UTF-8 its ANSI code page: this program once more, under another name.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "platform/windows_api.h"
+#include "support/world.h"
+
+namespace qlx99::tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr auto kManifest = R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
+<assembly manifestVersion="1.0" xmlns="urn:schemas-microsoft-com:asm.v1">
+  <assemblyIdentity type="win32" name="qlx99.tests" version="1.0.0.0"/>
+  <application>
+    <windowsSettings>
+      <activeCodePage xmlns="http://schemas.microsoft.com/SMI/2019/WindowsSettings">UTF-8</activeCodePage>
+    </windowsSettings>
+  </application>
+</assembly>
+)";
+
+// What shows umlauts, asks for a choice among them, or converts them.
+constexpr auto kTests =
+    "HostOfUtf8.*:CaseRecordTest.Keeps*:PartySelectionTest.*:AddressReadingTest.User*:"
+    "EveryExportTest.SaysWhich*:MessageBoxes.*";
+
+// The exit code of a program that was started with this command.
+DWORD ExitCodeOf(std::string command) {
+  STARTUPINFOA startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION started{};
+  DWORD code = 1;
+  if (CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                     &startup, &started) == 0) {
+    return code;
+  }
+  WaitForSingleObject(started.hProcess, INFINITE);
+  GetExitCodeProcess(started.hProcess, &code);
+  CloseHandle(started.hThread);
+  CloseHandle(started.hProcess);
+  return code;
+}
+
+TEST(HostOfUtf8, DISABLED_IsWhatThisProgramIsNow) {
+  EXPECT_EQ(GetACP(), CP_UTF8);
+  EXPECT_EQ(GetOEMCP(), CP_UTF8);
+}
+
+TEST(LibraryInAHostOfUtf8, ShowsAndDeliversTheSame) {
+  const fs::path program = world::ProgramFolder() / "qlx99_tests_utf8.exe";
+  const fs::path manifest = program.string() + ".manifest";
+  fs::copy_file(world::ProgramFolder() / "qlx99_tests.exe", program,
+                fs::copy_options::overwrite_existing);
+  std::ofstream(manifest) << kManifest;
+  EXPECT_EQ(ExitCodeOf('"' + program.string() + "\" --gtest_also_run_disabled_tests --gtest_brief=1 " +
+                "--gtest_filter=" + kTests),
+            0U);
+  fs::remove(program);
+  fs::remove(manifest);
+}
+
+}  // namespace
+}  // namespace qlx99::tests
