@@ -2,6 +2,7 @@
 // directory, message boxes.
 #include <gmock/gmock.h>
 
+#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <string>
@@ -52,6 +53,14 @@ TEST(CurrentDirectory, IsSetWithEitherSeparator) {
   EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::current_path(), folder / "inner"));
   EXPECT_FALSE(SetCurrentDirectoryA((folder.string() + "/missing").c_str()));
   EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
+  std::array<WCHAR, 1000> current{};
+  const DWORD length = GetCurrentDirectoryW(current.size(), current.data());
+  EXPECT_EQ(length, std::char_traits<WCHAR>::length(current.data()));
+  EXPECT_EQ(GetCurrentDirectoryW(0, nullptr), length + 1);
+  EXPECT_TRUE(SetCurrentDirectoryW(Wide(folder.string()).c_str()));
+  EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::current_path(), folder));
+  EXPECT_TRUE(SetCurrentDirectoryW(current.data()));
+  EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::current_path(), folder / "inner"));
   std::filesystem::current_path(before);
   std::filesystem::remove_all(folder);
 }
