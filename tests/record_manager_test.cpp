@@ -56,11 +56,16 @@ TEST_F(LoadingTest, TakesTheOneBesideTheLibraryAndNoneInTheCurrentFolder) {
     fs::copy(world::ProgramFolder() / world::LibraryFile("scripted_manager"),
              mail / world::LibraryFile(file));
   }
+  const auto canBeLoaded = [](const char* name) {
+    HMODULE loaded = LoadLibraryA(name);
+    return loaded != nullptr && FreeLibrary(loaded) != FALSE;
+  };
   UnloadRecordManagers();
   for (const char* hosts : {static_cast<const char*>(nullptr), ""}) {
     managers.Are({});
     fs::current_path(mail);
     SetDllDirectoryA(hosts);
+    const bool hostFindsIt = canBeLoaded("planted.dll");
     EXPECT_EQ(library->UserInit(), 0);
     EXPECT_THAT(user.Messages(), ElementsAre(NoRecordManager()));
     managers.Are({{"atbtrv32"}});
@@ -71,9 +76,7 @@ TEST_F(LoadingTest, TakesTheOneBesideTheLibraryAndNoneInTheCurrentFolder) {
 
     // The host's folder and its own rule for it are what they were.
     EXPECT_TRUE(fs::equivalent(fs::current_path(), mail));
-    HMODULE planted = LoadLibraryA("planted.dll");
-    EXPECT_EQ(planted != nullptr, hosts == nullptr);
-    FreeLibrary(planted);
+    EXPECT_EQ(canBeLoaded("planted.dll"), hostFindsIt);
     fs::current_path(folderBefore);
     library.Free();
     UnloadRecordManagers();

@@ -82,10 +82,10 @@ TEST(Library, ThatIsMissingOrBrokenLeavesItsReason) {
   failsToLoad("qlx99_rubbish.dll", ERROR_MOD_NOT_FOUND);
   EXPECT_TRUE(SetDllDirectoryA(folder.string().c_str()));
   failsToLoad("qlx99_rubbish.dll", ERROR_BAD_EXE_FORMAT);
-  // A folder of one's own, even none, stands in the place of the current one.
+  // It stands in the place of the current one.
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(folder);
-  EXPECT_TRUE(SetDllDirectoryA(""));
+  EXPECT_TRUE(SetDllDirectoryA(before.string().c_str()));
   failsToLoad("qlx99_rubbish.dll", ERROR_MOD_NOT_FOUND);
   EXPECT_TRUE(SetDllDirectoryA(nullptr));
   failsToLoad("qlx99_rubbish.dll", ERROR_BAD_EXE_FORMAT);

@@ -7,6 +7,7 @@
 
 #include "platform/windows_api.h"
 #include "support/text.h"
+#include "support/user.h"
 
 namespace {
 
@@ -187,9 +188,11 @@ TEST(Message, IsSeenAndChangedByAHookBeforeItIsTaken) {
 }
 
 TEST(Message, ToQuitEndsMessageBoxesAndStaysInTheQueue) {
+  qlx99::tests::User user;
   PostQuitMessage(7);
   MessageBoxW(nullptr, Wide("?").c_str(), Wide("?").c_str(), MB_OK);
   EXPECT_EQ(Dispatch(), 7);
+  user.Messages();  // a quick eye may have seen it
 }
 
 TEST(Message, OfOneThreadReachesTheWindowsOfAnother) {
