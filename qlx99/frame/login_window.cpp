@@ -55,7 +55,9 @@ void CreateLoginWindow() {
 bool LoginWindowHasGone() { return loginWindow.window != nullptr && !IsWindow(loginWindow.window); }
 
 void DestroyLoginWindow() {
-  if (DestroyWindow(loginWindow.window)) loginWindow.window = nullptr;
+  if (loginWindow.window != nullptr && DestroyWindow(loginWindow.window)) {
+    loginWindow.window = nullptr;
+  }
 }
 
 void DisownLoginWindow() {

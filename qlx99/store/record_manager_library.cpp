@@ -57,7 +57,7 @@ HMODULE LoadByName(const char* name) {
 HMODULE LoadRecordManagerLibrary(const char* name) {
   HMODULE const library = LoadByName(name);
   if (library != nullptr) return library;
-  // Some hosts have taken the current folder out of the search.
+  // Some hosts have taken the current folder out of the search, or all but a few.
   return LoadLibraryExW(PathInOwnFolder(name).data(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
