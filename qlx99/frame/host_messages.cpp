@@ -21,7 +21,7 @@ void Hold(MSG& quit) {
 // Sees every message that anybody takes from the thread's queue, before he does.
 LRESULT CALLBACK HoldQuit(int code, WPARAM removal, LPARAM longParam) {
   auto& message = *reinterpret_cast<MSG*>(longParam);
-  const bool isTaken = code == HC_ACTION && removal == PM_REMOVE;
+  const bool isTaken = code == HC_ACTION && (removal & PM_REMOVE) != 0;
   if (isTaken && message.message == WM_QUIT) Hold(message);
   return CallNextHookEx(nullptr, code, removal, longParam);
 }

@@ -1,7 +1,5 @@
 #include "frame/screen.h"
 
-#include <array>
-
 #include "frame/arguments.h"
 #include "frame/attach.h"
 #include "frame/host_messages.h"
@@ -11,21 +9,12 @@ namespace {
 
 constexpr UINT kAnsi = 1252;
 
-class WideText {
- public:
-  explicit WideText(const char* ansi) {
-    const std::string_view text = BoundedText(ansi, kLongestShownText);
-    MultiByteToWideChar(kAnsi, 0, text.data(), static_cast<int>(text.size()), text_.data(),
-                        kLongestShownText);
-  }
-  const WCHAR* Get() const { return text_.data(); }
-  LPARAM AsParam() const { return reinterpret_cast<LPARAM>(text_.data()); }
-
- private:
-  std::array<WCHAR, kLongestShownText + 1> text_{};
-};
-
 }  // namespace
+
+WideText::WideText(const char* ansi) {
+  const std::string_view text = BoundedText(ansi, kLongest);
+  MultiByteToWideChar(kAnsi, 0, text.data(), static_cast<int>(text.size()), text_.data(), kLongest);
+}
 
 void ShowMessageBox(const char* text, const char* title, UINT style) {
   const HeldQuit untilItIsRead;
@@ -49,7 +38,7 @@ LRESULT AddLine(HWND dialog, int list, const char* line) {
 }
 
 void ReadLine(HWND dialog, int list, WPARAM index, char* line, std::size_t size) {
-  std::array<WCHAR, kLongestShownText + 1> wide{};
+  std::array<WCHAR, WideText::kLongest + 1> wide{};
   SendDlgItemMessageW(dialog, list, LB_GETTEXT, index, reinterpret_cast<LPARAM>(wide.data()));
   const int written = WideCharToMultiByte(kAnsi, WC_NO_BEST_FIT_CHARS, wide.data(), -1, line,
                                           static_cast<int>(size), nullptr, nullptr);

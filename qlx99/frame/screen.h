@@ -3,14 +3,26 @@
 // another one, so they are made wide here, all of them.
 #pragma once
 
+#include <array>
 #include <cstddef>
 
 #include "platform/windows_api.h"
 
 namespace qlx99 {
 
-// No text that is shown is longer than this many characters; what is behind them is left out.
-inline constexpr std::size_t kLongestShownText = 300;
+// A Windows-1252 text as the window functions take it. None that is shown has more than 300
+// characters; what is behind them is left out.
+class WideText {
+ public:
+  explicit WideText(const char* ansi);
+  const WCHAR* Get() const { return text_.data(); }
+  LPARAM AsParam() const { return reinterpret_cast<LPARAM>(text_.data()); }
+
+  static constexpr std::size_t kLongest = 300;
+
+ private:
+  std::array<WCHAR, kLongest + 1> text_{};
+};
 
 // Without an owner window; `style` as of MessageBoxW.
 void ShowMessageBox(const char* text, const char* title, UINT style);

@@ -31,8 +31,8 @@ class OwnFolderAsCurrent {
  public:
   OwnFolderAsCurrent() {
     const DWORD length = GetCurrentDirectoryW(kRoom, hosts_.data());
-    isCurrent_ = length > 0 && length < kRoom &&
-                 SetCurrentDirectoryW(PathInOwnFolder("").data()) != FALSE;
+    isCurrent_ =
+        length > 0 && length < kRoom && SetCurrentDirectoryW(PathInOwnFolder("").data()) != FALSE;
   }
   ~OwnFolderAsCurrent() {
     if (isCurrent_) SetCurrentDirectoryW(hosts_.data());
