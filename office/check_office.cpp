@@ -61,10 +61,18 @@ class Report {
   bool sound_ = true;
 };
 
+std::string ReasonForKind() {
+  const qlx99::WholeText programName = qlx99::ReadWholeText(qlx99::kProgramName);
+  if (programName == nullptr) return "it is not set";
+  if (*programName == '\0') return "it is empty";
+  return "\"" + Decode(programName.get()) + "\" " +
+         (IsDelegated() ? "names TELQ32" : "does not name TELQ32");
+}
+
 std::string KindOfInstallation() {
-  return std::string(KindName()) + (IsDelegated()
-                                        ? ", the library hands every call on to the sibling library"
-                                        : ", the library reads the record files itself");
+  return std::string(KindName()) + ", as " + ReasonForKind() +
+         (IsDelegated() ? "; the library hands every call on to the sibling library"
+                        : "; the library reads the record files itself");
 }
 
 // The library reads a file by the last of the keys that it declares, and follow-ups also by their

@@ -8,6 +8,7 @@
 #include "office/file_description.h"
 #include "office/host.h"
 #include "store/record_manager.h"
+#include "store/record_manager_library.h"
 
 namespace office {
 namespace {
@@ -74,7 +75,7 @@ RecordManager::RecordManager() {
   HMODULE library = nullptr;
   for (const char* name : qlx99::kRecordManagerNames) {
     name_ = name;
-    library = LoadLibraryA(name);
+    library = qlx99::LoadRecordManagerLibrary(name);
     if (library != nullptr) break;
   }
   if (library == nullptr) {

@@ -26,6 +26,7 @@ struct MessageQueue {
   std::deque<MSG> posted;
   std::deque<SentMessage*> sent;
   std::optional<int> exitCode;  // of PostQuitMessage
+  HOOKPROC hook = nullptr;      // sees what is taken
   bool isIdle = false;          // its thread has waited for a message, or has ended
 };
 
@@ -60,6 +61,10 @@ void AdoptQueue(std::shared_ptr<MessageQueue> queue);
 
 // At the end of a thread: its windows are gone, and nobody waits for their answers any more.
 void RetireQueue(MessageQueue& queue);
+
+// What the loop of a message box or dialog does while nothing else happens. False when it took a
+// WM_QUIT, which ends the loop and is in the queue again for the loop around it.
+bool DispatchInModalLoop();
 
 std::string UpperCase(LPCSTR text);
 

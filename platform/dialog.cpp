@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/desktop.h"
 #include "platform/unsupported.h"
 
 namespace platform {
@@ -33,8 +34,8 @@ HWND Dialog::Handle() { return reinterpret_cast<HWND>(this); }
 
 INT_PTR Dialog::Run(LPARAM parameter, Screen& screen) {
   procedure_(Handle(), WM_INITDIALOG, 0, parameter);
-  if (!ended_) screen.ShowDialog(*this);
-  if (!ended_) Unsupported("DialogBoxParamA", "a dialog that its screen leaves open");
+  if (Hears()) screen.ShowDialog(*this);
+  if (!ended_) Unsupported("DialogBoxParamW", "a dialog that its screen leaves open");
   procedure_(Handle(), WM_DESTROY, 0, 0);
   return result_;
 }
@@ -44,7 +45,7 @@ void Dialog::End(INT_PTR result) {
   result_ = result;
 }
 
-void Dialog::SetTitle(const char* title) { form_.title = title == nullptr ? "" : title; }
+void Dialog::SetTitle(const std::string& title) { form_.title = title; }
 
 Control* Dialog::FindControl(int id) {
   const auto found = std::find_if(form_.controls.begin(), form_.controls.end(),
@@ -57,9 +58,16 @@ void Dialog::Notify(int id, WORD code) {
              reinterpret_cast<LPARAM>(FindControl(id)));
 }
 
+// What a person does comes behind the messages that are pending. False when the dialog has ended,
+// be it by a WM_QUIT among them.
+bool Dialog::Hears() {
+  if (!ended_ && !DispatchInModalLoop()) ended_ = true;
+  return !ended_;
+}
+
 bool Dialog::Click(int listId, int index) {
   Control* control = FindControl(listId);
-  return IsOpen() && CanBeUsed(control, ControlKind::kListBox) && index >= 0 &&
+  return Hears() && CanBeUsed(control, ControlKind::kListBox) && index >= 0 &&
          control->list.Select(index);
 }
 
@@ -76,13 +84,13 @@ bool Dialog::DoubleClick(int listId, int index) {
 }
 
 bool Dialog::Press(int buttonId) {
-  if (!IsOpen() || !CanBeUsed(FindControl(buttonId), ControlKind::kButton)) return false;
+  if (!Hears() || !CanBeUsed(FindControl(buttonId), ControlKind::kButton)) return false;
   Notify(buttonId, BN_CLICKED);
   return true;
 }
 
 void Dialog::Cancel() {
-  if (IsOpen()) Notify(IDCANCEL, BN_CLICKED);
+  if (Hears()) Notify(IDCANCEL, BN_CLICKED);
 }
 
 Dialog* DialogOf(HWND window) {

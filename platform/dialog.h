@@ -23,7 +23,7 @@ class Dialog final : public DialogView {
   void End(INT_PTR result);
   HWND Handle();
   LONG_PTR& UserWord() { return userWord_; }
-  void SetTitle(const char* title);
+  void SetTitle(const std::string& title);
 
   // Null when the dialog has no control of that id.
   Control* FindControl(int id);
@@ -37,6 +37,7 @@ class Dialog final : public DialogView {
   void Cancel() override;
 
  private:
+  bool Hears();
   bool Click(int listId, int index);
   void Notify(int id, WORD code);
 

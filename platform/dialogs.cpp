@@ -1,4 +1,5 @@
 // Dialog boxes and what their procedures do to the controls.
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -8,6 +9,7 @@
 #include "platform/dialog.h"
 #include "platform/dialog_template.h"
 #include "platform/drawing.h"
+#include "platform/recoding.h"
 #include "platform/resources.h"
 #include "platform/unsupported.h"
 #include "platform/windows_api.h"
@@ -36,12 +38,12 @@ Control* FindControl(HWND window, int id) {
 
 }  // namespace
 
-INT_PTR WINAPI DialogBoxParamA(HINSTANCE module, LPCSTR templateName, HWND owner, DLGPROC procedure,
-                               LPARAM parameter) {
+INT_PTR WINAPI DialogBoxParamW(HINSTANCE module, LPCWSTR templateName, HWND owner,
+                               DLGPROC procedure, LPARAM parameter) {
   constexpr WORD kDialogResource = 5;  // RT_DIALOG
   const auto id = reinterpret_cast<std::uintptr_t>(templateName);
   if (id > 0xFFFF || procedure == nullptr) {
-    platform::Unsupported("DialogBoxParamA",
+    platform::Unsupported("DialogBoxParamW",
                           "a template with a name or a dialog without a procedure");
   }
   if (owner != nullptr && DialogOf(owner) == nullptr) {
@@ -67,9 +69,6 @@ LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wor
                                    LPARAM longParam) {
   Control* control = FindControl(dialog, id);
   if (control == nullptr) return 0;
-  if (message == WM_SETTEXT) {
-    return SetDlgItemTextA(dialog, id, reinterpret_cast<LPCSTR>(longParam));
-  }
   if (message == WM_GETFONT) return reinterpret_cast<LRESULT>(platform::DialogFont());
   const std::optional<LRESULT> answer = control->kind == ControlKind::kListBox
                                             ? control->list.Receive(message, wordParam, longParam)
@@ -78,9 +77,29 @@ LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wor
   return *answer;
 }
 
-BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text) {
+LRESULT WINAPI SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wordParam,
+                                   LPARAM longParam) {
+  if (message == LB_ADDSTRING) {
+    const std::string line = platform::AnsiText(reinterpret_cast<LPCWSTR>(longParam));
+    return SendDlgItemMessageA(dialog, id, message, 0, reinterpret_cast<LPARAM>(line.c_str()));
+  }
+  if (message != LB_GETTEXT) {
+    platform::Unsupported("SendDlgItemMessageW", "message " + std::to_string(message));
+  }
+  const LRESULT length = SendDlgItemMessageA(dialog, id, LB_GETTEXTLEN, wordParam, 0);
+  std::string line(static_cast<std::size_t>(std::max<LRESULT>(length, 0)) + 1, '\0');
+  if (SendDlgItemMessageA(dialog, id, message, wordParam, reinterpret_cast<LPARAM>(line.data())) <
+      0) {
+    return LB_ERR;
+  }
+  const std::u16string wide = platform::ToUtf16(platform::Encoding::kAnsi, line.c_str()).text;
+  std::copy_n(wide.c_str(), wide.size() + 1, reinterpret_cast<WCHAR*>(longParam));
+  return static_cast<LRESULT>(wide.size());
+}
+
+BOOL WINAPI SetDlgItemTextW(HWND dialog, int id, LPCWSTR text) {
   Control* control = FindControl(dialog, id);
   if (control == nullptr) return FALSE;
-  control->text = text == nullptr ? "" : text;
+  control->text = platform::AnsiText(text);
   return TRUE;
 }

@@ -64,15 +64,15 @@ HGDIOBJ WINAPI SelectObject(HDC context, HGDIOBJ object) {
   return std::exchange(context->font, object);
 }
 
-DWORD WINAPI GetTabbedTextExtentA(HDC context, LPCSTR text, int length, int tabStopCount,
+DWORD WINAPI GetTabbedTextExtentW(HDC context, LPCWSTR text, int length, int tabStopCount,
                                   const int* tabStops) {
   if (context == nullptr) return 0;
   if (context->font != &dialogFont || tabStopCount != 1 || *tabStops <= 0) {
-    platform::Unsupported("GetTabbedTextExtentA", "another font, or other tab stops than one");
+    platform::Unsupported("GetTabbedTextExtentW", "another font, or other tab stops than one");
   }
   int width = 0;
-  for (const char* c = text; c != text + length; ++c) {
-    width = *c == '\t' ? (width / *tabStops + 1) * *tabStops : width + kCharacterWidth;
+  for (LPCWSTR c = text; c != text + length; ++c) {
+    width = *c == u'\t' ? (width / *tabStops + 1) * *tabStops : width + kCharacterWidth;
   }
   return static_cast<DWORD>(MAKEWPARAM(static_cast<WORD>(width), kCharacterHeight));
 }

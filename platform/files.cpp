@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <string>
 
+#include "platform/recoding.h"
 #include "platform/windows_api.h"
 
 namespace {
@@ -30,4 +32,13 @@ BOOL WINAPI SetCurrentDirectoryA(LPCSTR path) {
   if (path != nullptr && chdir(NativePath(path).c_str()) == 0) return TRUE;
   SetLastError(ERROR_FILE_NOT_FOUND);
   return FALSE;
+}
+
+BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path) {
+  return SetCurrentDirectoryA(platform::Utf8(path).c_str());
+}
+
+DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR path) {
+  std::error_code error;
+  return platform::CopyPath(std::filesystem::current_path(error).string(), path, size);
 }

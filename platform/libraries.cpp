@@ -12,11 +12,13 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "platform/recoding.h"
 #include "platform/unsupported.h"
 
 namespace {
@@ -35,7 +37,7 @@ struct Library {
 struct LoadedLibraries {
   std::mutex mutex;
   std::map<HMODULE, Library> byModule;
-  std::string extraDirectory;
+  std::optional<std::string> extraDirectory;  // that stands in the place of the current one
 };
 
 // Never destroyed: libraries may still free others while the process ends.
@@ -103,9 +105,11 @@ HMODULE ModuleOf(void* handle) {
   return map->l_prev == nullptr ? GetModuleHandleA(nullptr) : platform::ModuleAt(map->l_ld);
 }
 
+// Empty when there is none to be searched.
 std::string ExtraDirectory() {
   const std::lock_guard lock(Loaded().mutex);
-  return Loaded().extraDirectory;
+  std::error_code error;
+  return Loaded().extraDirectory.value_or(std::filesystem::current_path(error).string());
 }
 
 std::string ProgramDirectory() {
@@ -185,6 +189,25 @@ HMODULE WINAPI LoadLibraryA(LPCSTR fileName) {
   return module;
 }
 
+HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE /*reserved*/, DWORD flags) {
+  const std::string path = platform::Utf8(fileName);
+  if (flags != LOAD_WITH_ALTERED_SEARCH_PATH || path.find_first_of("/\\") == std::string::npos) {
+    platform::Unsupported("LoadLibraryExW", "anything but a library's whole path");
+  }
+  return LoadLibraryA(path.c_str());
+}
+
+DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
+  const std::vector<Module> modules = Modules();
+  const auto known = module == nullptr ? modules.begin() : FindModule(modules, module);
+  if (known == modules.end()) return Fail<DWORD>(ERROR_MOD_NOT_FOUND, 0);
+  std::error_code error;
+  return platform::CopyPath(known->path.empty()
+                                ? std::filesystem::read_symlink("/proc/self/exe", error)
+                                : std::filesystem::absolute(known->path, error),
+                            path, size);
+}
+
 BOOL WINAPI FreeLibrary(HMODULE module) {
   LoadedLibraries& loaded = Loaded();
   std::unique_lock lock(loaded.mutex);
@@ -232,8 +255,9 @@ HMODULE WINAPI GetModuleHandleA(LPCSTR fileName) {
 }
 
 BOOL WINAPI SetDllDirectoryA(LPCSTR directory) {
-  std::string path = directory == nullptr ? "" : directory;
-  std::replace(path.begin(), path.end(), '\\', '/');
+  std::optional<std::string> path;
+  if (directory != nullptr) path = directory;
+  if (path) std::replace(path->begin(), path->end(), '\\', '/');
   const std::lock_guard lock(Loaded().mutex);
   Loaded().extraDirectory = std::move(path);
   return TRUE;

@@ -1,4 +1,6 @@
 // Messages: sent, which waits for the answer, or posted to the queue of the window's thread.
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <map>
@@ -58,6 +60,18 @@ LRESULT AskOtherThread(Lock& lock, MessageQueue& other, const MSG& message) {
   return sent.answer;
 }
 
+bool Take(MessageQueue& queue, MSG* message) {
+  if (!queue.posted.empty()) {
+    *message = queue.posted.front();
+    queue.posted.pop_front();
+    return true;
+  }
+  if (!queue.exitCode) return false;
+  *message = {nullptr, WM_QUIT, static_cast<WPARAM>(*queue.exitCode), 0};
+  queue.exitCode.reset();
+  return true;
+}
+
 bool HasMessages(const MessageQueue& queue) {
   return !queue.sent.empty() || !queue.posted.empty() || queue.exitCode;
 }
@@ -111,17 +125,38 @@ BOOL WINAPI PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT 
   Lock lock(TheDesktop().mutex);
   MessageQueue& queue = *QueueOfThisThread();
   AnswerSent(lock, queue);
-  if (!queue.posted.empty()) {
-    *message = queue.posted.front();
-    queue.posted.pop_front();
-    return TRUE;
+  if (!Take(queue, message)) return FALSE;
+  const HOOKPROC hook = queue.hook;
+  lock.unlock();
+  if (hook != nullptr) hook(HC_ACTION, remove, reinterpret_cast<LPARAM>(message));
+  return TRUE;
+}
+
+DWORD WINAPI GetCurrentThreadId() { return static_cast<DWORD>(gettid()); }
+
+HHOOK WINAPI SetWindowsHookExA(int kind, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
+  MessageQueue& queue = *QueueOfThisThread();
+  if (kind != WH_GETMESSAGE || module != nullptr || thread != GetCurrentThreadId() ||
+      queue.hook != nullptr) {
+    Unsupported("SetWindowsHookExA", "anything but one hook of WH_GETMESSAGE for this thread");
   }
-  if (queue.exitCode) {
-    *message = {nullptr, WM_QUIT, static_cast<WPARAM>(*queue.exitCode), 0};
-    queue.exitCode.reset();
-    return TRUE;
+  queue.hook = procedure;
+  return reinterpret_cast<HHOOK>(&queue);
+}
+
+LRESULT WINAPI CallNextHookEx(HHOOK /*hook*/, int /*code*/, WPARAM /*wordParam*/,
+                              LPARAM /*longParam*/) {
+  return 0;
+}
+
+BOOL WINAPI UnhookWindowsHookEx(HHOOK hook) {
+  MessageQueue& queue = *QueueOfThisThread();
+  if (hook != reinterpret_cast<HHOOK>(&queue) || queue.hook == nullptr) {
+    SetLastError(ERROR_INVALID_HOOK_HANDLE);
+    return FALSE;
   }
-  return FALSE;
+  queue.hook = nullptr;
+  return TRUE;
 }
 
 // There is no keyboard to translate.
@@ -130,6 +165,18 @@ BOOL WINAPI TranslateMessage(const MSG* /*message*/) { return FALSE; }
 LRESULT WINAPI DispatchMessageA(const MSG* message) {
   Lock lock(TheDesktop().mutex);
   return CallWindow(lock, *message);
+}
+
+bool platform::DispatchInModalLoop() {
+  MSG message{};
+  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) {
+      PostQuitMessage(static_cast<int>(message.wParam));
+      return false;
+    }
+    DispatchMessageA(&message);
+  }
+  return true;
 }
 
 DWORD WINAPI MsgWaitForMultipleObjects(DWORD count, const HANDLE* /*handles*/, BOOL /*waitAll*/,

@@ -135,4 +135,20 @@ NarrowText FromUtf16(Encoding encoding, std::u16string_view text, std::string_vi
   return {std::move(narrow), substituted};
 }
 
+std::string Utf8(const char16_t* text) {
+  return text == nullptr ? "" : FromUtf16(Encoding::kUtf8, text, "\xEF\xBF\xBD").text;
+}
+
+std::uint32_t CopyPath(const std::string& utf8, char16_t* path, std::uint32_t room) {
+  const std::u16string wide = ToUtf16(Encoding::kUtf8, utf8).text;
+  const auto length = static_cast<std::uint32_t>(wide.size());
+  if (length >= room) return length + 1;
+  std::copy_n(wide.c_str(), length + 1, path);
+  return length;
+}
+
+std::string AnsiText(const char16_t* text) {
+  return text == nullptr ? "" : FromUtf16(Encoding::kAnsi, text, "?").text;
+}
+
 }  // namespace platform

@@ -1,6 +1,7 @@
 // From one code page to another, by the C library's converter.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -23,5 +24,15 @@ struct NarrowText {
 // numbers, in both directions, as Windows has it.
 WideText ToUtf16(Encoding encoding, std::string_view bytes);
 NarrowText FromUtf16(Encoding encoding, std::u16string_view text, std::string_view substitute);
+
+// What a window shows of a text; a null pointer counts as an empty one.
+std::string AnsiText(const char16_t* text);
+
+// As this host writes paths.
+std::string Utf8(const char16_t* text);
+
+// Windows' convention: returns the length, or where there is too little room, the room that is
+// needed, with `path` untouched.
+std::uint32_t CopyPath(const std::string& utf8, char16_t* path, std::uint32_t room);
 
 }  // namespace platform

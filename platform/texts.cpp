@@ -1,6 +1,5 @@
 // Code pages. All conversions go by way of UTF-16, as on Windows.
 #include <algorithm>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -111,16 +110,6 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR source, int s
   }
   if (usedDefaultChar != nullptr) *usedDefaultChar = narrow.substituted ? TRUE : FALSE;
   return Deliver(narrow.text, destination, destinationLength);
-}
-
-BOOL WINAPI OemToCharA(LPCSTR source, LPSTR destination) {
-  if (source == nullptr || destination == nullptr) return FALSE;
-  // Converted before anything is written: both may be the same text.
-  const std::string ansi =
-      platform::FromUtf16(Encoding::kAnsi, platform::ToUtf16(Encoding::kOem, source).text, "?")
-          .text;
-  std::memcpy(destination, ansi.c_str(), ansi.size() + 1);
-  return TRUE;
 }
 
 DWORD WINAPI CharUpperBuffA(LPSTR text, DWORD length) {

@@ -6,6 +6,7 @@
 
 #include "platform/desktop.h"
 #include "platform/dialog.h"
+#include "platform/recoding.h"
 #include "platform/unsupported.h"
 #include "platform/windows_api.h"
 
@@ -37,6 +38,14 @@ HWND Add(Window window) {
   auto* handle = reinterpret_cast<HWND>(kFirst + 2 * ++desktop.lastHandle);
   desktop.windows.emplace(handle, std::move(window));
   return handle;
+}
+
+BOOL SetTitle(HWND window, const std::string& title) {
+  const Lock lock(TheDesktop().mutex);
+  Window* found = Find(window);
+  if (found == nullptr) return FALSE;
+  found->title = title;
+  return TRUE;
 }
 
 std::vector<HWND> OwnedBy(HWND owner) {
@@ -160,26 +169,31 @@ LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index) {
 }
 
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
-  if (index != DWLP_USER) Unsupported("SetWindowLongPtrA", "anything but a dialog's own word");
-  platform::Dialog* dialog = platform::DialogOf(window);
-  if (dialog == nullptr) return Fail<LONG_PTR>(ERROR_INVALID_WINDOW_HANDLE, 0);
-  return std::exchange(dialog->UserWord(), value);
-}
-
-BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text) {
   if (platform::Dialog* dialog = platform::DialogOf(window); dialog != nullptr) {
-    dialog->SetTitle(text);
-    return TRUE;
+    if (index == DWLP_USER) return std::exchange(dialog->UserWord(), value);
+    Unsupported("SetWindowLongPtrA", "anything but a dialog's own word");
   }
+  if (index != GWLP_WNDPROC) Unsupported("SetWindowLongPtrA", "anything but a procedure");
   const Lock lock(TheDesktop().mutex);
   Window* found = Find(window);
-  if (found == nullptr) return FALSE;
-  found->title = text == nullptr ? "" : text;
-  return TRUE;
+  if (found == nullptr) return 0;
+  return reinterpret_cast<LONG_PTR>(
+      std::exchange(found->procedure, reinterpret_cast<WNDPROC>(value)));
+}
+
+BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text) {
+  if (platform::Dialog* dialog = platform::DialogOf(window); dialog != nullptr) {
+    dialog->SetTitle(platform::AnsiText(text));
+    return TRUE;
+  }
+  return SetTitle(window, platform::AnsiText(text));
 }
 
 LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM /*wordParam*/, LPARAM longParam) {
-  if (message == WM_SETTEXT) return SetWindowTextA(window, reinterpret_cast<LPCSTR>(longParam));
+  if (message == WM_SETTEXT) {
+    const auto* const text = reinterpret_cast<LPCSTR>(longParam);
+    return SetTitle(window, text == nullptr ? "" : text);
+  }
   if (message == WM_CLOSE) DestroyWindow(window);
   return 0;
 }

@@ -37,6 +37,7 @@ inline constexpr DWORD ERROR_CANNOT_FIND_WND_CLASS = 1407;
 inline constexpr DWORD ERROR_CLASS_ALREADY_EXISTS = 1410;
 inline constexpr DWORD ERROR_CLASS_DOES_NOT_EXIST = 1411;
 inline constexpr DWORD ERROR_CLASS_HAS_WINDOWS = 1412;
+inline constexpr DWORD ERROR_INVALID_HOOK_HANDLE = 1404;
 inline constexpr DWORD ERROR_CONTROL_ID_NOT_FOUND = 1421;
 inline constexpr DWORD ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
 
@@ -82,7 +83,12 @@ LSTATUS WINAPI RegCloseKey(HKEY key);
 inline constexpr DWORD DLL_PROCESS_DETACH = 0;
 inline constexpr DWORD DLL_PROCESS_ATTACH = 1;
 
+inline constexpr DWORD LOAD_WITH_ALTERED_SEARCH_PATH = 0x0008;
+
 HMODULE WINAPI LoadLibraryA(LPCSTR fileName);
+// Only by the whole path.
+HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE reserved, DWORD flags);
+DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size);
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
 BOOL WINAPI FreeLibrary(HMODULE module);
 HMODULE WINAPI GetModuleHandleA(LPCSTR fileName);
@@ -97,8 +103,9 @@ int WINAPI WinMain(HINSTANCE program, HINSTANCE previous, LPSTR arguments, int s
 // --- Files and texts
 
 int _access(const char* path, int mode);
+DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR path);
 BOOL WINAPI SetCurrentDirectoryA(LPCSTR path);
-BOOL WINAPI OemToCharA(LPCSTR source, LPSTR destination);
+BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path);
 DWORD WINAPI CharUpperBuffA(LPSTR text, DWORD length);
 
 // Code pages 850, 1252 and 65001 (UTF-8) only. Towards the first two, WC_NO_BEST_FIT_CHARS must be
@@ -116,8 +123,8 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR source, int s
 
 // --- Message boxes and dialogs
 
-#define MAKEINTRESOURCEA(id) \
-  (reinterpret_cast<LPSTR>(static_cast<std::uintptr_t>(static_cast<WORD>(id))))
+#define MAKEINTRESOURCEW(id) \
+  (reinterpret_cast<LPWSTR>(static_cast<std::uintptr_t>(static_cast<WORD>(id))))
 
 constexpr WORD LOWORD(std::uintptr_t value) { return static_cast<WORD>(value & 0xFFFF); }
 constexpr WORD HIWORD(std::uintptr_t value) { return static_cast<WORD>((value >> 16) & 0xFFFF); }
@@ -132,6 +139,7 @@ inline constexpr UINT MB_SYSTEMMODAL = 0x1000;
 inline constexpr int IDOK = 1;
 inline constexpr int IDCANCEL = 2;
 
+inline constexpr UINT WM_NULL = 0x0000;
 inline constexpr UINT WM_CREATE = 0x0001;
 inline constexpr UINT WM_DESTROY = 0x0002;
 inline constexpr UINT WM_SETTEXT = 0x000C;
@@ -165,13 +173,16 @@ inline constexpr UINT LB_GETITEMDATA = 0x0199;
 inline constexpr UINT LB_SETITEMDATA = 0x019A;
 inline constexpr LRESULT LB_ERR = -1;
 
-int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT style);
-INT_PTR WINAPI DialogBoxParamA(HINSTANCE module, LPCSTR templateName, HWND owner, DLGPROC procedure,
-                               LPARAM parameter);
+int WINAPI MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR title, UINT style);
+INT_PTR WINAPI DialogBoxParamW(HINSTANCE module, LPCWSTR templateName, HWND owner,
+                               DLGPROC procedure, LPARAM parameter);
 BOOL WINAPI EndDialog(HWND window, INT_PTR result);
 LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wordParam,
                                    LPARAM longParam);
-BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text);
+// Only to add a line to a list and to read one.
+LRESULT WINAPI SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wordParam,
+                                   LPARAM longParam);
+BOOL WINAPI SetDlgItemTextW(HWND dialog, int id, LPCWSTR text);
 
 // --- The size of texts in dialogs, whose font has characters of one width here
 
@@ -180,7 +191,7 @@ HDC WINAPI GetDC(HWND window);
 int WINAPI ReleaseDC(HWND window, HDC context);
 HGDIOBJ WINAPI SelectObject(HDC context, HGDIOBJ object);
 // With one tab stop, in pixels, which stands for all its multiples. Width in the low word.
-DWORD WINAPI GetTabbedTextExtentA(HDC context, LPCSTR text, int length, int tabStopCount,
+DWORD WINAPI GetTabbedTextExtentW(HDC context, LPCWSTR text, int length, int tabStopCount,
                                   const int* tabStops);
 
 // --- Windows and their messages
@@ -198,9 +209,12 @@ inline constexpr int SW_HIDE = 0;
 inline constexpr int SW_SHOW = 5;
 inline constexpr int SW_MINIMIZE = 6;
 inline constexpr int GWL_STYLE = -16;
+inline constexpr int GWLP_WNDPROC = -4;
 inline constexpr int DWLP_USER = sizeof(LRESULT) + sizeof(DLGPROC);  // of dialogs
 inline constexpr int WHITE_BRUSH = 0;
 inline constexpr UINT PM_REMOVE = 0x0001;
+inline constexpr int WH_GETMESSAGE = 3;
+inline constexpr int HC_ACTION = 0;
 inline constexpr DWORD QS_ALLINPUT = 0x04FF;
 inline constexpr DWORD WAIT_OBJECT_0 = 0;
 inline constexpr DWORD WAIT_TIMEOUT = 258;
@@ -240,7 +254,7 @@ BOOL WINAPI ShowWindow(HWND window, int command);
 LONG WINAPI GetWindowLongA(HWND window, int index);
 LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index);
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
-BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text);
+BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text);
 LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM wordParam, LPARAM longParam);
 HGDIOBJ WINAPI GetStockObject(int object);
 
@@ -249,6 +263,11 @@ LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wordParam, LPARAM 
 BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wordParam, LPARAM longParam);
 void WINAPI PostQuitMessage(int exitCode);
 BOOL WINAPI PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT remove);
+DWORD WINAPI GetCurrentThreadId();
+// One hook for each thread, of its own, which sees what PeekMessageA takes.
+HHOOK WINAPI SetWindowsHookExA(int kind, HOOKPROC procedure, HINSTANCE module, DWORD thread);
+LRESULT WINAPI CallNextHookEx(HHOOK hook, int code, WPARAM wordParam, LPARAM longParam);
+BOOL WINAPI UnhookWindowsHookEx(HHOOK hook);
 BOOL WINAPI TranslateMessage(const MSG* message);
 LRESULT WINAPI DispatchMessageA(const MSG* message);
 DWORD WINAPI MsgWaitForMultipleObjects(DWORD count, const HANDLE* handles, BOOL waitAll,

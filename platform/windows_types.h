@@ -38,6 +38,7 @@ struct HMENU__;
 struct HDC__;
 struct HICON__;
 struct HBRUSH__;
+struct HHOOK__;
 using HINSTANCE = HINSTANCE__*;
 using HMODULE = HINSTANCE;
 using HWND = HWND__*;
@@ -47,11 +48,13 @@ using HDC = HDC__*;
 using HICON = HICON__*;
 using HCURSOR = HICON;
 using HBRUSH = HBRUSH__*;
+using HHOOK = HHOOK__*;
 using HGDIOBJ = void*;
 using HANDLE = void*;
 using ATOM = WORD;
 using FARPROC = INT_PTR (*)();
 using WNDPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
+using HOOKPROC = LRESULT(CALLBACK*)(int, WPARAM, LPARAM);
 using DLGPROC = INT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 
 struct RECT {

@@ -61,6 +61,7 @@ int Process::Kill() {
 }
 
 void UsePrivateRegistry(const std::filesystem::path& /*folder*/) {
+  DropPrivateRegistry();  // of a process that had the same number and crashed
   HKEY key = nullptr;
   RegCreateKeyExA(HKEY_CURRENT_USER, KeyOfThisProcess().c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
                   nullptr, &key, nullptr);

@@ -28,7 +28,7 @@ class Installation {
     qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   }
   ~Installation() {
-    qlx99::DetachLibrary();
+    qlx99::DetachLibrary(qlx99::Detachment::kFreed);
     DropPrivateRegistry();
   }
   Installation(const Installation&) = delete;

@@ -1,5 +1,10 @@
 // What the library decides when it is attached.
+#include "frame/attach.h"
+#include "frame/login_window.h"
 #include "support/export_test.h"
+
+// The library's, which no header declares everywhere.
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
 namespace qlx99::tests {
 namespace {
@@ -15,9 +20,10 @@ TEST_F(AttachTest, ProgramNameDecidesTheInstallationKindUntilTheLibraryIsLoadedA
       {{"TELQ32\0", 7}, kDelegated},
       {{"c:\\apps\\Telq32.exe\0", 19}, kDelegated},
       {{"xxTeLq32xx\0", 11}, kDelegated},
-      {"c:\\programs\\ttelq32t", kDelegated},  // 20 bytes, all that are read, unterminated
-      {"c:\\programs\\x\\telq32", kDelegated},
-      {{"c:\\programs\\telq32.exe\0", 23}, kLocal},  // too long to be read
+      {"c:\\programs\\x\\telq32", kDelegated},  // unterminated
+      {{"c:\\programs\\telq32.exe\0", 23}, kDelegated},
+      {std::string(300, 'x') + "telq32", kDelegated},
+      {std::string(300, 'x'), kLocal},
       {{"stelvora.exe\0", 13}, kLocal},
       {{"telq3\0", 6}, kLocal},
       {{"tel q32\0", 8}, kLocal},
@@ -33,6 +39,20 @@ TEST_F(AttachTest, ProgramNameDecidesTheInstallationKindUntilTheLibraryIsLoadedA
     EXPECT_EQ(library->GetAdressTyp("1", "2"), kind) << storedBytes;
     before = kind;
   }
+}
+
+// By the library that is built into this program.
+TEST(DetachTest, TakesTheWindowsClassBackUnlessTheProcessEnds) {
+  HINSTANCE module = GetModuleHandleA(nullptr);
+  WNDCLASSA its{};
+  AttachLibrary(module);
+  CreateLoginWindow();
+  EXPECT_NE(FindWindowA("KrvQLX", nullptr), nullptr);
+  DllMain(module, DLL_PROCESS_DETACH, &its);
+  EXPECT_EQ(FindWindowA("KrvQLX", nullptr), nullptr);
+  EXPECT_TRUE(GetClassInfoA(module, "KrvQLX", &its)) << "nobody asks for that at the process's end";
+  DllMain(module, DLL_PROCESS_DETACH, nullptr);
+  EXPECT_FALSE(GetClassInfoA(module, "KrvQLX", &its)) << "even without a window";
 }
 
 }  // namespace

@@ -174,6 +174,15 @@ TEST_F(CaseRecordTest, LeavesEmptyWhatTheOfficeDoesNotHave) {
   EXPECT_EQ(Case(), "-1 Mül|EUR<end>") << "ends at a zero byte in a text";
 }
 
+// Byte for byte from the DOS code page, by lookalikes where there is no such character.
+TEST_F(CaseRecordTest, KeepsTheArchiveMarksFiveCharacters) {
+  for (const auto& [mark, shown] :
+       {std::pair("äöüßé", "äöüßé"), std::pair("§ƒ½µÿ", "§ƒ½µÿ"), std::pair("A─│╔ı", "A-¦+i")}) {
+    office.Changes<ArchiveRecord>(ArchiveRecord::byId, 5, std::string("mark: ") + mark);
+    EXPECT_THAT(Case(), testing::HasSubstr(std::string("|21.04.2001|") + shown + "|4|EUR"));
+  }
+}
+
 TEST_F(CaseRecordTest, KeepsItsFieldsWhenAFileIsMissing) {
   office.Lacks<CaseTypeRecord>();
   office.Lacks<UserRecord>();

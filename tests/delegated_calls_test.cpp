@@ -1,54 +1,14 @@
 // The delegated kind: the login handshake with the office's other programs, and the calls that the
 // sibling library answers.
 #include "office/export_table.h"
-#include "support/export_test.h"
-#include "support/office_programs.h"
+#include "support/delegated_test.h"
 #include "support/world.h"
 
 namespace qlx99::tests {
 namespace {
 
-namespace fs = std::filesystem;
-
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-Heard LoggedIn(LRESULT answer) { return {"KRVLOGSRV32: WM_ISLOGGEDIN", answer}; }
-Heard Product(LRESULT answer) { return {"KRVLOGSRV32: WM_GETCURRENTPRODUCTID", answer}; }
-Heard ChangeLogin() { return {"KRVLOGSRV32: WM_CHANGELOGIN"}; }
-Heard LoginEnded(LRESULT answer) { return {"KRVLOGSRV32: WM_ISENDLOGIN", answer}; }
-Heard Started() { return {"TELQBASE: started 5 0"}; }
-Heard Minimized() { return {"TELQBASE: WM_KRV_SHOWWINDOW 0 6"}; }
-
-std::deque<Heard> Talk(const auto&... heard) { return {heard...}; }
-
-std::function<void()> Mask(int state) {
-  return [state] { OfficePrograms::LoginMaskReports(state); };
-}
-
-class DelegatedTest : public ExportTest {
- protected:
-  DelegatedTest() { managers.Are({}); }  // where it is missed, the user is told
-
-  void TearDown() override {
-    fs::current_path(folderBefore_);
-    programs.End();
-    ExportTest::TearDown();
-  }
-
-  void BothProgramsRun() {
-    programs.Start(kLoginServer);
-    programs.Start(kInquiryProgram);
-  }
-
-  // The next call finds the user logged in as it must be.
-  void LoginIsThere() { programs.WillHear({LoggedIn(1), Product(8), LoginEnded(1), Minimized()}); }
-
-  OfficePrograms programs{office};
-
- private:
-  fs::path folderBefore_ = fs::current_path();
-};
 
 using LoginHandshakeTest = DelegatedTest;
 
@@ -126,67 +86,33 @@ TEST_F(LoginHandshakeTest, ReadsTheMappingRootTwice) {
   fs::rename(newRoot, root);
 }
 
-TEST_F(LoginHandshakeTest, GivesTheHostItsQuitMessageBack) {
+// Neither the library's messages nor the delegate's are ended by it.
+TEST_F(LoginHandshakeTest, HoldsTheHostsQuitMessageUntilTheCallIsDone) {
   BothProgramsRun();
-  LoginIsThere();
-  PostQuitMessage(7);
-  EXPECT_EQ(library->UserInit(), kDelegateAnswer);
-  MSG message{};
-  EXPECT_TRUE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
-  EXPECT_EQ(message.message, WM_QUIT);
-  EXPECT_EQ(message.wParam, 7U);
-}
-
-TEST_F(LoginHandshakeTest, HasAHiddenWindowThatIsMadeAgainWhenItsOwnerHasGone) {
-  WNDCLASSA opus{};
-  opus.lpfnWndProc = DefWindowProcA;
-  opus.hInstance = GetModuleHandleA(nullptr);
-  opus.lpszClassName = "OpusApp";
-  RegisterClassA(&opus);
-  HWND owner = CreateWindowExA(0, "OpusApp", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
-                               opus.hInstance, nullptr);
-  BothProgramsRun();
-  LoginIsThere();
-  HINSTANCE module = library->module;
-  EXPECT_EQ(library->UserInit(), kDelegateAnswer);
-
-  HWND window = FindWindowA("KrvQLX", "KrvQLX");
-  ASSERT_NE(window, nullptr);
-  EXPECT_EQ(static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)),
-            WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX | WS_CLIPSIBLINGS);
-  WNDCLASSA its{};
-  ASSERT_TRUE(GetClassInfoA(module, "KrvQLX", &its));
-  EXPECT_EQ(its.style, CS_HREDRAW);
-  EXPECT_EQ(its.lpfnWndProc, library->MainWndProc);
-  EXPECT_EQ(its.hbrBackground, GetStockObject(WHITE_BRUSH));
-  EXPECT_EQ(its.hIcon, nullptr);
-  EXPECT_EQ(its.hCursor, nullptr);
-  EXPECT_EQ(its.lpszMenuName, nullptr);
-  EXPECT_EQ(its.cbClsExtra + its.cbWndExtra, 0);
-
-  DestroyWindow(owner);
-  UnregisterClassA("OpusApp", opus.hInstance);
-  EXPECT_EQ(FindWindowA("KrvQLX", nullptr), nullptr);
-  LoginIsThere();
-  EXPECT_EQ(library->UserInit(), kDelegateAnswer);
-  EXPECT_NE(FindWindowA("KrvQLX", nullptr), nullptr);
-  library.Free();
-  EXPECT_EQ(FindWindowA("KrvQLX", nullptr), nullptr);
-  EXPECT_FALSE(GetClassInfoA(module, "KrvQLX", &its));
-  EXPECT_EQ(GetModuleHandleA("qlx02.dll"), nullptr);
-}
-
-TEST_F(LoginHandshakeTest, ItsWindowKeepsOnlyThreeMessagesToItself) {
-  BothProgramsRun();
-  LoginIsThere();
-  library->UserInit();
-  HWND window = FindWindowA("KrvQLX", nullptr);
-  const UINT mask = RegisterWindowMessageA("WM_KRV_LOGINMASK");
-  for (const UINT message : std::initializer_list<UINT>{mask, WM_CREATE, WM_DESTROY}) {
-    EXPECT_EQ(library->MainWndProc(window, message, 1, 0), 0);
+  const struct {
+    std::deque<Heard> conversation;
+    std::function<int()> call;
+    std::size_t messages;
+  } rows[] = {
+      {Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized()),
+       [this] { return library->UserInit(); }, 0},
+      {Talk(LoggedIn(1), Product(3), ChangeLogin().Meanwhile(Mask(2)), ChangeLogin()),
+       [this] { return library->UserInit(); }, 1},
+      {Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized()),
+       [this] { return library->WVDelete("1"); }, 1},
+      {Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized()),
+       [this] { return library->GetDokuNr(kWithMessage); }, 1},
+  };
+  for (const auto& [conversation, call, messages] : rows) {
+    programs.WillHear(conversation);
+    PostQuitMessage(7);
+    call();
+    MSG message{};
+    EXPECT_TRUE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
+    EXPECT_EQ(message.message, WM_QUIT);
+    EXPECT_EQ(message.wParam, 7U);
+    EXPECT_THAT(user.Messages(), testing::SizeIs(messages));
   }
-  library->MainWndProc(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("Titel"));
-  EXPECT_EQ(FindWindowA("KrvQLX", "Titel"), window);
 }
 
 // Every export with its delegate; the first argument is the same text each time.

@@ -148,6 +148,9 @@ TEST_F(PartySelectionTest, GivesWhatTheUserDecides) {
   user.TakesTheSelected();
   EXPECT_EQ(Ask("G ", "11"), "-1 4710|0 |0|<0>") << "only exactly 1 suppresses the dialog";
   EXPECT_THAT(user.Dialogs(), SizeIs(4));
+  HasParty("4714", "ä€");
+  user.Chooses(4);
+  EXPECT_EQ(Ask("  "), "-1 4714|ä€|0|<0>") << "whatever the relation is called";
 }
 
 TEST_F(PartySelectionTest, ClosesAtOnceWhenItCannotBeFilled) {

@@ -1,10 +1,13 @@
 // How the library loads and calls the record manager, seen from the record manager's side.
 #include "followups/follow_up_file.h"
 #include "support/export_test.h"
+#include "support/world.h"
 #include "users/user_file.h"
 
 namespace qlx99::tests {
 namespace {
+
+namespace fs = std::filesystem;
 
 using testing::Each;
 using testing::ElementsAre;
@@ -38,6 +41,43 @@ TEST_F(LoadingTest, TakesTheFirstNameThatIsThereAndLooksAgainWhileThereIsNone) {
       const bool loaded = GetModuleHandleA((names[i] + ".dll").c_str()) != nullptr;
       EXPECT_EQ(loaded, i == first) << names[i] << " while " << names[first] << " is there";
     }
+    library.Free();
+    UnloadRecordManagers();
+  }
+}
+
+// A document's folder is the current one when it is opened, and so is that of one that came by
+// mail.
+TEST_F(LoadingTest, TakesTheOneBesideTheLibraryAndNoneInTheCurrentFolder) {
+  const fs::path folderBefore = fs::current_path();
+  const fs::path mail = office.Folder() / "mail";
+  fs::create_directories(mail);
+  for (const char* file : {"w3btrv7", "planted"}) {
+    fs::copy(world::ProgramFolder() / world::LibraryFile("scripted_manager"),
+             mail / world::LibraryFile(file));
+  }
+  const auto canBeLoaded = [](const char* name) {
+    HMODULE loaded = LoadLibraryA(name);
+    return loaded != nullptr && FreeLibrary(loaded) != FALSE;
+  };
+  UnloadRecordManagers();
+  for (const char* hosts : {static_cast<const char*>(nullptr), ""}) {
+    managers.Are({});
+    fs::current_path(mail);
+    SetDllDirectoryA(hosts);
+    const bool hostFindsIt = canBeLoaded("planted.dll");
+    EXPECT_EQ(library->UserInit(), 0);
+    EXPECT_THAT(user.Messages(), ElementsAre(NoRecordManager()));
+    managers.Are({{"atbtrv32"}});
+    SetDllDirectoryA(hosts);
+    EXPECT_EQ(library->UserInit(), 0);
+    EXPECT_THAT(user.Messages(), ElementsAre(CannotOpen("ZTUSER.KRV")));
+    EXPECT_EQ(GetModuleHandleA("w3btrv7.dll"), nullptr);
+
+    // The host's folder and its own rule for it are what they were.
+    EXPECT_TRUE(fs::equivalent(fs::current_path(), mail));
+    EXPECT_EQ(canBeLoaded("planted.dll"), hostFindsIt);
+    fs::current_path(folderBefore);
     library.Free();
     UnloadRecordManagers();
   }

@@ -1,6 +1,7 @@
 #include "addresses/choice_dialogs.h"
 
 #include "frame/dialogs.h"
+#include "frame/screen.h"
 #include "resources/resource.h"
 #include "store/text_buffer.h"
 
@@ -59,12 +60,12 @@ void RecordChoice<Choice>::AddRecord(HWND dialog, const Record<Layout>& record) 
     line.Append("\t");
   }
   SetTabStop(dialog, Choice::lines, Choice::tabStop);
-  AddListLine(dialog, Choice::lines, line.Terminated());
+  AddLine(dialog, Choice::lines, line.Terminated());
   ScrollAsFarAs(dialog, Choice::lines, Choice::tabStop, line.Terminated());
 
   // The record's number rides along in the hidden list, at the same index, as item data: whole,
   // whatever its bytes.
-  const LRESULT index = AddListLine(dialog, Choice::numbers, "");
+  const LRESULT index = AddLine(dialog, Choice::numbers, "");
   SendDlgItemMessageA(dialog, Choice::numbers, LB_SETITEMDATA, static_cast<WPARAM>(index),
                       record[Layout::number]);
 }

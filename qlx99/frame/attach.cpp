@@ -1,9 +1,8 @@
 #include "frame/attach.h"
 
-#include <cstring>
+#include <algorithm>
 
 #include "frame/arguments.h"
-#include "frame/bytes.h"
 #include "frame/login_window.h"
 #include "frame/registry.h"
 #include "frame/sibling_library.h"
@@ -14,35 +13,40 @@ namespace {
 Attachment attachment;
 
 InstallKind ConfiguredInstallKind() {
-  const auto programName = ReadConfiguration<kProgramName>();
-  if (!programName) return InstallKind::kLocal;
-  return InstallKindOf(BoundedText(programName->data(), programName->size()));
+  const WholeText programName = ReadWholeText(kProgramName);
+  return InstallKindOf(programName == nullptr ? "" : programName.get());
 }
+
+// Letters of ASCII are all that counts here, whatever the host's code page.
+char UpperCase(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 }  // namespace
 
 const Attachment& CurrentAttachment() { return attachment; }
 
 InstallKind InstallKindOf(std::string_view programName) {
-  std::array<char, kProgramName.size> upper{};
-  const std::size_t length = CopyBytes(programName, upper.data(), upper.size());
-  CharUpperBuffA(upper.data(), static_cast<DWORD>(length));
-  const bool delegated =
-      std::string_view(upper.data(), length).find("TELQ32") != std::string_view::npos;
-  return delegated ? InstallKind::kDelegated : InstallKind::kLocal;
+  constexpr std::string_view kInquiryProgramName = "TELQ32";
+  const auto* const found = std::search(
+      programName.begin(), programName.end(), kInquiryProgramName.begin(),
+      kInquiryProgramName.end(), [](char given, char upper) { return UpperCase(given) == upper; });
+  return found == programName.end() ? InstallKind::kLocal : InstallKind::kDelegated;
 }
 
 void AttachLibrary(HINSTANCE module) { attachment = {module, ConfiguredInstallKind()}; }
 
-void DetachLibrary() {
+void DetachLibrary(Detachment why) {
   DestroyLoginWindow();
+  if (why == Detachment::kFreed) DisownLoginWindow();
   FreeSiblingLibrary();
 }
 
 }  // namespace qlx99
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) {
   if (reason == DLL_PROCESS_ATTACH) qlx99::AttachLibrary(module);
-  if (reason == DLL_PROCESS_DETACH) qlx99::DetachLibrary();
+  if (reason == DLL_PROCESS_DETACH) {
+    qlx99::DetachLibrary(reserved == nullptr ? qlx99::Detachment::kFreed
+                                             : qlx99::Detachment::kProcessEnds);
+  }
   return TRUE;
 }

@@ -27,8 +27,13 @@ const Attachment& CurrentAttachment();
 // small office, means local.
 InstallKind InstallKindOf(std::string_view programName);
 
+enum class Detachment {
+  kFreed,        // the process goes on without the library's code
+  kProcessEnds,  // nothing but what is the library's own is given back
+};
+
 // Called by the library's entry point, or by a program that has the library built in.
 void AttachLibrary(HINSTANCE module);
-void DetachLibrary();
+void DetachLibrary(Detachment why);
 
 }  // namespace qlx99

@@ -15,17 +15,14 @@ int WidthOf(HWND dialog, int list, UINT tabStop, const char* text, int length) {
   HDC context = GetDC(dialog);
   auto* const font = reinterpret_cast<HGDIOBJ>(SendDlgItemMessageA(dialog, list, WM_GETFONT, 0, 0));
   HGDIOBJ previous = SelectObject(context, font);
-  const DWORD extent = GetTabbedTextExtentA(context, text, length, 1, &stopInPixels);
+  const DWORD extent =
+      GetTabbedTextExtentW(context, WideText(text).Get(), length, 1, &stopInPixels);
   SelectObject(context, previous);
   ReleaseDC(dialog, context);
   return LOWORD(extent);
 }
 
 }  // namespace
-
-LRESULT AddListLine(HWND dialog, int list, const char* text) {
-  return SendDlgItemMessageA(dialog, list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
-}
 
 void SetTabStop(HWND dialog, int list, UINT tabStop) {
   SendDlgItemMessageA(dialog, list, LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&tabStop));

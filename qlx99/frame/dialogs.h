@@ -11,14 +11,11 @@
 //   RunDialog(IDD_COLOURS, choice);
 #pragma once
 
-#include "frame/attach.h"
+#include "frame/screen.h"
 #include "platform/windows_api.h"
 #include "resources/resource.h"
 
 namespace qlx99 {
-
-// Adds a line to a list box and returns its index. `text` is Windows-1252 and zero-terminated.
-LRESULT AddListLine(HWND dialog, int list, const char* text);
 
 // Gives a list box its only tab stop, in dialog units, which stands for all its multiples.
 void SetTabStop(HWND dialog, int list, UINT tabStop);
@@ -50,8 +47,7 @@ INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wordParam, LPARAM 
 // Shows the dialog and returns when it has ended; what the user took is in `selection` then.
 template <class Selection>
 void RunDialog(WORD id, Selection& selection) {
-  DialogBoxParamA(CurrentAttachment().module, MAKEINTRESOURCEA(id), nullptr, DialogProc<Selection>,
-                  reinterpret_cast<LPARAM>(&selection));
+  RunDialog(id, DialogProc<Selection>, reinterpret_cast<LPARAM>(&selection));
 }
 
 }  // namespace qlx99

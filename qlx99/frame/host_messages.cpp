@@ -1,25 +1,56 @@
 #include "frame/host_messages.h"
 
 namespace qlx99 {
+namespace {
 
-HostMessages::~HostMessages() {
-  if (quitTaken_) PostQuitMessage(exitCode_);
+struct Held {
+  int holders = 0;
+  HHOOK hook = nullptr;
+  int quits = 0;  // that were taken
+  int exitCode = 0;
+};
+
+Held held;
+
+void Hold(MSG& quit) {
+  quit.message = WM_NULL;
+  ++held.quits;
+  held.exitCode = static_cast<int>(quit.wParam);
 }
 
-void HostMessages::Dispatch() {
+// Sees every message that anybody takes from the thread's queue, before he does.
+LRESULT CALLBACK HoldQuit(int code, WPARAM removal, LPARAM longParam) {
+  auto& message = *reinterpret_cast<MSG*>(longParam);
+  const bool isTaken = code == HC_ACTION && (removal & PM_REMOVE) != 0;
+  if (isTaken && message.message == WM_QUIT) Hold(message);
+  return CallNextHookEx(nullptr, code, removal, longParam);
+}
+
+}  // namespace
+
+HeldQuit::HeldQuit() {
+  if (++held.holders > 1) return;
+  held.quits = 0;
+  held.hook = SetWindowsHookExA(WH_GETMESSAGE, HoldQuit, nullptr, GetCurrentThreadId());
+}
+
+HeldQuit::~HeldQuit() {
+  if (--held.holders > 0) return;
+  UnhookWindowsHookEx(held.hook);
+  if (held.quits > 0) PostQuitMessage(held.exitCode);
+}
+
+void DispatchHostMessages() {
   MSG message{};
-  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-    if (message.message == WM_QUIT) {
-      quitTaken_ = true;
-      exitCode_ = static_cast<int>(message.wParam);
-      return;
-    }
+  const int before = held.quits;
+  while (held.quits == before && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) Hold(message);  // no hook was to be had
     TranslateMessage(&message);
     DispatchMessageA(&message);
   }
 }
 
-void HostMessages::Await() {
+void AwaitHostMessage() {
   constexpr DWORD kMilliseconds = 10;
   MsgWaitForMultipleObjects(0, nullptr, FALSE, kMilliseconds, QS_ALLINPUT);
 }

@@ -36,7 +36,6 @@ class LoginHandshake {
   bool loggedIn_ = false;
   LRESULT product_ = kNotKnownYet;
   bool changeRequested_ = false;
-  HostMessages hostMessages_;
 };
 
 bool LoginHandshake::Run() {
@@ -45,7 +44,7 @@ bool LoginHandshake::Run() {
   CreateLoginWindow();                              // 3
   LookAtCurrentLogin();                             // 4 to 7
   if (!ReadMappingRoot()) return Conclude(false);   // 8
-  hostMessages_.Dispatch();                         // 9
+  DispatchHostMessages();                           // 9
   if (!loggedIn_ && !WaitForLogin()) return false;  // 10 to 15
   if (!WaitForEndOfLogin()) return false;           // 16
   LoadSiblingLibrary(mappingRoot_);                 // 17
@@ -72,11 +71,13 @@ void LoginHandshake::LookAtCurrentLogin() {
   }
 }
 
-// True when the user has logged in, false when the login mask was closed without a login.
+// True when the user has logged in, false when the login mask was closed without a login, or the
+// host was closed and nobody waits any more.
 bool LoginHandshake::WaitForLogin() {
   if (!changeRequested_) StartInquiryProgram();  // 11
-  for (;; hostMessages_.Await()) {
-    hostMessages_.Dispatch();                                         // 12
+  for (;; AwaitHostMessage()) {
+    DispatchHostMessages();  // 12
+    if (LoginWindowHasGone()) return false;
     if (changeRequested_) AskServer("WM_CHANGELOGIN");                // 13
     if (CurrentLoginState() == LoginState::kCancelled) return false;  // 14
     if (CurrentLoginState() != LoginState::kLoggedIn) continue;
@@ -90,12 +91,12 @@ bool LoginHandshake::WaitForLogin() {
 }
 
 // The user is logged in, but the login procedure may still be running. A mask that reports now that
-// it was closed without a login refuses the call. Everything else is waited for, also a server that
-// is gone: it does not answer.
+// it was closed without a login refuses the call, and so does a host that is closed. Everything
+// else is waited for, also a server that is gone: it does not answer.
 bool LoginHandshake::WaitForEndOfLogin() {
-  for (;; hostMessages_.Await(), hostMessages_.Dispatch()) {
+  for (;; AwaitHostMessage(), DispatchHostMessages()) {
     const bool ended = AskServer("WM_ISENDLOGIN") != 0;
-    if (CurrentLoginState() == LoginState::kCancelled) return false;
+    if (CurrentLoginState() == LoginState::kCancelled || LoginWindowHasGone()) return false;
     if (ended && product_ == kCaseManagement && CurrentLoginState() == LoginState::kLoggedIn)
       return true;
   }

@@ -1,7 +1,5 @@
 #include "frame/login_window.h"
 
-#include <utility>
-
 #include "frame/attach.h"
 #include "frame/exports.h"
 
@@ -17,16 +15,21 @@ struct LoginWindow {
 
 LoginWindow loginWindow;
 
-void RegisterWindowClass() {
+// False when the class cannot be had as it must be: a window of another's procedure is worse than
+// none.
+bool RegisterWindowClass() {
   WNDCLASSA known{};
-  if (GetClassInfoA(CurrentAttachment().module, kName, &known)) return;
+  if (GetClassInfoA(CurrentAttachment().module, kName, &known)) {
+    if (known.lpfnWndProc == MainWndProc) return true;
+    UnregisterClassA(kName, CurrentAttachment().module);  // of a library that lay here before
+  }
   WNDCLASSA hidden{};
   hidden.style = CS_HREDRAW;
   hidden.lpfnWndProc = MainWndProc;
   hidden.hInstance = CurrentAttachment().module;
   hidden.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
   hidden.lpszClassName = kName;
-  RegisterClassA(&hidden);
+  return RegisterClassA(&hidden) != 0;
 }
 
 }  // namespace
@@ -41,7 +44,7 @@ void CreateLoginWindow() {
   constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX;
   constexpr int kWidth = 700;
   constexpr int kHeight = 350;
-  RegisterWindowClass();
+  if (!RegisterWindowClass()) return;
   HWND owner = FindWindowA("OpusApp", nullptr);
   loginWindow.window =
       CreateWindowExA(0, kName, kName, kStyle, CW_USEDEFAULT, CW_USEDEFAULT, kWidth, kHeight, owner,
@@ -49,9 +52,21 @@ void CreateLoginWindow() {
   ShowWindow(loginWindow.window, SW_HIDE);
 }
 
+bool LoginWindowHasGone() { return loginWindow.window != nullptr && !IsWindow(loginWindow.window); }
+
 void DestroyLoginWindow() {
-  if (loginWindow.window == nullptr) return;
-  DestroyWindow(std::exchange(loginWindow.window, nullptr));
+  if (loginWindow.window != nullptr && DestroyWindow(loginWindow.window)) {
+    loginWindow.window = nullptr;
+  }
+}
+
+void DisownLoginWindow() {
+  if (IsWindow(loginWindow.window)) {
+    // It belongs to another thread, which alone may destroy it, and does when it hears of this. To
+    // wait for that thread could be for ever: it may itself wait to load a library.
+    SetWindowLongPtrA(loginWindow.window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(DefWindowProcA));
+    PostMessageA(loginWindow.window, WM_CLOSE, 0, 0);
+  }
   // The class would outlive the library and, for the next one loaded, stand for code that is gone.
   UnregisterClassA(kName, CurrentAttachment().module);
 }

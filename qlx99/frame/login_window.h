@@ -20,7 +20,14 @@ void SetLoginState(LoginState state);
 // nothing of the login mask.
 void CreateLoginWindow();
 
-// When the process detaches the library: afterwards nothing in the system refers to its code.
+// The window was there and has gone, together with its owner: nobody hears the login mask any more.
+bool LoginWindowHasGone();
+
+// When the process detaches the library.
 void DestroyLoginWindow();
+
+// When it goes on without the library: afterwards nothing in the system refers to the library's
+// code, even where the window could not be made, or could not be destroyed by this thread.
+void DisownLoginWindow();
 
 }  // namespace qlx99

@@ -3,10 +3,12 @@
 #include <array>
 #include <cstdio>
 
+#include "frame/screen.h"
+
 namespace qlx99 {
 
 void ShowMessage(const Message& message) {
-  MessageBoxA(nullptr, message.text, message.title, message.style);
+  ShowMessageBox(message.text, message.title, message.style);
 }
 
 void ShowMessage(const Message& message, const char* name) {

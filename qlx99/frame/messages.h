@@ -11,7 +11,7 @@ namespace qlx99 {
 struct Message {
   const char* text;  // Windows-1252; "%s" stands for a name
   const char* title;
-  UINT style;  // of MessageBoxA
+  UINT style;  // of MessageBoxW
 };
 
 // Shows the message at once, without an owner window, and waits until the user has read it.

@@ -5,6 +5,8 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdlib>
+#include <memory>
 #include <optional>
 
 #include "frame/messages.h"
@@ -12,7 +14,8 @@
 
 namespace qlx99 {
 
-// One value of the configuration: where it lies and how many bytes of it are read at most.
+// One value of the configuration: where it lies and how many bytes of it are read at most. The
+// program's name is read whole all the same, or a long path would decide nothing.
 struct RegistryValue {
   const char* keyPath;
   const char* name;
@@ -51,6 +54,14 @@ std::optional<RegistryText<value>> ReadConfiguration() {
   if (status != ERROR_SUCCESS) return std::nullopt;
   return text;
 }
+
+// A text of any length, zero-terminated; null when it cannot be read.
+struct FreeMemory {
+  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): operator new would bring the exception runtime
+  void operator()(char* text) const { std::free(text); }
+};
+using WholeText = std::unique_ptr<char, FreeMemory>;
+WholeText ReadWholeText(const RegistryValue& value);
 
 // The directory of the record files. When it is not configured, the user is told so in the caller's
 // words.

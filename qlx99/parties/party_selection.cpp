@@ -3,6 +3,7 @@
 #include "addresses/address_files.h"
 #include "frame/bytes.h"
 #include "frame/dialogs.h"
+#include "frame/screen.h"
 #include "resources/resource.h"
 
 namespace qlx99 {
@@ -64,8 +65,8 @@ class PartySelection {
 void PartySelection::ShowCase(HWND dialog, const Record<CaseRecord>& found) const {
   TextBuffer<CaseRecord::rubrum.width> rubrum;
   rubrum.Append(found[CaseRecord::rubrum]);
-  SetDlgItemTextA(dialog, IDC_CASE_NUMBER, key_.Text());
-  SetDlgItemTextA(dialog, IDC_RUBRUM, rubrum.Terminated());
+  SetControlText(dialog, IDC_CASE_NUMBER, key_.Text());
+  SetControlText(dialog, IDC_RUBRUM, rubrum.Terminated());
 }
 
 // The relation's designation and the name of the address's first contact person, as far as there
@@ -92,13 +93,13 @@ void PartySelection::AddParty(HWND dialog, SelectionFiles& files,
 
   const ListLine line = LineOf(files, party, !match.code.Bytes().empty());
   const PartyReference reference = ReferenceOf(party, match.code.Bytes());
-  AddListLine(dialog, kLines, line.Terminated());
-  AddListLine(dialog, IDC_PARTY_REFERENCES, reference.Terminated());
+  AddLine(dialog, kLines, line.Terminated());
+  AddLine(dialog, IDC_PARTY_REFERENCES, reference.Terminated());
   SendDlgItemMessageA(dialog, kLines, LB_SETCURSEL, 0, 0);
 }
 
 bool PartySelection::Fill(HWND dialog) {
-  SetWindowTextA(dialog, role_.dialogTitle);
+  SetTitle(dialog, role_.dialogTitle);
   const auto dataRoot = ReadDataRoot(kNoDataPathForAddresses);
   if (!dataRoot) return false;
   SelectionFiles files(*dataRoot);
@@ -116,8 +117,7 @@ bool PartySelection::Fill(HWND dialog) {
 
 void PartySelection::Take(HWND dialog, WPARAM index) {
   std::array<char, sizeof(PartyReference)> reference{};
-  SendDlgItemMessageA(dialog, IDC_PARTY_REFERENCES, LB_GETTEXT, index,
-                      reinterpret_cast<LPARAM>(reference.data()));
+  ReadLine(dialog, IDC_PARTY_REFERENCES, index, reference.data(), reference.size());
   chosen_ = {};
   chosen_.Append(reference.data());
 }

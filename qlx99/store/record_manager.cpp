@@ -6,6 +6,7 @@
 
 #include "frame/bytes.h"
 #include "frame/messages.h"
+#include "store/record_manager_library.h"
 #include "store/text_buffer.h"
 
 namespace qlx99 {
@@ -34,7 +35,7 @@ struct CallArguments {
 
 HMODULE LoadFirst() {
   for (const char* name : kRecordManagerNames) {
-    if (HMODULE library = LoadLibraryA(name); library != nullptr) return library;
+    if (HMODULE library = LoadRecordManagerLibrary(name); library != nullptr) return library;
   }
   return nullptr;
 }

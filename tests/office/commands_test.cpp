@@ -20,6 +20,7 @@ namespace {
 
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 class Commands : public SampleOffice {};
@@ -247,7 +248,14 @@ TEST_F(Installations, AreCheckedForARecordManagerThatMayWrite) {
   ASSERT_EQ(Qlx("office|create|" + folder_.Text() + "|--cases|1").code, office::kDone);
   ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
   FoundManagers managers;
-  managers.Are({{"w3btrv7", PlacedManager::kWithoutBtrCallId}});
+  const auto& found = managers.Are({{"w3btrv7", PlacedManager::kWithoutBtrCallId}});
+  const auto folderBefore = std::filesystem::current_path();
+  std::filesystem::current_path(found);
+  SetDllDirectoryA(nullptr);
+  EXPECT_THAT(Qlx("office|check").out, Not(HasSubstr("is no record manager")))
+      << "which lies in the current folder";
+  std::filesystem::current_path(folderBefore);
+  SetDllDirectoryA(found.string().c_str());
   EXPECT_THAT(Qlx("office|check").out,
               HasSubstr("is no record manager: it has no entry point BTRCALLID. Install "));
   UnloadRecordManager("w3btrv7.dll");
@@ -263,7 +271,8 @@ TEST(ConfiguredInstallation, IsCheckedForWhatItsKindNeeds) {
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   const Outcome whole = Qlx("office|check");
   EXPECT_EQ(whole.code, office::kDone);
-  EXPECT_THAT(whole.out, HasSubstr("  ProgramName     delegated, "));
+  EXPECT_THAT(whole.out,
+              HasSubstr("  ProgramName     delegated, as \"telq32.exe\" names TELQ32; "));
   std::filesystem::remove(programs.Bin32() / "telq32.exe");
   std::filesystem::remove(programs.Bin32() / qlx99::tests::world::LibraryFile("qlx02"));
   EXPECT_THAT(Qlx("office|check").out,
@@ -275,8 +284,13 @@ TEST(ConfiguredInstallation, IsCheckedForWhatItsKindNeeds) {
   its.IsNotConfigured("ProgramName");
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   its.IsConfigured("DataRoot", "/nowhere");
+  EXPECT_THAT(
+      Qlx("office|check").out,
+      AllOf(HasSubstr("  ProgramName     local, as it is not set; "),
+            HasSubstr("! DataRoot        there is no folder /nowhere; connect its drive, ")));
+  its.IsConfigured("ProgramName", "c:\\programs\\stelvora.exe");
   EXPECT_THAT(Qlx("office|check").out,
-              HasSubstr("! DataRoot        there is no folder /nowhere; connect its drive, "));
+              HasSubstr("local, as \"c:\\programs\\stelvora.exe\" does not name TELQ32; "));
 }
 
 TEST_F(Installations, CanBeGeneratedAndAreTheSameEachTime) {

@@ -60,7 +60,7 @@ class View : public testing::Test {
 
   // Returns the line that was taken, -1 for none, -2 for cancelled.
   INT_PTR Show(int id = 1) {
-    return DialogBoxParamA(library_.Handle(), MAKEINTRESOURCEA(id), nullptr, Procedure,
+    return DialogBoxParamW(library_.Handle(), MAKEINTRESOURCEW(id), nullptr, Procedure,
                            id == 1 ? 403 : 201);
   }
 
@@ -83,9 +83,9 @@ class View : public testing::Test {
       const int stop = 40;
       SendDlgItemMessageA(dialog, listId, LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&stop));
       SendDlgItemMessageA(dialog, listId, LB_SETCURSEL, 0, 0);
-      SendDlgItemMessageA(dialog, 107, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("Akte:"));
-      SetDlgItemTextA(dialog, 208, "Adler ./. Berg");
-      SetWindowTextA(dialog, listId == 201 ? "anderer Titel" : "Bank");
+      SetDlgItemTextW(dialog, 107, u"Akte:");
+      SetDlgItemTextW(dialog, 208, u"Adler ./. Berg");
+      SetWindowTextW(dialog, listId == 201 ? u"anderer Titel" : u"Bank");
       return 0;
     }
     heard += std::to_string(message == WM_COMMAND ? command : 0) + '/' +
@@ -142,8 +142,7 @@ TEST_F(View, AtATerminalHasColumnsAndNoOrders) {
   std::istringstream in;
   platform::TerminalScreen terminal(in, out_);
   platform::SetScreen(&terminal);
-  EXPECT_EQ(MessageBoxA(nullptr, "k\xF6nnen nicht !\n \x80\x07 ", "Systemmeldung !", MB_ICONHAND),
-            IDOK);
+  EXPECT_EQ(MessageBoxW(nullptr, u"können nicht !\n €\a ", u"Systemmeldung !", MB_ICONHAND), IDOK);
   EXPECT_THAT(out_.str(), testing::EndsWith("\nSystemmeldung !\nkönnen nicht !\n €  \n"));
 }
 
@@ -169,7 +168,7 @@ TEST_F(View, EndsTheProcessBeyondWhatTheLayerKnows) {
   EmptyChair nobody;
   platform::SetScreen(&nobody);
   EXPECT_DEATH(Show(), "leaves open");
-  EXPECT_DEATH(MessageBoxA(nullptr, "?", "?", 4), "MessageBoxA");
+  EXPECT_DEATH(MessageBoxW(nullptr, u"?", u"?", 4), "MessageBoxW");
   EXPECT_DEATH(WideCharToMultiByte(1252, 0, u"x", 1, nullptr, 0, nullptr, nullptr),
                "WideCharToMultiByte");
 }

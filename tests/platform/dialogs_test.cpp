@@ -7,9 +7,12 @@
 #include <vector>
 
 #include "platform/windows_api.h"
+#include "support/text.h"
 #include "test_library.h"
 
 namespace {
+
+using qlx99::tests::Wide;
 
 constexpr int kVisible = 403;  // lists
 constexpr int kHidden = 601;
@@ -43,7 +46,7 @@ class Dialogs : public testing::Test {
   // Does `initialisation` while the dialog begins, then ends it with 7.
   INT_PTR Begin(std::function<void(HWND)> initialisation, int id = 1) {
     onInitialisation = std::move(initialisation);
-    return DialogBoxParamA(library_.Handle(), MAKEINTRESOURCEA(id), nullptr, Procedure, 4711);
+    return DialogBoxParamW(library_.Handle(), MAKEINTRESOURCEW(id), nullptr, Procedure, 4711);
   }
 
   static INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM /*wordParam*/,
@@ -73,6 +76,19 @@ TEST_F(Dialogs, ListsAnswerTheirMessages) {
                        Say(LB_GETTEXT, 2, buffer)}),
               "0 0 1 2 3 8 0 299");
     EXPECT_EQ(line.data(), longest);
+    // Wide, and the same bytes again.
+    std::array<WCHAR, 300> wide{};
+    SendDlgItemMessageW(dialog, kVisible, LB_ADDSTRING, 0,
+                        reinterpret_cast<LPARAM>(Wide("Köln\t€\u0081").c_str()));
+    EXPECT_EQ(
+        SendDlgItemMessageW(dialog, kVisible, LB_GETTEXT, 3, reinterpret_cast<LPARAM>(wide.data())),
+        7);
+    EXPECT_EQ(wide.data(), Wide("Köln\t€\u0081"));
+    EXPECT_EQ(Answers(dialog, kVisible, {Say(LB_GETTEXT, 3, buffer)}), "7");
+    EXPECT_STREQ(line.data(), "K\xF6ln\t\x80\x81");
+    EXPECT_EQ(
+        SendDlgItemMessageW(dialog, kVisible, LB_GETTEXT, 9, reinterpret_cast<LPARAM>(wide.data())),
+        LB_ERR);
     // The selection stays with its line.
     EXPECT_EQ(Answers(dialog, kSorted,
                       {Add("Meier"), Say(LB_SETCURSEL, 0), Add("adler"), Say(LB_GETCURSEL),
@@ -81,7 +97,7 @@ TEST_F(Dialogs, ListsAnswerTheirMessages) {
     EXPECT_STREQ(line.data(), "lange");
     // The selection.
     EXPECT_EQ(Answers(dialog, kVisible,
-                      {Say(LB_GETCURSEL), Say(LB_SETCURSEL, 3), Say(LB_SETCURSEL, 1),
+                      {Say(LB_GETCURSEL), Say(LB_SETCURSEL, 4), Say(LB_SETCURSEL, 1),
                        Say(LB_GETCURSEL), Say(LB_SETCURSEL, kNone), Say(LB_GETCURSEL)}),
               "-1 -1 1 1 -1 -1");
     // Item data, whole.
@@ -92,9 +108,9 @@ TEST_F(Dialogs, ListsAnswerTheirMessages) {
               "0 1 1 16909060 1 -2147483648 0");
     // What is not there.
     EXPECT_EQ(Answers(dialog, kVisible,
-                      {Say(LB_GETTEXT, 3, buffer), Say(LB_GETTEXT, kNone, buffer),
-                       Say(LB_GETTEXTLEN, 1000), Say(LB_GETITEMDATA, 3), Say(LB_GETITEMDATA, kNone),
-                       Say(LB_SETITEMDATA, 3, 5)}),
+                      {Say(LB_GETTEXT, 4, buffer), Say(LB_GETTEXT, kNone, buffer),
+                       Say(LB_GETTEXTLEN, 1000), Say(LB_GETITEMDATA, 4), Say(LB_GETITEMDATA, kNone),
+                       Say(LB_SETITEMDATA, 4, 5)}),
               "-1 -1 -1 -1 -1 -1");
     EXPECT_EQ(Answers(dialog, 999, {Say(LB_GETCOUNT)}), "0");
     // Tab stops need their style.
@@ -112,7 +128,7 @@ TEST_F(Dialogs, ComeFromTheirModuleOrFailWithAReason) {
   EXPECT_EQ(Begin([](HWND) {}, 1), 7);
   EXPECT_EQ(Begin([](HWND) {}, 2), 7);
   for (HMODULE module : {static_cast<HMODULE>(nullptr), GetModuleHandleA(nullptr)}) {
-    EXPECT_EQ(DialogBoxParamA(module, MAKEINTRESOURCEA(30001), nullptr, Procedure, 4711), 7);
+    EXPECT_EQ(DialogBoxParamW(module, MAKEINTRESOURCEW(30001), nullptr, Procedure, 4711), 7);
   }
   SetLastError(ERROR_SUCCESS);
   EXPECT_EQ(Begin([](HWND) { FAIL(); }, 3), -1);
@@ -120,13 +136,14 @@ TEST_F(Dialogs, ComeFromTheirModuleOrFailWithAReason) {
 }
 
 // In pixels, in the font of a list of the dialog, with a tab stop at 100.
-int WidthOf(HWND dialog, std::string_view text) {
+int WidthOf(HWND dialog, const std::string& line) {
   const int stop = 100;
+  const auto text = qlx99::tests::Wide(line);
   HDC context = GetDC(dialog);
   const LRESULT font = SendDlgItemMessageA(dialog, kVisible, WM_GETFONT, 0, 0);
   HGDIOBJ previous = SelectObject(context, reinterpret_cast<HGDIOBJ>(font));
   EXPECT_NE(previous, nullptr);
-  const DWORD extent = GetTabbedTextExtentA(context, text.data(), int(text.size()), 1, &stop);
+  const DWORD extent = GetTabbedTextExtentW(context, text.data(), int(text.size()), 1, &stop);
   EXPECT_EQ(SelectObject(context, previous), reinterpret_cast<HGDIOBJ>(font));
   EXPECT_EQ(ReleaseDC(dialog, context), 1);
   return LOWORD(extent);
@@ -170,17 +187,17 @@ TEST_F(Dialogs, NestAndAreGoneOnceTheyHaveEnded) {
   HWND ended = nullptr;
   Begin([&](HWND outer) {
     EXPECT_EQ(Begin([&](HWND inner) { EXPECT_NE(inner, outer); }, 2), 7);
-    EXPECT_TRUE(SetDlgItemTextA(outer, 206, "Text"));
-    EXPECT_FALSE(SetDlgItemTextA(outer, 999, "Text"));
-    EXPECT_TRUE(SetWindowTextA(outer, "Titel"));
+    EXPECT_TRUE(SetDlgItemTextW(outer, 206, Wide("Text").c_str()));
+    EXPECT_FALSE(SetDlgItemTextW(outer, 999, Wide("Text").c_str()));
+    EXPECT_TRUE(SetWindowTextW(outer, Wide("Titel").c_str()));
     ended = outer;
   });
   for (HWND window : {ended, static_cast<HWND>(nullptr)}) {
     SetLastError(ERROR_SUCCESS);
     EXPECT_FALSE(EndDialog(window, 1));
     EXPECT_EQ(GetLastError(), ERROR_INVALID_WINDOW_HANDLE);
-    EXPECT_FALSE(SetWindowTextA(window, "Titel"));
-    EXPECT_FALSE(SetDlgItemTextA(window, 206, "Text"));
+    EXPECT_FALSE(SetWindowTextW(window, Wide("Titel").c_str()));
+    EXPECT_FALSE(SetDlgItemTextW(window, 206, Wide("Text").c_str()));
     EXPECT_EQ(Answers(window, kVisible, {Say(LB_GETCOUNT)}), "0");
     EXPECT_EQ(GetWindowLongPtrA(window, DWLP_USER), 0);
     EXPECT_EQ(SetWindowLongPtrA(window, DWLP_USER, 1), 0);

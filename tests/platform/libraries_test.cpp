@@ -1,11 +1,13 @@
 #include <gmock/gmock.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
 #include "platform/windows_api.h"
 #include "support/record_managers.h"
+#include "support/world.h"
 #include "test_library.h"
 
 namespace {
@@ -22,6 +24,17 @@ TEST(Library, HearsOnceOfItsAttachmentByWhateverNameItIsLoaded) {
   EXPECT_EQ(library.Heard().count, 1);
   EXPECT_EQ(library.Heard().module, library.Handle());
   EXPECT_TRUE(library.Heard().objectsWereReady);
+}
+
+TEST(Library, IsLoadedAgainByThePathThatItTells) {
+  const TestLibrary library;
+  std::array<WCHAR, 1000> path{};
+  const DWORD length = GetModuleFileNameW(library.Handle(), path.data(), path.size());
+  EXPECT_EQ(length, std::char_traits<WCHAR>::length(path.data()));
+  EXPECT_EQ(LoadLibraryExW(path.data(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH), library.Handle());
+  EXPECT_TRUE(FreeLibrary(library.Handle()));
+  GetModuleFileNameW(nullptr, path.data(), path.size());
+  EXPECT_EQ(std::filesystem::path(path.data()).parent_path(), qlx99::tests::world::ProgramFolder());
 }
 
 TEST(Library, IsDetachedWhenTheLastUserFreesIt) {
@@ -69,6 +82,14 @@ TEST(Library, ThatIsMissingOrBrokenLeavesItsReason) {
   failsToLoad("qlx99_rubbish.dll", ERROR_MOD_NOT_FOUND);
   EXPECT_TRUE(SetDllDirectoryA(folder.string().c_str()));
   failsToLoad("qlx99_rubbish.dll", ERROR_BAD_EXE_FORMAT);
+  // It stands in the place of the current one.
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(folder);
+  EXPECT_TRUE(SetDllDirectoryA(before.string().c_str()));
+  failsToLoad("qlx99_rubbish.dll", ERROR_MOD_NOT_FOUND);
+  EXPECT_TRUE(SetDllDirectoryA(nullptr));
+  failsToLoad("qlx99_rubbish.dll", ERROR_BAD_EXE_FORMAT);
+  std::filesystem::current_path(before);
   qlx99::tests::FindTheEmbeddedManager();  // again
   std::filesystem::remove_all(folder);
   SetErrorMode(mode);

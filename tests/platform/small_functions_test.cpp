@@ -2,16 +2,19 @@
 // directory, message boxes.
 #include <gmock/gmock.h>
 
+#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <string>
 #include <thread>
 
 #include "platform/windows_api.h"
+#include "support/text.h"
 #include "support/user.h"
 
 namespace {
 
+using qlx99::tests::Wide;
 using testing::ElementsAre;
 
 TEST(LastError, IsNotSeenByAnotherThread) {
@@ -50,15 +53,24 @@ TEST(CurrentDirectory, IsSetWithEitherSeparator) {
   EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::current_path(), folder / "inner"));
   EXPECT_FALSE(SetCurrentDirectoryA((folder.string() + "/missing").c_str()));
   EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
+  std::array<WCHAR, 1000> current{};
+  const DWORD length = GetCurrentDirectoryW(current.size(), current.data());
+  EXPECT_EQ(length, std::char_traits<WCHAR>::length(current.data()));
+  EXPECT_EQ(GetCurrentDirectoryW(0, nullptr), length + 1);
+  EXPECT_TRUE(SetCurrentDirectoryW(Wide(folder.string()).c_str()));
+  EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::current_path(), folder));
+  EXPECT_TRUE(SetCurrentDirectoryW(current.data()));
+  EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::current_path(), folder / "inner"));
   std::filesystem::current_path(before);
   std::filesystem::remove_all(folder);
 }
 
 TEST(MessageBoxes, ShowWhatTheirCallerWrote) {
   qlx99::tests::User user;
-  EXPECT_EQ(MessageBoxA(nullptr, "k\xF6nnen ! ", "Systemmeldung !", MB_ICONHAND | MB_SYSTEMMODAL),
+  EXPECT_EQ(MessageBoxW(nullptr, Wide("können ! ").c_str(), Wide("Systemmeldung !").c_str(),
+                        MB_ICONHAND | MB_SYSTEMMODAL),
             IDOK);
-  EXPECT_EQ(MessageBoxA(nullptr, nullptr, "", MB_OK), IDOK);
+  EXPECT_EQ(MessageBoxW(nullptr, nullptr, Wide("").c_str(), MB_OK), IDOK);
   EXPECT_THAT(user.Messages(),
               ElementsAre(qlx99::tests::MessageBox{"können ! ", "Systemmeldung !", 0x1010},
                           qlx99::tests::MessageBox{"", "", 0}));

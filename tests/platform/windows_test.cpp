@@ -6,9 +6,12 @@
 #include <vector>
 
 #include "platform/windows_api.h"
+#include "support/text.h"
+#include "support/user.h"
 
 namespace {
 
+using qlx99::tests::Wide;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::Ge;
@@ -78,6 +81,13 @@ int Dispatch() {
   return -1;
 }
 
+LRESULT CALLBACK HideMessage(int code, WPARAM removal, LPARAM longParam) {
+  EXPECT_EQ(code, HC_ACTION);
+  EXPECT_EQ(removal, PM_REMOVE);
+  reinterpret_cast<MSG*>(longParam)->message = WM_NULL;
+  return CallNextHookEx(nullptr, code, removal, longParam);
+}
+
 TEST(WindowMessage, HasOneNumberForOneNameWhateverItsCase) {
   EXPECT_THAT(kFirst, AllOf(Ge(0xC000U), Le(0xFFFFU)));
   EXPECT_EQ(RegisterWindowMessageA("QLX99 First Test Message"), kFirst);
@@ -114,7 +124,7 @@ TEST(Window, IsFoundByClassAndTitleUntilItIsDestroyedWithThoseThatItOwns) {
   EXPECT_EQ(FindWindowA(TestClass::kName, "Titel"), nullptr);
   EXPECT_TRUE(SendMessageA(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("Titel")));
   EXPECT_EQ(FindWindowA(TestClass::kName, "Titel"), window);
-  EXPECT_TRUE(SetWindowTextA(window, "Fenster"));
+  EXPECT_TRUE(SetWindowTextW(window, Wide("Fenster").c_str()));
   EXPECT_EQ(FindWindowA(TestClass::kName, "Titel"), nullptr);
 
   constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_CLIPSIBLINGS;
@@ -138,9 +148,10 @@ TEST(Window, ThatDoesNotExistTakesNothing) {
   for (HWND none : {static_cast<HWND>(nullptr), window}) {
     EXPECT_FALSE(IsWindow(none));
     EXPECT_FALSE(DestroyWindow(none));
-    ExpectFailure(SetWindowTextA(none, "Titel"), ERROR_INVALID_WINDOW_HANDLE);
+    ExpectFailure(SetWindowTextW(none, Wide("Titel").c_str()), ERROR_INVALID_WINDOW_HANDLE);
     ExpectFailure(SendMessageA(none, kFirst, 1, 0) != 0, ERROR_INVALID_WINDOW_HANDLE);
     ExpectFailure(ShowWindow(none, SW_HIDE), ERROR_INVALID_WINDOW_HANDLE);
+    EXPECT_EQ(SetWindowLongPtrA(none, GWLP_WNDPROC, 1), 0);
   }
   ExpectFailure(PostMessageA(window, kFirst, 1, 0), ERROR_INVALID_WINDOW_HANDLE);
   EXPECT_TRUE(PostMessageA(nullptr, kFirst, 1, 0));  // to the thread itself
@@ -163,6 +174,27 @@ TEST(Message, IsAnsweredAtOnceWhenSentAndInItsTurnWhenPosted) {
   DestroyWindow(window);
 }
 
+TEST(Message, IsSeenAndChangedByAHookBeforeItIsTaken) {
+  HHOOK hook = SetWindowsHookExA(WH_GETMESSAGE, HideMessage, nullptr, GetCurrentThreadId());
+  EXPECT_NE(hook, nullptr);
+  PostQuitMessage(7);
+  MSG message{};
+  EXPECT_TRUE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
+  EXPECT_EQ(message.message, WM_NULL);
+  EXPECT_TRUE(UnhookWindowsHookEx(hook));
+  ExpectFailure(UnhookWindowsHookEx(hook), ERROR_INVALID_HOOK_HANDLE);
+  PostQuitMessage(8);
+  EXPECT_EQ(Dispatch(), 8);
+}
+
+TEST(Message, ToQuitEndsMessageBoxesAndStaysInTheQueue) {
+  qlx99::tests::User user;
+  PostQuitMessage(7);
+  MessageBoxW(nullptr, Wide("?").c_str(), Wide("?").c_str(), MB_OK);
+  EXPECT_EQ(Dispatch(), 7);
+  user.Messages();  // a quick eye may have seen it
+}
+
 TEST(Message, OfOneThreadReachesTheWindowsOfAnother) {
   const TestClass testClass;
   HWND own = testClass.Create("");
@@ -175,6 +207,11 @@ TEST(Message, OfOneThreadReachesTheWindowsOfAnother) {
   // While this thread waits for the answer, it is asked itself.
   EXPECT_EQ(SendMessageA(foreign, kFirst, 21, reinterpret_cast<LPARAM>(own)), 1042);
   ExpectFailure(DestroyWindow(foreign), ERROR_ACCESS_DENIED);
+  const auto old =
+      SetWindowLongPtrA(foreign, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(DefWindowProcA));
+  EXPECT_EQ(old, reinterpret_cast<LONG_PTR>(Procedure));
+  EXPECT_EQ(SendMessageA(foreign, kFirst, 21, 0), 0);
+  EXPECT_TRUE(PostMessageA(foreign, WM_CLOSE, 0, 0));
   EXPECT_TRUE(PostMessageA(foreign, WM_QUIT, 7, 0));
   other.join();
   EXPECT_FALSE(IsWindow(foreign));

@@ -17,7 +17,7 @@ FoundExport::FoundExport(HMODULE module, const char* name)
 
 const Exports* Library::operator->() {
   if (!exports_) {
-    const std::string path = (ProductFolder() / world::LibraryFile("qlx99")).string();
+    const std::string path = (LibraryFolder() / world::LibraryFile("qlx99")).string();
     HMODULE module = LoadLibraryA(path.c_str());
     if (module == nullptr) throw std::runtime_error(path + " cannot be loaded");
     exports_.emplace(module);

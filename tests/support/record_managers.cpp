@@ -25,16 +25,34 @@ void UnloadRecordManagers() {
   for (const char* name : kRecordManagerNames) UnloadRecordManager(name);
 }
 
+namespace {
+
+fs::path libraryFolder;  // empty for the product's
+
+}  // namespace
+
+fs::path LibraryFolder() { return libraryFolder.empty() ? ProductFolder() : libraryFolder; }
+
 void FindTheEmbeddedManager() { SetDllDirectoryA(ProductFolder().string().c_str()); }
 
-FoundManagers::~FoundManagers() { FindTheEmbeddedManager(); }
+FoundManagers::~FoundManagers() {
+  libraryFolder.clear();
+  FindTheEmbeddedManager();
+}
 
 const fs::path& FoundManagers::Are(const std::vector<PlacedManager>& managers) {
   static const std::map<PlacedManager::Kind, std::string> kFiles{
       {PlacedManager::kComplete, "scripted_manager"},
       {PlacedManager::kWithoutBtrCall, "manager_without_btrcall"},
       {PlacedManager::kWithoutBtrCallId, "manager_without_btrcallid"}};
-  for (const auto& entry : fs::directory_iterator(folder_.Path())) fs::remove(entry);
+  const std::string library = world::LibraryFile("qlx99");
+  for (const auto& entry : fs::directory_iterator(folder_.Path())) {
+    if (entry.path().filename() != library) fs::remove(entry);
+  }
+  // A copy, as beside the product lies the embedded record manager.
+  fs::copy_file(ProductFolder() / library, folder_.Path() / library,
+                fs::copy_options::skip_existing);
+  libraryFolder = folder_.Path();
   for (const PlacedManager& manager : managers) {
     fs::copy_file(world::ProgramFolder() / world::LibraryFile(kFiles.at(manager.kind)),
                   folder_.Path() / world::LibraryFile(manager.name));

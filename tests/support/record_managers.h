@@ -17,6 +17,9 @@ void UnloadRecordManagers();
 // By its bare name, as it lies beside the library, not beside this program.
 void FindTheEmbeddedManager();
 
+// Where the library lies.
+std::filesystem::path LibraryFolder();
+
 // A record manager that can be put in the library's way.
 struct PlacedManager {
   enum Kind { kComplete, kWithoutBtrCall, kWithoutBtrCallId };
@@ -33,7 +36,7 @@ class FoundManagers {
   FoundManagers(const FoundManagers&) = delete;
   FoundManagers& operator=(const FoundManagers&) = delete;
 
-  // These and nothing else. Returns the folder in which they lie.
+  // These and nothing else, beside the library. Returns the folder in which they lie.
   const std::filesystem::path& Are(const std::vector<PlacedManager>& managers);
 
  private:

@@ -29,7 +29,7 @@ constexpr int kMessageText = 0xFFFF;  // the control of that id that every messa
 // What the window answers; nothing when it is gone or, which fails the test, does not answer.
 std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wordParam = 0, LPARAM longParam = 0) {
   DWORD_PTR answer = 0;
-  if (SendMessageTimeoutA(window, message, wordParam, longParam, SMTO_NORMAL, kPatience, &answer) ==
+  if (SendMessageTimeoutW(window, message, wordParam, longParam, SMTO_NORMAL, kPatience, &answer) ==
       0) {
     EXPECT_FALSE(IsWindow(window)) << "a window does not answer message " << message;
     return std::nullopt;
@@ -37,16 +37,18 @@ std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wordParam = 0, LPAR
   return static_cast<LRESULT>(answer);
 }
 
+// Wide, because this program's code page may be one that the office does not speak.
 std::string TextOf(HWND window) {
-  std::array<char, 4096> text{};
+  std::array<char16_t, 4096> text{};
   Ask(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
-  return Utf8(text.data());
+  return Utf8(std::u16string_view(text.data()));
 }
 
 std::string LineOf(HWND list, WPARAM index) {
-  std::string line(static_cast<std::size_t>(Ask(list, LB_GETTEXTLEN, index).value_or(0)) + 1, '\0');
+  const auto length = static_cast<std::size_t>(Ask(list, LB_GETTEXTLEN, index).value_or(0));
+  std::u16string line(length + 1, u'\0');
   Ask(list, LB_GETTEXT, index, reinterpret_cast<LPARAM>(line.data()));
-  return Utf8(line.c_str());
+  return Utf8(std::u16string_view(line.c_str()));
 }
 
 bool HasClass(HWND window, const char* name) {

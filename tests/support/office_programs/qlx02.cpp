@@ -41,7 +41,13 @@ std::int32_t WINAPI GetWVFields(Argument a, Argument b) { return Remember("GetWV
 std::int32_t WINAPI GetPartFields(Argument a, Argument b, Argument c, Argument d, Argument e) {
   return Remember("GetPartFields", a, b, c, d, e);
 }
-std::int32_t WINAPI GetNextDoc(Argument a) { return Remember("GetNextDoc", a); }
+std::int32_t WINAPI GetNextDoc(Argument a) {
+  if (std::strcmp(static_cast<const char*>(a), kWithMessage) == 0) {
+    constexpr WCHAR kNothing[] = {0};
+    MessageBoxW(nullptr, kNothing, kNothing, MB_OK);
+  }
+  return Remember("GetNextDoc", a);
+}
 std::int32_t WINAPI GetCaseFields(Argument a, Argument b) {
   return Remember("GetCaseFields", a, b);
 }

@@ -16,6 +16,9 @@ struct DelegateCall {
 // What every delegate answers.
 inline constexpr std::int32_t kDelegateAnswer = -123456;
 
+// A first argument with which GetNextDoc shows a message before it answers.
+inline constexpr const char* kWithMessage = "message";
+
 // Exported beside the delegates, under the name "LastCall".
 using LastCallFunction = const DelegateCall*();
 

@@ -1,0 +1,73 @@
+// A host whose manifest makes UTF-8 its ANSI code page: this program once more, under another name.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <fstream>
+
+#include "platform/windows_api.h"
+#include "support/world.h"
+
+namespace qlx99::tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr auto kManifest = R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
+<assembly manifestVersion="1.0" xmlns="urn:schemas-microsoft-com:asm.v1">
+  <assemblyIdentity type="win32" name="qlx99.tests" version="1.0.0.0"/>
+  <application>
+    <windowsSettings>
+      <activeCodePage xmlns="http://schemas.microsoft.com/SMI/2019/WindowsSettings">UTF-8</activeCodePage>
+    </windowsSettings>
+  </application>
+</assembly>
+)";
+
+constexpr auto kProgram = "qlx99_tests_utf8.exe";
+constexpr UINT kGermanAnsi = 1252;
+constexpr UINT kGermanOem = 850;
+
+// What shows umlauts, asks for a choice among them, or converts them.
+constexpr auto kTests =
+    "HostOfUtf8.*:CaseRecordTest.Keeps*:PartySelectionTest.*:AddressReadingTest.User*:"
+    "EveryExportTest.SaysWhich*:MessageBoxes.*";
+
+// The exit code of a program that was started with this command.
+DWORD ExitCodeOf(std::string command) {
+  STARTUPINFOA startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION started{};
+  DWORD code = 1;
+  if (CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                     &startup, &started) == 0) {
+    return code;
+  }
+  WaitForSingleObject(started.hProcess, INFINITE);
+  GetExitCodeProcess(started.hProcess, &code);
+  CloseHandle(started.hThread);
+  CloseHandle(started.hProcess);
+  return code;
+}
+
+TEST(HostOfUtf8, HasThatCodePageAndNoOtherHas) {
+  std::array<char, MAX_PATH> program{};
+  GetModuleFileNameA(nullptr, program.data(), program.size());
+  const bool isThisOne = fs::path(program.data()).filename() == kProgram;
+  EXPECT_EQ(GetACP(), isThisOne ? CP_UTF8 : kGermanAnsi);
+  EXPECT_EQ(GetOEMCP(), isThisOne ? CP_UTF8 : kGermanOem);
+}
+
+TEST(LibraryInAHostOfUtf8, ShowsAndDeliversTheSame) {
+  const fs::path program = world::ProgramFolder() / kProgram;
+  const fs::path manifest = program.string() + ".manifest";
+  fs::copy_file(world::ProgramFolder() / "qlx99_tests.exe", program,
+                fs::copy_options::overwrite_existing);
+  std::ofstream(manifest) << kManifest;
+  EXPECT_EQ(ExitCodeOf('"' + program.string() + "\" --gtest_brief=1 " + "--gtest_filter=" + kTests),
+            0U);
+  fs::remove(program);
+  fs::remove(manifest);
+}
+
+}  // namespace
+}  // namespace qlx99::tests
