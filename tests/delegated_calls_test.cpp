@@ -8,7 +8,6 @@ namespace qlx99::tests {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 using LoginHandshakeTest = DelegatedTest;
 
