@@ -169,14 +169,12 @@ LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index) {
 }
 
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
-  if (platform::Dialog* dialog = platform::DialogOf(window); dialog != nullptr) {
-    if (index == DWLP_USER) return std::exchange(dialog->UserWord(), value);
-    Unsupported("SetWindowLongPtrA", "anything but a dialog's own word");
-  }
-  if (index != GWLP_WNDPROC) Unsupported("SetWindowLongPtrA", "anything but a procedure");
+  platform::Dialog* dialog = platform::DialogOf(window);
+  if (index == DWLP_USER && dialog != nullptr) return std::exchange(dialog->UserWord(), value);
   const Lock lock(TheDesktop().mutex);
   Window* found = Find(window);
-  if (found == nullptr) return 0;
+  if (found == nullptr) return Fail<LONG_PTR>(ERROR_INVALID_WINDOW_HANDLE, 0);
+  if (index != GWLP_WNDPROC) Unsupported("SetWindowLongPtrA", "anything but a procedure");
   return reinterpret_cast<LONG_PTR>(
       std::exchange(found->procedure, reinterpret_cast<WNDPROC>(value)));
 }
