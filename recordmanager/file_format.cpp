@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include "recordmanager/host_files.h"
+#include "recordmanager/leftovers.h"
 #include "recordmanager/record_sql.h"
 
 namespace recordmanager {
@@ -10,7 +11,7 @@ namespace {
 
 // Tell a record file from any other database, and its format from later ones.
 constexpr std::int64_t kApplicationId = 0x4B524543;
-constexpr std::int64_t kFormatVersion = 1;
+constexpr std::int64_t kFormatVersion = 2;
 
 std::string MarksSql() {
   return "PRAGMA application_id = " + std::to_string(kApplicationId) +
@@ -19,11 +20,11 @@ std::string MarksSql() {
 
 int StoreDescription(Connection& connection, const RecordLayout& layout) {
   Statement statement;
-  const int status =
-      connection.Prepare("INSERT INTO file(description, changes) VALUES(?1, 0)", statement);
+  const int status = connection.Prepare("INSERT INTO file VALUES(?1, 0, ?2, ?2)", statement);
   if (status != btrieve::kSuccess) return status;
   const auto description = DescribeLayout(layout);
-  return statement.Bind(1, description).Run();
+  const StateNumber state = NumberState(connection);
+  return statement.Bind(1, description).Bind(2, state).Run();
 }
 
 int BuildDatabase(const std::string& path, const RecordLayout& layout) {
@@ -86,15 +87,30 @@ int MoveIntoPlace(const std::string& from, const std::string& to, bool replace) 
   }
 }
 
-int CheckMarks(Connection& connection) {
+int CheckMarks(Connection& connection, std::int64_t& version) {
   std::int64_t application = 0;
-  std::int64_t version = 0;
   int status = connection.QueryInteger("PRAGMA application_id", application);
   if (status == btrieve::kSuccess) status = connection.QueryInteger("PRAGMA user_version", version);
   if (status == btrieve::kSuccess &&
       (application != kApplicationId || version < 1 || version > kFormatVersion)) {
     return btrieve::kNotARecordFile;
   }
+  return status;
+}
+
+// The first format had no states. Its page of them is the first that changes here, too.
+int ToSecondFormat(Connection& connection) {
+  int status = connection.Execute("BEGIN IMMEDIATE");
+  std::int64_t version = 0;
+  if (status == btrieve::kSuccess) status = connection.QueryInteger("PRAGMA user_version", version);
+  if (status == btrieve::kSuccess && version == 1) {
+    status = connection.Execute(
+        "UPDATE file SET changes = changes + 1;"
+        "ALTER TABLE file ADD COLUMN state BLOB NOT NULL DEFAULT x'0000000000000000';"
+        "ALTER TABLE file ADD COLUMN before BLOB NOT NULL DEFAULT x'0000000000000000';"
+        "PRAGMA user_version = 2");
+  }
+  if (status == btrieve::kSuccess) status = connection.Execute("COMMIT");
   return status;
 }
 
@@ -134,14 +150,19 @@ int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool r
 }
 
 int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout) {
+  std::int64_t version = 0;
   int status = connection.Open(path, Connection::Way::kExisting);
-  if (status == btrieve::kSuccess) status = CheckMarks(connection);
+  if (status == btrieve::kSuccess) status = CheckLeftovers(connection);
+  if (status == btrieve::kSuccess) status = CheckMarks(connection, version);
   if (status == btrieve::kSuccess) status = SetJournal(connection, IsOnLocalDisk(path));
   if (status == btrieve::kSuccess) {
     // FULL is what survives a loss of power in both modes. The cache has room for the pages above
     // the records of a large file, and for some cases' own; there are half a dozen such files in a
     // host.
     status = connection.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -2048");
+  }
+  if (status == btrieve::kSuccess && version == 1 && !connection.IsReadOnly()) {
+    status = ToSecondFormat(connection);
   }
   if (status == btrieve::kSuccess) status = ReadLayout(connection, layout);
   return status == btrieve::kRecordInUse ? btrieve::kFileInUse : status;

@@ -99,6 +99,8 @@ class RecordFile {
 
   template <typename Body>
   int Write(Body body);
+  int BeginWriting();
+  int RenewState();
   int NextChange(std::int64_t& change);
   int NumberRecord(std::span<std::uint8_t> record);
   int LoadEntries(const RecordVersion& version, std::vector<Entry>& entries);
@@ -109,8 +111,8 @@ class RecordFile {
   RecordLayout layout_;
   std::vector<KeyReads> reads_;
   HeldRead held_;
-  Statement begin_, commit_, rollBack_, countChange_, readChange_, loadEntries_, insert_, rewrite_,
-      rekey_, delete_;
+  Statement begin_, commit_, rollBack_, renewState_, countChange_, readChange_, loadEntries_,
+      insert_, rewrite_, rekey_, delete_;
   bool inTransaction_ = false;
   bool unsettled_ = false;
   std::uint32_t rollbacks_ = 0;

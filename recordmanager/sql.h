@@ -79,6 +79,7 @@ class Connection {
   // reading. An existing file is not read yet, so success does not mean that it is a database.
   int Open(const std::string& path, Way way);
   bool IsReadOnly() const;
+  sqlite3* Handle() const { return handle_; }
   bool IsInTransaction() const;
 
   // Whether the file is in WAL mode. Said by whoever has opened it: it stays so as long as it is

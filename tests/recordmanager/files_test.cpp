@@ -130,7 +130,7 @@ TEST_F(Files, ThatCannotBeOpenedSayWhy) {
   std::string foreign = ReadAll(path);
   std::string later = foreign;
   foreign.at(71) = 0;  // of the application's id
-  later.at(63) = 2;    // of the format's version
+  later.at(63) = 9;    // of the format's version
   const std::pair<const char*, std::string> contents[] = {{"TEXT.KRV", std::string(5000, 'x')},
                                                           {"EMPTY.KRV", ""},
                                                           {"FOREIGN.KRV", foreign},
@@ -148,6 +148,18 @@ TEST_F(Files, ThatCannotBeOpenedSayWhy) {
   EXPECT_EQ(Client().Open(InFolder("NONE.KRV")), kFileNotFound);
   EXPECT_EQ(Client().Open(InFolder("NONE/A.KRV")), kFileNotFound);
   EXPECT_EQ(Opened(folder.string() + "\\PARTIES.KRV").Do("close, close"), "ok !3");
+}
+
+TEST_F(Files, OfTheFirstFormatAreTakenOver) {
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  std::string bytes = ReadAll(path);
+  bytes.at(63) = 1;
+  const std::string states = ", state BLOB NOT NULL, before BLOB NOT NULL)";
+  bytes.replace(bytes.find(states), states.size(), ')' + std::string(states.size() - 1, ' '));
+  WriteAll(other, bytes);
+  EXPECT_EQ(Opened(other, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
+  EXPECT_EQ(Opened(other).Do("insert, equal number=1, delete, first, next, close"),
+            "2 1 ok 2 !9 ok");
 }
 
 TEST_F(Files, OpenedForReadingRefuseWrites) {
