@@ -48,40 +48,18 @@ std::string UnusedNameBeside(const std::string& path) {
   return path + '-' + std::to_string(number);
 }
 
-// A log left beside the new file's name would be played into it. If there is a database of that
-// name, leaving WAL mode folds the log in, and fails while anybody else has the file open;
-// otherwise the log is an orphan.
-int ClearLogs(const std::string& path) {
-  int status = btrieve::kNotARecordFile;
-  if (InspectFile(path).kind == FileKind::kFile) {
-    Connection connection;
-    status = connection.Open(path, Connection::Way::kExisting);
-    if (status == btrieve::kSuccess && connection.IsReadOnly()) return btrieve::kPermissionError;
-    if (status == btrieve::kSuccess) {
-      status = connection.Execute("PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE; COMMIT");
-    }
-  }
-  switch (status) {
-    case btrieve::kSuccess:
-    case btrieve::kPermissionError:
-      return status;
-    case btrieve::kRecordInUse:
-      return btrieve::kFileInUse;
-    default:  // no database, or one past repair
-      for (const char* suffix : {"-wal", "-shm", "-journal"}) RemoveFile(path + suffix);
-      return btrieve::kSuccess;
-  }
-}
-
+// What lies beside a former file of that name is left to whoever opens the new one first
+// (leftovers.h): others may be doing so at this moment.
 int MoveIntoPlace(const std::string& from, const std::string& to, bool replace) {
-  if (replace || InspectFile(to).kind == FileKind::kMissing) {
-    if (const int status = ClearLogs(to); status != btrieve::kSuccess) return status;
-  }
-  switch (MoveFileTo(from, to, replace)) {
+  MoveResult result = MoveFileTo(from, to);
+  if (result == MoveResult::kTargetExists && replace) result = ReplaceFile(from, to);
+  switch (result) {
     case MoveResult::kDone:
       return btrieve::kSuccess;
     case MoveResult::kTargetExists:
       return btrieve::kFileExists;
+    case MoveResult::kTargetInUse:
+      return btrieve::kFileInUse;
     default:
       return btrieve::kPermissionError;
   }
@@ -125,6 +103,7 @@ int SetJournal(Connection& connection, bool local) {
   } else if (status == btrieve::kSuccess) {
     status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
     if (status == btrieve::kSuccess && mode != "truncate") return btrieve::kFileInUse;
+    if (status == btrieve::kSuccess && !connection.MarkUse()) return btrieve::kFileInUse;
   }
   return status;
 }

@@ -26,11 +26,30 @@ FileFacts InspectFile(const std::string& path);
 // drives.
 bool IsOnLocalDisk(const std::string& path);
 
-enum class MoveResult { kDone, kTargetExists, kFailed };
+enum class MoveResult { kDone, kTargetExists, kTargetInUse, kFailed };
 
-// Renames a file within its folder in one step, over an existing target only if `replace`, and sees
-// to it that the new name outlives a loss of power.
-MoveResult MoveFileTo(const std::string& from, const std::string& to, bool replace);
+// Renames a file within its folder in one step, unless there is a file of that name, and sees to it
+// that the new name outlives a loss of power.
+MoveResult MoveFileTo(const std::string& from, const std::string& to);
+
+// The same over a file that is there, unless somebody has it open.
+MoveResult ReplaceFile(const std::string& from, const std::string& to);
+
+// Says of a file that this process has it open, for ReplaceFile in other processes, where neither
+// the host nor SQLite's locks do. To be ended after whatever has the file open.
+class UseMark {
+ public:
+  UseMark() = default;
+  UseMark(const UseMark&) = delete;
+  UseMark& operator=(const UseMark&) = delete;
+  ~UseMark();
+
+  // False when the file is just being replaced.
+  bool Set(const std::string& path);
+
+ private:
+  int file_ = -1;
+};
 
 void RemoveFile(const std::string& path);
 

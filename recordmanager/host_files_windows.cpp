@@ -23,6 +23,17 @@ std::string ToUtf8(const std::wstring& wide) {
   return text;
 }
 
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// Whether somebody has the file open in a way that denies this access to others.
+bool IsDenied(const std::wstring& path, DWORD access) {
+  const HANDLE file =
+      CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_SHARING_VIOLATION;
+  CloseHandle(file);
+  return false;
+}
+
 std::wstring ToWide(const std::string& path) { return Widen(path, CP_UTF8); }
 
 }  // namespace
@@ -56,13 +67,25 @@ bool IsOnLocalDisk(const std::string& path) {
   return type == DRIVE_FIXED || type == DRIVE_RAMDISK;
 }
 
-MoveResult MoveFileTo(const std::string& from, const std::string& to, bool replace) {
-  const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0U);
-  if (MoveFileExW(ToWide(from).c_str(), ToWide(to).c_str(), flags) != 0) return MoveResult::kDone;
+MoveResult MoveFileTo(const std::string& from, const std::string& to) {
+  const BOOL moved = MoveFileExW(ToWide(from).c_str(), ToWide(to).c_str(), MOVEFILE_WRITE_THROUGH);
+  if (moved != 0) return MoveResult::kDone;
   const DWORD error = GetLastError();
   const bool exists = error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
   return exists ? MoveResult::kTargetExists : MoveResult::kFailed;
 }
+
+// Windows replaces no file that somebody has open.
+MoveResult ReplaceFile(const std::string& from, const std::string& to) {
+  const std::wstring target = ToWide(to);
+  constexpr DWORD kFlags = MOVEFILE_WRITE_THROUGH | MOVEFILE_REPLACE_EXISTING;
+  if (MoveFileExW(ToWide(from).c_str(), target.c_str(), kFlags) != 0) return MoveResult::kDone;
+  return IsDenied(target, DELETE) ? MoveResult::kTargetInUse : MoveResult::kFailed;
+}
+
+bool UseMark::Set(const std::string& /*path*/) { return true; }
+
+UseMark::~UseMark() = default;
 
 void RemoveFile(const std::string& path) { DeleteFileW(ToWide(path).c_str()); }
 

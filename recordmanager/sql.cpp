@@ -99,6 +99,8 @@ int Connection::Open(const std::string& path, Way way) {
 
 bool Connection::IsReadOnly() const { return sqlite3_db_readonly(handle_, "main") != 0; }
 
+bool Connection::MarkUse() { return useMark_.Set(sqlite3_db_filename(handle_, "main")); }
+
 bool Connection::IsInTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
 
 // The log's index begins with a header of 48 bytes, which every change to the file rewrites, with a

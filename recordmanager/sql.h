@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 
+#include "recordmanager/host_files.h"
 #include "recordmanager/key.h"
 
 struct sqlite3;
@@ -87,6 +88,10 @@ class Connection {
   bool IsLogged() const { return logged_; }
   void SetLogged() { logged_ = true; }
 
+  // Keeps a file that is not in WAL mode from being replaced as long as it is open. False when it
+  // is just being.
+  bool MarkUse();
+
   // Of a file in WAL mode that has been read from; all zero when it is not known.
   LogState ReadLogState() const;
 
@@ -104,6 +109,7 @@ class Connection {
   // SQLite's busy handler: whether to try again.
   static int WaitForLock(void* connection, int attempt);
 
+  UseMark useMark_;  // outlives what it marks
   sqlite3* handle_ = nullptr;
   bool logged_ = false;
   Clock::time_point waitingSince_;

@@ -2,7 +2,6 @@
 // what becomes of files that are there already.
 #include <chrono>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 #include <memory>
 #include <thread>
@@ -18,15 +17,6 @@ using qlx99::tests::EmbeddedCall;
 class Files : public PartyFile {
  protected:
   const std::string other = InFolder("OTHER.KRV");
-
-  static std::string ReadAll(const std::string& name) {
-    std::ifstream file(name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-
-  static void WriteAll(const std::string& name, const std::string& bytes) {
-    std::ofstream(name, std::ios::binary) << bytes;
-  }
 };
 
 TEST_F(Files, AreToldBackByStatWithTheCounts) {

@@ -1,10 +1,4 @@
 // A file that was put back beside what a killed program has left: its log or its journal.
-#include <algorithm>
-#include <chrono>
-#include <fstream>
-#include <iterator>
-#include <thread>
-
 #include "party_file.h"
 #include "worker.h"
 
@@ -12,20 +6,11 @@ namespace recordmanager_tests {
 namespace {
 
 using namespace btrieve;
-using namespace std::chrono_literals;
 
 class Restored : public PartyFile {
  protected:
   static constexpr const char* kAll =
       "first, next*, last, previous*, first case, next* case, close";
-
-  static std::string ReadAll(const std::string& name) {
-    std::ifstream file(name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  static void WriteAll(const std::string& name, const std::string& bytes) {
-    std::ofstream(name, std::ios::binary) << bytes;
-  }
 
   // A file of these bytes after a script, with everybody's log moved in.
   std::string After(const std::string& bytes, const std::string& script) {
@@ -39,9 +24,7 @@ class Restored : public PartyFile {
   std::string Leftover(const std::string& script, const std::string& suffix) const {
     const std::string flag = InFolder("flag");
     Worker worker({path, script + ", wait " + flag});
-    for (int i = 0; i < 2000 && !std::filesystem::exists(flag); ++i) {
-      std::this_thread::sleep_for(5ms);
-    }
+    WaitUntilHeld(flag);
     std::string left = ReadAll(path + suffix);
     EXPECT_EQ(worker.Kill(), Worker::kKilled);
     std::filesystem::remove(flag);
