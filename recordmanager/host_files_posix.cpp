@@ -38,8 +38,8 @@ constexpr off_t kSqliteLocks = 0x40000000;
 constexpr off_t kUseMark = kSqliteLocks + 1024;
 constexpr off_t kToTheEnd = 0;
 
-// A lock that belongs to the handle: SQLite's own belong to the process, and end whenever it unlocks
-// the whole file, which it does after each read.
+// A lock that belongs to the handle: SQLite's own belong to the process, and end whenever it
+// unlocks the whole file, which it does after each read.
 bool Lock(int file, short kind, off_t start, off_t length) {
   struct flock lock {};
   lock.l_type = kind;

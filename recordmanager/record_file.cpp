@@ -153,7 +153,7 @@ int RecordFile::Write(Body body) {
 
 // Each transaction leads to a state of its own, and tells so first.
 int RecordFile::BeginWriting() {
-  int status = begin_.Run();
+  int status = connection_.IsBusy() ? btrieve::kRecordInUse : begin_.Run();
   if (status != btrieve::kSuccess) return status;
   status = RenewState();
   // Only now there is a journal to number the state by.

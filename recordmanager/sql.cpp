@@ -5,16 +5,6 @@
 #include <utility>
 
 namespace recordmanager {
-namespace {
-
-using namespace std::chrono_literals;
-
-constexpr auto kLongestWait = 3s;
-constexpr auto kImpatience = 1s;
-constexpr int kPauseMilliseconds = 1;
-
-}  // namespace
-
 int StatusOf(int sqliteCode) {
   if (sqliteCode == SQLITE_CONSTRAINT_UNIQUE) return btrieve::kDuplicateKey;
   if (sqliteCode == SQLITE_IOERR_SHMSIZE) {  // no room for the memory that users of a log share
@@ -87,6 +77,7 @@ std::span<const std::uint8_t> Statement::Bytes(int column) {
 Connection::~Connection() { sqlite3_close_v2(handle_); }
 
 int Connection::Open(const std::string& path, Way way) {
+  patience_ = Patience(path);
   // One lock around the whole record manager makes SQLite's own around each connection needless.
   int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
   if (way == Way::kNew) flags |= SQLITE_OPEN_CREATE;
@@ -159,16 +150,9 @@ void Connection::Checkpoint() {
 }
 
 int Connection::WaitForLock(void* connection, int attempt) {
-  auto* self = static_cast<Connection*>(connection);
-  const auto now = Clock::now();
-  if (attempt == 0) self->waitingSince_ = now;
-  const bool patient = now >= self->impatientUntil_;
-  if (patient ? now - self->waitingSince_ < kLongestWait : attempt < 2) {
-    sqlite3_sleep(kPauseMilliseconds);
-    return 1;
-  }
-  self->impatientUntil_ = now + kImpatience;
-  return 0;
+  Patience& patience = static_cast<Connection*>(connection)->patience_;
+  if (attempt == 0) patience.Begin();
+  return patience.Lasts() ? 1 : 0;
 }
 
 }  // namespace recordmanager

@@ -3,20 +3,18 @@
 #pragma once
 
 #include <array>
-#include <chrono>
 #include <cstdint>
 #include <span>
 #include <string>
 
 #include "recordmanager/host_files.h"
 #include "recordmanager/key.h"
+#include "recordmanager/patience.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace recordmanager {
-
-using Clock = std::chrono::steady_clock;
 
 // The published status for a result code of SQLite.
 int StatusOf(int sqliteCode);
@@ -92,6 +90,9 @@ class Connection {
   // is just being.
   bool MarkUse();
 
+  // Whether others had the file locked just now, and waiting for them was in vain.
+  bool IsBusy() const { return patience_.IsSpent(); }
+
   // Of a file in WAL mode that has been read from; all zero when it is not known.
   LogState ReadLogState() const;
 
@@ -112,10 +113,7 @@ class Connection {
   UseMark useMark_;  // outlives what it marks
   sqlite3* handle_ = nullptr;
   bool logged_ = false;
-  Clock::time_point waitingSince_;
-  // For a while after a wait in vain, waits are short: callers repeat a busy call many thousand
-  // times, and would wait for hours.
-  Clock::time_point impatientUntil_;
+  Patience patience_;
 };
 
 }  // namespace recordmanager
