@@ -100,6 +100,8 @@ int SetJournal(Connection& connection, bool local) {
   int status = connection.QueryText("PRAGMA journal_mode", mode);
   if (status == btrieve::kSuccess && local && mode == "wal") {
     connection.SetLogged();
+    // Somebody looked at the shared memory while SQLite opened it.
+    if (!connection.IsReadOnly() && connection.IsLogReadOnly()) return btrieve::kFileInUse;
   } else if (status == btrieve::kSuccess) {
     status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
     if (status == btrieve::kSuccess && mode != "truncate") return btrieve::kFileInUse;

@@ -26,6 +26,10 @@ FileFacts InspectFile(const std::string& path);
 // drives.
 bool IsOnLocalDisk(const std::string& path);
 
+// Whether somebody who has the file open keeps others from opening it just now, for writing as well
+// as reading, or for reading alone.
+bool IsDeniedByOthers(const std::string& path, bool toWrite);
+
 enum class MoveResult { kDone, kTargetExists, kTargetInUse, kFailed };
 
 // Renames a file within its folder in one step, unless there is a file of that name, and sees to it

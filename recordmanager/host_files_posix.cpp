@@ -91,6 +91,8 @@ bool IsOnLocalDisk(const std::string& path) {
                    static_cast<std::uint32_t>(facts.f_type)) == kRemoteFileSystems.end();
 }
 
+bool IsDeniedByOthers(const std::string& /*path*/, bool /*toWrite*/) { return false; }
+
 MoveResult MoveFileTo(const std::string& from, const std::string& to) {
   int result = renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
   if (result != 0 && errno == EINVAL) {

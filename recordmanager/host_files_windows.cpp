@@ -67,6 +67,10 @@ bool IsOnLocalDisk(const std::string& path) {
   return type == DRIVE_FIXED || type == DRIVE_RAMDISK;
 }
 
+bool IsDeniedByOthers(const std::string& path, bool toWrite) {
+  return IsDenied(ToWide(path), toWrite ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ);
+}
+
 MoveResult MoveFileTo(const std::string& from, const std::string& to) {
   const BOOL moved = MoveFileExW(ToWide(from).c_str(), ToWide(to).c_str(), MOVEFILE_WRITE_THROUGH);
   if (moved != 0) return MoveResult::kDone;

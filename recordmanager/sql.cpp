@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "recordmanager/patient_files.h"
+
 namespace recordmanager {
 int StatusOf(int sqliteCode) {
   if (sqliteCode == SQLITE_CONSTRAINT_UNIQUE) return btrieve::kDuplicateKey;
@@ -78,10 +80,11 @@ Connection::~Connection() { sqlite3_close_v2(handle_); }
 
 int Connection::Open(const std::string& path, Way way) {
   patience_ = Patience(path);
+  if (patience_.IsSpent()) return btrieve::kRecordInUse;
   // One lock around the whole record manager makes SQLite's own around each connection needless.
   int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
   if (way == Way::kNew) flags |= SQLITE_OPEN_CREATE;
-  const int result = sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr);
+  const int result = sqlite3_open_v2(path.c_str(), &handle_, flags, PatientFiles());
   if (handle_ != nullptr) {  // as it is for lack of memory
     sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
   }
@@ -89,6 +92,13 @@ int Connection::Open(const std::string& path, Way way) {
 }
 
 bool Connection::IsReadOnly() const { return sqlite3_db_readonly(handle_, "main") != 0; }
+
+bool Connection::IsLogReadOnly() {
+  sqlite3_busy_handler(handle_, nullptr, nullptr);
+  const int result = sqlite3_exec(handle_, "BEGIN IMMEDIATE; ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+  return (result & 0xFF) == SQLITE_READONLY;
+}
 
 bool Connection::MarkUse() { return useMark_.Set(sqlite3_db_filename(handle_, "main")); }
 

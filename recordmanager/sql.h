@@ -86,6 +86,9 @@ class Connection {
   bool IsLogged() const { return logged_; }
   void SetLogged() { logged_ = true; }
 
+  // Whether the log of a file in WAL mode can only be read; asked without waiting for anybody.
+  bool IsLogReadOnly();
+
   // Keeps a file that is not in WAL mode from being replaced as long as it is open. False when it
   // is just being.
   bool MarkUse();
