@@ -42,10 +42,11 @@ int BuildDatabase(const std::string& path, const RecordLayout& layout) {
   return status;
 }
 
+// Short, as a name has room for little more than the longest ending that SQLite adds to it.
 std::string UnusedNameBeside(const std::string& path) {
-  std::uint64_t number = 0;
+  std::uint32_t number = 0;
   sqlite3_randomness(sizeof(number), &number);
-  return path + '-' + std::to_string(number);
+  return path.substr(0, path.find_last_of("/\\") + 1) + "new-" + std::to_string(number);
 }
 
 // What lies beside a former file of that name is left to whoever opens the new one first
@@ -100,8 +101,8 @@ int SetJournal(Connection& connection, bool local) {
   int status = connection.QueryText("PRAGMA journal_mode", mode);
   if (status == btrieve::kSuccess && local && mode == "wal") {
     connection.SetLogged();
-    // Somebody looked at the shared memory while SQLite opened it.
-    if (!connection.IsReadOnly() && connection.IsLogReadOnly()) return btrieve::kFileInUse;
+    // Or each write would fail for as long as the file is open.
+    if (!connection.IsReadOnly() && connection.IsLogReadOnly()) return btrieve::kPermissionError;
   } else if (status == btrieve::kSuccess) {
     status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
     if (status == btrieve::kSuccess && mode != "truncate") return btrieve::kFileInUse;
@@ -130,12 +131,18 @@ int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool r
   return status;
 }
 
-int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout) {
-  std::int64_t version = 0;
+int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout,
+                 bool forReading) {
   int status = connection.Open(path, Connection::Way::kExisting);
   if (status == btrieve::kSuccess) status = CheckLeftovers(connection);
+  const bool isUnchanging = status == btrieve::kSuccess && forReading && LacksLog(connection) &&
+                            !CanMakeFilesBeside(path);
+  if (isUnchanging) status = connection.Open(path, Connection::Way::kUnchanging);
+  std::int64_t version = 0;
   if (status == btrieve::kSuccess) status = CheckMarks(connection, version);
-  if (status == btrieve::kSuccess) status = SetJournal(connection, IsOnLocalDisk(path));
+  if (status == btrieve::kSuccess && !isUnchanging) {
+    status = SetJournal(connection, IsOnLocalDisk(path));
+  }
   if (status == btrieve::kSuccess) {
     // FULL is what survives a loss of power in both modes. The cache has room for the pages above
     // the records of a large file, and for some cases' own; there are half a dozen such files in a

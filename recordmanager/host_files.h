@@ -57,4 +57,10 @@ class UseMark {
 
 void RemoveFile(const std::string& path);
 
+// Whether this process may make files in the folder of `path`.
+bool CanMakeFilesBeside(const std::string& path);
+
+// Whether nothing can be opened any more because too much is open, in this process or altogether.
+bool AreFileHandlesUsedUp();
+
 }  // namespace recordmanager

@@ -131,4 +131,15 @@ UseMark::~UseMark() {
 
 void RemoveFile(const std::string& path) { unlink(path.c_str()); }
 
+bool CanMakeFilesBeside(const std::string& path) {
+  return faccessat(AT_FDCWD, FolderOf(path).c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+bool AreFileHandlesUsedUp() {
+  const int spare = open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (spare < 0) return errno == EMFILE || errno == ENFILE;
+  close(spare);
+  return false;
+}
+
 }  // namespace recordmanager

@@ -1,3 +1,4 @@
+#include <string>
 #include <vector>
 
 #include "platform/windows_api.h"
@@ -36,6 +37,14 @@ bool IsDenied(const std::wstring& path, DWORD access) {
 
 std::wstring ToWide(const std::string& path) { return Widen(path, CP_UTF8); }
 
+// Windows takes longer paths only when they are marked as complete. SQLite adds endings to them.
+std::wstring WithoutLimit(const std::wstring& full) {
+  constexpr std::size_t kLongestEnding = sizeof "-journal";
+  const bool isShort = full.size() + kLongestEnding < MAX_PATH;
+  if (isShort || full.starts_with(LR"(\\?\)") || full.starts_with(LR"(\\.\)")) return full;
+  return full.starts_with(LR"(\\)") ? LR"(\\?\UNC\)" + full.substr(2) : LR"(\\?\)" + full;
+}
+
 }  // namespace
 
 std::string HostPath(std::string_view path) {
@@ -43,7 +52,7 @@ std::string HostPath(std::string_view path) {
   std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
   const auto room = static_cast<DWORD>(full.size());
   full.resize(GetFullPathNameW(wide.c_str(), room, full.data(), nullptr));
-  return ToUtf8(full);
+  return ToUtf8(WithoutLimit(full));
 }
 
 FileFacts InspectFile(const std::string& path) {
@@ -57,13 +66,20 @@ FileFacts InspectFile(const std::string& path) {
   return {FileKind::kFile, ToUtf8(wide)};
 }
 
+// The drive is asked for by the path that links in folders lead to, which may be a share's.
 bool IsOnLocalDisk(const std::string& path) {
-  const std::wstring wide = ToWide(path);
-  std::vector<wchar_t> root(wide.size() + 2);
-  if (GetVolumePathNameW(wide.c_str(), root.data(), static_cast<DWORD>(root.size())) == 0) {
+  const HANDLE file = CreateFileW(ToWide(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  std::wstring final(GetFinalPathNameByHandleW(file, nullptr, 0, 0), L'\0');
+  final.resize(GetFinalPathNameByHandleW(file, final.data(), static_cast<DWORD>(final.size()), 0));
+  CloseHandle(file);
+  std::vector<wchar_t> root(final.size() + 2);
+  if (GetVolumePathNameW(final.c_str(), root.data(), static_cast<DWORD>(root.size())) == 0) {
     return false;
   }
-  const UINT type = GetDriveTypeW(root.data());
+  const bool isDrive = root.size() > 5 && root[5] == L':';  // behind the mark of complete paths
+  const UINT type = GetDriveTypeW(root.data() + (isDrive ? 4 : 0));
   return type == DRIVE_FIXED || type == DRIVE_RAMDISK;
 }
 
@@ -92,5 +108,18 @@ bool UseMark::Set(const std::string& /*path*/) { return true; }
 UseMark::~UseMark() = default;
 
 void RemoveFile(const std::string& path) { DeleteFileW(ToWide(path).c_str()); }
+
+// Windows tells only who tries.
+bool CanMakeFilesBeside(const std::string& path) {
+  const std::wstring beside = ToWide(path + '-' + std::to_string(GetCurrentProcessId()));
+  const HANDLE file = CreateFileW(beside.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+                                  FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return GetLastError() != ERROR_ACCESS_DENIED;
+  CloseHandle(file);
+  return true;
+}
+
+// There is no limit that is reached before memory ends.
+bool AreFileHandlesUsedUp() { return false; }
 
 }  // namespace recordmanager

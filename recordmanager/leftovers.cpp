@@ -188,6 +188,14 @@ class Surroundings {
     journal_ = sqlite3_filename_journal(name);
   }
 
+  bool LackLog() const {
+    constexpr std::int64_t kModePlace = 18;
+    constexpr std::uint8_t kLogged = 2;
+    std::array<std::uint8_t, 1> mode{};
+    return RawFile(file_).Read(kModePlace, mode) == btrieve::kSuccess && mode[0] == kLogged &&
+           !IsThere(log_) && !IsThere(journal_);
+  }
+
   int Look(Base& base, bool& fit) const {
     int status = base.Read(RawFile(file_));
     if (status == btrieve::kSuccess) status = LookAt(log_, SQLITE_OPEN_WAL, &FitLog, base, fit);
@@ -257,6 +265,8 @@ int CheckLeftovers(Connection& connection) {
   }
   return btrieve::kLogError;
 }
+
+bool LacksLog(Connection& connection) { return Surroundings(connection.Handle()).LackLog(); }
 
 StateNumber NumberState(const Connection& connection) {
   StateNumber number{};

@@ -28,6 +28,9 @@ using StateNumber = std::array<std::uint8_t, 8>;
 // nobody has written since it was created it can only be a former file's: it is removed.
 int CheckLeftovers(Connection& connection);
 
+// Whether the file is to be used with a log, and neither a log nor anything else lies beside it.
+bool LacksLog(Connection& connection);
+
 // A number for the state that the connection's transaction leads to. With a journal it is the right
 // one only when the transaction has written something.
 StateNumber NumberState(const Connection& connection);

@@ -39,9 +39,9 @@ class UnlessCommitted {
 
 }  // namespace
 
-int RecordFile::Open(const std::string& path, std::unique_ptr<RecordFile>& file) {
+int RecordFile::Open(const std::string& path, bool forReading, std::unique_ptr<RecordFile>& file) {
   std::unique_ptr<RecordFile> opened(new RecordFile);
-  int status = OpenDatabase(path, opened->connection_, opened->layout_);
+  int status = OpenDatabase(path, opened->connection_, opened->layout_, forReading);
   if (status == btrieve::kSuccess) status = opened->Prepare();
   if (status == btrieve::kSuccess) file = std::move(opened);
   return status;

@@ -38,8 +38,9 @@ struct RecordVersion {
 
 class RecordFile {
  public:
-  // `path` as HostPath gives it. Leaves `file` alone unless the status is 0.
-  static int Open(const std::string& path, std::unique_ptr<RecordFile>& file);
+  // `path` as HostPath gives it; `forReading` as OpenDatabase takes it. Leaves `file` alone unless
+  // the status is 0.
+  static int Open(const std::string& path, bool forReading, std::unique_ptr<RecordFile>& file);
 
   const RecordLayout& Layout() const { return layout_; }
   bool IsReadOnly() const { return connection_.IsReadOnly(); }

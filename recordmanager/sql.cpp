@@ -4,9 +4,30 @@
 
 #include <utility>
 
+#include "recordmanager/host_files.h"
 #include "recordmanager/patient_files.h"
 
 namespace recordmanager {
+namespace {
+
+// The path as SQLite takes it with options.
+std::string UriOf(const std::string& path, const char* options) {
+  std::string uri = path.starts_with('/') ? "file://" : "file:";
+  for (const char letter : path) {
+    if (letter == '%')
+      uri += "%25";
+    else if (letter == '?')
+      uri += "%3F";
+    else if (letter == '#')
+      uri += "%23";
+    else
+      uri += letter;
+  }
+  return uri + options;
+}
+
+}  // namespace
+
 int StatusOf(int sqliteCode) {
   if (sqliteCode == SQLITE_CONSTRAINT_UNIQUE) return btrieve::kDuplicateKey;
   if (sqliteCode == SQLITE_IOERR_SHMSIZE) {  // no room for the memory that users of a log share
@@ -27,10 +48,11 @@ int StatusOf(int sqliteCode) {
       return btrieve::kOutOfMemory;
     case SQLITE_NOTADB:
       return btrieve::kNotARecordFile;
+    case SQLITE_CANTOPEN:  // whoever opens has seen that the file is there
+      return AreFileHandlesUsedUp() ? btrieve::kFileTableFull : btrieve::kPermissionError;
     case SQLITE_READONLY:
     case SQLITE_PERM:
     case SQLITE_AUTH:
-    case SQLITE_CANTOPEN:  // whoever opens has seen that the file is there
       return btrieve::kPermissionError;
     default:
       return btrieve::kIoError;
@@ -82,9 +104,12 @@ int Connection::Open(const std::string& path, Way way) {
   patience_ = Patience(path);
   if (patience_.IsSpent()) return btrieve::kRecordInUse;
   // One lock around the whole record manager makes SQLite's own around each connection needless.
-  int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+  int flags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+  flags |= way == Way::kUnchanging ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI : SQLITE_OPEN_READWRITE;
   if (way == Way::kNew) flags |= SQLITE_OPEN_CREATE;
-  const int result = sqlite3_open_v2(path.c_str(), &handle_, flags, PatientFiles());
+  const std::string name = way == Way::kUnchanging ? UriOf(path, "?immutable=1") : path;
+  sqlite3_close_v2(std::exchange(handle_, nullptr));
+  const int result = sqlite3_open_v2(name.c_str(), &handle_, flags, PatientFiles());
   if (handle_ != nullptr) {  // as it is for lack of memory
     sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
   }

@@ -67,7 +67,8 @@ class StatementUse {
 
 class Connection {
  public:
-  enum class Way { kExisting, kNew };
+  // kUnchanging: as nobody writes the file while it is open, without locks and a log.
+  enum class Way { kExisting, kNew, kUnchanging };
 
   Connection() = default;
   Connection(const Connection&) = delete;
@@ -75,7 +76,8 @@ class Connection {
   ~Connection();
 
   // `path` is UTF-8 in the host's own notation. A file that cannot be written is opened for
-  // reading. An existing file is not read yet, so success does not mean that it is a database.
+  // reading. An existing file is not read yet, so success does not mean that it is a database. What
+  // was open before is closed.
   int Open(const std::string& path, Way way);
   bool IsReadOnly() const;
   sqlite3* Handle() const { return handle_; }

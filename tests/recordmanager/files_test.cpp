@@ -106,6 +106,17 @@ TEST_F(Files, AreReplacedOnlyWhenAskedToAndWhenNobodyHasThemOpen) {
   EXPECT_EQ(Opened(other).Do("first, close"), "!9 ok");
 }
 
+TEST_F(Files, MayHaveLongNames) {
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(folder);
+  const std::string name(240, 'x');
+  for (const char* outcome : {"!9 1 ok", "!9 1 ok"}) {
+    EXPECT_EQ(Create(name), kSuccess);
+    EXPECT_EQ(Opened(name).Do("first, insert, close"), outcome);
+  }
+  std::filesystem::current_path(before);
+}
+
 TEST_F(Files, AreAllThatIsLeftBehind) {
   EXPECT_EQ(client.Do("close"), "ok");
   EXPECT_EQ(Create(path), kSuccess);
