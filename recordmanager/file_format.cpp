@@ -77,20 +77,27 @@ int CheckMarks(Connection& connection, std::int64_t& version) {
   return status;
 }
 
-// The first format had no states. Its page of them is the first that changes here, too.
+int AddStates(Connection& connection) {
+  // The page of the states is the first to change, as in each transaction.
+  const int status = connection.Execute(
+      "UPDATE file SET changes = changes + 1;"
+      "ALTER TABLE file ADD COLUMN state BLOB NOT NULL DEFAULT x'0000000000000000';"
+      "ALTER TABLE file ADD COLUMN before BLOB NOT NULL DEFAULT x'0000000000000000';"
+      "PRAGMA user_version = 2");
+  if (status != btrieve::kSuccess) return status;
+  const StateNumber state = NumberState(connection);
+  Statement statement;
+  const int prepared = connection.Prepare("UPDATE file SET state = ?1", statement);
+  return prepared == btrieve::kSuccess ? statement.Bind(1, state).Run() : prepared;
+}
+
+// The first format had no states.
 int ToSecondFormat(Connection& connection) {
   int status = connection.Execute("BEGIN IMMEDIATE");
   std::int64_t version = 0;
   if (status == btrieve::kSuccess) status = connection.QueryInteger("PRAGMA user_version", version);
-  if (status == btrieve::kSuccess && version == 1) {
-    status = connection.Execute(
-        "UPDATE file SET changes = changes + 1;"
-        "ALTER TABLE file ADD COLUMN state BLOB NOT NULL DEFAULT x'0000000000000000';"
-        "ALTER TABLE file ADD COLUMN before BLOB NOT NULL DEFAULT x'0000000000000000';"
-        "PRAGMA user_version = 2");
-  }
-  if (status == btrieve::kSuccess) status = connection.Execute("COMMIT");
-  return status;
+  if (status == btrieve::kSuccess && version == 1) status = AddStates(connection);
+  return status == btrieve::kSuccess ? connection.Execute("COMMIT") : status;
 }
 
 // WAL is the file's own mode, set at its creation. It is taken back where it cannot work, and never
