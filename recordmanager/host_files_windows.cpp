@@ -3,6 +3,7 @@
 
 #include "platform/windows_api.h"
 #include "recordmanager/host_files.h"
+#include "recordmanager/patience.h"
 
 namespace recordmanager {
 namespace {
@@ -43,6 +44,22 @@ std::wstring WithoutLimit(const std::wstring& full) {
   const bool isShort = full.size() + kLongestEnding < MAX_PATH;
   if (isShort || full.starts_with(LR"(\\?\)") || full.starts_with(LR"(\\.\)")) return full;
   return full.starts_with(LR"(\\)") ? LR"(\\?\UNC\)" + full.substr(2) : LR"(\\?\)" + full;
+}
+
+// Windows moves and replaces no file that somebody has open. Who only looks at one is waited for.
+MoveResult Move(const std::wstring& from, const std::wstring& to, bool replace) {
+  const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0U);
+  const Patience patience(ToUtf8(to));
+  while (MoveFileExW(from.c_str(), to.c_str(), flags) == 0) {
+    const DWORD error = GetLastError();
+    if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) {
+      return MoveResult::kTargetExists;
+    }
+    const bool isDenied = IsDenied(from, DELETE) || (replace && IsDenied(to, DELETE));
+    if (!isDenied) return MoveResult::kFailed;
+    if (!patience.Lasts()) return MoveResult::kTargetInUse;
+  }
+  return MoveResult::kDone;
 }
 
 }  // namespace
@@ -88,19 +105,11 @@ bool IsDeniedByOthers(const std::string& path, bool toWrite) {
 }
 
 MoveResult MoveFileTo(const std::string& from, const std::string& to) {
-  const BOOL moved = MoveFileExW(ToWide(from).c_str(), ToWide(to).c_str(), MOVEFILE_WRITE_THROUGH);
-  if (moved != 0) return MoveResult::kDone;
-  const DWORD error = GetLastError();
-  const bool exists = error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
-  return exists ? MoveResult::kTargetExists : MoveResult::kFailed;
+  return Move(ToWide(from), ToWide(to), false);
 }
 
-// Windows replaces no file that somebody has open.
 MoveResult ReplaceFile(const std::string& from, const std::string& to) {
-  const std::wstring target = ToWide(to);
-  constexpr DWORD kFlags = MOVEFILE_WRITE_THROUGH | MOVEFILE_REPLACE_EXISTING;
-  if (MoveFileExW(ToWide(from).c_str(), target.c_str(), kFlags) != 0) return MoveResult::kDone;
-  return IsDenied(target, DELETE) ? MoveResult::kTargetInUse : MoveResult::kFailed;
+  return Move(ToWide(from), ToWide(to), true);
 }
 
 bool UseMark::Set(const std::string& /*path*/) { return true; }

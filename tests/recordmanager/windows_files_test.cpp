@@ -76,6 +76,14 @@ TEST_F(WindowsFiles, AreWaitedForWhileSomebodyLooksAtThem) {
   }
 }
 
+TEST_F(WindowsFiles, AreReplacedWhenNobodyLooksAtThemAnyMore) {
+  const std::string name = InFolder("OLD.KRV");
+  WriteAll(name, "old");
+  Onlooker onlooker(name, FILE_SHARE_READ | FILE_SHARE_WRITE);
+  onlooker.GoAwayAfter(300ms);
+  EXPECT_EQ(Create(name), kSuccess);
+}
+
 TEST_F(WindowsFiles, AreInUseWhileSomebodyDeniesThemForLong) {
   const std::string name = InFolder("DENIED.KRV");
   WriteAll(name, ReadAll(path));
@@ -88,6 +96,7 @@ TEST_F(WindowsFiles, AreInUseWhileSomebodyDeniesThemForLong) {
     EXPECT_LT(steady_clock::now() - start, 10s);
     EXPECT_EQ(Create(name), kFileInUse);
     onlooker.GoAway();
+    std::this_thread::sleep_for(5ms);  // earlier, nobody looks whether it has gone
     EXPECT_EQ(Opened(name).Do("first, update, close"), "1 ok ok") << "what failed is not kept";
     std::this_thread::sleep_for(2100ms);
     EXPECT_EQ(client.Open(InFolder("NONE.KRV")), kFileNotFound);  // lets go of the file
