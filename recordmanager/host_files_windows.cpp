@@ -50,14 +50,18 @@ std::wstring WithoutLimit(const std::wstring& full) {
 MoveResult Move(const std::wstring& from, const std::wstring& to, bool replace) {
   const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0U);
   const Patience patience(ToUtf8(to));
+  bool wasDenied = true;
   while (MoveFileExW(from.c_str(), to.c_str(), flags) == 0) {
     const DWORD error = GetLastError();
     if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) {
       return MoveResult::kTargetExists;
     }
     const bool isDenied = IsDenied(from, DELETE) || (replace && IsDenied(to, DELETE));
-    if (!isDenied) return MoveResult::kFailed;
-    if (!patience.Lasts()) return MoveResult::kTargetInUse;
+    if (isDenied && !patience.Lasts()) return MoveResult::kTargetInUse;
+    // Who was in the way may have gone a moment ago: not denied once more, it fails for another
+    // reason.
+    if (!isDenied && !wasDenied) return MoveResult::kFailed;
+    wasDenied = isDenied;
   }
   return MoveResult::kDone;
 }

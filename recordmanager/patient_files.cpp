@@ -45,14 +45,19 @@ class Wanted {
   Patience patience_;
 };
 
+// Whoever denied the file may have gone right after SQLite met him; what fails for another reason
+// does so again.
 int OpenPatiently(const char* name, sqlite3_file* file, int flags, int* outFlags) {
   const Wanted wanted(name, flags);
+  bool wasDenied = true;
   while (wanted.IsFree()) {
     int got = flags;
     const int result = realFiles->xOpen(realFiles, name, file, flags, &got);
     if (outFlags != nullptr) *outFlags = got;
     const bool isAsWanted = result == SQLITE_OK && (flags & ~got & SQLITE_OPEN_READWRITE) == 0;
-    if (isAsWanted || !wanted.IsDenied()) return result;
+    const bool isDenied = !isAsWanted && wanted.IsDenied();
+    if (isAsWanted || (!isDenied && !wasDenied)) return result;
+    wasDenied = isDenied;
     if (result == SQLITE_OK) file->pMethods->xClose(file);
   }
   file->pMethods = nullptr;
