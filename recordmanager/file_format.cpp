@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
+
 #include "recordmanager/host_files.h"
 #include "recordmanager/leftovers.h"
 #include "recordmanager/record_sql.h"
@@ -128,18 +130,8 @@ int ReadLayout(Connection& connection, RecordLayout& layout) {
   return status == btrieve::kSuccess ? status : btrieve::kIoError;
 }
 
-}  // namespace
-
-int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool replace) {
-  const std::string beside = UnusedNameBeside(path);
-  int status = BuildDatabase(beside, layout);
-  if (status == btrieve::kSuccess) status = MoveIntoPlace(beside, path, replace);
-  if (status != btrieve::kSuccess) RemoveFile(beside);
-  return status;
-}
-
-int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout,
-                 bool forReading) {
+int OpenOnce(const std::string& path, Connection& connection, RecordLayout& layout,
+             bool forReading) {
   int status = connection.Open(path, Connection::Way::kExisting);
   if (status == btrieve::kSuccess) status = CheckLeftovers(connection);
   const bool isUnchanging = status == btrieve::kSuccess && forReading && LacksLog(connection) &&
@@ -161,6 +153,29 @@ int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& 
   }
   if (status == btrieve::kSuccess) status = ReadLayout(connection, layout);
   return status == btrieve::kRecordInUse ? btrieve::kFileInUse : status;
+}
+
+}  // namespace
+
+int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool replace) {
+  const std::string beside = UnusedNameBeside(path);
+  int status = BuildDatabase(beside, layout);
+  if (status == btrieve::kSuccess) status = MoveIntoPlace(beside, path, replace);
+  if (status != btrieve::kSuccess) RemoveFile(beside);
+  return status;
+}
+
+int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout,
+                 bool forReading) {
+  // SQLite opens the memory that users of a log share without waiting for who looks at it.
+  constexpr auto kMoment = std::chrono::seconds(1);
+  const auto start = Clock::now();
+  int status = btrieve::kSuccess;
+  do {
+    status = OpenOnce(path, connection, layout, forReading);
+  } while (status == btrieve::kPermissionError && !connection.IsReadOnly() &&
+           Clock::now() - start < kMoment && CanMakeFilesBeside(path));
+  return status;
 }
 
 }  // namespace recordmanager

@@ -26,9 +26,11 @@ FileFacts InspectFile(const std::string& path);
 // drives.
 bool IsOnLocalDisk(const std::string& path);
 
-// Whether somebody who has the file open keeps others from opening it just now, for writing as well
-// as reading, or for reading alone.
-bool IsDeniedByOthers(const std::string& path, bool toWrite);
+// Whether an existing file can be opened just now, for writing as well as reading or for reading
+// alone: yes; no, as somebody has it open and keeps others out; or no for a reason that lasts.
+// Where nobody can keep others out, it is the last, whatever the reason.
+enum class Access { kFree, kDenied, kImpossible };
+Access AccessTo(const std::string& path, bool toWrite);
 
 enum class MoveResult { kDone, kTargetExists, kTargetInUse, kFailed };
 
@@ -46,10 +48,11 @@ class UseMark {
   UseMark() = default;
   UseMark(const UseMark&) = delete;
   UseMark& operator=(const UseMark&) = delete;
-  ~UseMark();
+  ~UseMark() { End(); }
 
   // False when the file is just being replaced.
   bool Set(const std::string& path);
+  void End();
 
  private:
   int file_ = -1;

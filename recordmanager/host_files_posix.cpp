@@ -91,7 +91,7 @@ bool IsOnLocalDisk(const std::string& path) {
                    static_cast<std::uint32_t>(facts.f_type)) == kRemoteFileSystems.end();
 }
 
-bool IsDeniedByOthers(const std::string& /*path*/, bool /*toWrite*/) { return false; }
+Access AccessTo(const std::string& /*path*/, bool /*toWrite*/) { return Access::kImpossible; }
 
 MoveResult MoveFileTo(const std::string& from, const std::string& to) {
   int result = renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
@@ -125,8 +125,8 @@ bool UseMark::Set(const std::string& path) {
   return file_ < 0 || Lock(file_, F_RDLCK, kUseMark, 1) || (errno != EAGAIN && errno != EACCES);
 }
 
-UseMark::~UseMark() {
-  if (file_ >= 0) close(file_);
+void UseMark::End() {
+  if (file_ >= 0) close(std::exchange(file_, -1));
 }
 
 void RemoveFile(const std::string& path) { unlink(path.c_str()); }

@@ -27,13 +27,14 @@ std::string ToUtf8(const std::wstring& wide) {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-// Whether somebody has the file open in a way that denies this access to others.
-bool IsDenied(const std::wstring& path, DWORD access) {
+Access Probe(const std::wstring& path, DWORD access) {
   const HANDLE file =
       CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_SHARING_VIOLATION;
+  if (file == INVALID_HANDLE_VALUE) {
+    return GetLastError() == ERROR_SHARING_VIOLATION ? Access::kDenied : Access::kImpossible;
+  }
   CloseHandle(file);
-  return false;
+  return Access::kFree;
 }
 
 std::wstring ToWide(const std::string& path) { return Widen(path, CP_UTF8); }
@@ -56,7 +57,8 @@ MoveResult Move(const std::wstring& from, const std::wstring& to, bool replace) 
     if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) {
       return MoveResult::kTargetExists;
     }
-    const bool isDenied = IsDenied(from, DELETE) || (replace && IsDenied(to, DELETE));
+    const bool isDenied =
+        Probe(from, DELETE) == Access::kDenied || (replace && Probe(to, DELETE) == Access::kDenied);
     if (isDenied && !patience.Lasts()) return MoveResult::kTargetInUse;
     // Who was in the way may have gone a moment ago: not denied once more, it fails for another
     // reason.
@@ -104,8 +106,8 @@ bool IsOnLocalDisk(const std::string& path) {
   return type == DRIVE_FIXED || type == DRIVE_RAMDISK;
 }
 
-bool IsDeniedByOthers(const std::string& path, bool toWrite) {
-  return IsDenied(ToWide(path), toWrite ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ);
+Access AccessTo(const std::string& path, bool toWrite) {
+  return Probe(ToWide(path), toWrite ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ);
 }
 
 MoveResult MoveFileTo(const std::string& from, const std::string& to) {
@@ -118,7 +120,7 @@ MoveResult ReplaceFile(const std::string& from, const std::string& to) {
 
 bool UseMark::Set(const std::string& /*path*/) { return true; }
 
-UseMark::~UseMark() = default;
+void UseMark::End() {}
 
 void RemoveFile(const std::string& path) { DeleteFileW(ToWide(path).c_str()); }
 

@@ -13,53 +13,34 @@ namespace {
 constinit sqlite3_vfs patientFiles{};
 constinit sqlite3_vfs* realFiles = nullptr;
 
-// A file that SQLite wants to open, by name and by what it is.
-class Wanted {
- public:
-  Wanted(const char* name, int flags)
-      : name_(name), flags_(flags), patience_(DatabaseOf(name_, flags)) {}
+std::string DatabaseOf(const std::string& name, int flags) {
+  const bool isBeside = (flags & (SQLITE_OPEN_WAL | SQLITE_OPEN_MAIN_JOURNAL)) != 0;
+  return isBeside ? name.substr(0, name.rfind('-')) : name;
+}
 
-  // Whether nobody denies it, at last. SQLite opens the shared memory itself, right after the log.
-  bool IsFree() const {
-    while (IsDenied()) {
-      if (!patience_.Lasts()) return false;
-    }
-    return true;
-  }
+bool IsDenied(const std::string& name, const std::string& database, int flags) {
+  const bool toWrite = (flags & SQLITE_OPEN_READWRITE) != 0;
+  if (AccessTo(name, toWrite) == Access::kDenied) return true;
+  // The memory that users of a log share is opened by SQLite itself, right after the log.
+  const bool sharesMemory = toWrite && (flags & SQLITE_OPEN_WAL) != 0;
+  return sharesMemory && AccessTo(database + "-shm", true) == Access::kDenied;
+}
 
-  bool IsDenied() const {
-    const bool toWrite = (flags_ & SQLITE_OPEN_READWRITE) != 0;
-    return IsDeniedByOthers(name_, toWrite) ||
-           (toWrite && (flags_ & SQLITE_OPEN_WAL) != 0 &&
-            IsDeniedByOthers(DatabaseOf(name_, flags_) + "-shm", true));
-  }
-
- private:
-  static std::string DatabaseOf(const std::string& name, int flags) {
-    const bool isBeside = (flags & (SQLITE_OPEN_WAL | SQLITE_OPEN_MAIN_JOURNAL)) != 0;
-    return isBeside ? name.substr(0, name.rfind('-')) : name;
-  }
-
-  std::string name_;
-  int flags_;
-  Patience patience_;
-};
-
-// Whoever denied the file may have gone right after SQLite met him; what fails for another reason
-// does so again.
 int OpenPatiently(const char* name, sqlite3_file* file, int flags, int* outFlags) {
-  const Wanted wanted(name, flags);
-  bool wasDenied = true;
-  while (wanted.IsFree()) {
+  const std::string path = name;
+  const std::string database = DatabaseOf(path, flags);
+  const bool toWrite = (flags & SQLITE_OPEN_READWRITE) != 0;
+  const Patience patience(database);
+  do {
+    if (IsDenied(path, database, flags)) continue;
     int got = flags;
     const int result = realFiles->xOpen(realFiles, name, file, flags, &got);
     if (outFlags != nullptr) *outFlags = got;
     const bool isAsWanted = result == SQLITE_OK && (flags & ~got & SQLITE_OPEN_READWRITE) == 0;
-    const bool isDenied = !isAsWanted && wanted.IsDenied();
-    if (isAsWanted || (!isDenied && !wasDenied)) return result;
-    wasDenied = isDenied;
+    // Whoever was in the way may have gone by now.
+    if (isAsWanted || AccessTo(path, toWrite) == Access::kImpossible) return result;
     if (result == SQLITE_OK) file->pMethods->xClose(file);
-  }
+  } while (patience.Lasts());
   file->pMethods = nullptr;
   return SQLITE_BUSY;
 }

@@ -109,6 +109,7 @@ int Connection::Open(const std::string& path, Way way) {
   if (way == Way::kNew) flags |= SQLITE_OPEN_CREATE;
   const std::string name = way == Way::kUnchanging ? UriOf(path, "?immutable=1") : path;
   sqlite3_close_v2(std::exchange(handle_, nullptr));
+  useMark_.End();
   const int result = sqlite3_open_v2(name.c_str(), &handle_, flags, PatientFiles());
   if (handle_ != nullptr) {  // as it is for lack of memory
     sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
