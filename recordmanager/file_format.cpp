@@ -105,13 +105,17 @@ int ToSecondFormat(Connection& connection) {
 // WAL is the file's own mode, set at its creation. It is taken back where it cannot work, and never
 // set again: a file on a share may have users on its own machine as well, and all must use the
 // same.
-int SetJournal(Connection& connection, bool local) {
+int SetJournal(const std::string& path, Connection& connection) {
   std::string mode;
   int status = connection.QueryText("PRAGMA journal_mode", mode);
-  if (status == btrieve::kSuccess && local && mode == "wal") {
+  if (status == btrieve::kSuccess && mode == "wal" && IsOnLocalDisk(path)) {
     connection.SetLogged();
-    // Or each write would fail for as long as the file is open.
-    if (!connection.IsReadOnly() && connection.IsLogReadOnly()) return btrieve::kPermissionError;
+    // Where somebody may have looked at the memory that users of the log share while SQLite opened
+    // it, each write would fail for as long as the file is open.
+    if (!connection.IsReadOnly() && AccessTo(path + "-shm", true) != Access::kImpossible &&
+        connection.IsLogReadOnly()) {
+      return btrieve::kPermissionError;
+    }
   } else if (status == btrieve::kSuccess) {
     status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
     if (status == btrieve::kSuccess && mode != "truncate") return btrieve::kFileInUse;
@@ -140,7 +144,7 @@ int OpenOnce(const std::string& path, Connection& connection, RecordLayout& layo
   std::int64_t version = 0;
   if (status == btrieve::kSuccess) status = CheckMarks(connection, version);
   if (status == btrieve::kSuccess && !isUnchanging) {
-    status = SetJournal(connection, IsOnLocalDisk(path));
+    status = SetJournal(path, connection);
   }
   if (status == btrieve::kSuccess) {
     // FULL is what survives a loss of power in both modes. The cache has room for the pages above

@@ -14,7 +14,7 @@ namespace {
 
 // Places and marks from SQLite's documentation of its files, where numbers are big-endian.
 constexpr std::uint32_t kStatePage = 2;
-constexpr std::string_view kDatabaseMark("SQLite format 3", 16);
+constexpr std::string_view kDatabaseMark = "SQLite format 3";
 constexpr std::size_t kDatabaseHeadSize = 100;
 constexpr std::uint32_t kLogMark = 0x377F0682;  // and checksums over little-endian words
 constexpr std::size_t kLogHeadSize = 32;
@@ -23,6 +23,7 @@ constexpr std::string_view kJournalMark = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7";
 constexpr std::size_t kJournalHeadSize = 28;
 constexpr std::size_t kNoncePlace = 12;
 constexpr std::size_t kNonceSize = 4;
+constexpr std::uint32_t kSmallestPage = 512;
 constexpr std::uint32_t kLargestPage = 65536;
 
 // While others write, the files change between two looks at them. What does not fit after so many
@@ -80,7 +81,7 @@ int Base::Read(const RawFile& file) {
   int status = file.Read(0, page);
   if (status != btrieve::kSuccess || !StartsWith(page, kDatabaseMark)) return ErrorOf(status);
   const std::size_t size = NumberAt(page, kPageSizePlace) & 0xFFFFU;
-  page.resize(size == 1 ? kLargestPage : std::max(size, kDatabaseHeadSize));
+  page.resize(size == 1 ? kLargestPage : std::max<std::size_t>(size, kSmallestPage));
   status = file.Read(0, page);
   firstPage = page;
   hasStates = NumberAt(page, kFormatPlace) > 1;
@@ -123,7 +124,9 @@ int FitLog(const RawFile& log, const Base& base, bool& fits) {
   if (const int status = log.Read(0, head); status != btrieve::kSuccess) return ErrorOf(status);
   sum.Add(View(head).first(kHeadSum));
   if (NumberAt(head, 0) != kLogMark || !sum.StandsAt(head, kHeadSum)) return btrieve::kSuccess;
-  Bytes frame(kFrameHeadSize + NumberAt(head, 8));
+  const std::uint32_t pageSize = NumberAt(head, 8);
+  if (pageSize < kSmallestPage || pageSize > kLargestPage) return btrieve::kSuccess;
+  Bytes frame(kFrameHeadSize + pageSize);
   bool continues = base.IsOfFirstFormat();
   bool isFirst = true;
   for (auto offset = static_cast<std::int64_t>(head.size());; offset += std::ssize(frame)) {
@@ -197,6 +200,8 @@ class Surroundings {
   }
 
   int Look(Base& base, bool& fit) const {
+    fit = true;
+    if (!IsThere(log_) && !IsThere(journal_)) return btrieve::kSuccess;
     int status = base.Read(RawFile(file_));
     if (status == btrieve::kSuccess) status = LookAt(log_, SQLITE_OPEN_WAL, &FitLog, base, fit);
     if (status != btrieve::kSuccess || !fit) return status;

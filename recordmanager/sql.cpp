@@ -14,14 +14,13 @@ namespace {
 std::string UriOf(const std::string& path, const char* options) {
   std::string uri = path.starts_with('/') ? "file://" : "file:";
   for (const char letter : path) {
-    if (letter == '%')
-      uri += "%25";
-    else if (letter == '?')
-      uri += "%3F";
-    else if (letter == '#')
-      uri += "%23";
-    else
+    const bool isReserved = letter == '%' || letter == '?' || letter == '#';
+    constexpr const char* kDigits = "0123456789ABCDEF";
+    if (isReserved) {
+      uri.append({'%', kDigits[letter >> 4], kDigits[letter & 0xF]});
+    } else {
       uri += letter;
+    }
   }
   return uri + options;
 }
