@@ -143,9 +143,10 @@ int OpenOnce(const std::string& path, Connection& connection, RecordLayout& layo
   if (isUnchanging) status = connection.Open(path, Connection::Way::kUnchanging);
   std::int64_t version = 0;
   if (status == btrieve::kSuccess) status = CheckMarks(connection, version);
-  if (status == btrieve::kSuccess && !isUnchanging) {
-    status = SetJournal(path, connection);
+  if (status == btrieve::kSuccess && isUnchanging && !connection.MarkUse()) {
+    status = btrieve::kFileInUse;
   }
+  if (status == btrieve::kSuccess && !isUnchanging) status = SetJournal(path, connection);
   if (status == btrieve::kSuccess) {
     // FULL is what survives a loss of power in both modes. The cache has room for the pages above
     // the records of a large file, and for some cases' own; there are half a dozen such files in a

@@ -39,10 +39,10 @@ int OpenFiles::Provide(const std::string& path, bool readOnly, Database*& databa
   for (std::size_t i = databases_.size(); i-- > 0;) {
     Database* known = databases_[i].get();
     if (known->identity != facts.identity && known->path != path) continue;
-    // By another path it is the same database only if the old path still leads to it: SQLite's log
-    // goes by the path.
     // What could only be read may be written by now.
     const bool mayHaveChanged = known->users == 0 && known->file->IsReadOnly();
+    // By another path it is the same database only if the old path still leads to it: SQLite's log
+    // goes by the path.
     if (!mayHaveChanged && known->identity == facts.identity &&
         (known->path == path || InspectFile(known->path).identity == facts.identity)) {
       database = known;
