@@ -153,7 +153,15 @@ int RecordFile::Write(Body body) {
 
 // Each transaction leads to a state of its own, and tells so first.
 int RecordFile::BeginWriting() {
-  int status = connection_.IsBusy() ? btrieve::kRecordInUse : begin_.Run();
+  int status = btrieve::kSuccess;
+  if (!renewState_.IsPrepared()) {
+    // Not earlier, as there are files of the first format that cannot be written.
+    status = connection_.Prepare("UPDATE file SET before = state, state = ?1 WHERE rowid = 1",
+                                 renewState_);
+  }
+  if (status == btrieve::kSuccess) {
+    status = connection_.IsBusy() ? btrieve::kRecordInUse : begin_.Run();
+  }
   if (status != btrieve::kSuccess) return status;
   status = RenewState();
   // Only now there is a journal to number the state by.
@@ -163,12 +171,6 @@ int RecordFile::BeginWriting() {
 }
 
 int RecordFile::RenewState() {
-  // Not earlier, as there are files of the first format that cannot be written.
-  if (!renewState_.IsPrepared()) {
-    const int status = connection_.Prepare(
-        "UPDATE file SET before = state, state = ?1 WHERE rowid = 1", renewState_);
-    if (status != btrieve::kSuccess) return status;
-  }
   const StateNumber state = NumberState(connection_);
   return renewState_.Bind(1, state).Run();
 }
