@@ -104,7 +104,10 @@ target_compile_definitions(sqlite3_amalgamation PRIVATE
   SQLITE_OMIT_JSON
   SQLITE_OMIT_LOAD_EXTENSION
   SQLITE_OMIT_SHARED_CACHE)
-if(NOT WIN32)
+if(WIN32)
+  # Whoever has locked a part of a file is waited for as long as for others, three seconds in growing steps.
+  target_compile_definitions(sqlite3_amalgamation PRIVATE SQLITE_WIN32_IOERR_RETRY=15)
+else()
   find_package(Threads REQUIRED)
   target_link_libraries(sqlite3_amalgamation PUBLIC Threads::Threads m)
 endif()

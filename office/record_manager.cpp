@@ -25,6 +25,10 @@ constexpr StatusWords kStatusWords[] = {
     {btrieve::kDuplicateKey, "a record with the same key is there already"},
     {btrieve::kInvalidFileName, "the folder or the name is not usable"},
     {btrieve::kFileNotFound, "there is no such file; restore it from a backup"},
+    {btrieve::kLogError,
+     "what lies beside it (its name with -wal or -journal) belongs to another state of it; put "
+     "back "
+     "the file that lay there before, or delete the two to go on with this file as it is"},
     {btrieve::kDiskFull, "the disk is full; make room on it"},
     {btrieve::kDataBufferLength, "its records are longer than this program knows them"},
     {btrieve::kNotARecordFile,
@@ -33,6 +37,7 @@ constexpr StatusWords kStatusWords[] = {
     {btrieve::kFileExists, "there is such a file already, and it was left alone"},
     {btrieve::kRecordInUse, "another program is using the record; try again"},
     {btrieve::kFileInUse, "another program is using the file; try again"},
+    {btrieve::kFileTableFull, "too many files are open; close other programs"},
     {btrieve::kPermissionError, "it may not be written; check the rights on it and its folder"},
     {btrieve::kOutOfMemory, "there is too little memory; close other programs"},
 };

@@ -45,6 +45,7 @@ inline constexpr int kEndOfFile = 9;
 inline constexpr int kModifiableKey = 10;
 inline constexpr int kInvalidFileName = 11;
 inline constexpr int kFileNotFound = 12;
+inline constexpr int kLogError = 14;  // published for the pre-images, which a log is for
 inline constexpr int kDiskFull = 18;
 inline constexpr int kKeyBufferTooShort = 21;
 inline constexpr int kDataBufferLength = 22;
@@ -66,6 +67,7 @@ inline constexpr int kConflict = 80;
 inline constexpr int kLockError = 81;
 inline constexpr int kRecordInUse = 84;
 inline constexpr int kFileInUse = 85;
+inline constexpr int kFileTableFull = 86;
 inline constexpr int kPermissionError = 94;
 inline constexpr int kOutOfMemory = 101;
 

@@ -3,7 +3,9 @@
 // A record file is one SQLite database with two tables:
 //
 //   file    one row. `description` is the buffer that Create was given (btrieve.h); `changes`
-//           counts every insertion and update and is never set back by a completed call.
+//           counts every insertion and update and is never set back by a completed call. `state`
+//           and `before` tell this state of the file from any other, and the one that it came from
+//           (leftovers.h).
 //   record  one row a record. `data` holds its bytes. `id` and `version` are the values of
 //           `changes` when it was inserted and last written, so neither ever comes back. A column
 //           `key<n>` a key holds the entry that key n sorts the record by (key.h).

@@ -2,7 +2,10 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
+
 #include "recordmanager/host_files.h"
+#include "recordmanager/leftovers.h"
 #include "recordmanager/record_sql.h"
 
 namespace recordmanager {
@@ -10,7 +13,7 @@ namespace {
 
 // Tell a record file from any other database, and its format from later ones.
 constexpr std::int64_t kApplicationId = 0x4B524543;
-constexpr std::int64_t kFormatVersion = 1;
+constexpr std::int64_t kFormatVersion = 2;
 
 std::string MarksSql() {
   return "PRAGMA application_id = " + std::to_string(kApplicationId) +
@@ -19,11 +22,11 @@ std::string MarksSql() {
 
 int StoreDescription(Connection& connection, const RecordLayout& layout) {
   Statement statement;
-  const int status =
-      connection.Prepare("INSERT INTO file(description, changes) VALUES(?1, 0)", statement);
+  const int status = connection.Prepare("INSERT INTO file VALUES(?1, 0, ?2, ?2)", statement);
   if (status != btrieve::kSuccess) return status;
   const auto description = DescribeLayout(layout);
-  return statement.Bind(1, description).Run();
+  const StateNumber state = NumberState(connection);
+  return statement.Bind(1, description).Bind(2, state).Run();
 }
 
 int BuildDatabase(const std::string& path, const RecordLayout& layout) {
@@ -41,54 +44,32 @@ int BuildDatabase(const std::string& path, const RecordLayout& layout) {
   return status;
 }
 
+// Short, as a name has room for little more than the longest ending that SQLite adds to it.
 std::string UnusedNameBeside(const std::string& path) {
-  std::uint64_t number = 0;
+  std::uint32_t number = 0;
   sqlite3_randomness(sizeof(number), &number);
-  return path + '-' + std::to_string(number);
+  return path.substr(0, path.find_last_of("/\\") + 1) + "new-" + std::to_string(number);
 }
 
-// A log left beside the new file's name would be played into it. If there is a database of that
-// name, leaving WAL mode folds the log in, and fails while anybody else has the file open;
-// otherwise the log is an orphan.
-int ClearLogs(const std::string& path) {
-  int status = btrieve::kNotARecordFile;
-  if (InspectFile(path).kind == FileKind::kFile) {
-    Connection connection;
-    status = connection.Open(path, Connection::Way::kExisting);
-    if (status == btrieve::kSuccess && connection.IsReadOnly()) return btrieve::kPermissionError;
-    if (status == btrieve::kSuccess) {
-      status = connection.Execute("PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE; COMMIT");
-    }
-  }
-  switch (status) {
-    case btrieve::kSuccess:
-    case btrieve::kPermissionError:
-      return status;
-    case btrieve::kRecordInUse:
-      return btrieve::kFileInUse;
-    default:  // no database, or one past repair
-      for (const char* suffix : {"-wal", "-shm", "-journal"}) RemoveFile(path + suffix);
-      return btrieve::kSuccess;
-  }
-}
-
+// What lies beside a former file of that name is left to whoever opens the new one first
+// (leftovers.h): others may be doing so at this moment.
 int MoveIntoPlace(const std::string& from, const std::string& to, bool replace) {
-  if (replace || InspectFile(to).kind == FileKind::kMissing) {
-    if (const int status = ClearLogs(to); status != btrieve::kSuccess) return status;
-  }
-  switch (MoveFileTo(from, to, replace)) {
+  MoveResult result = MoveFileTo(from, to);
+  if (result == MoveResult::kTargetExists && replace) result = ReplaceFile(from, to);
+  switch (result) {
     case MoveResult::kDone:
       return btrieve::kSuccess;
     case MoveResult::kTargetExists:
       return btrieve::kFileExists;
+    case MoveResult::kTargetInUse:
+      return btrieve::kFileInUse;
     default:
       return btrieve::kPermissionError;
   }
 }
 
-int CheckMarks(Connection& connection) {
+int CheckMarks(Connection& connection, std::int64_t& version) {
   std::int64_t application = 0;
-  std::int64_t version = 0;
   int status = connection.QueryInteger("PRAGMA application_id", application);
   if (status == btrieve::kSuccess) status = connection.QueryInteger("PRAGMA user_version", version);
   if (status == btrieve::kSuccess &&
@@ -98,17 +79,47 @@ int CheckMarks(Connection& connection) {
   return status;
 }
 
+int AddStates(Connection& connection) {
+  // The page of the states is the first to change, as in each transaction.
+  const int status = connection.Execute(
+      "UPDATE file SET changes = changes + 1;"
+      "ALTER TABLE file ADD COLUMN state BLOB NOT NULL DEFAULT x'0000000000000000';"
+      "ALTER TABLE file ADD COLUMN before BLOB NOT NULL DEFAULT x'0000000000000000';"
+      "PRAGMA user_version = 2");
+  if (status != btrieve::kSuccess) return status;
+  const StateNumber state = NumberState(connection);
+  Statement statement;
+  const int prepared = connection.Prepare("UPDATE file SET state = ?1", statement);
+  return prepared == btrieve::kSuccess ? statement.Bind(1, state).Run() : prepared;
+}
+
+// The first format had no states.
+int ToSecondFormat(Connection& connection) {
+  int status = connection.Execute("BEGIN IMMEDIATE");
+  std::int64_t version = 0;
+  if (status == btrieve::kSuccess) status = connection.QueryInteger("PRAGMA user_version", version);
+  if (status == btrieve::kSuccess && version == 1) status = AddStates(connection);
+  return status == btrieve::kSuccess ? connection.Execute("COMMIT") : status;
+}
+
 // WAL is the file's own mode, set at its creation. It is taken back where it cannot work, and never
 // set again: a file on a share may have users on its own machine as well, and all must use the
 // same.
-int SetJournal(Connection& connection, bool local) {
+int SetJournal(const std::string& path, Connection& connection) {
   std::string mode;
   int status = connection.QueryText("PRAGMA journal_mode", mode);
-  if (status == btrieve::kSuccess && local && mode == "wal") {
+  if (status == btrieve::kSuccess && mode == "wal" && IsOnLocalDisk(path)) {
     connection.SetLogged();
+    // Where somebody may have looked at the memory that users of the log share while SQLite opened
+    // it, each write would fail for as long as the file is open.
+    if (!connection.IsReadOnly() && AccessTo(path + "-shm", true) != Access::kImpossible &&
+        connection.IsLogReadOnly()) {
+      return btrieve::kPermissionError;
+    }
   } else if (status == btrieve::kSuccess) {
     status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
     if (status == btrieve::kSuccess && mode != "truncate") return btrieve::kFileInUse;
+    if (status == btrieve::kSuccess && !connection.MarkUse()) return btrieve::kFileInUse;
   }
   return status;
 }
@@ -123,6 +134,32 @@ int ReadLayout(Connection& connection, RecordLayout& layout) {
   return status == btrieve::kSuccess ? status : btrieve::kIoError;
 }
 
+int OpenOnce(const std::string& path, Connection& connection, RecordLayout& layout,
+             bool forReading) {
+  int status = connection.Open(path, Connection::Way::kExisting);
+  if (status == btrieve::kSuccess) status = CheckLeftovers(connection);
+  const bool isUnchanging = status == btrieve::kSuccess && forReading && LacksLog(connection) &&
+                            !CanMakeFilesBeside(path);
+  if (isUnchanging) status = connection.Open(path, Connection::Way::kUnchanging);
+  std::int64_t version = 0;
+  if (status == btrieve::kSuccess) status = CheckMarks(connection, version);
+  if (status == btrieve::kSuccess && isUnchanging && !connection.MarkUse()) {
+    status = btrieve::kFileInUse;
+  }
+  if (status == btrieve::kSuccess && !isUnchanging) status = SetJournal(path, connection);
+  if (status == btrieve::kSuccess) {
+    // FULL is what survives a loss of power in both modes. The cache has room for the pages above
+    // the records of a large file, and for some cases' own; there are half a dozen such files in a
+    // host.
+    status = connection.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -2048");
+  }
+  if (status == btrieve::kSuccess && version == 1 && !connection.IsReadOnly()) {
+    status = ToSecondFormat(connection);
+  }
+  if (status == btrieve::kSuccess) status = ReadLayout(connection, layout);
+  return status == btrieve::kRecordInUse ? btrieve::kFileInUse : status;
+}
+
 }  // namespace
 
 int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool replace) {
@@ -133,18 +170,17 @@ int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool r
   return status;
 }
 
-int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout) {
-  int status = connection.Open(path, Connection::Way::kExisting);
-  if (status == btrieve::kSuccess) status = CheckMarks(connection);
-  if (status == btrieve::kSuccess) status = SetJournal(connection, IsOnLocalDisk(path));
-  if (status == btrieve::kSuccess) {
-    // FULL is what survives a loss of power in both modes. The cache has room for the pages above
-    // the records of a large file, and for some cases' own; there are half a dozen such files in a
-    // host.
-    status = connection.Execute("PRAGMA synchronous = FULL; PRAGMA cache_size = -2048");
-  }
-  if (status == btrieve::kSuccess) status = ReadLayout(connection, layout);
-  return status == btrieve::kRecordInUse ? btrieve::kFileInUse : status;
+int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout,
+                 bool forReading) {
+  // SQLite opens the memory that users of a log share without waiting for who looks at it.
+  constexpr auto kMoment = std::chrono::seconds(1);
+  const auto start = Clock::now();
+  int status = btrieve::kSuccess;
+  do {
+    status = OpenOnce(path, connection, layout, forReading);
+  } while (status == btrieve::kPermissionError && !connection.IsReadOnly() &&
+           Clock::now() - start < kMoment && CanMakeFilesBeside(path));
+  return status;
 }
 
 }  // namespace recordmanager

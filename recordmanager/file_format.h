@@ -15,7 +15,9 @@ namespace recordmanager {
 int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool replace);
 
 // Opens the file and reads its layout. Status 30 when it is no record file or one of a later
-// format.
-int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout);
+// format, 14 when what lies beside it belongs to another state of it. `forReading` says that it
+// will not be written, so that it may lie where no log can be made.
+int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout,
+                 bool forReading = false);
 
 }  // namespace recordmanager

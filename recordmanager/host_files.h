@@ -26,12 +26,44 @@ FileFacts InspectFile(const std::string& path);
 // drives.
 bool IsOnLocalDisk(const std::string& path);
 
-enum class MoveResult { kDone, kTargetExists, kFailed };
+// Whether an existing file can be opened just now, for writing as well as reading or for reading
+// alone: yes; no, as somebody has it open and keeps others out; or no for a reason that lasts.
+// Where nobody can keep others out, it is the last, whatever the reason.
+enum class Access { kFree, kDenied, kImpossible };
+Access AccessTo(const std::string& path, bool toWrite);
 
-// Renames a file within its folder in one step, over an existing target only if `replace`, and sees
-// to it that the new name outlives a loss of power.
-MoveResult MoveFileTo(const std::string& from, const std::string& to, bool replace);
+enum class MoveResult { kDone, kTargetExists, kTargetInUse, kFailed };
+
+// Renames a file within its folder in one step, unless there is a file of that name, and sees to it
+// that the new name outlives a loss of power.
+MoveResult MoveFileTo(const std::string& from, const std::string& to);
+
+// The same over a file that is there, unless somebody has it open.
+MoveResult ReplaceFile(const std::string& from, const std::string& to);
+
+// Says of a file that this process has it open, for ReplaceFile in other processes, where neither
+// the host nor SQLite's locks do. To be ended after whatever has the file open.
+class UseMark {
+ public:
+  UseMark() = default;
+  UseMark(const UseMark&) = delete;
+  UseMark& operator=(const UseMark&) = delete;
+  ~UseMark() { End(); }
+
+  // False when the file is just being replaced.
+  bool Set(const std::string& path);
+  void End();
+
+ private:
+  int file_ = -1;
+};
 
 void RemoveFile(const std::string& path);
+
+// Whether this process may make files in the folder of `path`.
+bool CanMakeFilesBeside(const std::string& path);
+
+// Whether nothing can be opened any more because too much is open, in this process or altogether.
+bool AreFileHandlesUsedUp();
 
 }  // namespace recordmanager

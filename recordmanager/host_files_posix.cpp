@@ -33,6 +33,22 @@ constexpr std::array<std::uint32_t, 10> kRemoteFileSystems = {
     0x0BD00BD0,  // Lustre
 };
 
+// Where SQLite locks a database, and a place behind that.
+constexpr off_t kSqliteLocks = 0x40000000;
+constexpr off_t kUseMark = kSqliteLocks + 1024;
+constexpr off_t kToTheEnd = 0;
+
+// A lock that belongs to the handle: SQLite's own belong to the process, and end whenever it
+// unlocks the whole file, which it does after each read.
+bool Lock(int file, short kind, off_t start, off_t length) {
+  struct flock lock {};
+  lock.l_type = kind;
+  lock.l_whence = SEEK_SET;
+  lock.l_start = start;
+  lock.l_len = length;
+  return fcntl(file, F_OFD_SETLK, &lock) == 0;
+}
+
 std::string FolderOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   return slash == std::string::npos ? "." : path.substr(0, slash + 1);
@@ -75,17 +91,55 @@ bool IsOnLocalDisk(const std::string& path) {
                    static_cast<std::uint32_t>(facts.f_type)) == kRemoteFileSystems.end();
 }
 
-MoveResult MoveFileTo(const std::string& from, const std::string& to, bool replace) {
-  int result = renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(),
-                         replace ? 0 : static_cast<unsigned>(RENAME_NOREPLACE));
-  if (result != 0 && errno == EINVAL && InspectFile(to).kind == FileKind::kMissing) {
-    result = std::rename(from.c_str(), to.c_str());  // a file system without that flag
+Access AccessTo(const std::string& /*path*/, bool /*toWrite*/) { return Access::kImpossible; }
+
+MoveResult MoveFileTo(const std::string& from, const std::string& to) {
+  int result = renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
+  if (result != 0 && errno == EINVAL) {
+    // A file system without that flag; most have links.
+    result = link(from.c_str(), to.c_str());
+    if (result == 0) unlink(from.c_str());
   }
   if (result != 0) return errno == EEXIST ? MoveResult::kTargetExists : MoveResult::kFailed;
   SyncFolderOf(to);
   return MoveResult::kDone;
 }
 
+// SQLite has a lock for as long as a logged file is open, and with a journal there is a use mark;
+// while this process has all of them, nobody can open the file any more.
+MoveResult ReplaceFile(const std::string& from, const std::string& to) {
+  const int target = open(to.c_str(), O_RDWR | O_CLOEXEC);
+  if (target < 0) return MoveResult::kFailed;
+  MoveResult result = MoveResult::kTargetInUse;
+  if (Lock(target, F_WRLCK, kSqliteLocks, kToTheEnd)) {
+    const bool isDone = std::rename(from.c_str(), to.c_str()) == 0;
+    if (isDone) SyncFolderOf(to);
+    result = isDone ? MoveResult::kDone : MoveResult::kFailed;
+  }
+  close(target);
+  return result;
+}
+
+bool UseMark::Set(const std::string& path) {
+  file_ = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  return file_ < 0 || Lock(file_, F_RDLCK, kUseMark, 1) || (errno != EAGAIN && errno != EACCES);
+}
+
+void UseMark::End() {
+  if (file_ >= 0) close(std::exchange(file_, -1));
+}
+
 void RemoveFile(const std::string& path) { unlink(path.c_str()); }
+
+bool CanMakeFilesBeside(const std::string& path) {
+  return faccessat(AT_FDCWD, FolderOf(path).c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+bool AreFileHandlesUsedUp() {
+  const int spare = open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (spare < 0) return errno == EMFILE || errno == ENFILE;
+  close(spare);
+  return false;
+}
 
 }  // namespace recordmanager

@@ -1,7 +1,9 @@
+#include <string>
 #include <vector>
 
 #include "platform/windows_api.h"
 #include "recordmanager/host_files.h"
+#include "recordmanager/patience.h"
 
 namespace recordmanager {
 namespace {
@@ -23,7 +25,48 @@ std::string ToUtf8(const std::wstring& wide) {
   return text;
 }
 
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+Access Probe(const std::wstring& path, DWORD access) {
+  const HANDLE file =
+      CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    return GetLastError() == ERROR_SHARING_VIOLATION ? Access::kDenied : Access::kImpossible;
+  }
+  CloseHandle(file);
+  return Access::kFree;
+}
+
 std::wstring ToWide(const std::string& path) { return Widen(path, CP_UTF8); }
+
+// Windows takes longer paths only when they are marked as complete. SQLite adds endings to them.
+std::wstring WithoutLimit(const std::wstring& full) {
+  constexpr std::size_t kLongestEnding = sizeof "-journal";
+  const bool isShort = full.size() + kLongestEnding < MAX_PATH;
+  if (isShort || full.starts_with(LR"(\\?\)") || full.starts_with(LR"(\\.\)")) return full;
+  return full.starts_with(LR"(\\)") ? LR"(\\?\UNC\)" + full.substr(2) : LR"(\\?\)" + full;
+}
+
+// Windows moves and replaces no file that somebody has open. Who only looks at one is waited for.
+MoveResult Move(const std::wstring& from, const std::wstring& to, bool replace) {
+  const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0U);
+  const Patience patience(ToUtf8(to));
+  bool wasDenied = true;
+  while (MoveFileExW(from.c_str(), to.c_str(), flags) == 0) {
+    const DWORD error = GetLastError();
+    if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) {
+      return MoveResult::kTargetExists;
+    }
+    const bool isDenied =
+        Probe(from, DELETE) == Access::kDenied || (replace && Probe(to, DELETE) == Access::kDenied);
+    if (isDenied && !patience.Lasts()) return MoveResult::kTargetInUse;
+    // Who was in the way may have gone a moment ago: not denied once more, it fails for another
+    // reason.
+    if (!isDenied && !wasDenied) return MoveResult::kFailed;
+    wasDenied = isDenied;
+  }
+  return MoveResult::kDone;
+}
 
 }  // namespace
 
@@ -32,7 +75,7 @@ std::string HostPath(std::string_view path) {
   std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
   const auto room = static_cast<DWORD>(full.size());
   full.resize(GetFullPathNameW(wide.c_str(), room, full.data(), nullptr));
-  return ToUtf8(full);
+  return ToUtf8(WithoutLimit(full));
 }
 
 FileFacts InspectFile(const std::string& path) {
@@ -46,24 +89,52 @@ FileFacts InspectFile(const std::string& path) {
   return {FileKind::kFile, ToUtf8(wide)};
 }
 
+// The drive is asked for by the path that links in folders lead to, which may be a share's.
 bool IsOnLocalDisk(const std::string& path) {
-  const std::wstring wide = ToWide(path);
-  std::vector<wchar_t> root(wide.size() + 2);
-  if (GetVolumePathNameW(wide.c_str(), root.data(), static_cast<DWORD>(root.size())) == 0) {
+  const HANDLE file = CreateFileW(ToWide(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  std::wstring final(GetFinalPathNameByHandleW(file, nullptr, 0, 0), L'\0');
+  final.resize(GetFinalPathNameByHandleW(file, final.data(), static_cast<DWORD>(final.size()), 0));
+  CloseHandle(file);
+  std::vector<wchar_t> root(final.size() + 2);
+  if (GetVolumePathNameW(final.c_str(), root.data(), static_cast<DWORD>(root.size())) == 0) {
     return false;
   }
-  const UINT type = GetDriveTypeW(root.data());
+  const bool isDrive = root.size() > 5 && root[5] == L':';  // behind the mark of complete paths
+  const UINT type = GetDriveTypeW(root.data() + (isDrive ? 4 : 0));
   return type == DRIVE_FIXED || type == DRIVE_RAMDISK;
 }
 
-MoveResult MoveFileTo(const std::string& from, const std::string& to, bool replace) {
-  const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0U);
-  if (MoveFileExW(ToWide(from).c_str(), ToWide(to).c_str(), flags) != 0) return MoveResult::kDone;
-  const DWORD error = GetLastError();
-  const bool exists = error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
-  return exists ? MoveResult::kTargetExists : MoveResult::kFailed;
+Access AccessTo(const std::string& path, bool toWrite) {
+  return Probe(ToWide(path), toWrite ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ);
 }
 
+MoveResult MoveFileTo(const std::string& from, const std::string& to) {
+  return Move(ToWide(from), ToWide(to), false);
+}
+
+MoveResult ReplaceFile(const std::string& from, const std::string& to) {
+  return Move(ToWide(from), ToWide(to), true);
+}
+
+bool UseMark::Set(const std::string& /*path*/) { return true; }
+
+void UseMark::End() {}
+
 void RemoveFile(const std::string& path) { DeleteFileW(ToWide(path).c_str()); }
+
+// Windows tells only who tries.
+bool CanMakeFilesBeside(const std::string& path) {
+  const std::wstring beside = ToWide(path + '-' + std::to_string(GetCurrentProcessId()));
+  const HANDLE file = CreateFileW(beside.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+                                  FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return GetLastError() != ERROR_ACCESS_DENIED;
+  CloseHandle(file);
+  return true;
+}
+
+// There is no limit that is reached before memory ends.
+bool AreFileHandlesUsedUp() { return false; }
 
 }  // namespace recordmanager

@@ -17,7 +17,9 @@ constexpr auto kIdleTime = 2s;
 int OpenFiles::Open(const std::string& path, bool readOnly, const ClientId& client,
                     FileHandle& handle) {
   Database* database = nullptr;
-  if (const int status = Provide(path, database); status != btrieve::kSuccess) return status;
+  if (const int status = Provide(path, readOnly, database); status != btrieve::kSuccess) {
+    return status;
+  }
   if (!readOnly && database->file->IsReadOnly()) return btrieve::kPermissionError;
   Slot& slot = FreeSlot(handle.slot);  // which may be the last of the memory
   ++database->users;
@@ -29,7 +31,7 @@ int OpenFiles::Open(const std::string& path, bool readOnly, const ClientId& clie
 }
 
 // Finds the database among those that are open, or opens it.
-int OpenFiles::Provide(const std::string& path, Database*& database) {
+int OpenFiles::Provide(const std::string& path, bool readOnly, Database*& database) {
   const FileFacts facts = InspectFile(path);
   if (facts.kind != FileKind::kFile) {
     return facts.kind == FileKind::kMissing ? btrieve::kFileNotFound : btrieve::kInvalidFileName;
@@ -37,9 +39,11 @@ int OpenFiles::Provide(const std::string& path, Database*& database) {
   for (std::size_t i = databases_.size(); i-- > 0;) {
     Database* known = databases_[i].get();
     if (known->identity != facts.identity && known->path != path) continue;
+    // What could only be read may be written by now.
+    const bool mayHaveChanged = known->users == 0 && known->file->IsReadOnly();
     // By another path it is the same database only if the old path still leads to it: SQLite's log
     // goes by the path.
-    if (known->identity == facts.identity &&
+    if (!mayHaveChanged && known->identity == facts.identity &&
         (known->path == path || InspectFile(known->path).identity == facts.identity)) {
       database = known;
       return btrieve::kSuccess;
@@ -47,12 +51,14 @@ int OpenFiles::Provide(const std::string& path, Database*& database) {
     if (known->users != 0) return btrieve::kFileInUse;
     Drop(known);
   }
-  return OpenAnew(path, facts.identity, database);
+  return OpenAnew(path, facts.identity, readOnly, database);
 }
 
-int OpenFiles::OpenAnew(const std::string& path, const std::string& identity, Database*& database) {
+int OpenFiles::OpenAnew(const std::string& path, const std::string& identity, bool readOnly,
+                        Database*& database) {
   auto opened = std::make_unique<Database>();
-  if (const int status = RecordFile::Open(path, opened->file); status != btrieve::kSuccess) {
+  if (const int status = RecordFile::Open(path, readOnly, opened->file);
+      status != btrieve::kSuccess) {
     return status;
   }
   if (InspectFile(path).identity != identity) {

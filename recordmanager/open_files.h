@@ -55,8 +55,9 @@ class OpenFiles {
     OpenFile open;
   };
 
-  int Provide(const std::string& path, Database*& database);
-  int OpenAnew(const std::string& path, const std::string& identity, Database*& database);
+  int Provide(const std::string& path, bool readOnly, Database*& database);
+  int OpenAnew(const std::string& path, const std::string& identity, bool readOnly,
+               Database*& database);
   void Drop(const Database* database);
   void SettleUnused();
   Slot& FreeSlot(std::uint32_t& number);

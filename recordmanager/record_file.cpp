@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "recordmanager/file_format.h"
+#include "recordmanager/leftovers.h"
 
 namespace recordmanager {
 namespace {
@@ -38,9 +39,9 @@ class UnlessCommitted {
 
 }  // namespace
 
-int RecordFile::Open(const std::string& path, std::unique_ptr<RecordFile>& file) {
+int RecordFile::Open(const std::string& path, bool forReading, std::unique_ptr<RecordFile>& file) {
   std::unique_ptr<RecordFile> opened(new RecordFile);
-  int status = OpenDatabase(path, opened->connection_, opened->layout_);
+  int status = OpenDatabase(path, opened->connection_, opened->layout_, forReading);
   if (status == btrieve::kSuccess) status = opened->Prepare();
   if (status == btrieve::kSuccess) file = std::move(opened);
   return status;
@@ -143,11 +144,35 @@ template <typename Body>
 int RecordFile::Write(Body body) {
   EndRead();
   if (inTransaction_) return connection_.IsInTransaction() ? body() : btrieve::kIoError;
-  if (const int status = begin_.Run(); status != btrieve::kSuccess) return status;
+  if (const int status = BeginWriting(); status != btrieve::kSuccess) return status;
   unsettled_ = true;
   const UnlessCommitted takenBack(connection_, rollBack_);
   const int status = body();
   return status == btrieve::kSuccess ? commit_.Run() : status;
+}
+
+// Each transaction leads to a state of its own, and tells so first.
+int RecordFile::BeginWriting() {
+  int status = btrieve::kSuccess;
+  if (!renewState_.IsPrepared()) {
+    // Not earlier, as there are files of the first format that cannot be written.
+    status = connection_.Prepare("UPDATE file SET before = state, state = ?1 WHERE rowid = 1",
+                                 renewState_);
+  }
+  if (status == btrieve::kSuccess) {
+    status = connection_.IsBusy() ? btrieve::kRecordInUse : begin_.Run();
+  }
+  if (status != btrieve::kSuccess) return status;
+  status = RenewState();
+  // Only now there is a journal to number the state by.
+  if (status == btrieve::kSuccess && !connection_.IsLogged()) status = RenewState();
+  if (status != btrieve::kSuccess && connection_.IsInTransaction()) rollBack_.Run();
+  return status;
+}
+
+int RecordFile::RenewState() {
+  const StateNumber state = NumberState(connection_);
+  return renewState_.Bind(1, state).Run();
 }
 
 int RecordFile::NextChange(std::int64_t& change) {
@@ -261,7 +286,7 @@ int RecordFile::CountValues(const Key& key, std::int64_t& count) {
 int RecordFile::Begin() {
   if (inTransaction_) return btrieve::kSuccess;
   EndRead();
-  const int status = begin_.Run();
+  const int status = BeginWriting();
   inTransaction_ = status == btrieve::kSuccess;
   unsettled_ = unsettled_ || inTransaction_;
   return status;

@@ -38,8 +38,9 @@ struct RecordVersion {
 
 class RecordFile {
  public:
-  // `path` as HostPath gives it. Leaves `file` alone unless the status is 0.
-  static int Open(const std::string& path, std::unique_ptr<RecordFile>& file);
+  // `path` as HostPath gives it; `forReading` as OpenDatabase takes it. Leaves `file` alone unless
+  // the status is 0.
+  static int Open(const std::string& path, bool forReading, std::unique_ptr<RecordFile>& file);
 
   const RecordLayout& Layout() const { return layout_; }
   bool IsReadOnly() const { return connection_.IsReadOnly(); }
@@ -99,6 +100,8 @@ class RecordFile {
 
   template <typename Body>
   int Write(Body body);
+  int BeginWriting();
+  int RenewState();
   int NextChange(std::int64_t& change);
   int NumberRecord(std::span<std::uint8_t> record);
   int LoadEntries(const RecordVersion& version, std::vector<Entry>& entries);
@@ -109,8 +112,8 @@ class RecordFile {
   RecordLayout layout_;
   std::vector<KeyReads> reads_;
   HeldRead held_;
-  Statement begin_, commit_, rollBack_, countChange_, readChange_, loadEntries_, insert_, rewrite_,
-      rekey_, delete_;
+  Statement begin_, commit_, rollBack_, renewState_, countChange_, readChange_, loadEntries_,
+      insert_, rewrite_, rekey_, delete_;
   bool inTransaction_ = false;
   bool unsettled_ = false;
   std::uint32_t rollbacks_ = 0;

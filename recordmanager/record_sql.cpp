@@ -17,7 +17,8 @@ std::string ColumnList(const RecordLayout& layout, const char* suffix) {
 std::string SchemaSql(const RecordLayout& layout) {
   // The data comes last, so that a long record does not push the keys to another page.
   std::string sql =
-      "CREATE TABLE file(description BLOB NOT NULL, changes INTEGER NOT NULL);"
+      "CREATE TABLE file(description BLOB NOT NULL, changes INTEGER NOT NULL,"
+      " state BLOB NOT NULL, before BLOB NOT NULL);"
       "CREATE TABLE record(id INTEGER PRIMARY KEY, version INTEGER NOT NULL" +
       ColumnList(layout, " BLOB NOT NULL") + ", data BLOB NOT NULL);";
   for (const Key& key : layout.keys) {

@@ -4,14 +4,26 @@
 
 #include <utility>
 
+#include "recordmanager/host_files.h"
+#include "recordmanager/patient_files.h"
+
 namespace recordmanager {
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr auto kLongestWait = 3s;
-constexpr auto kImpatience = 1s;
-constexpr int kPauseMilliseconds = 1;
+// The path as SQLite takes it with options.
+std::string UriOf(const std::string& path, const char* options) {
+  std::string uri = path.starts_with('/') ? "file://" : "file:";
+  for (const char letter : path) {
+    const bool isReserved = letter == '%' || letter == '?' || letter == '#';
+    constexpr const char* kDigits = "0123456789ABCDEF";
+    if (isReserved) {
+      uri.append({'%', kDigits[letter >> 4], kDigits[letter & 0xF]});
+    } else {
+      uri += letter;
+    }
+  }
+  return uri + options;
+}
 
 }  // namespace
 
@@ -35,10 +47,11 @@ int StatusOf(int sqliteCode) {
       return btrieve::kOutOfMemory;
     case SQLITE_NOTADB:
       return btrieve::kNotARecordFile;
+    case SQLITE_CANTOPEN:  // whoever opens has seen that the file is there
+      return AreFileHandlesUsedUp() ? btrieve::kFileTableFull : btrieve::kPermissionError;
     case SQLITE_READONLY:
     case SQLITE_PERM:
     case SQLITE_AUTH:
-    case SQLITE_CANTOPEN:  // whoever opens has seen that the file is there
       return btrieve::kPermissionError;
     default:
       return btrieve::kIoError;
@@ -87,10 +100,16 @@ std::span<const std::uint8_t> Statement::Bytes(int column) {
 Connection::~Connection() { sqlite3_close_v2(handle_); }
 
 int Connection::Open(const std::string& path, Way way) {
+  patience_ = Patience(path);
+  if (patience_.IsSpent()) return btrieve::kRecordInUse;
   // One lock around the whole record manager makes SQLite's own around each connection needless.
-  int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+  int flags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+  flags |= way == Way::kUnchanging ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI : SQLITE_OPEN_READWRITE;
   if (way == Way::kNew) flags |= SQLITE_OPEN_CREATE;
-  const int result = sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr);
+  const std::string name = way == Way::kUnchanging ? UriOf(path, "?immutable=1") : path;
+  sqlite3_close_v2(std::exchange(handle_, nullptr));
+  useMark_.End();
+  const int result = sqlite3_open_v2(name.c_str(), &handle_, flags, PatientFiles());
   if (handle_ != nullptr) {  // as it is for lack of memory
     sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
   }
@@ -98,6 +117,15 @@ int Connection::Open(const std::string& path, Way way) {
 }
 
 bool Connection::IsReadOnly() const { return sqlite3_db_readonly(handle_, "main") != 0; }
+
+bool Connection::IsLogReadOnly() {
+  sqlite3_busy_handler(handle_, nullptr, nullptr);
+  const int result = sqlite3_exec(handle_, "BEGIN IMMEDIATE; ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+  return (result & 0xFF) == SQLITE_READONLY;
+}
+
+bool Connection::MarkUse() { return useMark_.Set(sqlite3_db_filename(handle_, "main")); }
 
 bool Connection::IsInTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
 
@@ -157,16 +185,9 @@ void Connection::Checkpoint() {
 }
 
 int Connection::WaitForLock(void* connection, int attempt) {
-  auto* self = static_cast<Connection*>(connection);
-  const auto now = Clock::now();
-  if (attempt == 0) self->waitingSince_ = now;
-  const bool patient = now >= self->impatientUntil_;
-  if (patient ? now - self->waitingSince_ < kLongestWait : attempt < 2) {
-    sqlite3_sleep(kPauseMilliseconds);
-    return 1;
-  }
-  self->impatientUntil_ = now + kImpatience;
-  return 0;
+  Patience& patience = static_cast<Connection*>(connection)->patience_;
+  if (attempt == 0) patience.Begin();
+  return patience.Lasts() ? 1 : 0;
 }
 
 }  // namespace recordmanager

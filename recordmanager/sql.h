@@ -3,19 +3,18 @@
 #pragma once
 
 #include <array>
-#include <chrono>
 #include <cstdint>
 #include <span>
 #include <string>
 
+#include "recordmanager/host_files.h"
 #include "recordmanager/key.h"
+#include "recordmanager/patience.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace recordmanager {
-
-using Clock = std::chrono::steady_clock;
 
 // The published status for a result code of SQLite.
 int StatusOf(int sqliteCode);
@@ -68,7 +67,8 @@ class StatementUse {
 
 class Connection {
  public:
-  enum class Way { kExisting, kNew };
+  // kUnchanging: as nobody writes the file while it is open, without locks and a log.
+  enum class Way { kExisting, kNew, kUnchanging };
 
   Connection() = default;
   Connection(const Connection&) = delete;
@@ -76,15 +76,27 @@ class Connection {
   ~Connection();
 
   // `path` is UTF-8 in the host's own notation. A file that cannot be written is opened for
-  // reading. An existing file is not read yet, so success does not mean that it is a database.
+  // reading. An existing file is not read yet, so success does not mean that it is a database. What
+  // was open before is closed.
   int Open(const std::string& path, Way way);
   bool IsReadOnly() const;
+  sqlite3* Handle() const { return handle_; }
   bool IsInTransaction() const;
 
   // Whether the file is in WAL mode. Said by whoever has opened it: it stays so as long as it is
   // open.
   bool IsLogged() const { return logged_; }
   void SetLogged() { logged_ = true; }
+
+  // Whether the log of a file in WAL mode can only be read; asked without waiting for anybody.
+  bool IsLogReadOnly();
+
+  // Keeps a file that is not in WAL mode from being replaced as long as it is open. False when it
+  // is just being.
+  bool MarkUse();
+
+  // Whether others had the file locked just now, and waiting for them was in vain.
+  bool IsBusy() const { return patience_.IsSpent(); }
 
   // Of a file in WAL mode that has been read from; all zero when it is not known.
   LogState ReadLogState() const;
@@ -103,12 +115,10 @@ class Connection {
   // SQLite's busy handler: whether to try again.
   static int WaitForLock(void* connection, int attempt);
 
+  UseMark useMark_;  // outlives what it marks
   sqlite3* handle_ = nullptr;
   bool logged_ = false;
-  Clock::time_point waitingSince_;
-  // For a while after a wait in vain, waits are short: callers repeat a busy call many thousand
-  // times, and would wait for hours.
-  Clock::time_point impatientUntil_;
+  Patience patience_;
 };
 
 }  // namespace recordmanager

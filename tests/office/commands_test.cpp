@@ -261,7 +261,10 @@ TEST_F(Installations, AreCheckedForARecordManagerThatMayWrite) {
   UnloadRecordManager("w3btrv7.dll");
   ManagerScript manager(managers);
   manager.Answers(btrieve::kOpen, "ZTUSER.KRV", btrieve::kPermissionError);
-  EXPECT_THAT(Qlx("office|check").out, HasSubstr("ZTUSER.KRV: it may not be written; check the "));
+  manager.Answers(btrieve::kOpen, "ZTCASE.KRV", btrieve::kLogError);
+  EXPECT_THAT(Qlx("office|check").out,
+              AllOf(HasSubstr("ZTUSER.KRV: it may not be written; check the "),
+                    HasSubstr("ZTCASE.KRV: what lies beside it (its name with ")));
   UnloadRecordManager("w3btrv7.dll");
 }
 

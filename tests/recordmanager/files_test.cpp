@@ -2,7 +2,6 @@
 // what becomes of files that are there already.
 #include <chrono>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 #include <memory>
 #include <thread>
@@ -18,15 +17,6 @@ using qlx99::tests::EmbeddedCall;
 class Files : public PartyFile {
  protected:
   const std::string other = InFolder("OTHER.KRV");
-
-  static std::string ReadAll(const std::string& name) {
-    std::ifstream file(name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-
-  static void WriteAll(const std::string& name, const std::string& bytes) {
-    std::ofstream(name, std::ios::binary) << bytes;
-  }
 };
 
 TEST_F(Files, AreToldBackByStatWithTheCounts) {
@@ -116,6 +106,17 @@ TEST_F(Files, AreReplacedOnlyWhenAskedToAndWhenNobodyHasThemOpen) {
   EXPECT_EQ(Opened(other).Do("first, close"), "!9 ok");
 }
 
+TEST_F(Files, MayHaveLongNames) {
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(folder);
+  const std::string name(240, 'x');
+  for (const char* outcome : {"!9 1 ok", "!9 1 ok"}) {
+    EXPECT_EQ(Create(name), kSuccess);
+    EXPECT_EQ(Opened(name).Do("first, insert, close"), outcome);
+  }
+  std::filesystem::current_path(before);
+}
+
 TEST_F(Files, AreAllThatIsLeftBehind) {
   EXPECT_EQ(client.Do("close"), "ok");
   EXPECT_EQ(Create(path), kSuccess);
@@ -130,7 +131,7 @@ TEST_F(Files, ThatCannotBeOpenedSayWhy) {
   std::string foreign = ReadAll(path);
   std::string later = foreign;
   foreign.at(71) = 0;  // of the application's id
-  later.at(63) = 2;    // of the format's version
+  later.at(63) = 9;    // of the format's version
   const std::pair<const char*, std::string> contents[] = {{"TEXT.KRV", std::string(5000, 'x')},
                                                           {"EMPTY.KRV", ""},
                                                           {"FOREIGN.KRV", foreign},
@@ -148,6 +149,18 @@ TEST_F(Files, ThatCannotBeOpenedSayWhy) {
   EXPECT_EQ(Client().Open(InFolder("NONE.KRV")), kFileNotFound);
   EXPECT_EQ(Client().Open(InFolder("NONE/A.KRV")), kFileNotFound);
   EXPECT_EQ(Opened(folder.string() + "\\PARTIES.KRV").Do("close, close"), "ok !3");
+}
+
+TEST_F(Files, OfTheFirstFormatAreTakenOver) {
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  std::string bytes = ReadAll(path);
+  bytes.at(63) = 1;
+  const std::string states = ", state BLOB NOT NULL, before BLOB NOT NULL)";
+  bytes.replace(bytes.find(states), states.size(), ')' + std::string(states.size() - 1, ' '));
+  WriteAll(other, bytes);
+  EXPECT_EQ(Opened(other, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
+  EXPECT_EQ(Opened(other).Do("insert, equal number=1, delete, first, next, close"),
+            "2 1 ok 2 !9 ok");
 }
 
 TEST_F(Files, OpenedForReadingRefuseWrites) {

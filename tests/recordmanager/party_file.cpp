@@ -95,6 +95,22 @@ int Create(const std::string& path, const std::string& description, char keyNumb
                                       one.key.data(), kMaxKeyLength, keyNumber);
 }
 
+std::string ReadAll(const std::string& name) {
+  std::ifstream file(name, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void WriteAll(const std::string& name, const std::string& bytes) {
+  std::ofstream(name, std::ios::binary) << bytes;
+}
+
+void WaitUntilHeld(const std::string& flag) {
+  for (int i = 0; i < 2000 && !std::filesystem::exists(flag); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  EXPECT_TRUE(std::filesystem::exists(flag));
+}
+
 int Client::Call(WORD operation, int keyNumber) {
   return qlx99::tests::EmbeddedCallId()(operation, block.data(), record.data(), &length, key.data(),
                                         kMaxKeyLength, static_cast<char>(keyNumber), id.data());

@@ -33,6 +33,12 @@ std::string DescribeParties();
 int Create(const std::string& path, const std::string& description = DescribeParties(),
            char keyNumber = btrieve::kCreateOver);
 
+std::string ReadAll(const std::string& name);
+void WriteAll(const std::string& name, const std::string& bytes);
+
+// Until a client's "wait" has made the file.
+void WaitUntilHeld(const std::string& flag);
+
 // One position block with the buffers of its calls. A copy is a client with a copy of the block.
 class Client {
  public:

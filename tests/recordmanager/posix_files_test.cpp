@@ -1,4 +1,5 @@
 // What can happen to files on POSIX hosts only: others rename and delete them while they are open.
+#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include "party_file.h"
@@ -68,11 +69,40 @@ TEST_F(PosixFiles, ThatMayNotBeWrittenAreRefused) {
   BecomeOrdinaryUser();
   EXPECT_EQ(Client().Open(file), kPermissionError);
   EXPECT_EQ(Client().Open(closed / "FILE.KRV"), kPermissionError);
+  EXPECT_EQ(Opened(closed / "FILE.KRV", kOpenReadOnly).Do("first, next, insert, close"),
+            "1 !9 !46 ok");
   EXPECT_EQ(Create(file), kPermissionError);
   EXPECT_EQ(Create(closed / "NEW.KRV"), kPermissionError);
   EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
   BecomeOneselfAgain();
   std::filesystem::permissions(closed, perms::all);  // or nobody could remove it
+  // With a log that cannot be played in there, the file is not read without it.
+  WriteAll(closed / "FILE.KRV-wal", std::string(5000, 'x'));
+  std::filesystem::permissions(closed, perms{0555});
+  BecomeOrdinaryUser();
+  EXPECT_EQ(Client().Open(closed / "FILE.KRV", kOpenReadOnly), kPermissionError);
+  BecomeOneselfAgain();
+  std::filesystem::permissions(closed, perms::all);
+}
+
+TEST_F(PosixFiles, AreNotOpenedWithoutFreeHandles) {
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const std::string fresh = InFolder("FRESH.KRV");
+  client.key = {};
+  WriteAll(fresh, ReadAll(path));
+  fresh.copy(client.key.data(), client.key.size());
+  BtrCall* const call = qlx99::tests::EmbeddedCall();
+  std::vector<int> taken;
+  for (int handle = 0; handle >= 0; handle = dup(STDIN_FILENO)) taken.push_back(handle);
+  std::string statuses;
+  for (int status = -1; status != kSuccess && taken.size() > 1; taken.pop_back()) {
+    status = call(kOpen, client.block.data(), nullptr, nullptr, client.key.data(), kMaxKeyLength,
+                  kOpenNormal);
+    statuses += std::to_string(status) + ' ';
+    close(taken.back());
+  }
+  for (std::size_t i = 1; i < taken.size(); ++i) close(taken[i]);
+  EXPECT_THAT(statuses, testing::MatchesRegex("(86 )+0 "));
 }
 
 }  // namespace

@@ -1,0 +1,291 @@
+#include "recordmanager/leftovers.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+#include "recordmanager/raw_file.h"
+
+namespace recordmanager {
+namespace {
+
+// Places and marks from SQLite's documentation of its files, where numbers are big-endian.
+constexpr std::uint32_t kStatePage = 2;
+constexpr std::string_view kDatabaseMark = "SQLite format 3";
+constexpr std::size_t kDatabaseHeadSize = 100;
+constexpr std::uint32_t kLogMark = 0x377F0682;  // and checksums over little-endian words
+constexpr std::size_t kLogHeadSize = 32;
+constexpr std::size_t kFrameHeadSize = 24;
+constexpr std::string_view kJournalMark = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7";
+constexpr std::size_t kJournalHeadSize = 28;
+constexpr std::size_t kNoncePlace = 12;
+constexpr std::size_t kNonceSize = 4;
+constexpr std::uint32_t kSmallestPage = 512;
+constexpr std::uint32_t kLargestPage = 65536;
+
+// While others write, the files change between two looks at them. What does not fit after so many
+// looks never will.
+constexpr int kLooks = 20;
+constexpr int kPauseMilliseconds = 1;
+
+using Bytes = std::vector<std::uint8_t>;
+using View = std::span<const std::uint8_t>;
+
+std::uint32_t NumberAt(View bytes, std::size_t offset) {
+  std::uint32_t number = 0;
+  for (const std::uint8_t byte : bytes.subspan(offset, sizeof number)) number = number << 8U | byte;
+  return number;
+}
+
+bool StartsWith(View bytes, std::string_view mark) {
+  return std::memcmp(bytes.data(), mark.data(), mark.size()) == 0;
+}
+
+// The end of a file is none of the errors that end a look.
+int ErrorOf(int status) { return status == btrieve::kEndOfFile ? btrieve::kSuccess : status; }
+
+// What the page of the states tells.
+struct States {
+  StateNumber state{};
+  StateNumber before{};
+
+  static States On(View page) {
+    States states;
+    const View last = page.last(states.state.size() + states.before.size());
+    std::copy_n(last.begin(), states.state.size(), states.state.begin());
+    std::copy_n(last.begin() + states.state.size(), states.before.size(), states.before.begin());
+    return states;
+  }
+};
+
+// The file without what lies beside it.
+struct Base {
+  Bytes firstPage;         // empty when it is no database
+  bool hasStates = false;  // not before the second format
+  States states;
+
+  int Read(const RawFile& file);
+
+  bool IsOfFirstFormat() const { return !firstPage.empty() && !hasStates; }
+  bool IsUnwritten() const { return hasStates && states.state == states.before; }
+};
+
+int Base::Read(const RawFile& file) {
+  constexpr std::size_t kPageSizePlace = 14;  // in the low half of the number there; 1 for 65536
+  constexpr std::size_t kFormatPlace = 60;
+  *this = {};
+  Bytes page(kDatabaseHeadSize);
+  int status = file.Read(0, page);
+  if (status != btrieve::kSuccess || !StartsWith(page, kDatabaseMark)) return ErrorOf(status);
+  const std::size_t size = NumberAt(page, kPageSizePlace) & 0xFFFFU;
+  page.resize(size == 1 ? kLargestPage : std::max<std::size_t>(size, kSmallestPage));
+  status = file.Read(0, page);
+  firstPage = page;
+  hasStates = NumberAt(page, kFormatPlace) > 1;
+  if (status == btrieve::kSuccess) {
+    status = file.Read(static_cast<std::int64_t>((kStatePage - 1) * page.size()), page);
+  }
+  states = States::On(page);
+  return ErrorOf(status);
+}
+
+// The log's checksum over all that came before.
+class Checksum {
+ public:
+  void Add(View bytes) {
+    for (; bytes.size() >= 8; bytes = bytes.subspan(8)) {
+      std::array<std::uint32_t, 2> words{};
+      std::memcpy(words.data(), bytes.data(), sizeof words);
+      first_ += words[0] + second_;
+      second_ += words[1] + first_;
+    }
+  }
+  bool StandsAt(View bytes, std::size_t offset) const {
+    return NumberAt(bytes, offset) == first_ && NumberAt(bytes, offset + 4) == second_;
+  }
+
+ private:
+  std::uint32_t first_ = 0;
+  std::uint32_t second_ = 0;
+};
+
+// Whether the log continues the file, as far as SQLite would play it in: to the last commit before
+// the first frame that does not belong to it.
+int FitLog(const RawFile& log, const Base& base, bool& fits) {
+  constexpr std::size_t kHeadSum = 24;
+  constexpr std::size_t kFrameSum = 16;
+  constexpr std::size_t kSalt = 8;
+  fits = true;
+  Bytes head(kLogHeadSize);
+  Checksum sum;
+  if (const int status = log.Read(0, head); status != btrieve::kSuccess) return ErrorOf(status);
+  sum.Add(View(head).first(kHeadSum));
+  if (NumberAt(head, 0) != kLogMark || !sum.StandsAt(head, kHeadSum)) return btrieve::kSuccess;
+  const std::uint32_t pageSize = NumberAt(head, 8);
+  if (pageSize < kSmallestPage || pageSize > kLargestPage) return btrieve::kSuccess;
+  Bytes frame(kFrameHeadSize + pageSize);
+  bool continues = base.IsOfFirstFormat();
+  bool isFirst = true;
+  for (auto offset = static_cast<std::int64_t>(head.size());; offset += std::ssize(frame)) {
+    const int status = log.Read(offset, frame);
+    if (status != btrieve::kSuccess) return ErrorOf(status);
+    sum.Add(View(frame).first(kSalt));
+    sum.Add(View(frame).subspan(kFrameHeadSize));
+    const bool belongs = std::equal(head.begin() + 16, head.begin() + 24, frame.begin() + kSalt);
+    if (!belongs || !sum.StandsAt(frame, kFrameSum)) return btrieve::kSuccess;
+    if (NumberAt(frame, 0) == kStatePage) {
+      const States page = States::On(frame);
+      continues = continues || page.state == base.states.state ||
+                  (isFirst && page.before == base.states.state);
+      isFirst = false;
+    }
+    if (NumberAt(frame, 4) != 0) fits = continues;  // the last frame of a commit
+  }
+}
+
+// What makes a file a logged one, or not, changes nothing else but how often the first page was
+// written.
+bool DifferInModeOnly(View page, View other) {
+  const auto equal = [&](std::size_t begin, std::size_t end) {
+    return std::memcmp(page.data() + begin, other.data() + begin, end - begin) == 0;
+  };
+  return page.size() == other.size() && equal(0, 18) && equal(20, 24) && equal(28, 92) &&
+         equal(100, page.size());
+}
+
+// Whether the journal leads back from what the file is. Its first page is that of the states, as
+// each transaction begins with it, but for changes of the mode.
+int FitJournal(const RawFile& journal, const Base& base, bool& fits) {
+  constexpr std::size_t kSectorPlace = 20;
+  fits = true;
+  Bytes head(kJournalHeadSize);
+  const int status = journal.Read(0, head);
+  if (status != btrieve::kSuccess || !StartsWith(head, kJournalMark)) return ErrorOf(status);
+  Bytes entry(sizeof kStatePage + base.firstPage.size());
+  fits = base.IsOfFirstFormat();
+  if (fits || base.firstPage.empty()) return btrieve::kSuccess;
+  const int entryStatus = journal.Read(NumberAt(head, kSectorPlace), entry);
+  if (entryStatus != btrieve::kSuccess) return ErrorOf(entryStatus);
+  const View page = View(entry).subspan(sizeof kStatePage);
+  if (NumberAt(entry, 0) == kStatePage) {
+    const StateNumber& now = base.states.state;
+    fits = States::On(page).state == now ||
+           std::equal(now.end() - kNonceSize, now.end(), head.begin() + kNoncePlace);
+  } else {
+    fits = NumberAt(entry, 0) == 1 && DifferInModeOnly(page, base.firstPage);
+  }
+  return btrieve::kSuccess;
+}
+
+// The file of a connection, and what may lie beside it.
+class Surroundings {
+ public:
+  explicit Surroundings(sqlite3* database) {
+    sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file_);
+    sqlite3_file_control(database, "main", SQLITE_FCNTL_VFS_POINTER, &files_);
+    const char* name = sqlite3_db_filename(database, "main");
+    log_ = sqlite3_filename_wal(name);
+    journal_ = sqlite3_filename_journal(name);
+  }
+
+  bool LackLog() const {
+    constexpr std::int64_t kModePlace = 18;
+    constexpr std::uint8_t kLogged = 2;
+    std::array<std::uint8_t, 1> mode{};
+    return RawFile(file_).Read(kModePlace, mode) == btrieve::kSuccess && mode[0] == kLogged &&
+           !IsThere(log_) && !IsThere(journal_);
+  }
+
+  int Look(Base& base, bool& fit) const {
+    fit = true;
+    if (!IsThere(log_) && !IsThere(journal_)) return btrieve::kSuccess;
+    int status = base.Read(RawFile(file_));
+    if (status == btrieve::kSuccess) status = LookAt(log_, SQLITE_OPEN_WAL, &FitLog, base, fit);
+    if (status != btrieve::kSuccess || !fit) return status;
+    return LookAt(journal_, SQLITE_OPEN_MAIN_JOURNAL, &FitJournal, base, fit);
+  }
+
+  // Removes what does not fit while nobody has the file open; does nothing when somebody has.
+  int Clear() const {
+    const sqlite3_io_methods& methods = *file_->pMethods;
+    int result = methods.xLock(file_, SQLITE_LOCK_SHARED);
+    if (result == SQLITE_OK) result = methods.xLock(file_, SQLITE_LOCK_EXCLUSIVE);
+    int status = result == SQLITE_BUSY ? btrieve::kSuccess : StatusOf(result);
+    if (result == SQLITE_OK) {
+      Base base;
+      bool fit = true;
+      status = Look(base, fit);
+      if (status == btrieve::kSuccess && !fit && base.IsUnwritten()) status = Remove();
+    }
+    methods.xUnlock(file_, SQLITE_LOCK_NONE);
+    return status;
+  }
+
+ private:
+  using Fit = int(const RawFile& leftover, const Base& base, bool& fits);
+
+  bool IsThere(const char* name) const {
+    int isThere = 0;
+    return files_->xAccess(files_, name, SQLITE_ACCESS_EXISTS, &isThere) != SQLITE_OK ||
+           isThere != 0;
+  }
+
+  int LookAt(const char* name, int kind, Fit* fit, const Base& base, bool& fits) const {
+    fits = true;
+    if (!IsThere(name)) return btrieve::kSuccess;
+    const int status = fit(RawFile(*files_, name, kind), base, fits);
+    return IsThere(name) ? status : btrieve::kSuccess;
+  }
+
+  int Remove() const {
+    for (const char* name : {log_, journal_}) {
+      const int result = IsThere(name) ? files_->xDelete(files_, name, 1) : SQLITE_OK;
+      if (result != SQLITE_OK && result != SQLITE_IOERR_DELETE_NOENT) return StatusOf(result);
+    }
+    return btrieve::kSuccess;
+  }
+
+  sqlite3_file* file_ = nullptr;
+  sqlite3_vfs* files_ = nullptr;
+  const char* log_ = nullptr;
+  const char* journal_ = nullptr;
+};
+
+}  // namespace
+
+int CheckLeftovers(Connection& connection) {
+  const Surroundings surroundings(connection.Handle());
+  for (int look = 0; look < kLooks; ++look) {
+    Base base;
+    bool fit = true;
+    int status = surroundings.Look(base, fit);
+    if (status == btrieve::kSuccess && !fit && base.IsUnwritten() && !connection.IsReadOnly()) {
+      status = surroundings.Clear();
+    }
+    if (status != btrieve::kSuccess || fit) return status;
+    sqlite3_sleep(kPauseMilliseconds);
+  }
+  return btrieve::kLogError;
+}
+
+bool LacksLog(Connection& connection) { return Surroundings(connection.Handle()).LackLog(); }
+
+StateNumber NumberState(const Connection& connection) {
+  StateNumber number{};
+  sqlite3_randomness(static_cast<int>(number.size()), number.data());
+  sqlite3_file* journal = nullptr;
+  if (!connection.IsLogged() &&
+      sqlite3_file_control(connection.Handle(), "main", SQLITE_FCNTL_JOURNAL_POINTER, &journal) ==
+          SQLITE_OK) {
+    std::array<std::uint8_t, kNonceSize> nonce{};
+    if (RawFile(journal).Read(kNoncePlace, nonce) == btrieve::kSuccess) {
+      std::copy(nonce.begin(), nonce.end(), number.end() - nonce.size());
+    }
+  }
+  return number;
+}
+
+}  // namespace recordmanager

@@ -1,0 +1,38 @@
+// What a killed program leaves beside a record file: a log or a journal. SQLite plays either into
+// whatever file it finds there, also into one that has been put in place since, as a backup is; the
+// result would be neither of the two, and damaged.
+//
+// So that they can be told apart, each transaction writes two numbers into the row of table `file`
+// (engine.h): `state`, which never comes again, and `before`, the state that it began with. They
+// are the last bytes of that row's page, which never holds another; so a page that was torn by a
+// loss of power has the old ones or the new ones.
+//
+// A log continues a file in the state in which the log began, or in one that the log itself leads
+// to (a part of it may have been moved into the file). A journal leads back from the state that its
+// copy of the page tells, which nothing of the transaction may have left yet, and from the one that
+// the transaction was to lead to; to tell this one, a state that is reached with a journal ends
+// with the random number in the journal's head.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "recordmanager/sql.h"
+
+namespace recordmanager {
+
+using StateNumber = std::array<std::uint8_t, 8>;
+
+// Sees to it that what lies beside the file, which has not been read through this connection yet,
+// continues the file. Status 14 when it does not, and nothing has been changed. Beside a file that
+// nobody has written since it was created it can only be a former file's: it is removed.
+int CheckLeftovers(Connection& connection);
+
+// Whether the file is to be used with a log, and neither a log nor anything else lies beside it.
+bool LacksLog(Connection& connection);
+
+// A number for the state that the connection's transaction leads to. With a journal it is the right
+// one only when the transaction has written something.
+StateNumber NumberState(const Connection& connection);
+
+}  // namespace recordmanager

@@ -1,0 +1,74 @@
+#include "recordmanager/patient_files.h"
+
+#include <sqlite3.h>
+
+#include <string>
+
+#include "recordmanager/host_files.h"
+#include "recordmanager/patience.h"
+
+namespace recordmanager {
+namespace {
+
+constinit sqlite3_vfs patientFiles{};
+constinit sqlite3_vfs* realFiles = nullptr;
+
+std::string DatabaseOf(const std::string& name, int flags) {
+  const bool isBeside = (flags & (SQLITE_OPEN_WAL | SQLITE_OPEN_MAIN_JOURNAL)) != 0;
+  return isBeside ? name.substr(0, name.rfind('-')) : name;
+}
+
+bool IsDenied(const std::string& name, const std::string& database, int flags) {
+  const bool toWrite = (flags & SQLITE_OPEN_READWRITE) != 0;
+  if (AccessTo(name, toWrite) == Access::kDenied) return true;
+  // The memory that users of a log share is opened by SQLite itself, right after the log.
+  const bool sharesMemory = toWrite && (flags & SQLITE_OPEN_WAL) != 0;
+  return sharesMemory && AccessTo(database + "-shm", true) == Access::kDenied;
+}
+
+int OpenPatiently(const char* name, sqlite3_file* file, int flags, int* outFlags) {
+  const std::string path = name;
+  const std::string database = DatabaseOf(path, flags);
+  const bool toWrite = (flags & SQLITE_OPEN_READWRITE) != 0;
+  const Patience patience(database);
+  do {
+    if (IsDenied(path, database, flags)) continue;
+    int got = flags;
+    const int result = realFiles->xOpen(realFiles, name, file, flags, &got);
+    if (outFlags != nullptr) *outFlags = got;
+    const bool isAsWanted = result == SQLITE_OK && (flags & ~got & SQLITE_OPEN_READWRITE) == 0;
+    // Whoever was in the way may have gone by now.
+    if (isAsWanted || AccessTo(path, toWrite) == Access::kImpossible) return result;
+    if (result == SQLITE_OK) file->pMethods->xClose(file);
+  } while (patience.Lasts());
+  file->pMethods = nullptr;
+  return SQLITE_BUSY;
+}
+
+int Open(sqlite3_vfs* /*files*/, const char* name, sqlite3_file* file, int flags, int* outFlags) {
+  if (name == nullptr) return realFiles->xOpen(realFiles, name, file, flags, outFlags);
+  try {
+    return OpenPatiently(name, file, flags, outFlags);
+  } catch (...) {  // SQLite knows no exceptions
+    file->pMethods = nullptr;
+    return SQLITE_NOMEM;
+  }
+}
+
+}  // namespace
+
+const char* PatientFiles() {
+  sqlite3_vfs* found = sqlite3_vfs_find(nullptr);
+  if (found == nullptr) return nullptr;
+  if (found != realFiles) {
+    sqlite3_vfs_unregister(&patientFiles);
+    realFiles = found;
+    patientFiles = *found;
+    patientFiles.zName = "patient";
+    patientFiles.xOpen = &Open;
+    sqlite3_vfs_register(&patientFiles, 0);
+  }
+  return patientFiles.zName;
+}
+
+}  // namespace recordmanager

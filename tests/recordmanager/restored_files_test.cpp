@@ -1,0 +1,106 @@
+// A file that was put back beside what a killed program has left: its log or its journal.
+#include "party_file.h"
+#include "worker.h"
+
+namespace recordmanager_tests {
+namespace {
+
+using namespace btrieve;
+
+class Restored : public PartyFile {
+ protected:
+  static constexpr const char* kAll =
+      "first, next*, last, previous*, first case, next* case, close";
+
+  // A file of these bytes after a script, with everybody's log moved in.
+  std::string After(const std::string& bytes, const std::string& script) {
+    const std::string name = FreshName();
+    WriteAll(name, bytes);
+    EXPECT_EQ(Opened(name).Do(script + ", close").find('!'), std::string::npos);
+    return ReadAll(name);
+  }
+
+  // What a program that takes this script leaves beside the file when it is killed in the midst.
+  std::string Leftover(const std::string& script, const std::string& suffix) const {
+    const std::string flag = InFolder("flag");
+    Worker worker({path, script + ", wait " + flag});
+    WaitUntilHeld(flag);
+    std::string left = ReadAll(path + suffix);
+    EXPECT_EQ(worker.Kill(), Worker::kKilled);
+    std::filesystem::remove(flag);
+    return left;
+  }
+
+  // What is read, or why not, from a file of these bytes with that beside it; a refusal changes
+  // neither.
+  std::string Read(const std::string& bytes, const std::string& suffix, const std::string& left) {
+    const std::string name = FreshName();
+    WriteAll(name, bytes);
+    WriteAll(name + suffix, left);
+    WriteAll(name + "-shm", std::string(32768, 'x'));
+    Client reader;
+    if (const int status = reader.Open(name); status != kSuccess) {
+      EXPECT_TRUE(ReadAll(name) == bytes && ReadAll(name + suffix) == left);
+      return '!' + std::to_string(status);
+    }
+    return reader.Do(kAll);
+  }
+
+  std::string WithRollbackJournal(std::string bytes) const {
+    bytes.at(18) = bytes.at(19) = 1;
+    WriteAll(path, bytes);
+    return bytes;
+  }
+
+ private:
+  std::string FreshName() { return InFolder("COPY" + std::to_string(++copies_) + ".KRV"); }
+
+  int copies_ = 0;
+};
+
+const std::string kNone = "!9 !9 !9 !9 !9 !9 ok";
+const std::string kOne = "1 !9 1 !9 1 !9 ok";
+const std::string kTwo = "1 2 !9 2 1 !9 1 2 !9 ok";
+const std::string kThree = "1 2 3 !9 3 2 1 !9 1 2 3 !9 ok";
+const std::string kRefused = "!14";
+
+TEST_F(Restored, BesideALogAreWholeOrRefused) {
+  const std::string fresh = ReadAll(path);
+  const std::string earlier = After(fresh, "insert");
+  EXPECT_EQ(client.Do("insert, insert, close"), "1 2 ok");
+  const std::string base = ReadAll(path);
+  const std::string log = Leftover("insert case=9, insert, equal number=4, delete", "-wal");
+  const std::string killed = ReadAll(path);
+  const std::string folded = After(base, "insert case=9");
+
+  EXPECT_EQ(Read(base, "-wal", log), kThree);
+  EXPECT_EQ(Read(killed, "-wal", log), kThree);
+  EXPECT_EQ(Read(earlier, "-wal", log), kRefused);
+  EXPECT_EQ(Read(folded, "-wal", log), kRefused) << "the same changes, made by another";
+  EXPECT_EQ(Read(After(base, "equal number=2, delete"), "-wal", log), kRefused);
+  for (const char* other : {"", "not a record file"}) EXPECT_EQ(Read(other, "-wal", log), kRefused);
+  // A file that nobody has written since it was created can only lie beside a former file's log.
+  EXPECT_EQ(Read(fresh, "-wal", log), kNone);
+  // What SQLite would not play in does no harm.
+  EXPECT_EQ(Read(earlier, "-wal", log.substr(0, 4000)), kOne);
+}
+
+TEST_F(Restored, BesideAJournalAreWholeOrRefused) {
+  const std::string fresh =
+      WithRollbackJournal(After(ReadAll(path), "insert, equal number=1, delete"));
+  const std::string base = After(fresh, "insert, insert");
+  WriteAll(path, base);
+  const std::string begun = Leftover("begin, insert, insert", "-journal");
+  // As it is once it is synchronised, just before the file is written.
+  const std::string journal = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7\xFF\xFF\xFF\xFF" + begun.substr(12);
+
+  EXPECT_EQ(Read(base, "-journal", journal), kTwo);
+  EXPECT_EQ(Read(base, "-journal", begun), kTwo);
+  EXPECT_EQ(Read(fresh, "-journal", begun), kNone);
+  EXPECT_EQ(Read(fresh, "-journal", journal), kRefused);
+  EXPECT_EQ(Read(After(base, "insert"), "-journal", journal), kRefused);
+  EXPECT_EQ(Read("", "-journal", journal), kRefused);
+}
+
+}  // namespace
+}  // namespace recordmanager_tests

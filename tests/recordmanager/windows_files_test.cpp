@@ -1,0 +1,107 @@
+// What other programs can do to files on Windows only: keep everybody else from opening them.
+#include <chrono>
+#include <thread>
+
+#include "party_file.h"
+
+namespace recordmanager_tests {
+namespace {
+
+using namespace btrieve;
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
+
+// A program that looks at a file, as a virus scanner or a backup does.
+class Onlooker {
+ public:
+  Onlooker(const std::string& path, DWORD shared)
+      : file_(CreateFileA(path.c_str(), GENERIC_READ, shared, nullptr, OPEN_EXISTING, 0, nullptr)) {
+    EXPECT_NE(file_, INVALID_HANDLE_VALUE) << path;
+  }
+  Onlooker(const Onlooker&) = delete;
+  Onlooker& operator=(const Onlooker&) = delete;
+  ~Onlooker() {
+    if (thread_.joinable()) thread_.join();
+    GoAway();
+  }
+
+  void GoAway() {
+    if (file_ != INVALID_HANDLE_VALUE) CloseHandle(std::exchange(file_, INVALID_HANDLE_VALUE));
+  }
+  void GoAwayAfter(std::chrono::milliseconds time) {
+    thread_ = std::thread([this, time] {
+      std::this_thread::sleep_for(time);
+      GoAway();
+    });
+  }
+
+ private:
+  HANDLE file_;
+  std::thread thread_;
+};
+
+class WindowsFiles : public PartyFile {
+ protected:
+  WindowsFiles() { EXPECT_EQ(client.Do("insert, close"), "1 ok"); }
+};
+
+TEST_F(WindowsFiles, AreWaitedForWhileSomebodyLooksAtThem) {
+  struct Row {
+    const char* suffix;
+    DWORD shared;
+    std::chrono::milliseconds time;
+  };
+  const Row rows[] = {{"", FILE_SHARE_READ, 50ms},
+                      {"", FILE_SHARE_READ, 1500ms},
+                      {"", 0, 300ms},
+                      {"", 0, 1500ms},
+                      {"-wal", FILE_SHARE_READ, 300ms},
+                      {"-wal", 0, 300ms},
+                      {"-shm", FILE_SHARE_READ, 300ms},
+                      {"-shm", 0, 300ms},
+                      {"-journal", FILE_SHARE_READ, 300ms},
+                      {"-journal", 0, 300ms}};
+  int i = 0;
+  for (const auto& [suffix, shared, time] : rows) {
+    const std::string name = InFolder(std::to_string(++i) + ".KRV");
+    std::string bytes = ReadAll(path);
+    if (suffix == std::string("-journal")) bytes.at(18) = bytes.at(19) = 1;
+    WriteAll(name, bytes);
+    if (*suffix != '\0') WriteAll(name + suffix, "");
+    Onlooker onlooker(name + suffix, shared);
+    onlooker.GoAwayAfter(time);
+    Client one;
+    EXPECT_EQ(one.Open(name), kSuccess) << suffix << ' ' << shared;
+    EXPECT_EQ(one.Do("insert, first, next, close"), "2 1 2 ok") << suffix << ' ' << shared;
+  }
+}
+
+TEST_F(WindowsFiles, AreReplacedWhenNobodyLooksAtThemAnyMore) {
+  const std::string name = InFolder("OLD.KRV");
+  WriteAll(name, "old");
+  Onlooker onlooker(name, FILE_SHARE_READ | FILE_SHARE_WRITE);
+  onlooker.GoAwayAfter(300ms);
+  EXPECT_EQ(Create(name), kSuccess);
+}
+
+TEST_F(WindowsFiles, AreInUseWhileSomebodyDeniesThemForLong) {
+  const std::string name = InFolder("DENIED.KRV");
+  WriteAll(name, ReadAll(path));
+  for (const DWORD shared : {DWORD{FILE_SHARE_READ}, DWORD{0}}) {
+    Onlooker onlooker(name, shared);
+    const auto start = steady_clock::now();
+    EXPECT_EQ(Client().Open(name), kFileInUse);
+    EXPECT_GT(steady_clock::now() - start, 2s);
+    for (int i = 0; i < 40000; ++i) ASSERT_EQ(Client().Open(name), kFileInUse);
+    EXPECT_LT(steady_clock::now() - start, 10s);
+    EXPECT_EQ(Create(name), kFileInUse);
+    onlooker.GoAway();
+    std::this_thread::sleep_for(5ms);  // earlier, nobody looks whether it has gone
+    EXPECT_EQ(Opened(name).Do("first, update, close"), "1 ok ok") << "what failed is not kept";
+    std::this_thread::sleep_for(2100ms);
+    EXPECT_EQ(client.Open(InFolder("NONE.KRV")), kFileNotFound);  // lets go of the file
+  }
+}
+
+}  // namespace
+}  // namespace recordmanager_tests
