@@ -87,7 +87,10 @@ class Connection {
   void SetLogged() { logged_ = true; }
 
   // Of a file in WAL mode that has been read from; all zero when it is not known.
-  LogState ReadLogState() const;
+  LogState ReadLogState();
+
+  // Whether the log holds changes that somebody still has to move into the file.
+  bool HasLogToMove();
 
   int Prepare(const std::string& sql, Statement& statement);
   int Execute(const char* sql);
@@ -100,11 +103,14 @@ class Connection {
   void Checkpoint();
 
  private:
+  void FindLogIndex();
+
   // SQLite's busy handler: whether to try again.
   static int WaitForLock(void* connection, int attempt);
 
   sqlite3* handle_ = nullptr;
   bool logged_ = false;
+  volatile const std::uint32_t* logIndex_ = nullptr;
   Clock::time_point waitingSince_;
   // For a while after a wait in vain, waits are short: callers repeat a busy call many thousand
   // times, and would wait for hours.
