@@ -13,7 +13,9 @@ Offices offices;
 const Offices& TheOffices() { return offices; }
 
 void SetOffices(const std::filesystem::path& folder) {
-  offices = {folder / "work", folder / "small", folder / "usual", folder / "large"};
+  // Without the links of scripts/bench, which each look at a file would have to follow.
+  const auto office = [&](const char* name) { return std::filesystem::canonical(folder / name); };
+  offices = {folder / "work", office("small"), office("usual"), office("large")};
   std::filesystem::remove_all(offices.work);
   std::filesystem::create_directories(offices.work);
 }

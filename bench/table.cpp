@@ -23,7 +23,9 @@ std::string Figure(double value) {
 
 std::string Cell(std::optional<double> value) { return value ? Figure(*value) : ""; }
 
-std::string Bound(std::optional<double> most, std::optional<double> least) {
+std::string Bound(std::optional<double> most, std::optional<double> mostTime,
+                  std::optional<double> least) {
+  if (mostTime) return "at most " + Figure(*mostTime) + " us";
   if (most) return "at most " + Figure(*most);
   return least ? "above " + Figure(*least) : "";
 }
@@ -51,17 +53,19 @@ void Table::PrintRow(const Run& run) {
   const auto ours = Counter(run, "ours");
   const auto theirs = Counter(run, "theirs");
   const auto most = Counter(run, "most");
+  const auto mostTime = Counter(run, "most us");
   const auto least = Counter(run, "least");
   const auto ratio = theirs ? std::optional(*ours / *theirs) : std::nullopt;
   const double judged = ratio.value_or(*ours);
-  const bool good = (!most || judged <= *most) && (!least || judged > *least);
+  const bool good = (!most || judged <= *most) && (!mostTime || *ours <= *mostTime) &&
+                    (!least || judged > *least);
   misses_ += good ? 0 : 1;
   std::printf("| %s | %s | %s | %s | %s | %s | %s |\n", name.c_str(), Cell(ours).c_str(),
               run.report_label.c_str(), Cell(theirs).c_str(), Cell(ratio).c_str(),
-              Bound(most, least).c_str(),
-              !most && !least ? ""
-              : good          ? "yes"
-                              : "**missed**");
+              Bound(most, mostTime, least).c_str(),
+              !most && !mostTime && !least ? ""
+              : good                       ? "yes"
+                                           : "**missed**");
 }
 
 }  // namespace bench

@@ -7,7 +7,7 @@ namespace bench {
 
 // One row a benchmark. The benchmark's label says what ours was measured against. Counters, times
 // in microseconds: "ours"; "theirs", unless there is nothing to compare with; "most", the largest
-// ratio (without "theirs": the largest time) that is good enough; "least", the smallest.
+// ratio that is good enough, "most us" the largest time of ours, "least" the smallest ratio.
 class Table : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context& context) override;

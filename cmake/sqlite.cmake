@@ -92,8 +92,12 @@ sqlite_cache_folder(SQLITE_FOLDER)
 sqlite_provide("${SQLITE_FOLDER}")
 
 # Optimised and without our warnings and sanitizers in every preset: it is not our code, and slow to compile as it is.
-add_library(sqlite3_amalgamation STATIC "${SQLITE_FOLDER}/sqlite3.c")
-target_include_directories(sqlite3_amalgamation SYSTEM INTERFACE "${SQLITE_FOLDER}")
+if(WIN32)
+  add_library(sqlite3_amalgamation STATIC "${SQLITE_FOLDER}/sqlite3.c")
+else()
+  add_library(sqlite3_amalgamation STATIC ${PROJECT_SOURCE_DIR}/recordmanager/inherited_locks.c)
+endif()
+target_include_directories(sqlite3_amalgamation SYSTEM PUBLIC "${SQLITE_FOLDER}")
 target_compile_options(sqlite3_amalgamation PRIVATE -O2)
 target_compile_definitions(sqlite3_amalgamation PRIVATE
   SQLITE_THREADSAFE=1

@@ -17,11 +17,12 @@ void Call::SetDataLength(std::size_t length) const {
   std::memcpy(dataLength, &low, sizeof(low));
 }
 
-std::string Call::Path() const {
+std::string_view Call::Path() const {
   if (keyBuffer == nullptr) return {};
   const void* end = std::memchr(keyBuffer, 0, keyLength);
   const auto* begin = reinterpret_cast<const char*>(keyBuffer);
-  return {begin, end == nullptr ? begin + keyLength : static_cast<const char*>(end)};
+  const auto* behind = end == nullptr ? begin + keyLength : static_cast<const char*>(end);
+  return {begin, static_cast<std::size_t>(behind - begin)};
 }
 
 bool Call::KeyBufferHolds(const Key& key) const {

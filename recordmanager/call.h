@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string>
+#include <string_view>
 
 #include "recordmanager/btrieve.h"
 #include "recordmanager/key.h"
@@ -30,7 +30,7 @@ struct Call {
   void SetDataLength(std::size_t length) const;
 
   // The path in the key buffer.
-  std::string Path() const;
+  std::string_view Path() const;
 
   bool KeyBufferHolds(const Key& key) const;
   // Gives back the key of a record in a key buffer that holds it.

@@ -26,24 +26,25 @@ struct BlockImage {
 
 static_assert(sizeof(BlockImage) == btrieve::kPositionBlockSize);
 
-// Differs from load to load, so that blocks of an earlier one are strangers.
-std::uint32_t CheckSeed() {
-  static const std::uint32_t seed = [] {
-    std::uint32_t random = 0;
-    sqlite3_randomness(sizeof(random), &random);
-    return random;
-  }();
-  return seed;
-}
+// 0: not drawn yet.
+std::uint32_t checkSeed = 0;
 
-// Of everything before it.
+// Of everything before it. The products do not wait for one another.
 std::uint32_t CheckWordOf(BlockImage image) {
+  if (checkSeed == 0) {
+    sqlite3_randomness(sizeof(checkSeed), &checkSeed);
+    checkSeed |= 1U;
+  }
   image.check = 0;
   std::array<std::uint64_t, sizeof(image) / sizeof(std::uint64_t)> words{};
   std::memcpy(words.data(), &image, sizeof(image));
-  std::uint64_t hash = CheckSeed();
-  for (const std::uint64_t word : words) hash = (hash ^ word) * 1099511628211U;  // FNV-1a, by words
-  return static_cast<std::uint32_t>(hash ^ (hash >> 32U));
+  std::uint64_t sum = 0;
+  std::uint64_t factor = 0x9E3779B97F4A7C15U;  // odd, as are all that follow
+  for (const std::uint64_t word : words) {
+    sum += (word ^ checkSeed) * factor;
+    factor += 0x632BE59BD9B4E01AU;
+  }
+  return static_cast<std::uint32_t>(sum ^ (sum >> 32U));
 }
 
 static_assert(offsetof(BlockImage, check) == sizeof(BlockImage) - sizeof(std::uint32_t));
@@ -75,5 +76,7 @@ void Cursor::Save(std::uint8_t* positionBlock) const {
   image.check = CheckWordOf(image);
   std::memcpy(positionBlock, &image, sizeof(image));
 }
+
+void Cursor::ForgetAll() { checkSeed = 0; }
 
 }  // namespace recordmanager

@@ -25,9 +25,11 @@ struct Cursor {
   Entry entry;  // where on it; a bound before or after all entries when a read has run off the end
   RecordVersion current;  // what Update and Delete mean
 
-  // False when the block is null or was not written by Save since the library was loaded.
+  // False when the block is null or was not written by Save since the library was loaded, or since
+  // ForgetAll.
   static bool Load(const std::uint8_t* positionBlock, Cursor& cursor);
   void Save(std::uint8_t* positionBlock) const;
+  static void ForgetAll();
 };
 
 }  // namespace recordmanager

@@ -18,8 +18,13 @@ int Engine::Serve(const Call& call) noexcept {
   }
 }
 
+void Engine::BecomeChild() noexcept {
+  inTransaction_ = false;
+  files_.BecomeChild();
+}
+
 int Engine::Dispatch(const Call& call) {
-  files_.CloseIdle();
+  files_.LetGoOfParents();
   if (inTransaction_ && call.client != transactionClient_) return btrieve::kFileInUse;
   switch (call.operation) {
     case btrieve::kOpen:
@@ -37,7 +42,8 @@ int Engine::Dispatch(const Call& call) {
 }
 
 int Engine::Open(const Call& call) {
-  const std::string path = call.Path();
+  files_.CloseIdle();
+  const std::string_view path = call.Path();
   if (call.positionBlock == nullptr || path.empty()) {
     return path.empty() ? btrieve::kInvalidFileName : btrieve::kFileNotOpen;
   }
@@ -87,21 +93,21 @@ int Engine::EndTransaction(const Call& call) {
 int Engine::ServeOpenFile(const Call& call) {
   Cursor cursor;
   if (!Cursor::Load(call.positionBlock, cursor)) return btrieve::kFileNotOpen;
-  const OpenFiles::OpenFile* open = files_.Find(cursor.handle, call.client);
-  if (open == nullptr) return btrieve::kFileNotOpen;
+  OpenFiles::OpenFile open;
+  if (!files_.Find(cursor.handle, call.client, open)) return btrieve::kFileNotOpen;
   int status = btrieve::kSuccess;
   switch (call.operation) {
     case btrieve::kClose:
       return Close(call, cursor);
     case btrieve::kStat:
-      return Stat(call, *open->file);
+      return Stat(call, *open.file);
     case btrieve::kInsert:
     case btrieve::kUpdate:
     case btrieve::kDelete:
-      status = Write(call, *open, cursor);
+      status = Write(call, open, cursor);
       break;
     default:
-      status = ReadRecord(call, *open->file, cursor);
+      status = ReadRecord(call, *open.file, cursor);
   }
   cursor.Save(call.positionBlock);
   return status;

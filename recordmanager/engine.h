@@ -39,6 +39,10 @@ class Engine {
   // Carries out one call and returns its status. Not for several threads at once.
   int Serve(const Call& call) noexcept;
 
+  // To be called when the process has become a copy of another one that has files open. Each is
+  // opened anew for the next call; the transaction is the other's.
+  void BecomeChild() noexcept;
+
  private:
   int Dispatch(const Call& call);
   int Open(const Call& call);

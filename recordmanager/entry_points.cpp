@@ -1,24 +1,29 @@
 // The published entry points. Calls of several threads take turns.
+#include <cstddef>
 #include <cstring>
-#include <mutex>
+#include <new>
 #include <type_traits>
 
 #include "recordmanager/btrieve.h"
 #include "recordmanager/engine.h"
+#include "recordmanager/host_process.h"
 
 namespace {
 
 using recordmanager::Call;
 using recordmanager::Engine;
 
+// Made by the first call, as the loader's lock is held while a library is attached; without taking
+// memory, which may have run out by then. Nothing destroys it while a thread is in a call.
+alignas(Engine) std::byte engineMemory[sizeof(Engine)];
+Engine* engine = nullptr;
+
 short Serve(const Call& call) noexcept {
-  static std::mutex mutex;
-  // Made by the first call, as the loader's lock is held while a library is attached. Destroyed
-  // under it all the same, when the library is freed or the process ends; but all that happens then
-  // is that files are closed, for which no other library is needed and nobody is waited for.
-  static Engine engine;
-  const std::scoped_lock lock(mutex);
-  return static_cast<short>(engine.Serve(call));
+  if (!recordmanager::TakeTurn()) return btrieve::kOutOfMemory;
+  if (engine == nullptr) engine = new (engineMemory) Engine;
+  const int status = engine->Serve(call);
+  recordmanager::EndTurn();
+  return static_cast<short>(status);
 }
 
 Call MakeCall(WORD operation, void* positionBlock, void* dataBuffer, ULONG* dataLength,
@@ -33,6 +38,22 @@ Call MakeCall(WORD operation, void* positionBlock, void* dataBuffer, ULONG* data
 }
 
 }  // namespace
+
+namespace recordmanager {
+
+// All that is done is closing files, for which no other library is needed and nobody is waited for.
+void OnEnd() {
+  if (engine == nullptr) return;
+  engine->~Engine();
+  engine = nullptr;
+  Cursor::ForgetAll();
+}
+
+void OnFork() {
+  if (engine != nullptr) engine->BecomeChild();
+}
+
+}  // namespace recordmanager
 
 extern "C" short WINAPI BTRCALL(WORD operation, void* positionBlock, void* dataBuffer,
                                 ULONG* dataLength, void* keyBuffer, BYTE keyLength,

@@ -78,9 +78,11 @@ FileFacts InspectFile(const std::string& path) {
   struct stat facts {};
   if (stat(path.c_str(), &facts) != 0) return {};
   if (!S_ISREG(facts.st_mode)) return {FileKind::kOther, {}};
-  std::string identity(sizeof facts.st_dev + sizeof facts.st_ino, '\0');
-  std::memcpy(identity.data(), &facts.st_dev, sizeof facts.st_dev);
-  std::memcpy(identity.data() + sizeof facts.st_dev, &facts.st_ino, sizeof facts.st_ino);
+  // The kernel's numbers of devices have 32 bits; so short a text needs no memory.
+  const auto device = static_cast<std::uint32_t>(facts.st_dev);
+  std::string identity(sizeof device + sizeof facts.st_ino, '\0');
+  std::memcpy(identity.data(), &device, sizeof device);
+  std::memcpy(identity.data() + sizeof device, &facts.st_ino, sizeof facts.st_ino);
   return {FileKind::kFile, std::move(identity)};
 }
 

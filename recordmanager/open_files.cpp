@@ -26,7 +26,7 @@ int OpenFiles::Open(const std::string& path, bool readOnly, const ClientId& clie
   handle.generation = ++slot.generation;
   slot.database = database;
   slot.client = client;
-  slot.open = {database->file.get(), readOnly};
+  slot.readOnly = readOnly;
   return btrieve::kSuccess;
 }
 
@@ -80,18 +80,19 @@ OpenFiles::Slot& OpenFiles::FreeSlot(std::uint32_t& number) {
   return *free;
 }
 
-const OpenFiles::OpenFile* OpenFiles::Find(const FileHandle& handle, const ClientId& client) const {
-  if (handle.slot >= slots_.size()) return nullptr;
+bool OpenFiles::Find(const FileHandle& handle, const ClientId& client, OpenFile& open) const {
+  if (handle.slot >= slots_.size()) return false;
   const Slot& slot = slots_[handle.slot];
-  const bool valid =
-      slot.database != nullptr && slot.generation == handle.generation && slot.client == client;
-  return valid ? &slot.open : nullptr;
+  if (slot.database == nullptr || slot.generation != handle.generation || slot.client != client) {
+    return false;
+  }
+  open = {slot.database->file.get(), slot.readOnly};
+  return true;
 }
 
 void OpenFiles::Close(const FileHandle& handle) {
   Slot& slot = slots_[handle.slot];
   Database* database = std::exchange(slot.database, nullptr);
-  database->file->EndRead();
   if (--database->users == 0) {
     database->idleSince = Clock::now();
     database->file->Settle();
@@ -110,12 +111,41 @@ int OpenFiles::Release(const std::string& path) {
 }
 
 void OpenFiles::CloseIdle() {
-  for (const auto& database : databases_) database->file->EndOldRead();
   const auto longAgo = Clock::now() - kIdleTime;
   std::erase_if(databases_, [longAgo](const auto& database) {
-    return database->users == 0 && !database->file->IsInTransaction() &&
-           database->idleSince < longAgo;
+    const bool idle =
+        database->users == 0 && !database->file->IsInTransaction() && database->idleSince < longAgo;
+    if (idle) database->file->Settle();  // if somebody was in the way when it was closed
+    return idle;
   });
+}
+
+void OpenFiles::BecomeChild() {
+  for (const auto& database : databases_) database->isParents = true;
+  hasParents_ = true;
+}
+
+void OpenFiles::ReplaceParents() {
+  for (std::size_t i = databases_.size(); i-- > 0;) {
+    const Database* parents = databases_[i].get();
+    if (!parents->isParents) continue;
+    Database* own = nullptr;
+    if (parents->users != 0 && OpenAnew(parents->path, parents->identity,
+                                        parents->file->IsReadOnly(), own) == btrieve::kSuccess) {
+      own->users = parents->users;
+      own->file->GoOnFrom(*parents->file);
+    }
+    for (Slot& slot : slots_) {
+      if (slot.database == parents) slot.database = own;
+    }
+    Drop(parents);
+  }
+  hasParents_ = false;
+}
+
+// What is the parent's is never closed, which would do to locks and logs what only the parent may.
+OpenFiles::Database::~Database() {
+  if (isParents) static_cast<void>(file.release());
 }
 
 int OpenFiles::CommitAll() {
@@ -133,6 +163,7 @@ int OpenFiles::CommitAll() {
 
 void OpenFiles::RollBackAll() {
   for (const auto& database : databases_) database->file->RollBack();
+  SettleUnused();
 }
 
 void OpenFiles::SettleUnused() {

@@ -24,16 +24,23 @@ class OpenFiles {
   int Open(const std::string& path, bool readOnly, const ClientId& client, FileHandle& handle);
   void Close(const FileHandle& handle);
 
-  // Null when the handle is stale, or was opened by another client.
-  const OpenFile* Find(const FileHandle& handle, const ClientId& client) const;
+  // False when the handle is stale, or was opened by another client.
+  bool Find(const FileHandle& handle, const ClientId& client, OpenFile& open) const;
 
   // Lets go of the file at `path` so that it can be replaced; status 85 when somebody here has it
   // open.
   int Release(const std::string& path);
 
-  // Closes what nobody has used for a while, so that files can be moved and restored, and ends
-  // reads that have been held long enough.
+  // Closes what nobody has used for a while, so that files can be moved and restored. Takes a look
+  // at the clock; so it is for calls that take longer than that themselves.
   void CloseIdle();
+
+  // To be called when this process has become a copy of another one that has files open, and then
+  // before each call: opens anew what was open there.
+  void BecomeChild();
+  void LetGoOfParents() {
+    if (hasParents_) ReplaceParents();
+  }
 
   // Ends the transactions of all files. The first that fails takes the remaining ones back.
   int CommitAll();
@@ -41,29 +48,34 @@ class OpenFiles {
 
  private:
   struct Database {
+    ~Database();
+
     std::string path;
     std::string identity;
     std::unique_ptr<RecordFile> file;
     int users = 0;
     Clock::time_point idleSince;
+    bool isParents = false;
   };
 
   struct Slot {
     std::uint32_t generation = 0;
     Database* database = nullptr;  // null: free
     ClientId client{};
-    OpenFile open;
+    bool readOnly = false;
   };
 
   int Provide(const std::string& path, bool readOnly, Database*& database);
   int OpenAnew(const std::string& path, const std::string& identity, bool readOnly,
                Database*& database);
   void Drop(const Database* database);
+  void ReplaceParents();
   void SettleUnused();
   Slot& FreeSlot(std::uint32_t& number);
 
   std::vector<std::unique_ptr<Database>> databases_;
   std::vector<Slot> slots_;
+  bool hasParents_ = false;
 };
 
 }  // namespace recordmanager

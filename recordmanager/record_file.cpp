@@ -12,10 +12,6 @@
 namespace recordmanager {
 namespace {
 
-Direction DirectionOf(Bound bound) {
-  return bound == Bound::kUpTo || bound == Bound::kBefore ? Direction::kDown : Direction::kUp;
-}
-
 bool IsZero(const std::uint8_t* bytes, std::size_t length) {
   return std::all_of(bytes, bytes + length, [](std::uint8_t byte) { return byte == 0; });
 }
@@ -49,6 +45,7 @@ int RecordFile::Open(const std::string& path, bool forReading, std::unique_ptr<R
 
 int RecordFile::Prepare() {
   reads_.resize(layout_.keys.size());
+  readAhead_.SetKeys(layout_.keys.size());
   const std::pair<Statement*, std::string> statements[] = {
       {&begin_, "BEGIN IMMEDIATE"},
       {&commit_, "COMMIT"},
@@ -71,81 +68,12 @@ int RecordFile::Prepare() {
   return btrieve::kSuccess;
 }
 
-int RecordFile::PrepareRead(const Key& key, Direction direction, KeyRead*& read) {
-  read = &reads_[IndexOf(key)][static_cast<std::size_t>(direction)];
-  if (read->statement.IsPrepared()) return btrieve::kSuccess;
-  return connection_.Prepare(ReadSql(key, direction), read->statement);
-}
-
-int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_t> target,
-                     RecordVersion& version, Entry& entry) {
-  KeyRead* read = nullptr;
-  if (const int status = PrepareRead(key, DirectionOf(search.bound), read);
-      status != btrieve::kSuccess) {
-    return status;
-  }
-  Statement& statement = read->statement;
-  const int result = FindRow(*read, search);
-  int status = result == SQLITE_DONE ? btrieve::kEndOfFile : StatusOf(result);
-  Entry found;
-  if (result == SQLITE_ROW) {
-    const auto bytes = statement.Bytes(2);
-    found = Entry::From(bytes.data(), bytes.size());
-    const bool beyond = search.bound == Bound::kWithin && search.last < found;
-    status = beyond ? btrieve::kEndOfFile : TakeRow(statement, target, version);
-  }
-  if (status == btrieve::kSuccess) entry = found;
-  if (status == btrieve::kSuccess && IsHeldAt(key, search, found)) {
-    held_.Hold(statement, found);
-  } else {
-    EndRead();
-    statement.Reset();
-  }
-  return status;
-}
-
-// Steps on where the read that is held stands on the place to go on from; otherwise searches.
-int RecordFile::FindRow(KeyRead& read, const Search& search) {
-  held_.Check(connection_);
-  const bool goesOn = search.bound == Bound::kAfter || search.bound == Bound::kBefore;
-  if (goesOn && held_.StandsOn(read.statement, search.first)) return read.statement.Step();
-  if (held_.Uses(read.statement)) EndRead();
-  held_.Prepare(connection_);
-  // One zero byte more is the next greater bound.
-  const bool behind = search.bound == Bound::kAfter || search.bound == Bound::kUpTo;
-  std::copy_n(search.first.bytes.begin(), search.first.size, read.bound.begin());
-  read.bound[search.first.size] = 0;
-  const auto bound = std::span(read.bound).first(search.first.size + (behind ? 1U : 0U));
-  return read.statement.Bind(1, bound).Step();
-}
-
-// Whether the next read is likely to be the one behind, and soon: in the midst of the records of
-// one value, or on a walk along a key without duplicates. Who has seen the last record of a value
-// may ask the user something next.
-bool RecordFile::IsHeldAt(const Key& key, const Search& search, const Entry& entry) const {
-  if (!connection_.IsLogged() || connection_.IsInTransaction()) return false;
-  if (!key.AllowsDuplicates()) return search.bound != Bound::kWithin;
-  return search.bound == Bound::kWithin || key.HaveSameValue(search.first, entry);
-}
-
-int RecordFile::TakeRow(Statement& statement, std::span<std::uint8_t> target,
-                        RecordVersion& version) const {
-  const auto data = statement.Bytes(3);
-  if (data.size() != layout_.RecordLength()) return btrieve::kIoError;
-  if (target.size() < data.size()) return btrieve::kDataBufferLength;
-  std::memcpy(target.data(), data.data(), data.size());
-  version = {statement.Integer(0), statement.Integer(1), rollbacks_};
-  return btrieve::kSuccess;
-}
-
 // Runs `body`, which returns a status, as a transaction of its own or as part of the one that is
 // open.
 template <typename Body>
 int RecordFile::Write(Body body) {
-  EndRead();
   if (inTransaction_) return connection_.IsInTransaction() ? body() : btrieve::kIoError;
   if (const int status = BeginWriting(); status != btrieve::kSuccess) return status;
-  unsettled_ = true;
   const UnlessCommitted takenBack(connection_, rollBack_);
   const int status = body();
   return status == btrieve::kSuccess ? commit_.Run() : status;
@@ -272,23 +200,10 @@ int RecordFile::Delete(const RecordVersion& version) {
   });
 }
 
-int RecordFile::CountRecords(std::int64_t& count) {
-  EndRead();
-  return connection_.QueryInteger("SELECT count(*) FROM record", count);
-}
-
-int RecordFile::CountValues(const Key& key, std::int64_t& count) {
-  if (!key.AllowsDuplicates()) return CountRecords(count);
-  EndRead();
-  return connection_.QueryInteger(CountValuesSql(key).c_str(), count);
-}
-
 int RecordFile::Begin() {
   if (inTransaction_) return btrieve::kSuccess;
-  EndRead();
   const int status = BeginWriting();
   inTransaction_ = status == btrieve::kSuccess;
-  unsettled_ = unsettled_ || inTransaction_;
   return status;
 }
 
@@ -310,11 +225,12 @@ void RecordFile::RollBack() {
   ++rollbacks_;
 }
 
+void RecordFile::GoOnFrom(const RecordFile& other) {
+  rollbacks_ = other.rollbacks_ + (other.inTransaction_ ? 1 : 0);
+}
+
 void RecordFile::Settle() {
-  if (unsettled_ && !inTransaction_) {
-    connection_.Checkpoint();
-    unsettled_ = false;
-  }
+  if (!inTransaction_ && connection_.HasLogToMove()) connection_.Checkpoint();
 }
 
 }  // namespace recordmanager

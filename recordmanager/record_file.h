@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "recordmanager/held_read.h"
 #include "recordmanager/key.h"
+#include "recordmanager/read_ahead.h"
 #include "recordmanager/record_layout.h"
 #include "recordmanager/record_sql.h"
 #include "recordmanager/sql.h"
@@ -71,29 +71,26 @@ class RecordFile {
   void RollBack();
   bool IsInTransaction() const { return inTransaction_; }
 
-  // Ends the read that is held, if there is one: now, or when it has become too old to be.
-  void EndRead() { held_.End(); }
-  void EndOldRead() { held_.Check(connection_); }
+  // Takes the place of an object for the same file: versions read there are as good here, unless
+  // they are those of a transaction that goes on there.
+  void GoOnFrom(const RecordFile& other);
 
-  // To be called when the last user has closed the file: brings all its records into the file
-  // itself, so that it can be copied while this process still holds it. Does not wait for others.
+  // To be called when the last user has closed the file: brings all its records, by whomever they
+  // were written, into the file itself, so that it can be copied while processes still hold it.
+  // Does not wait for others: who is in the way does it when he closes the file.
   void Settle();
 
  private:
-  // Reads along one key in one direction. The bound lies here, as the statement may outlive the
-  // call.
-  struct KeyRead {
-    Statement statement;
-    std::array<std::uint8_t, Entry::kCapacity + 1> bound{};
-  };
-  using KeyReads = std::array<KeyRead, kDirectionCount>;
+  // Reads along one key, by direction.
+  using KeyReads = std::array<Statement, kDirectionCount>;
 
   RecordFile() = default;
   int Prepare();
-  int PrepareRead(const Key& key, Direction direction, KeyRead*& read);
-  int FindRow(KeyRead& read, const Search& search);
-  bool IsHeldAt(const Key& key, const Search& search, const Entry& entry) const;
-  int TakeRow(Statement& statement, std::span<std::uint8_t> target, RecordVersion& version) const;
+  int PrepareRead(const Key& key, Direction direction, Statement*& read);
+  int Find(const Key& key, const Search& search, KeyedRecord& record);
+  int ReadBlock(const Key& key, const Search& search, const Cut& cut, std::size_t most,
+                RecordBlock& block);
+  bool TakeRow(Statement& row, KeyedRecord& record) const;
   std::size_t IndexOf(const Key& key) const {
     return static_cast<std::size_t>(&key - layout_.keys.data());
   }
@@ -111,11 +108,10 @@ class RecordFile {
   Connection connection_;
   RecordLayout layout_;
   std::vector<KeyReads> reads_;
-  HeldRead held_;
+  ReadAhead readAhead_;
   Statement begin_, commit_, rollBack_, renewState_, countChange_, readChange_, loadEntries_,
       insert_, rewrite_, rekey_, delete_;
   bool inTransaction_ = false;
-  bool unsettled_ = false;
   std::uint32_t rollbacks_ = 0;
 };
 

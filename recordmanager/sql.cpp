@@ -108,6 +108,7 @@ int Connection::Open(const std::string& path, Way way) {
   if (way == Way::kNew) flags |= SQLITE_OPEN_CREATE;
   const std::string name = way == Way::kUnchanging ? UriOf(path, "?immutable=1") : path;
   sqlite3_close_v2(std::exchange(handle_, nullptr));
+  logIndex_ = nullptr;
   useMark_.End();
   const int result = sqlite3_open_v2(name.c_str(), &handle_, flags, PatientFiles());
   if (handle_ != nullptr) {  // as it is for lack of memory
@@ -131,22 +132,32 @@ bool Connection::IsInTransaction() const { return sqlite3_get_autocommit(handle_
 
 // The log's index begins with a header of 48 bytes, which every change to the file rewrites, with a
 // counter and checksums in it (SQLite's documentation of the WAL-index format).
-LogState Connection::ReadLogState() const {
-  constexpr int kIndexRegion = 32768;
+LogState Connection::ReadLogState() {
   LogState state{};
-  sqlite3_file* file = nullptr;
-  if (!logged_ ||
-      sqlite3_file_control(handle_, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK) {
-    return state;
-  }
-  void volatile* index = nullptr;
-  if (file->pMethods == nullptr || file->pMethods->iVersion < 2 ||
-      file->pMethods->xShmMap(file, 0, kIndexRegion, 0, &index) != SQLITE_OK || index == nullptr) {
-    return state;
-  }
-  const auto* words = static_cast<volatile const std::uint32_t*>(index);
+  if (logIndex_ == nullptr && logged_) FindLogIndex();
+  if (logIndex_ == nullptr) return state;
+  const auto* words = logIndex_;
   for (std::uint32_t& word : state) word = *words++;
   return state;
+}
+
+// It stays where it is as long as the file is open.
+void Connection::FindLogIndex() {
+  constexpr int kIndexRegion = 32768;
+  sqlite3_file* file = nullptr;
+  if (sqlite3_file_control(handle_, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK ||
+      file->pMethods == nullptr || file->pMethods->iVersion < 2) {
+    return;
+  }
+  void volatile* index = nullptr;
+  if (file->pMethods->xShmMap(file, 0, kIndexRegion, 0, &index) == SQLITE_OK) {
+    logIndex_ = static_cast<volatile const std::uint32_t*>(index);
+  }
+}
+
+bool Connection::HasLogToMove() {
+  constexpr std::size_t kPagesInLog = 4;
+  return ReadLogState()[kPagesInLog] != 0;
 }
 
 int Connection::Prepare(const std::string& sql, Statement& statement) {

@@ -99,7 +99,10 @@ class Connection {
   bool IsBusy() const { return patience_.IsSpent(); }
 
   // Of a file in WAL mode that has been read from; all zero when it is not known.
-  LogState ReadLogState() const;
+  LogState ReadLogState();
+
+  // Whether the log holds changes that somebody still has to move into the file.
+  bool HasLogToMove();
 
   int Prepare(const std::string& sql, Statement& statement);
   int Execute(const char* sql);
@@ -112,12 +115,15 @@ class Connection {
   void Checkpoint();
 
  private:
+  void FindLogIndex();
+
   // SQLite's busy handler: whether to try again.
   static int WaitForLock(void* connection, int attempt);
 
   UseMark useMark_;  // outlives what it marks
   sqlite3* handle_ = nullptr;
   bool logged_ = false;
+  volatile const std::uint32_t* logIndex_ = nullptr;
   Patience patience_;
 };
 

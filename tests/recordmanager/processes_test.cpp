@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <sstream>
 #include <thread>
 
 #include "party_file.h"
@@ -64,6 +65,29 @@ TEST_F(Processes, KeepWhatTheyHaveOpenFromBeingReplaced) {
     EXPECT_EQ(Opened(name).Do("first, close"), "!9 ok");
     EXPECT_EQ(Create(name), kSuccess) << "over a file that only this process has kept open";
   }
+}
+
+// No read stays open between two calls, so it may take its time.
+TEST_F(Processes, EmptyTheLogBesideSomebodyWhoPausesInAWalk) {
+  EXPECT_EQ(client.Do("insert, insert, first, next"), "2 3 1 2");
+  EXPECT_EQ(Worker({path, "insert", "20", InFolder("log")}).Wait(), 0);
+  EXPECT_EQ(std::filesystem::file_size(path + "-wal"), 0);
+  std::filesystem::copy_file(path, InFolder("COPY.KRV"));
+  EXPECT_EQ(Opened(InFolder("COPY.KRV")).Do("last"), "23");
+  EXPECT_EQ(client.Do("next, next, last"), "3 4 23");
+}
+
+TEST_F(Processes, MayEndWhileOneOfTheirThreadsIsInACall) {
+  EXPECT_EQ(client.Do("close"), "ok");
+  std::set<std::int32_t> acknowledged{1};
+  for (int i = 0; i < 5; ++i) {
+    EXPECT_EQ(Worker({path, InFolder("log")}, kLeaverOption).Wait(), 0);
+    ReadLog("log", acknowledged);
+    std::filesystem::remove(InFolder("log"));
+  }
+  std::istringstream found(Opened(path).Do("first, next*"));
+  for (std::int32_t number = 0; found >> number;) acknowledged.erase(number);
+  EXPECT_TRUE(acknowledged.empty()) << acknowledged.size() << " were lost";
 }
 
 TEST_F(Processes, ReadButNeitherWriteNorReplaceWhatAnotherHolds) {

@@ -85,6 +85,9 @@ TEST_F(Records, GetNumbersAndKeepTheirOrderAndTheReadersPlace) {
       {"insert, insert, insert, equal number=2, delete, delete, update, next",
        "1 2 3 2 ok !8 !8 3"},
       {"insert, insert, equal number=2, delete, previous, next", "1 2 2 ok 1 !9"},
+      // What was looked up a moment ago.
+      {"insert, insert, equal number=3, equal number=3, equal number=2, equal number=2, next",
+       "1 2 !4 !4 2 2 !9"},
   };
   int i = 0;
   for (const auto& [script, outcome] : rows) {

@@ -32,10 +32,13 @@ int RunAllTests() {
 }  // namespace qlx99::tests
 
 int main(int argc, char** argv) {
-  if (argc > 1 && std::string(argv[1]) == recordmanager_tests::kWorkerOption) {
+  using namespace recordmanager_tests;
+  const std::string option = argc > 1 ? argv[1] : "";
+  if (option == kWorkerOption || option == kLeaverOption) {
     qlx99::tests::world::SetDeadline(std::chrono::minutes(1),
                                      "a worker");  // its test may have ended badly
-    return recordmanager_tests::Work({argv + 2, argv + argc});
+    const std::vector<std::string> arguments(argv + 2, argv + argc);
+    return option == kWorkerOption ? Work(arguments) : Leave(arguments);
   }
   testing::InitGoogleMock(&argc, argv);
   return qlx99::tests::RunAllTests();

@@ -1,0 +1,21 @@
+// What the record manager needs to know of the process that it lives in; one implementation a host.
+#pragma once
+
+namespace recordmanager {
+
+// Calls of several threads take turns. The lock for that needs no memory and is there as long as
+// the library: hosts end while one of their threads is in a call, and call after the end of main.
+// False when there is no memory to see forks by.
+bool TakeTurn();
+void EndTurn();
+
+// What can happen to the process. Each is called in a turn of its own.
+
+// The library is about to be freed, or the process to end; never called while somebody is in a
+// call. There may be calls afterwards all the same.
+void OnEnd();
+
+// This process is a copy of another one, and what that one has open is open here, too.
+void OnFork();
+
+}  // namespace recordmanager

@@ -1,0 +1,156 @@
+#include "recordmanager/read_ahead.h"
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+#include <string_view>
+
+namespace recordmanager {
+namespace {
+
+// How many records a block has: few for who may want no more than one, four times as many for who
+// comes from another block's end.
+constexpr std::size_t kFirstCount = 8;
+constexpr std::size_t kGrowth = 4;
+constexpr std::size_t kLargestBlock = std::size_t{64} * 1024;  // bytes of data
+
+// What is kept of each file: room for the longest list to be expected, 10,000 parties of a case,
+// and for what one looks up again and again.
+constexpr std::size_t kMostBytes = std::size_t{10} * 1024 * 1024;
+constexpr std::size_t kMostBlocks = 512;
+constexpr std::size_t kMostLookedUp = 256;
+
+}  // namespace
+
+std::size_t LookedUp::IndexOf(std::size_t key, const Cut& cut) {
+  const auto* bytes = reinterpret_cast<const char*>(cut.entry.bytes.data());
+  return (std::hash<std::string_view>()({bytes, cut.entry.size}) + key) % kMostLookedUp;
+}
+
+const RecordBlock* LookedUp::Find(std::size_t key, const Cut& cut) const {
+  if (places_.empty()) return nullptr;
+  const Place& place = places_[IndexOf(key, cut)];
+  return place.key == key && place.block.Low() == cut ? &place.block : nullptr;
+}
+
+LookedUp::Place& LookedUp::PlaceFor(std::size_t key, const Cut& cut) {
+  places_.resize(kMostLookedUp);
+  Place& place = places_[IndexOf(key, cut)];
+  place.key = SIZE_MAX;
+  return place;
+}
+
+void LookedUp::Clear() {
+  for (Place& place : places_) place.key = SIZE_MAX;
+}
+
+void ReadAhead::LookAt(const LogState& state) {
+  if (state == state_) return;
+  Clear();
+  state_ = state;
+}
+
+void ReadAhead::Clear() {
+  lookedUp_.Clear();
+  for (KeyBlocks& kept : keys_) kept = {};
+  bytes_ = 0;
+  count_ = 0;
+}
+
+// The block that says what comes next to the cut in that direction; null when none does.
+const RecordBlock* ReadAhead::BlockBeyond(const Blocks& blocks, const Cut& cut,
+                                          Direction direction) {
+  const bool up = direction == Direction::kUp;
+  auto found = up ? blocks.upper_bound(cut) : blocks.lower_bound(cut);
+  if (found == blocks.begin()) return nullptr;
+  const RecordBlock& block = std::prev(found)->second;
+  const bool within = up ? cut < block.High() || block.EndsKey(direction) : !(block.High() < cut);
+  return within ? &block : nullptr;
+}
+
+// A step of a walk: from where the last record was found to the next one in the same block.
+bool ReadAhead::StepOn(KeyBlocks& kept, const Cut& cut, Direction direction) {
+  if (kept.block == nullptr || cut.behind != (direction == Direction::kUp) ||
+      !(kept.block->EntryAt(kept.index) == cut.entry)) {
+    return false;
+  }
+  const std::size_t next = kept.block->Next(kept.index, direction);
+  if (next != RecordBlock::kNone) kept.index = next;
+  return next != RecordBlock::kNone;
+}
+
+ReadAhead::Answer ReadAhead::Find(std::size_t key, Cut& cut, Direction direction,
+                                  KeyedRecord& record) {
+  KeyBlocks& kept = keys_[key];
+  bool found = StepOn(kept, cut, direction);
+  if (!found && direction == Direction::kUp) {
+    if (const RecordBlock* block = lookedUp_.Find(key, cut); block != nullptr) {
+      if (block->Count() == 0) return Answer::kNoMore;
+      record = block->At(0);
+      return Answer::kFound;
+    }
+  }
+  while (!found) {
+    const RecordBlock* block = BlockBeyond(kept.blocks, cut, direction);
+    if (block == nullptr) return Answer::kUnknown;
+    const std::size_t index = block->Find(cut, direction);
+    found = index != RecordBlock::kNone;
+    if (found) {
+      kept.block = block;
+      kept.index = index;
+    } else if (block->EndsKey(direction)) {
+      return Answer::kNoMore;
+    } else {
+      cut = block->End(direction);
+    }
+  }
+  record = kept.block->At(kept.index);
+  return Answer::kFound;
+}
+
+RecordBlock& ReadAhead::Begin(std::size_t key, const Cut& cut, Direction direction, bool lookUp) {
+  const bool keeps = state_ != LogState{};
+  reading_.key = key;
+  reading_.place = keeps && lookUp ? &lookedUp_.PlaceFor(key, cut) : nullptr;
+  reading_.count = keeps && !lookUp ? kFirstCount : 1;
+  const Direction back = direction == Direction::kUp ? Direction::kDown : Direction::kUp;
+  if (reading_.count != 1) {
+    const RecordBlock* const before = BlockBeyond(keys_[key].blocks, cut, back);
+    if (before != nullptr) reading_.count = std::max(kFirstCount, before->Count() * kGrowth);
+  }
+  RecordBlock& block = reading_.place != nullptr ? reading_.place->block : reading_.block;
+  block.Begin(cut, direction);
+  return block;
+}
+
+std::size_t ReadAhead::CountToRead(std::size_t recordLength) const {
+  return std::clamp<std::size_t>(kLargestBlock / recordLength, 1, reading_.count);
+}
+
+void ReadAhead::Keep() {
+  const RecordBlock& block = reading_.block;
+  if (reading_.place != nullptr) {
+    reading_.place->key = reading_.key;
+  } else if (state_ != LogState{} && block.Low() < block.High()) {
+    if (bytes_ + block.Bytes() > kMostBytes || count_ == kMostBlocks) Clear();
+    KeyBlocks& kept = keys_[reading_.key];
+    kept.block = nullptr;
+    kept.blocks.emplace_hint(DropOverlapping(kept.blocks, block), block.Low(), block);
+    bytes_ += block.Bytes();
+    ++count_;
+  }
+}
+
+// Returns the one behind.
+ReadAhead::Blocks::iterator ReadAhead::DropOverlapping(Blocks& blocks, const RecordBlock& block) {
+  auto other = blocks.lower_bound(block.Low());
+  if (other != blocks.begin() && block.Low() < std::prev(other)->second.High()) --other;
+  while (other != blocks.end() && other->second.Low() < block.High()) {
+    bytes_ -= other->second.Bytes();
+    --count_;
+    other = blocks.erase(other);
+  }
+  return other;
+}
+
+}  // namespace recordmanager

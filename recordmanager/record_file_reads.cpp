@@ -1,0 +1,107 @@
+// The part of a record file that reads.
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "recordmanager/record_file.h"
+
+namespace recordmanager {
+namespace {
+
+Direction DirectionOf(Bound bound) {
+  return bound == Bound::kUpTo || bound == Bound::kBefore ? Direction::kDown : Direction::kUp;
+}
+
+}  // namespace
+
+int RecordFile::PrepareRead(const Key& key, Direction direction, Statement*& read) {
+  read = &reads_[IndexOf(key)][static_cast<std::size_t>(direction)];
+  if (read->IsPrepared()) return btrieve::kSuccess;
+  return connection_.Prepare(ReadSql(key, direction), *read);
+}
+
+int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_t> target,
+                     RecordVersion& version, Entry& entry) {
+  KeyedRecord record;
+  if (const int status = Find(key, search, record); status != btrieve::kSuccess) return status;
+  if (search.bound == Bound::kWithin && search.last < record.entry) return btrieve::kEndOfFile;
+  if (target.size() < record.data.size()) return btrieve::kDataBufferLength;
+  std::memcpy(target.data(), record.data.data(), record.data.size());
+  version = {record.id, record.version, rollbacks_};
+  entry = record.entry;
+  return btrieve::kSuccess;
+}
+
+// The first record that lies as the search says, but for its end: from memory or from the file.
+int RecordFile::Find(const Key& key, const Search& search, KeyedRecord& record) {
+  using Answer = ReadAhead::Answer;
+  const std::size_t index = IndexOf(key);
+  const Direction direction = DirectionOf(search.bound);
+  Cut cut{search.first, search.bound == Bound::kAfter || search.bound == Bound::kUpTo};
+  // A transaction reads what it has written itself, of which the log does not tell yet.
+  const bool alone = connection_.IsInTransaction();
+  readAhead_.LookAt(alone ? LogState{} : connection_.ReadLogState());
+  const Answer answer = readAhead_.Find(index, cut, direction, record);
+  if (answer != Answer::kUnknown) {
+    return answer == Answer::kFound ? btrieve::kSuccess : btrieve::kEndOfFile;
+  }
+  const bool lookUp = search.bound == Bound::kWithin && !key.AllowsDuplicates();
+  RecordBlock& block = readAhead_.Begin(index, cut, direction, lookUp);
+  const std::size_t most = readAhead_.CountToRead(layout_.RecordLength());
+  const int status = ReadBlock(key, search, cut, most, block);
+  if (status != btrieve::kSuccess) return status;
+  readAhead_.Keep();
+  if (block.Count() == 0) return btrieve::kEndOfFile;
+  record = block.At(direction == Direction::kUp ? 0 : block.Count() - 1);
+  return btrieve::kSuccess;
+}
+
+// Reads the records from the cut on: as many as asked for, to the key's end, or to the first one
+// behind the value that the search begins at. What is amiss behind the first is left to the read
+// that asks for it.
+int RecordFile::ReadBlock(const Key& key, const Search& search, const Cut& cut, std::size_t most,
+                          RecordBlock& block) {
+  Statement* read = nullptr;
+  const Direction direction = DirectionOf(search.bound);
+  if (const int status = PrepareRead(key, direction, read); status != btrieve::kSuccess) {
+    return status;
+  }
+  std::array<std::uint8_t, Entry::kCapacity + 1> bound{};  // a zero byte more is the next greater
+  std::copy_n(cut.entry.bytes.begin(), cut.entry.size, bound.begin());
+  const StatementUse use(*read);
+  read->Bind(1, std::span(bound).first(cut.entry.size + (cut.behind ? 1U : 0U)));
+  int result = SQLITE_ROW;
+  bool goesOn = true;
+  for (bool inValue = search.bound == Bound::kWithin; goesOn && block.Count() < most;) {
+    result = read->Step();
+    if (result != SQLITE_ROW) break;
+    KeyedRecord record;
+    if (!TakeRow(*read, record) || !block.Add(record)) {
+      result = SQLITE_CORRUPT;
+      break;
+    }
+    const bool hasValue = key.HaveSameValue(search.first, record.entry);
+    goesOn = hasValue || !inValue;
+    inValue = inValue || hasValue;
+  }
+  block.Close(result == SQLITE_DONE);
+  return block.Count() == 0 ? StatusOf(result) : btrieve::kSuccess;
+}
+
+bool RecordFile::TakeRow(Statement& row, KeyedRecord& record) const {
+  const auto entry = row.Bytes(2);
+  record = {Entry::From(entry.data(), entry.size()), row.Integer(0), row.Integer(1), row.Bytes(3)};
+  return record.data.size() == layout_.RecordLength();
+}
+
+int RecordFile::CountRecords(std::int64_t& count) {
+  return connection_.QueryInteger("SELECT count(*) FROM record", count);
+}
+
+int RecordFile::CountValues(const Key& key, std::int64_t& count) {
+  if (!key.AllowsDuplicates()) return CountRecords(count);
+  return connection_.QueryInteger(CountValuesSql(key).c_str(), count);
+}
+
+}  // namespace recordmanager

@@ -1,0 +1,75 @@
+// What is Windows' own about the library's coming and going.
+#include <malloc.h>
+
+#include <array>
+
+#include "party_file.h"
+#include "platform/windows_api.h"
+
+namespace recordmanager_tests {
+namespace {
+
+struct Possessions {
+  DWORD localStorage = TlsAlloc();
+  HANDLE handle = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+  std::size_t memory = 0;
+};
+
+// Of the numbered ones, the first that is free.
+Possessions CountPossessions() {
+  Possessions have;
+  TlsFree(have.localStorage);
+  CloseHandle(have.handle);
+  std::array<HANDLE, 64> heaps{};
+  for (DWORD i = GetProcessHeaps(heaps.size(), heaps.data()); i-- > 0;) {
+    PROCESS_HEAP_ENTRY entry{};
+    while (HeapWalk(heaps[i], &entry) != 0) {
+      if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) have.memory += entry.cbData;
+    }
+  }
+  return have;
+}
+
+void TakeAllMemory() {
+  for (SIZE_T size = 1U << 28U; size >= 4096; size /= 2) {
+    while (VirtualAlloc(nullptr, size, MEM_RESERVE, PAGE_NOACCESS) != nullptr) continue;
+  }
+  for (const HANDLE heap : {GetProcessHeap(), reinterpret_cast<HANDLE>(_get_heap_handle())}) {
+    for (SIZE_T size = 1U << 20U; size >= 8; size /= 2) {
+      while (HeapAlloc(heap, 0, size) != nullptr) continue;
+    }
+  }
+}
+
+using WindowsLibrary = PartyFile;
+
+// Hosts load and free it for each letter.
+TEST_F(WindowsLibrary, LeavesNothingBehindWhenItIsFreed) {
+  constexpr int kTimes = 20;
+  Possessions before;
+  for (int i = -1; i < kTimes; ++i) {
+    client.Do("insert, close");
+    qlx99::tests::ReleaseEmbedded();
+    if (i < 0) before = CountPossessions();
+    EXPECT_EQ(client.Open(path), btrieve::kSuccess);
+  }
+  client.Do("close");
+  qlx99::tests::ReleaseEmbedded();
+  const Possessions after = CountPossessions();
+  EXPECT_EQ(after.localStorage, before.localStorage);
+  EXPECT_EQ(after.handle, before.handle);
+  EXPECT_LT(after.memory, before.memory + kTimes * 500);
+}
+
+TEST_F(WindowsLibrary, SaysSoWhenThereIsNoMemoryForItsFirstCall) {
+  qlx99::tests::ReleaseEmbedded();
+  const auto call = [this] {
+    qlx99::tests::EmbeddedCallId();
+    TakeAllMemory();
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(client.Open(path)));
+  };
+  EXPECT_EXIT(call(), testing::ExitedWithCode(btrieve::kOutOfMemory), "");
+}
+
+}  // namespace
+}  // namespace recordmanager_tests
