@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -34,5 +35,9 @@ class Process {
 // it lies in `folder`.
 void UsePrivateRegistry(const std::filesystem::path& folder);
 void DropPrivateRegistry();
+
+// While there is a watcher, nothing that this process does is synchronised in truth; it is told when
+// a folder should have been. False where names of files need no synchronising.
+bool WatchFolderSyncs(std::function<void()> watcher);
 
 }  // namespace stress

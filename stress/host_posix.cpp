@@ -1,4 +1,6 @@
 #include <spawn.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -7,6 +9,20 @@
 #include <utility>
 
 #include "stress/host.h"
+
+namespace {
+
+std::function<void()> folderWatcher;
+
+}  // namespace
+
+// In the place of the host's, for all of this program and its libraries.
+extern "C" int fsync(int file) {
+  if (!folderWatcher) return static_cast<int>(syscall(SYS_fsync, file));
+  struct stat facts {};
+  if (fstat(file, &facts) == 0 && S_ISDIR(facts.st_mode)) folderWatcher();
+  return 0;
+}
 
 namespace stress {
 
@@ -47,5 +63,10 @@ void UsePrivateRegistry(const std::filesystem::path& folder) {
 }
 
 void DropPrivateRegistry() { unsetenv("QLX99_REGISTRY"); }
+
+bool WatchFolderSyncs(std::function<void()> watcher) {
+  folderWatcher = std::move(watcher);
+  return true;
+}
 
 }  // namespace stress

@@ -73,4 +73,6 @@ void DropPrivateRegistry() {
   RegDeleteTreeA(HKEY_CURRENT_USER, KeyOfThisProcess().c_str());
 }
 
+bool WatchFolderSyncs(std::function<void()> /*watcher*/) { return false; }
+
 }  // namespace stress

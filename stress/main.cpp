@@ -7,6 +7,7 @@
 
 #include "stress/faults.h"
 #include "stress/load.h"
+#include "stress/power.h"
 #include "stress/store.h"
 #include "stress/worker.h"
 
@@ -47,12 +48,20 @@ int Run(int argc, char** argv) {
   load->add_flag("--rollback-journal", plan.rollbackJournal,
                  "Files as they work on network drives");
   CLI::App* faults = app.add_subcommand("faults", "Disks that are full or fail, at every request");
+  CLI::App* power = app.add_subcommand("power", "The power goes at random moments");
+  stress::PowerPlan powerPlan{.seed = std::random_device()()};
+  power->add_option("--losses", powerPlan.losses, "How often")->capture_default_str();
+  power->add_option("--seed", powerPlan.seed, "What happens follows from it; otherwise by chance");
+  power->add_flag("--ignore-sync", powerPlan.ignoreSync,
+                  "The disk only says that it has written; this must find losses");
   CLI11_PARSE(app, argc, argv);
 
   plan.folder = folder;
   bool sound = true;
   if (!worker.empty()) WorkAs(worker);
   if (load->parsed()) sound = stress::RunLoad(plan, std::cout);
+  powerPlan.folder = folder;
+  if (power->parsed()) sound = stress::RunPower(powerPlan, std::cout) && sound;
   if (faults->parsed()) sound = stress::RunFaults(folder, std::cout) && sound;
   return sound ? 0 : 1;
 }

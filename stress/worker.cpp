@@ -153,6 +153,7 @@ std::filesystem::path MeasuresOf(const Assignment& assignment) {
 void Prepare(const std::filesystem::path& folder, int slots) {
   office::MakeGeneratedOffice(OfficeIn(folder), slots, [](std::int32_t, std::int32_t) {});
   CreateRecords(OfficeIn(folder));
+  StartCounter(OfficeIn(folder));
 }
 
 void Work(const Assignment& assignment) {
