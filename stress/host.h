@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,9 @@ class Process {
  private:
   std::intptr_t process_ = 0;
 };
+
+// Whether this is now the child of two equal processes; nothing where there is no such thing.
+std::optional<bool> Fork();
 
 // From now on the registry of this process is one of its own, empty at first; where that is a file,
 // it lies in `folder`.

@@ -58,6 +58,8 @@ int Process::Kill() {
   return Wait();
 }
 
+std::optional<bool> Fork() { return fork() == 0; }
+
 void UsePrivateRegistry(const std::filesystem::path& folder) {
   setenv("QLX99_REGISTRY", (folder / "office.reg").c_str(), 1);
 }

@@ -60,6 +60,8 @@ int Process::Kill() {
   return Wait();
 }
 
+std::optional<bool> Fork() { return std::nullopt; }
+
 void UsePrivateRegistry(const std::filesystem::path& /*folder*/) {
   HKEY key = nullptr;
   RegCreateKeyExA(HKEY_CURRENT_USER, KeyOfThisProcess().c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,

@@ -107,7 +107,7 @@ class Life {
       engine = &own;
       CreateRecords(OfficeIn(folder_));
     }
-    created_ = true;
+    created_ = !disk_.IsOff();  // what nobody can have seen is not acknowledged
     if (random_() % 2 == 0) UseRollbackJournal(file_);
   }
 

@@ -76,9 +76,10 @@ void Must(int status, const char* what) {
 
 btrieve::BtrCall* ownManager = nullptr;
 
+// There until the very end of the process.
 const office::RecordManager& Manager() {
-  static const auto manager = ownManager == nullptr ? office::RecordManager()
-                                                    : office::RecordManager(ownManager);
+  static const auto& manager = ownManager == nullptr ? *new office::RecordManager()
+                                                     : *new office::RecordManager(ownManager);
   return manager;
 }
 

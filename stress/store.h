@@ -17,8 +17,8 @@ namespace stress {
 // What must never happen.
 class Fault : public std::runtime_error {
  public:
-  // Also the exit codes of workers; kCrashed is any other.
-  enum Kind { kLost = 1, kDoubled, kTorn, kDamaged, kRefused, kCrashed };
+  // Also the exit codes of workers; kCrashed is any other. kGrown: a log that nobody empties.
+  enum Kind { kLost = 101, kDoubled, kTorn, kDamaged, kRefused, kGrown, kCrashed };
 
   Fault(Kind faultKind, const std::string& what) : std::runtime_error(what), kind(faultKind) {}
 

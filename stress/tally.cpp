@@ -15,11 +15,16 @@ void Tally::NoteEnd(int code) {
   Note(known ? static_cast<Fault::Kind>(code) : Fault::kCrashed);
 }
 
+void Tally::Add(const Tally& other) {
+  for (const auto& [kind, count] : other.counts_) Note(kind, count);
+}
+
 void Tally::Write(std::ostream& report) const {
   constexpr std::pair<Fault::Kind, const char*> kWords[] = {
       {Fault::kLost, "lost "},         {Fault::kDoubled, ", doubled "},
       {Fault::kTorn, ", torn "},       {Fault::kDamaged, ", damaged "},
-      {Fault::kRefused, ", refused "}, {Fault::kCrashed, ", crashed "}};
+      {Fault::kRefused, ", refused "}, {Fault::kGrown, ", grown "},
+      {Fault::kCrashed, ", crashed "}};
   for (const auto& [kind, word] : kWords) {
     const auto found = counts_.find(kind);
     report << word << (found == counts_.end() ? 0 : found->second);

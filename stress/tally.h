@@ -15,6 +15,8 @@ class Tally {
   // A process has ended of itself, with this code.
   void NoteEnd(int code);
 
+  void Add(const Tally& other);
+
   bool IsEmpty() const { return counts_.empty(); }
 
   // One line, in which all should be 0.

@@ -2,7 +2,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
+#include <deque>
+#include <optional>
 #include <random>
+#include <thread>
+#include <utility>
 
 #include "frame/attach.h"
 #include "frame/exports.h"
@@ -17,7 +22,11 @@
 namespace stress {
 namespace {
 
+namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+constexpr auto kLongestStay = 60s;
 
 // The library finds the office by a registry of this process's own.
 class Installation {
@@ -60,6 +69,89 @@ void KeepItems(const Assignment& assignment) {
   const auto store = OpenStore(assignment.task, assignment.folder, assignment.slot);
   Keeper keeper(*store, JournalOf(assignment));
   RepeatUntilTheEnd(assignment, [&] { keeper.Step(); });
+}
+
+void KeepAll(const Assignment& assignment) {
+  std::vector<std::unique_ptr<Store>> stores;
+  std::deque<Keeper> keepers;
+  for (int slot = 0; slot < assignment.slots; ++slot) {
+    stores.push_back(OpenStore(kRecords, assignment.folder, slot));
+    keepers.emplace_back(*stores.back(), JournalOf({kRecords, assignment.folder, slot}));
+  }
+  std::size_t turn = 0;
+  RepeatUntilTheEnd(assignment, [&] { keepers[turn++ % keepers.size()].Step(); });
+}
+
+void Try(const Assignment& assignment) {
+  try {
+    KeepAll(assignment);
+  } catch (const Fault& fault) {
+    std::exit(fault.kind);
+  }
+}
+
+// Calls once more when the process ends, which may be refused.
+class Farewell {
+ public:
+  explicit Farewell(const Assignment& assignment) : assignment_(assignment) {}
+  Farewell(const Farewell&) = delete;
+  Farewell& operator=(const Farewell&) = delete;
+  ~Farewell() {
+    EndWith([&] { OpenStore(kRecords, assignment_.folder, assignment_.slot)->Items(); });
+  }
+
+  template <class Action>
+  static void EndWith(const Action& action) {
+    try {
+      action();
+    } catch (const Fault& fault) {
+      if (fault.kind != Fault::kRefused) std::_Exit(fault.kind);
+    }
+  }
+
+ private:
+  Assignment assignment_;
+};
+
+void LeaveAtWork(const Assignment& assignment) {
+  static const Farewell farewell(assignment);
+  std::thread([assignment] {
+    Assignment work{kRecords, assignment.folder, assignment.slot};
+    work.milliseconds = std::chrono::milliseconds(kLongestStay).count();
+    Farewell::EndWith([&] { KeepItems(work); });
+  }).detach();
+  std::this_thread::sleep_for(std::chrono::milliseconds(assignment.milliseconds));
+}
+
+void ForkAtWork(const Assignment& assignment) {
+  const auto store = OpenStore(kRecords, assignment.folder, assignment.slot);
+  Keeper keeper(*store, JournalOf({kRecords, assignment.folder, assignment.slot}));
+  keeper.Step();
+  if (Fork().value_or(false)) {
+    std::mt19937 random{std::random_device()()};
+    const unsigned most = 2U * static_cast<unsigned>(assignment.milliseconds);
+    Work({kRecords, assignment.folder, assignment.slot + 1, assignment.slots,
+          static_cast<int>(random() % most)});
+    if (random() % 2 == 0) std::_Exit(0);
+    return;
+  }
+  RepeatUntilTheEnd(assignment, [&] { keeper.Step(); });
+}
+
+void RaceToCreate(const Assignment& assignment) {
+  for (int race = 0; race < kRaces; ++race) {
+    const fs::path folder = RaceIn(assignment.folder, race);
+    if (assignment.milliseconds == 0) {
+      KeepAll({kAllRecords, folder, 0, assignment.slots});
+      continue;
+    }
+    while (!fs::exists(OfficeIn(folder))) std::this_thread::sleep_for(100us);
+    try {
+      CreateRecords(OfficeIn(folder));
+    } catch (const std::exception&) {  // another was first: NOLINT(bugprone-empty-catch)
+    }
+    KeepItems({kRecords, folder, assignment.slot, assignment.slots, 1});
+  }
 }
 
 void TakeNumbers(const Assignment& assignment) {
@@ -115,6 +207,20 @@ class Onlooker {
   History history_;
 };
 
+// Each look ends at the beginning of the next walk.
+void ReadWithPauses(const Assignment& assignment) {
+  std::vector<Onlooker> onlookers;
+  for (int slot = 0; slot < assignment.slots; ++slot) {
+    onlookers.emplace_back(assignment, kRecords, slot);
+  }
+  std::mt19937 random{std::random_device()()};
+  RepeatUntilTheEnd(assignment, [&] {
+    onlookers[random() % onlookers.size()].Look();
+    const auto most = static_cast<unsigned>(assignment.milliseconds);
+    std::this_thread::sleep_for(std::chrono::milliseconds(random() % most));
+  });
+}
+
 void ReadAll(const Assignment& assignment) {
   std::vector<Onlooker> onlookers;
   for (int slot = 0; slot < assignment.slots; ++slot) {
@@ -132,12 +238,13 @@ std::vector<std::string> ArgumentsOf(const Assignment& assignment) {
           assignment.folder.string(),
           std::to_string(assignment.slot),
           std::to_string(assignment.slots),
-          std::to_string(assignment.milliseconds)};
+          std::to_string(assignment.milliseconds),
+          std::to_string(static_cast<int>(assignment.stays))};
 }
 
 Assignment AssignmentOf(const std::vector<std::string>& arguments) {
   return {arguments.at(0), arguments.at(1), std::stoi(arguments.at(2)), std::stoi(arguments.at(3)),
-          std::stoi(arguments.at(4))};
+          std::stoi(arguments.at(4)), arguments.at(5) == "1"};
 }
 
 std::filesystem::path OfficeIn(const std::filesystem::path& folder) { return folder / "office"; }
@@ -151,17 +258,36 @@ std::filesystem::path MeasuresOf(const Assignment& assignment) {
 }
 
 void Prepare(const std::filesystem::path& folder, int slots) {
-  office::MakeGeneratedOffice(OfficeIn(folder), slots, [](std::int32_t, std::int32_t) {});
+  fs::create_directories(OfficeIn(folder));
+  if (slots != 0) {
+    office::MakeGeneratedOffice(OfficeIn(folder), slots, [](std::int32_t, std::int32_t) {});
+  }
   CreateRecords(OfficeIn(folder));
   StartCounter(OfficeIn(folder));
 }
 
+fs::path RaceIn(const fs::path& folder, int race) {
+  return folder / ("race-" + std::to_string(race));
+}
+
 void Work(const Assignment& assignment) {
-  const Installation installation(assignment.folder);
-  if (assignment.task == kNumbers) return TakeNumbers(assignment);
-  if (assignment.task == kCount) return Count(assignment);
-  if (assignment.task == kRead) return ReadAll(assignment);
-  KeepItems(assignment);
+  struct Task {
+    const char* name;
+    void (*work)(const Assignment&);
+    bool usesLibrary = false;
+  };
+  constexpr Task kTasks[] = {{kNumbers, TakeNumbers, true}, {kFollowUps, KeepItems, true},
+                             {kRecords, KeepItems},         {kCount, Count},
+                             {kRead, ReadAll, true},        {kAllRecords, KeepAll},
+                             {kTry, Try},                   {kPause, ReadWithPauses},
+                             {kLeave, LeaveAtWork},         {kFork, ForkAtWork},
+                             {kCreate, RaceToCreate}};
+  const Task& task = *std::ranges::find(kTasks, assignment.task, &Task::name);
+  std::optional<Installation> installation;
+  if (task.usesLibrary) installation.emplace(assignment.folder);
+  task.work(assignment);
+  Journal(MeasuresOf(assignment)).Write(kEnded);
+  if (assignment.stays) std::this_thread::sleep_for(kLongestStay);
 }
 
 }  // namespace stress
