@@ -56,7 +56,8 @@ int Run(int argc, char** argv) {
   }
   CLI::App* faults = app.add_subcommand("faults", "Disks that are full or fail, at every request");
   CLI::App* power = app.add_subcommand("power", "The power goes at random moments");
-  stress::PowerPlan powerPlan{.seed = std::random_device()()};
+  stress::PowerPlan powerPlan;
+  powerPlan.seed = std::random_device()();
   power->add_option("--losses", powerPlan.losses, "How often")->capture_default_str();
   power->add_option("--seed", powerPlan.seed, "What happens follows from it; otherwise by chance");
   power->add_flag("--ignore-sync", powerPlan.ignoreSync,

@@ -35,7 +35,7 @@ class Round {
 
   const fs::path& Folder() const { return folder_; }
   fs::path File() const { return OfficeIn(folder_) / kRecordsFile; }
-  unsigned Chance(unsigned outcomes) { return random_() % outcomes; }
+  unsigned Chance(unsigned outcomes) { return static_cast<unsigned>(random_()) % outcomes; }
   void Note(Fault::Kind kind) { tally_.Note(kind); }
 
   Assignment Give(const char* task, int slot, int time, bool stays = false) const {
