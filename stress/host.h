@@ -1,6 +1,7 @@
 // What the stress run needs of the host: processes that can be killed, and a registry of its own.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -24,6 +25,9 @@ class Process {
 
   // Waits for its end; returns its exit code or one of the above.
   int Wait();
+
+  // The same, but who has not ended in time is ended, and counts as crashed.
+  int WaitAtMost(std::chrono::milliseconds time);
 
   // Ends it at once, wherever it is. Returns the same, as it may have ended before.
   int Kill();

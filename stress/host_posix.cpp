@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <thread>
 #include <utility>
 
 #include "stress/host.h"
@@ -51,6 +52,18 @@ int Process::Wait() {
   if (pid == 0 || waitpid(pid, &state, 0) != pid) return kCrashed;
   if (WIFEXITED(state)) return WEXITSTATUS(state);
   return WTERMSIG(state) == SIGKILL ? kKilled : kCrashed;
+}
+
+int Process::WaitAtMost(std::chrono::milliseconds time) {
+  constexpr std::chrono::milliseconds kPause{1};
+  siginfo_t end{};
+  for (; time.count() > 0 && end.si_pid == 0; time -= kPause) {
+    waitid(P_PID, static_cast<id_t>(process_), &end, WEXITED | WNOHANG | WNOWAIT);
+    if (end.si_pid == 0) std::this_thread::sleep_for(kPause);
+  }
+  if (end.si_pid != 0) return Wait();
+  Kill();
+  return kCrashed;
 }
 
 int Process::Kill() {

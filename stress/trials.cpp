@@ -41,8 +41,11 @@ class Round {
   Assignment Give(const char* task, int slot, int time, bool stays = false) const {
     return {task, folder_, slot, kSlots, time, stays};
   }
-  void End(Process&& process) { tally_.NoteEnd(Process(std::move(process)).Wait()); }
-  void Run(const Assignment& assignment) { End(Process(ArgumentsOf(assignment))); }
+  void End(Process& process) { tally_.NoteEnd(process.WaitAtMost(std::chrono::seconds(20))); }
+  void Run(const Assignment& assignment) {
+    Process process(ArgumentsOf(assignment));
+    End(process);
+  }
 
   // Whether the keepers of a folder's slots find what they know of, and the file is sound.
   void ExpectSound(const fs::path& folder) {
@@ -124,9 +127,9 @@ void Leave(Round& round) {
   }
   Process keeper = Start(round.Give(kRecords, 3, 100));
   Process killed = Start(round.Give(kRecords, 4, 10'000));
-  for (Process& process : leaving) round.End(std::move(process));
+  for (Process& process : leaving) round.End(process);
   killed.Kill();
-  round.End(std::move(keeper));
+  round.End(keeper);
 }
 
 // Readers pause within walks while others write: the log stays small, and when all have closed the
@@ -165,7 +168,7 @@ void Create(Round& round) {
   for (int race = 0; race < kRaces; ++race, Sleep(5)) {
     fs::create_directories(OfficeIn(RaceIn(round.Folder(), race)));
   }
-  for (Process& process : processes) round.End(std::move(process));
+  for (Process& process : processes) round.End(process);
   round.Run(round.Give(kCreate, 0, 0));
 }
 
@@ -174,7 +177,7 @@ void ForkOnce(Round& round) {
   const Assignment child = round.Give(kRecords, 1, 0);
   Process parent = Start(round.Give(kFork, 0, 20 + static_cast<int>(round.Chance(60))));
   if (round.Chance(2) == 0) round.Run(round.Give(kRecords, 2, 20));
-  round.End(std::move(parent));
+  round.End(parent);
   const auto latest = Clock::now() + std::chrono::seconds(10);
   while (!HasEnded(child) && Clock::now() < latest) Sleep(5);
   if (!HasEnded(child)) round.Note(Fault::kCrashed);
