@@ -6,7 +6,6 @@
 #include <set>
 #include <utility>
 
-#include "recordmanager/host_files.h"
 #include "stress/host.h"
 
 namespace stress {
@@ -75,7 +74,7 @@ bool FrailDisk::IsOurs(const Request& request) const {
 void FrailDisk::NoteOpened(const sqlite3_file* file, const char* path) {
   open_.erase(file);
   if (!IsOurs({.kind = Request::kOpen, .path = path})) return;
-  open_[file] = recordmanager::InspectFile(path).identity;
+  open_[file] = IdentityOf(path);
   Know(open_[file], path);
 }
 
@@ -107,8 +106,7 @@ void FrailDisk::TakeNames() {
 FrailDisk::Names FrailDisk::PresentNames() {
   Names names;
   for (const auto& entry : fs::directory_iterator(folder_)) {
-    names[entry.path().filename().string()] =
-        recordmanager::InspectFile(entry.path().string()).identity;
+    names[entry.path().filename().string()] = IdentityOf(entry.path());
   }
   return names;
 }
@@ -186,7 +184,7 @@ void FrailDisk::Restart() {
   contents_.clear();
   for (const auto& [name, bytes] : kept_) {
     std::ofstream(folder_ / name, std::ios::binary) << bytes;
-    contents_[recordmanager::InspectFile((folder_ / name).string()).identity].safe = bytes;
+    contents_[IdentityOf(folder_ / name)].safe = bytes;
   }
   names_ = PresentNames();
   off_ = false;

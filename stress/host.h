@@ -36,13 +36,17 @@ class Process {
   std::intptr_t process_ = 0;
 };
 
-// Whether this is now the child of two equal processes; nothing where there is no such thing.
+// Makes two equal processes of this one. Returns whether this is the child; nothing where there is no
+// such thing.
 std::optional<bool> Fork();
 
 // From now on the registry of this process is one of its own, empty at first; where that is a file,
 // it lies in `folder`.
 void UsePrivateRegistry(const std::filesystem::path& folder);
 void DropPrivateRegistry();
+
+// The same for a file under whatever name, as long as it has one. Opaque bytes.
+std::string IdentityOf(const std::filesystem::path& file);
 
 // While there is a watcher, nothing that this process does is synchronised in truth; it is told when
 // a folder should have been. False where names of files need no synchronising.

@@ -9,6 +9,7 @@
 #include <thread>
 #include <utility>
 
+#include "recordmanager/host_files.h"
 #include "stress/host.h"
 
 namespace {
@@ -78,6 +79,10 @@ void UsePrivateRegistry(const std::filesystem::path& folder) {
 }
 
 void DropPrivateRegistry() { unsetenv("QLX99_REGISTRY"); }
+
+std::string IdentityOf(const std::filesystem::path& file) {
+  return recordmanager::InspectFile(file.string()).identity;
+}
 
 bool WatchFolderSyncs(std::function<void()> watcher) {
   folderWatcher = std::move(watcher);

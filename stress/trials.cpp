@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <fstream>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -75,7 +76,8 @@ void CopyFiles(const fs::path& from, const fs::path& to) {
   fs::create_directories(to);
   for (const auto& entry : fs::directory_iterator(from)) {
     if (!entry.is_regular_file()) continue;
-    fs::copy_file(entry.path(), to / entry.path().filename(), fs::copy_options::overwrite_existing);
+    std::ofstream(to / entry.path().filename(), std::ios::binary)
+        << std::ifstream(entry.path(), std::ios::binary).rdbuf();
   }
 }
 

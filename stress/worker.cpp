@@ -127,7 +127,7 @@ void ForkAtWork(const Assignment& assignment) {
   const auto store = OpenStore(kRecords, assignment.folder, assignment.slot);
   Keeper keeper(*store, JournalOf({kRecords, assignment.folder, assignment.slot}));
   keeper.Step();
-  if (Fork().value_or(false)) {
+  if (Fork().value_or(true)) {
     std::mt19937 random{std::random_device()()};
     const unsigned most = 2U * static_cast<unsigned>(assignment.milliseconds);
     Work({kRecords, assignment.folder, assignment.slot + 1, assignment.slots,
