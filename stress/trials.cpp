@@ -137,8 +137,8 @@ void Leave(Round& round) {
 // Readers pause within walks while others write: the log stays small, and when all have closed the
 // file, it is whole without its log at the next use.
 void Pause(Round& round) {
-  constexpr std::uintmax_t kLargestLog = 8 << 20;
-  constexpr int kTime = 1000;
+  constexpr std::uintmax_t kLargestLog = 32 << 20;  // several times that of writers alone
+  constexpr int kTime = 2000;
   const Assignment assignments[] = {
       round.Give(kRecords, 0, kTime, true), round.Give(kRecords, 1, kTime, true),
       round.Give(kPause, 2, kTime, true), round.Give(kPause, 3, kTime, true)};
