@@ -6,7 +6,7 @@
 #include <set>
 #include <utility>
 
-#include "stress/host.h"
+#include "stress/host_files.h"
 
 namespace stress {
 namespace {

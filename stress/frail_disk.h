@@ -57,13 +57,16 @@ class FrailDisk : public HookedFiles {
   void Cut();
   Names PresentNames();
   Content& Know(const Identity& identity, const std::filesystem::path& path);
-  bool IsKept(Luck luck) { return luck == Luck::kAll || (luck == Luck::kSome && random_() % 2 == 0); }
+  bool IsKept(Luck luck) {
+    return luck == Luck::kAll || (luck == Luck::kSome && random_() % 2 == 0);
+  }
   void Keep(const Write& write, std::string& content);
   std::string Kept(const Content& content, Luck luck);
   std::string KeptMemory(const std::filesystem::path& path);
 
   std::filesystem::path folder_;
-  std::filesystem::path links_;  // keep the files of lost names, so that no new one is taken for them
+  std::filesystem::path
+      links_;  // keep the files of lost names, so that no new one is taken for them
   std::mt19937 random_;
   bool forgetful_;
   bool namesNeedSync_;

@@ -28,7 +28,7 @@ struct Request {
   const char* path = nullptr;  // of the first three; of the others
   const sqlite3_file* file = nullptr;
   std::span<const char> bytes{};  // what is written
-  std::int64_t place = 0;       // where, or the size that is left
+  std::int64_t place = 0;         // where, or the size that is left
 };
 
 // One at a time.

@@ -4,7 +4,6 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,20 +35,13 @@ class Process {
   std::intptr_t process_ = 0;
 };
 
-// Makes two equal processes of this one. Returns whether this is the child; nothing where there is no
-// such thing.
+// Makes two equal processes of this one. Returns whether this is the child; nothing where there is
+// no such thing.
 std::optional<bool> Fork();
 
 // From now on the registry of this process is one of its own, empty at first; where that is a file,
 // it lies in `folder`.
 void UsePrivateRegistry(const std::filesystem::path& folder);
 void DropPrivateRegistry();
-
-// The same for a file under whatever name, as long as it has one. Opaque bytes.
-std::string IdentityOf(const std::filesystem::path& file);
-
-// While there is a watcher, nothing that this process does is synchronised in truth; it is told when
-// a folder should have been. False where names of files need no synchronising.
-bool WatchFolderSyncs(std::function<void()> watcher);
 
 }  // namespace stress

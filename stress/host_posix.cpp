@@ -1,6 +1,4 @@
 #include <spawn.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -9,22 +7,7 @@
 #include <thread>
 #include <utility>
 
-#include "recordmanager/host_files.h"
 #include "stress/host.h"
-
-namespace {
-
-std::function<void()> folderWatcher;
-
-}  // namespace
-
-// In the place of the host's, for all of this program and its libraries.
-extern "C" int fsync(int file) {
-  if (!folderWatcher) return static_cast<int>(syscall(SYS_fsync, file));
-  struct stat facts {};
-  if (fstat(file, &facts) == 0 && S_ISDIR(facts.st_mode)) folderWatcher();
-  return 0;
-}
 
 namespace stress {
 
@@ -79,14 +62,5 @@ void UsePrivateRegistry(const std::filesystem::path& folder) {
 }
 
 void DropPrivateRegistry() { unsetenv("QLX99_REGISTRY"); }
-
-std::string IdentityOf(const std::filesystem::path& file) {
-  return recordmanager::InspectFile(file.string()).identity;
-}
-
-bool WatchFolderSyncs(std::function<void()> watcher) {
-  folderWatcher = std::move(watcher);
-  return true;
-}
 
 }  // namespace stress

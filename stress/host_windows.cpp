@@ -56,8 +56,7 @@ int Process::Wait() {
 }
 
 int Process::WaitAtMost(std::chrono::milliseconds time) {
-  const DWORD result =
-      WaitForSingleObject(ToHandle(process_), static_cast<DWORD>(time.count()));
+  const DWORD result = WaitForSingleObject(ToHandle(process_), static_cast<DWORD>(time.count()));
   if (result == WAIT_OBJECT_0) return Wait();
   Kill();
   return kCrashed;
@@ -82,17 +81,5 @@ void DropPrivateRegistry() {
   RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
   RegDeleteTreeA(HKEY_CURRENT_USER, KeyOfThisProcess().c_str());
 }
-
-std::string IdentityOf(const std::filesystem::path& file) {
-  const HANDLE handle = CreateFileA(file.string().c_str(), 0,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, 0, nullptr);
-  BY_HANDLE_FILE_INFORMATION facts{};
-  GetFileInformationByHandle(handle, &facts);
-  CloseHandle(handle);
-  return std::to_string(facts.nFileIndexHigh) + ' ' + std::to_string(facts.nFileIndexLow);
-}
-
-bool WatchFolderSyncs(std::function<void()> /*watcher*/) { return false; }
 
 }  // namespace stress

@@ -78,14 +78,12 @@ btrieve::BtrCall* ownManager = nullptr;
 
 // There until the very end of the process.
 const office::RecordManager& Manager() {
-  static const auto& manager = ownManager == nullptr ? *new office::RecordManager()
-                                                     : *new office::RecordManager(ownManager);
+  static const auto& manager =
+      ownManager == nullptr ? *new office::RecordManager() : *new office::RecordManager(ownManager);
   return manager;
 }
 
-bool IsBusy(int status) {
-  return status == btrieve::kRecordInUse || status == btrieve::kFileInUse;
-}
+bool IsBusy(int status) { return status == btrieve::kRecordInUse || status == btrieve::kFileInUse; }
 
 // The file, opened for one stretch of work as an export would.
 class RecordCursor {

@@ -21,9 +21,8 @@ void Tally::Add(const Tally& other) {
 
 void Tally::Write(std::ostream& report) const {
   constexpr std::pair<Fault::Kind, const char*> kWords[] = {
-      {Fault::kLost, "lost "},         {Fault::kDoubled, ", doubled "},
-      {Fault::kTorn, ", torn "},       {Fault::kDamaged, ", damaged "},
-      {Fault::kRefused, ", refused "}, {Fault::kGrown, ", grown "},
+      {Fault::kLost, "lost "},         {Fault::kDoubled, ", doubled "}, {Fault::kTorn, ", torn "},
+      {Fault::kDamaged, ", damaged "}, {Fault::kRefused, ", refused "}, {Fault::kGrown, ", grown "},
       {Fault::kCrashed, ", crashed "}};
   for (const auto& [kind, word] : kWords) {
     const auto found = counts_.find(kind);

@@ -2,14 +2,15 @@
 
 #include <algorithm>
 #include <chrono>
+#include <deque>
 #include <fstream>
 #include <ostream>
 #include <stdexcept>
 #include <string>
 #include <thread>
 
-#include "stress/host.h"
 #include "stress/history.h"
+#include "stress/host.h"
 #include "stress/soundness.h"
 #include "stress/store.h"
 #include "stress/tally.h"
@@ -42,10 +43,15 @@ class Round {
   Assignment Give(const char* task, int slot, int time, bool stays = false) const {
     return {task, folder_, slot, kSlots, time, stays};
   }
-  void End(Process& process) { tally_.NoteEnd(process.WaitAtMost(std::chrono::seconds(20))); }
+  void End(Process& process) { tally_.NoteEnd(EndOf(process)); }
   void Run(const Assignment& assignment) {
     Process process(ArgumentsOf(assignment));
     End(process);
+  }
+  // Its exit code.
+  int Try() const {
+    Process process(ArgumentsOf(Give(kTry, 0, 0)));
+    return EndOf(process);
   }
 
   // Whether the keepers of a folder's slots find what they know of, and the file is sound.
@@ -56,6 +62,8 @@ class Round {
   }
 
  private:
+  static int EndOf(Process& process) { return process.WaitAtMost(std::chrono::seconds(20)); }
+
   fs::path folder_;
   Tally& tally_;
   std::mt19937& random_;
@@ -113,17 +121,16 @@ void Restore(Round& round) {
   WorkAndDie(round);
   if (round.Chance(4) == 0) RemoveLogs(round.File());
   CopyFiles(OfficeIn(backup), OfficeIn(round.Folder()));
-  const Assignment look = round.Give(kTry, 0, 0);
-  if (Start(look).Wait() == 0) return;
+  if (round.Try() == 0) return;
   CopyFiles(backup, round.Folder());  // what the keepers know
-  const int end = Start(look).Wait();
+  const int end = round.Try();
   if (end == Fault::kRefused) RemoveLogs(round.File());
   if (end != 0 && end != Fault::kRefused) round.Note(static_cast<Fault::Kind>(end));
 }
 
 // Hosts end while their threads are at work, beside others who go on or are killed.
 void Leave(Round& round) {
-  std::vector<Process> leaving;
+  std::deque<Process> leaving;
   for (int slot = 0; slot < 3; ++slot) {
     leaving.push_back(Start(round.Give(kLeave, slot, static_cast<int>(round.Chance(100)))));
   }
@@ -142,7 +149,7 @@ void Pause(Round& round) {
   const Assignment assignments[] = {
       round.Give(kRecords, 0, kTime, true), round.Give(kRecords, 1, kTime, true),
       round.Give(kPause, 2, kTime, true), round.Give(kPause, 3, kTime, true)};
-  std::vector<Process> processes;
+  std::deque<Process> processes;
   for (const Assignment& assignment : assignments) processes.push_back(Start(assignment));
   std::uintmax_t largest = 0;
   while (!std::ranges::all_of(assignments, HasEnded)) {
@@ -152,7 +159,7 @@ void Pause(Round& round) {
     Sleep(10);
   }
   if (largest > kLargestLog) round.Note(Fault::kGrown);
-  round.Run(round.Give(kTry, 0, 0));
+  round.Try();  // anybody's next use
   const fs::path copy = round.Folder() / "copy";
   CopyFiles(round.Folder(), copy);
   fs::create_directories(OfficeIn(copy));
@@ -162,7 +169,7 @@ void Pause(Round& round) {
 
 // All would make the same file, and all write to it, whoever was first.
 void Create(Round& round) {
-  std::vector<Process> processes;
+  std::deque<Process> processes;
   for (int slot = 0; slot < 8; ++slot) {
     processes.push_back(Start(round.Give(kCreate, slot, 1)));
   }
@@ -209,7 +216,8 @@ bool RunTrial(const Trial& trial, const fs::path& folder, int seconds, std::ostr
     if (found.IsEmpty()) ++sound;
     if (found.IsEmpty() || rounds > sound) fs::remove_all(round.Folder());
   }
-  report << trial.name << ": " << rounds << " rounds, " << rounds - sound << " of them with faults\n";
+  report << trial.name << ": " << rounds << " rounds, " << rounds - sound
+         << " of them with faults\n";
   tally.Write(report);
   if (tally.IsEmpty()) fs::remove_all(folder);
   return tally.IsEmpty();

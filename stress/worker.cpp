@@ -17,6 +17,7 @@
 #include "stress/host.h"
 #include "stress/journal.h"
 #include "stress/keeper.h"
+#include "stress/onlooker.h"
 #include "stress/store.h"
 
 namespace stress {
@@ -175,43 +176,17 @@ void Count(const Assignment& assignment) {
   journal.Write(kCounted + std::to_string(CounterValue(OfficeIn(assignment.folder))));
 }
 
-// The items of one slot, for who reads beside their keeper.
-class Onlooker {
- public:
-  Onlooker(const Assignment& reader, const char* keepersTask, int slot)
-      : store_(OpenStore(keepersTask, reader.folder, slot)),
-        history_(JournalOf({keepersTask, reader.folder, slot})) {}
-
-  // Reads them. Throws a Fault when what was acknowledged before is not among them, or what had
-  // gone before is; of what changes meanwhile either may be.
-  void Look() {
-    history_.ReadOn();
-    const std::set<int> before = history_.Items();
-    const std::set<int> seen = store_->Items();
-    const std::set<int> changing = history_.ReadOn();
-    const bool quiet = changing == std::set{0};
-    if (quiet || store_->ReadsInOneWalk()) Expect(before, seen, changing, " was not seen");
-    Expect(seen, before, changing, " was seen, but had gone");
-  }
-
- private:
-  static void Expect(const std::set<int>& items, const std::set<int>& among,
-                     const std::set<int>& changing, const char* otherwise) {
-    for (const int item : items) {
-      if (among.contains(item) || changing.contains(item)) continue;
-      throw Fault(Fault::kLost, "item " + std::to_string(item) + otherwise);
-    }
-  }
-
-  std::unique_ptr<Store> store_;
-  History history_;
-};
+// Beside their keeper.
+Onlooker LookAt(const Assignment& reader, const char* keepersTask, int slot) {
+  return {OpenStore(keepersTask, reader.folder, slot),
+          JournalOf({keepersTask, reader.folder, slot})};
+}
 
 // Each look ends at the beginning of the next walk.
 void ReadWithPauses(const Assignment& assignment) {
   std::vector<Onlooker> onlookers;
   for (int slot = 0; slot < assignment.slots; ++slot) {
-    onlookers.emplace_back(assignment, kRecords, slot);
+    onlookers.push_back(LookAt(assignment, kRecords, slot));
   }
   std::mt19937 random{std::random_device()()};
   RepeatUntilTheEnd(assignment, [&] {
@@ -224,7 +199,8 @@ void ReadWithPauses(const Assignment& assignment) {
 void ReadAll(const Assignment& assignment) {
   std::vector<Onlooker> onlookers;
   for (int slot = 0; slot < assignment.slots; ++slot) {
-    for (const char* task : {kFollowUps, kRecords}) onlookers.emplace_back(assignment, task, slot);
+    for (const char* task : {kFollowUps, kRecords})
+      onlookers.push_back(LookAt(assignment, task, slot));
   }
   std::size_t turn = 0;
   RepeatUntilTheEnd(assignment, [&] { onlookers[turn++ % onlookers.size()].Look(); });
@@ -243,8 +219,12 @@ std::vector<std::string> ArgumentsOf(const Assignment& assignment) {
 }
 
 Assignment AssignmentOf(const std::vector<std::string>& arguments) {
-  return {arguments.at(0), arguments.at(1), std::stoi(arguments.at(2)), std::stoi(arguments.at(3)),
-          std::stoi(arguments.at(4)), arguments.at(5) == "1"};
+  return {arguments.at(0),
+          arguments.at(1),
+          std::stoi(arguments.at(2)),
+          std::stoi(arguments.at(3)),
+          std::stoi(arguments.at(4)),
+          arguments.at(5) == "1"};
 }
 
 std::filesystem::path OfficeIn(const std::filesystem::path& folder) { return folder / "office"; }
@@ -276,11 +256,16 @@ void Work(const Assignment& assignment) {
     void (*work)(const Assignment&);
     bool usesLibrary = false;
   };
-  constexpr Task kTasks[] = {{kNumbers, TakeNumbers, true}, {kFollowUps, KeepItems, true},
-                             {kRecords, KeepItems},         {kCount, Count},
-                             {kRead, ReadAll, true},        {kAllRecords, KeepAll},
-                             {kTry, Try},                   {kPause, ReadWithPauses},
-                             {kLeave, LeaveAtWork},         {kFork, ForkAtWork},
+  constexpr Task kTasks[] = {{kNumbers, TakeNumbers, true},
+                             {kFollowUps, KeepItems, true},
+                             {kRecords, KeepItems},
+                             {kCount, Count},
+                             {kRead, ReadAll, true},
+                             {kAllRecords, KeepAll},
+                             {kTry, Try},
+                             {kPause, ReadWithPauses},
+                             {kLeave, LeaveAtWork},
+                             {kFork, ForkAtWork},
                              {kCreate, RaceToCreate}};
   const Task& task = *std::ranges::find(kTasks, assignment.task, &Task::name);
   std::optional<Installation> installation;
