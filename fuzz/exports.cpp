@@ -141,7 +141,7 @@ class User final : public platform::Screen {
 class LoginServer {
  public:
   explicit LoginServer(Input& input) {
-    input_ = &input;
+    current = &input;
     qlx99::CreateLoginWindow();
     if (input.OneIn(4)) {
       Report(qlx99::LoginState::kCancelled);
@@ -176,12 +176,12 @@ class LoginServer {
     constexpr UINT kFirstRegistered = 0xC000;
     constexpr LRESULT kAnswers[] = {8, 1, 0, 3};  // the first is the product that it should be
     if (message < kFirstRegistered) return DefWindowProcA(window, message, wordParam, longParam);
-    if (input_->IsSpent()) Report(qlx99::LoginState::kCancelled);
-    if (input_->OneIn(4)) Report(static_cast<qlx99::LoginState>(input_->Choice(4)));
-    return kAnswers[input_->Choice(std::size(kAnswers))];
+    if (current->IsSpent()) Report(qlx99::LoginState::kCancelled);
+    if (current->OneIn(4)) Report(static_cast<qlx99::LoginState>(current->Choice(4)));
+    return kAnswers[current->Choice(std::size(kAnswers))];
   }
 
-  static inline Input* input_ = nullptr;
+  static inline Input* current = nullptr;
   HWND window_ = nullptr;
   fs::path folder_ = fs::current_path();
 };

@@ -13,6 +13,7 @@ std::function<void()> folderWatcher;
 }  // namespace
 
 // In the place of the host's, for all of this program.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): its name is a reserved one
 extern "C" int fsync(int file) {
   if (!folderWatcher) return static_cast<int>(syscall(SYS_fsync, file));
   struct stat facts {};
