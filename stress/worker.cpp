@@ -94,7 +94,7 @@ void Try(const Assignment& assignment) {
 // Calls once more when the process ends, which may be refused.
 class Farewell {
  public:
-  explicit Farewell(const Assignment& assignment) : assignment_(assignment) {}
+  explicit Farewell(Assignment assignment) : assignment_(std::move(assignment)) {}
   Farewell(const Farewell&) = delete;
   Farewell& operator=(const Farewell&) = delete;
   ~Farewell() {
@@ -184,7 +184,7 @@ Onlooker LookAt(const Assignment& reader, const char* keepersTask, int slot) {
 
 // Each look ends at the beginning of the next walk.
 void ReadWithPauses(const Assignment& assignment) {
-  std::vector<Onlooker> onlookers;
+  std::deque<Onlooker> onlookers;
   for (int slot = 0; slot < assignment.slots; ++slot) {
     onlookers.push_back(LookAt(assignment, kRecords, slot));
   }
@@ -197,7 +197,7 @@ void ReadWithPauses(const Assignment& assignment) {
 }
 
 void ReadAll(const Assignment& assignment) {
-  std::vector<Onlooker> onlookers;
+  std::deque<Onlooker> onlookers;
   for (int slot = 0; slot < assignment.slots; ++slot) {
     for (const char* task : {kFollowUps, kRecords})
       onlookers.push_back(LookAt(assignment, task, slot));
