@@ -172,12 +172,18 @@ class LoginServer {
                  static_cast<WPARAM>(state), 0);
   }
 
+  static void UseMask() {
+    if (current->OneIn(4)) Report(static_cast<qlx99::LoginState>(current->Byte()));
+    Report(current->OneIn(2) ? qlx99::LoginState::kCancelled : qlx99::LoginState::kLoggedIn);
+  }
+
   static LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
     constexpr UINT kFirstRegistered = 0xC000;
     constexpr LRESULT kAnswers[] = {8, 1, 0, 3};  // the first is the product that it should be
     if (message < kFirstRegistered) return DefWindowProcA(window, message, wordParam, longParam);
+    // Who is not logged in yet is waited for.
+    if (message == RegisterWindowMessageA("WM_ISLOGGEDIN") || current->OneIn(4)) UseMask();
     if (current->IsSpent()) Report(qlx99::LoginState::kCancelled);
-    if (current->OneIn(4)) Report(static_cast<qlx99::LoginState>(current->Choice(4)));
     return kAnswers[current->Choice(std::size(kAnswers))];
   }
 
@@ -331,10 +337,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   const User user(input);
   const Manager manager(input);
   const bool delegated = qlx99::CurrentAttachment().installKind == qlx99::InstallKind::kDelegated;
-  std::optional<LoginServer> server;
-  if (delegated) server.emplace(input);
   // Several, as some exports remember something of the one before.
   for (int i = 1 + input.Byte() % 3; i > 0; --i) {
+    std::optional<LoginServer> server;
+    if (delegated) server.emplace(input);
     CallAny(input);
     if (manager.OpenFileCount() != 0) Found("a file stays open");
   }
