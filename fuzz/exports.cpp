@@ -1,17 +1,20 @@
 // Every export under rubbish: arguments that are null, endless or no numbers, configuration without
 // terminators, a record manager that answers anything, records of any bytes, a user who does
-// anything at a dialog. No call may crash, look or write where it must not, or leave a file open.
+// anything at a dialog; and in the delegated kind a login server that answers anything. No call may
+// crash, look or write where it must not, or leave a file open.
 #include <unistd.h>
 
 #include <bit>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <tuple>
 #include <utility>
 #include <vector>
 
 #include "frame/attach.h"
 #include "frame/exports.h"
+#include "frame/login_window.h"
 #include "frame/registry.h"
 #include "fuzz/input.h"
 #include "platform/registry_file.h"
@@ -133,6 +136,62 @@ class User final : public platform::Screen {
   Input& input_;
 };
 
+// The login server of the delegated kind, and the user at the login mask: both do what the input
+// says, and at last the mask is closed.
+class LoginServer {
+ public:
+  explicit LoginServer(Input& input) {
+    current = &input;
+    qlx99::CreateLoginWindow();
+    if (input.OneIn(4)) {
+      Report(qlx99::LoginState::kCancelled);
+      return;
+    }
+    WNDCLASSA its{};
+    its.lpfnWndProc = Answer;
+    its.hInstance = GetModuleHandleA(nullptr);
+    its.lpszClassName = kName;
+    RegisterClassA(&its);
+    window_ = CreateWindowExA(0, kName, "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, its.hInstance,
+                              nullptr);
+  }
+  ~LoginServer() {
+    if (window_ != nullptr) DestroyWindow(window_);
+    MSG message{};
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
+    fs::current_path(folder_);  // out of the sibling library's
+  }
+  LoginServer(const LoginServer&) = delete;
+  LoginServer& operator=(const LoginServer&) = delete;
+
+ private:
+  static constexpr const char* kName = "KRVLOGSRV32";
+
+  static void Report(qlx99::LoginState state) {
+    PostMessageA(FindWindowA("KrvQLX", nullptr), RegisterWindowMessageA("WM_KRV_LOGINMASK"),
+                 static_cast<WPARAM>(state), 0);
+  }
+
+  static void UseMask() {
+    if (current->OneIn(4)) Report(static_cast<qlx99::LoginState>(current->Byte()));
+    Report(current->OneIn(2) ? qlx99::LoginState::kCancelled : qlx99::LoginState::kLoggedIn);
+  }
+
+  static LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
+    constexpr UINT kFirstRegistered = 0xC000;
+    constexpr LRESULT kAnswers[] = {8, 1, 0, 3};  // the first is the product that it should be
+    if (message < kFirstRegistered) return DefWindowProcA(window, message, wordParam, longParam);
+    // Who is not logged in yet is waited for.
+    if (message == RegisterWindowMessageA("WM_ISLOGGEDIN") || current->OneIn(4)) UseMask();
+    if (current->IsSpent()) Report(qlx99::LoginState::kCancelled);
+    return kAnswers[current->Choice(std::size(kAnswers))];
+  }
+
+  static inline Input* current = nullptr;
+  HWND window_ = nullptr;
+  fs::path folder_ = fs::current_path();
+};
+
 // An export's arguments. Texts end where their memory does, with or without a terminator where the
 // export knows how much of them counts.
 class Arguments {
@@ -211,39 +270,61 @@ void CallAny(Input& input) {
   kCalls[input.Choice(std::size(kCalls))](input);
 }
 
-// The configuration, in a registration file of this process's own.
+// The configuration, in a registration file of this process's own, and what lies below the mapping
+// root.
 class Configuration {
  public:
   Configuration() {
     setenv("QLX99_REGISTRY", file_.c_str(), 1);
-    Write({});
+    fs::create_directories(root_ / "bin32");
+    std::ofstream(root_ / "bin32" / "telq32.exe") << "no program";
+    const fs::path programs = fs::canonical("/proc/self/exe").parent_path();
+    fs::copy(programs / "libqlx02.so", root_ / "bin32", fs::copy_options::overwrite_existing);
+    // For good: the fuzzer's counters lie in it.
+    LoadLibraryA((root_ / "bin32" / "qlx02.dll").c_str());
+    Take({});
   }
-  ~Configuration() { fs::remove(file_); }
+  ~Configuration() {
+    fs::remove(file_);
+    fs::remove_all(root_);
+  }
   Configuration(const Configuration&) = delete;
   Configuration& operator=(const Configuration&) = delete;
 
   // What the input makes of it, most often nothing; then what it was before.
   void Change(Input& input) {
-    if (changed_) Write({});
+    if (changed_) Take({});
     changed_ = input.OneIn(8);
     if (!changed_) return;
+    constexpr const char* kNames[] = {"DocuRoot", "DataRoot", "MappingRoot", "ProgramName"};
     std::string bytes = input.Text();
+    std::replace(bytes.begin(), bytes.end(), '"', '_');  // no path has any
     if (input.OneIn(4)) bytes += std::string(300, 'x');
-    Write({input.OneIn(4) ? "DocuRoot" : "DataRoot", REG_SZ, bytes});
+    Take({kNames[input.Choice(std::size(kNames))], REG_SZ, bytes}, input.OneIn(2));
   }
 
  private:
-  void Write(const platform::RegistryValue& change) const {
-    const std::string key = std::string("HKEY_LOCAL_MACHINE\\") + qlx99::kOptionsKey;
+  // And attaches the library, which looks for the kind of installation then.
+  void Take(const platform::RegistryValue& change, bool delegated = false) const {
     platform::RegistryFile registry;
+    const auto set = [&](const platform::RegistryValue& value) {
+      const bool maps = value.name == qlx99::kMappingRoot.name;
+      const char* key = maps ? qlx99::kMappingKey : qlx99::kOptionsKey;
+      registry.Set(std::string("HKEY_LOCAL_MACHINE\\") + key, value);
+    };
     for (const char* name : {"DataRoot", "DocuRoot", "ProgramRoot"}) {
-      registry.Set(key, {name, REG_SZ, std::string("C:\\Akten") + '\0'});
+      set({name, REG_SZ, std::string("C:\\Akten") + '\0'});
     }
-    if (!change.name.empty()) registry.Set(key, change);
+    set({"MappingRoot", REG_SZ, root_.string() + '\0'});
+    if (delegated) set({"ProgramName", REG_SZ, std::string("telq32.exe") + '\0'});
+    if (!change.name.empty()) set(change);
     std::ofstream(file_, std::ios::binary) << registry.Format();
+    qlx99::DetachLibrary();
+    qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   }
 
-  fs::path file_ = fuzz::FastFolder() / ("qlx_fuzz_" + std::to_string(getpid()) + ".reg");
+  fs::path root_ = fuzz::FastFolder() / ("qlx_fuzz_" + std::to_string(getpid()));
+  fs::path file_ = root_.string() + ".reg";
   bool changed_ = false;
 };
 
@@ -251,16 +332,15 @@ class Configuration {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   static Configuration configuration;
-  static const bool attached = [] {
-    qlx99::AttachLibrary(GetModuleHandleA(nullptr));
-    return true;
-  }();
   Input input(bytes, size);
   configuration.Change(input);
   const User user(input);
   const Manager manager(input);
+  const bool delegated = qlx99::CurrentAttachment().installKind == qlx99::InstallKind::kDelegated;
   // Several, as some exports remember something of the one before.
-  for (int i = 1 + input.Byte() % 3; i > 0 && attached; --i) {
+  for (int i = 1 + input.Byte() % 3; i > 0; --i) {
+    std::optional<LoginServer> server;
+    if (delegated) server.emplace(input);
     CallAny(input);
     if (manager.OpenFileCount() != 0) Found("a file stays open");
   }

@@ -22,6 +22,9 @@ class RecordManager {
  public:
   RecordManager();
 
+  // One whose entry point is known.
+  explicit RecordManager(btrieve::BtrCall* call) : call_(call) {}
+
   // The name by which it was found.
   const std::string& Name() const { return name_; }
 

@@ -1,6 +1,7 @@
-// A file system that fails on command, for the files of this program's own SQLite: it lies over the
-// host's real one and fails the nth request.
+// A file system that fails on command: the nth request.
 #pragma once
+
+#include "stress/hooked_files.h"
 
 namespace stress {
 
@@ -11,19 +12,22 @@ enum class DiskFault {
   kCannotOpen
 };
 
-class FaultyFiles {
+class FaultyFiles : public HookedFiles {
  public:
-  FaultyFiles();
-  ~FaultyFiles();
-  FaultyFiles(const FaultyFiles&) = delete;
-  FaultyFiles& operator=(const FaultyFiles&) = delete;
-
   // The nth request from now on that may fail so, counted from 1, fails; if `lasting`, all behind
   // it do too.
   void Fail(DiskFault fault, int nth, bool lasting);
 
   // All is well again. False when nothing has failed since Fail.
   bool Heal();
+
+  int Answer(const Request& request) override;
+
+ private:
+  DiskFault fault_ = DiskFault::kFull;
+  int left_ = 0;  // requests until the one that fails; 0: none does
+  bool lasting_ = false;
+  bool failed_ = false;
 };
 
 }  // namespace stress

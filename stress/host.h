@@ -1,8 +1,10 @@
 // What the stress run needs of the host: processes that can be killed, and a registry of its own.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,12 +25,19 @@ class Process {
   // Waits for its end; returns its exit code or one of the above.
   int Wait();
 
+  // The same, but who has not ended in time is ended, and counts as crashed.
+  int WaitAtMost(std::chrono::milliseconds time);
+
   // Ends it at once, wherever it is. Returns the same, as it may have ended before.
   int Kill();
 
  private:
   std::intptr_t process_ = 0;
 };
+
+// Makes two equal processes of this one. Returns whether this is the child; nothing where there is
+// no such thing.
+std::optional<bool> Fork();
 
 // From now on the registry of this process is one of its own, empty at first; where that is a file,
 // it lies in `folder`.

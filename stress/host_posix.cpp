@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <thread>
 #include <utility>
 
 #include "stress/host.h"
@@ -37,10 +38,24 @@ int Process::Wait() {
   return WTERMSIG(state) == SIGKILL ? kKilled : kCrashed;
 }
 
+int Process::WaitAtMost(std::chrono::milliseconds time) {
+  constexpr std::chrono::milliseconds kPause{1};
+  siginfo_t end{};
+  for (; time.count() > 0 && end.si_pid == 0; time -= kPause) {
+    waitid(P_PID, static_cast<id_t>(process_), &end, WEXITED | WNOHANG | WNOWAIT);
+    if (end.si_pid == 0) std::this_thread::sleep_for(kPause);
+  }
+  if (end.si_pid != 0) return Wait();
+  Kill();
+  return kCrashed;
+}
+
 int Process::Kill() {
   if (process_ != 0) kill(static_cast<pid_t>(process_), SIGKILL);
   return Wait();
 }
+
+std::optional<bool> Fork() { return fork() == 0; }
 
 void UsePrivateRegistry(const std::filesystem::path& folder) {
   setenv("QLX99_REGISTRY", (folder / "office.reg").c_str(), 1);

@@ -55,10 +55,19 @@ int Process::Wait() {
   return code == kExitCodeOfKilled ? kKilled : static_cast<int>(code);
 }
 
+int Process::WaitAtMost(std::chrono::milliseconds time) {
+  const DWORD result = WaitForSingleObject(ToHandle(process_), static_cast<DWORD>(time.count()));
+  if (result == WAIT_OBJECT_0) return Wait();
+  Kill();
+  return kCrashed;
+}
+
 int Process::Kill() {
   if (process_ != 0) TerminateProcess(ToHandle(process_), kExitCodeOfKilled);
   return Wait();
 }
+
+std::optional<bool> Fork() { return std::nullopt; }
 
 void UsePrivateRegistry(const std::filesystem::path& /*folder*/) {
   DropPrivateRegistry();  // of a process that had the same number and crashed

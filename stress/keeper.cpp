@@ -18,8 +18,8 @@ std::string TextOf(const std::set<int>& items) {
 
 }  // namespace
 
-Keeper::Keeper(Store& store, const std::filesystem::path& journal)
-    : store_(store), items_(store.Items()), journal_(journal) {
+Keeper::Keeper(Store& store, const std::filesystem::path& journal, unsigned seed)
+    : store_(store), items_(store.Items()), journal_(journal), random_(seed) {
   const History history(journal);
   lastItem_ = history.LastItem();
   std::set<int> completed = history.Items();

@@ -15,8 +15,10 @@ namespace stress {
 class Keeper {
  public:
   // Throws a Fault when the store does not hold what the journal says: all that was done, and
-  // of the one thing that may have been begun, all or nothing.
-  Keeper(Store& store, const std::filesystem::path& journal);
+  // of the one thing that may have been begun, all or nothing. What it will do follows from the
+  // seed.
+  Keeper(Store& store, const std::filesystem::path& journal,
+         unsigned seed = std::random_device()());
 
   // One more change.
   void Step();
@@ -26,7 +28,7 @@ class Keeper {
   std::set<int> items_;
   int lastItem_ = 0;  // never used again
   Journal journal_;
-  std::mt19937 random_{std::random_device()()};
+  std::mt19937 random_;
 };
 
 }  // namespace stress

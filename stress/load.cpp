@@ -19,6 +19,7 @@
 #include "stress/journal.h"
 #include "stress/soundness.h"
 #include "stress/store.h"
+#include "stress/tally.h"
 #include "stress/worker.h"
 
 namespace stress {
@@ -27,16 +28,12 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::pair<Fault::Kind, const char*> kFaultWords[] = {
-    {Fault::kLost, "lost"},       {Fault::kDoubled, "doubled"}, {Fault::kTorn, "torn"},
-    {Fault::kDamaged, "damaged"}, {Fault::kRefused, "refused"}, {Fault::kCrashed, "crashed"}};
-
 // What was done, and what should not have happened.
 struct Findings {
   std::map<std::string, int> done;     // by task: acknowledged writes, or looks at a slot
   std::map<std::string, int> kills;    // by task
   std::map<std::string, int> longest;  // by task: the longest step in microseconds
-  std::map<Fault::Kind, int> faults;
+  Tally tally;
   int files = 0;
 };
 
@@ -55,7 +52,7 @@ class Load {
     end_ = Clock::now() + std::chrono::seconds(plan_.seconds);
     for (const Assignment& assignment : assignments_) processes_.push_back(Start(assignment));
     while (plan_.pause != 0 && Pause()) Strike();
-    for (auto& process : processes_) See(process.Wait());
+    for (auto& process : processes_) findings_.tally.NoteEnd(process.Wait());
     CheckItems();
     CheckNumbers();
     CheckCounter();
@@ -104,24 +101,14 @@ class Load {
   void Kill(std::size_t i) {
     const int end = processes_[i].Kill();
     if (end == Process::kKilled) ++findings_.kills[assignments_[i].task];
-    if (end != Process::kKilled) See(end);
-  }
-
-  void See(int end) {
-    if (end == 0) return;
-    const bool known = end >= Fault::kLost && end <= Fault::kRefused;
-    Note(known ? static_cast<Fault::Kind>(end) : Fault::kCrashed, 1);
-  }
-
-  void Note(Fault::Kind kind, int count) {
-    if (count > 0) findings_.faults[kind] += count;
+    if (end != Process::kKilled) findings_.tally.NoteEnd(end);
   }
 
   // Each keeper finds what those before it were promised.
   void CheckItems() {
     for (const Assignment& assignment : assignments_) {
       if (assignment.task != kFollowUps && assignment.task != kRecords) continue;
-      See(Process(ArgumentsOf(assignment)).Wait());
+      findings_.tally.NoteEnd(Process(ArgumentsOf(assignment)).Wait());
       findings_.done[assignment.task] += CountDone(assignment);
     }
   }
@@ -143,14 +130,14 @@ class Load {
         int number = 0;
         words >> caseNumber >> number;
         ++findings_.done[kNumbers];
-        if (!numbers[caseNumber].insert(number).second) Note(Fault::kDoubled, 1);
+        if (!numbers[caseNumber].insert(number).second) findings_.tally.Note(Fault::kDoubled, 1);
       }
     }
     int missing = 0;
     for (const auto& [caseNumber, given] : numbers) {
       missing += *given.rbegin() - static_cast<int>(given.size());
     }
-    Note(Fault::kLost, missing - findings_.kills[kNumbers]);
+    findings_.tally.Note(Fault::kLost, missing - findings_.kills[kNumbers]);
   }
 
   void CheckCounter() {
@@ -158,13 +145,13 @@ class Load {
     for (const Assignment& assignment : assignments_) {
       if (assignment.task != kCount) continue;
       findings_.done[kCount] += CountDone(assignment);
-      See(Process(ArgumentsOf(assignment)).Wait());
+      findings_.tally.NoteEnd(Process(ArgumentsOf(assignment)).Wait());
       const std::string last = ReadJournal(JournalOf(assignment)).back();
       if (last.starts_with(kCounted)) value = std::stoi(last.substr(std::strlen(kCounted)));
     }
     const int beyond = value - findings_.done[kCount];
-    Note(Fault::kLost, -beyond);
-    Note(Fault::kDoubled, beyond - findings_.kills[kCount]);
+    findings_.tally.Note(Fault::kLost, -beyond);
+    findings_.tally.Note(Fault::kDoubled, beyond - findings_.kills[kCount]);
   }
 
   template <class Action>
@@ -179,7 +166,7 @@ class Load {
       ++findings_.files;
       const std::string damage = DamageOf(file);
       if (damage.empty()) return;
-      Note(Fault::kDamaged, 1);
+      findings_.tally.Note(Fault::kDamaged, 1);
       std::fprintf(stderr, "%s: %s\n", file.string().c_str(), damage.c_str());
     });
   }
@@ -225,12 +212,7 @@ void Write(const Findings& findings, std::ostream& report) {
            << at(findings.longest, task) / 1000 << " ms\n";
   }
   report << kills << " processes killed, " << findings.files << " files checked\n";
-  const char* comma = "";
-  for (const auto& [kind, word] : kFaultWords) {
-    report << comma << word << ' ' << at(findings.faults, kind);
-    comma = ", ";
-  }
-  report << '\n';
+  findings.tally.Write(report);
 }
 
 }  // namespace
@@ -238,7 +220,7 @@ void Write(const Findings& findings, std::ostream& report) {
 bool RunLoad(const Plan& plan, std::ostream& report) {
   const Findings findings = Load(plan).Run();
   Write(findings, report);
-  const bool sound = findings.faults.empty();
+  const bool sound = findings.tally.IsEmpty();
   if (sound) fs::remove_all(plan.folder);
   return sound;
 }

@@ -7,7 +7,9 @@
 
 #include "stress/faults.h"
 #include "stress/load.h"
+#include "stress/power.h"
 #include "stress/store.h"
+#include "stress/trials.h"
 #include "stress/worker.h"
 
 namespace {
@@ -46,13 +48,33 @@ int Run(int argc, char** argv) {
       ->capture_default_str();
   load->add_flag("--rollback-journal", plan.rollbackJournal,
                  "Files as they work on network drives");
+  int seconds = 5;
+  for (const stress::Trial& trial : stress::kTrials) {
+    app.add_subcommand(trial.name, trial.about)
+        ->add_option("--seconds", seconds, "How long")
+        ->capture_default_str();
+  }
   CLI::App* faults = app.add_subcommand("faults", "Disks that are full or fail, at every request");
+  CLI::App* power = app.add_subcommand("power", "The power goes at random moments");
+  stress::PowerPlan powerPlan;
+  powerPlan.seed = std::random_device()();
+  power->add_option("--losses", powerPlan.losses, "How often")->capture_default_str();
+  power->add_option("--seed", powerPlan.seed, "What happens follows from it; otherwise by chance");
+  power->add_flag("--ignore-sync", powerPlan.ignoreSync,
+                  "The disk only says that it has written; this must find losses");
   CLI11_PARSE(app, argc, argv);
 
   plan.folder = folder;
   bool sound = true;
   if (!worker.empty()) WorkAs(worker);
   if (load->parsed()) sound = stress::RunLoad(plan, std::cout);
+  for (const stress::Trial& trial : stress::kTrials) {
+    if (app.got_subcommand(trial.name)) {
+      sound = stress::RunTrial(trial, folder, seconds, std::cout) && sound;
+    }
+  }
+  powerPlan.folder = folder;
+  if (power->parsed()) sound = stress::RunPower(powerPlan, std::cout) && sound;
   if (faults->parsed()) sound = stress::RunFaults(folder, std::cout) && sound;
   return sound ? 0 : 1;
 }

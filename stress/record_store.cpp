@@ -74,10 +74,16 @@ void Must(int status, const char* what) {
   throw Fault(Fault::kRefused, std::string(what) + " gave status " + std::to_string(status));
 }
 
+btrieve::BtrCall* ownManager = nullptr;
+
+// There until the very end of the process.
 const office::RecordManager& Manager() {
-  static const office::RecordManager manager;
+  static const auto& manager =
+      ownManager == nullptr ? *new office::RecordManager() : *new office::RecordManager(ownManager);
   return manager;
 }
+
+bool IsBusy(int status) { return status == btrieve::kRecordInUse || status == btrieve::kFileInUse; }
 
 // The file, opened for one stretch of work as an export would.
 class RecordCursor {
@@ -99,6 +105,14 @@ class RecordCursor {
     return status;
   }
 
+  int CallOnce(WORD operation, Key key) {
+    std::array<char, sizeof(Record)> data{};
+    std::memcpy(data.data(), &record, sizeof record);
+    const int status = Manager().Call(operation, {block_, data, key_, key});
+    std::memcpy(&record, data.data(), sizeof record);
+    return status;
+  }
+
   void SetKey(std::int32_t value) { std::memcpy(key_.data(), &value, sizeof value); }
 
   int Find(Key key, std::int32_t value) {
@@ -111,18 +125,6 @@ class RecordCursor {
   Record record;
 
  private:
-  static bool IsBusy(int status) {
-    return status == btrieve::kRecordInUse || status == btrieve::kFileInUse;
-  }
-
-  int CallOnce(WORD operation, Key key) {
-    std::array<char, sizeof(Record)> data{};
-    std::memcpy(data.data(), &record, sizeof record);
-    const int status = Manager().Call(operation, {block_, data, key_, key});
-    std::memcpy(&record, data.data(), sizeof record);
-    return status;
-  }
-
   std::array<std::byte, btrieve::kPositionBlockSize> block_{};
   std::array<char, btrieve::kMaxKeyLength> key_{};
 };
@@ -137,13 +139,18 @@ class Records : public Store {
     Must(records.Call(btrieve::kInsert, kByNumber), "Insert");
   }
 
+  // In turns in one write, and as a transaction of which nobody may see a half.
   void Replace(int item, int by) override {
+    if (by % 2 == 0) return Rewrite(item, by);
     RecordCursor records(office_);
-    Must(records.Find(kByName, NameOf(slot_, item)), "Get Equal");
-    const auto number = records.record.number;
-    records.record = MakeRecord(slot_, by);
-    records.record.number = number;
-    Must(records.Call(btrieve::kUpdate, kByName), "Update");
+    int status = btrieve::kRecordInUse;
+    while (IsBusy(status)) {
+      Must(records.Call(btrieve::kBeginTransaction, kByNumber), "Begin Transaction");
+      Remove(item);
+      Add(by);
+      status = records.CallOnce(btrieve::kEndTransaction, kByNumber);
+    }
+    Must(status, "End Transaction");
   }
 
   void Remove(int item) override {
@@ -182,6 +189,15 @@ class Records : public Store {
   bool ReadsInOneWalk() const override { return true; }
 
  private:
+  void Rewrite(int item, int by) {
+    RecordCursor records(office_);
+    Must(records.Find(kByName, NameOf(slot_, item)), "Get Equal");
+    const auto number = records.record.number;
+    records.record = MakeRecord(slot_, by);
+    records.record.number = number;
+    Must(records.Call(btrieve::kUpdate, kByName), "Update");
+  }
+
   static void Take(std::set<int>& items, int item) {
     if (items.insert(item).second) return;
     throw Fault(Fault::kDoubled, "item " + std::to_string(item) + " is there twice");
@@ -195,8 +211,13 @@ class Records : public Store {
 
 }  // namespace
 
+void UseRecordManager(btrieve::BtrCall* call) { ownManager = call; }
+
 void CreateRecords(const std::filesystem::path& office) {
   office::TableFile::Create(Manager(), office, qlx99::LayoutOf<Item>());
+}
+
+void StartCounter(const std::filesystem::path& office) {
   RecordCursor counter(office);
   counter.record = MakeRecord(kCounterSlot, 0);
   Must(counter.Call(btrieve::kInsert, kByNumber), "Insert");

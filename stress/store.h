@@ -10,13 +10,15 @@
 #include <stdexcept>
 #include <string>
 
+#include "recordmanager/btrieve.h"
+
 namespace stress {
 
 // What must never happen.
 class Fault : public std::runtime_error {
  public:
-  // Also the exit codes of workers; kCrashed is any other.
-  enum Kind { kLost = 1, kDoubled, kTorn, kDamaged, kRefused, kCrashed };
+  // Also the exit codes of workers; kCrashed is any other. kGrown: a log that nobody empties.
+  enum Kind { kLost = 101, kDoubled, kTorn, kDamaged, kRefused, kGrown, kCrashed };
 
   Fault(Kind faultKind, const std::string& what) : std::runtime_error(what), kind(faultKind) {}
 
@@ -45,12 +47,17 @@ std::string CaseNumberOf(int slot);
 
 std::unique_ptr<Store> OpenFollowUps(int slot);
 
-// The records' file in the office's folder, and beside the items in it a counter that all workers
-// add to.
+// The records' file in the office's folder.
 inline constexpr const char* kRecordsFile = "STRESS.KRV";
 void CreateRecords(const std::filesystem::path& office);
 
+// To be called first: records are kept by this record manager, not by the one that the library
+// loads.
+void UseRecordManager(btrieve::BtrCall* call);
+
 std::unique_ptr<Store> OpenRecords(const std::filesystem::path& office, int slot);
+// A record of that file beside the items: a counter that all workers add to.
+void StartCounter(const std::filesystem::path& office);
 int CounterValue(const std::filesystem::path& office);
 void IncrementCounter(const std::filesystem::path& office);
 

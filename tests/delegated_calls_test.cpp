@@ -67,6 +67,15 @@ TEST_F(LoginHandshakeTest, TakesNobodyForLoggedInWithoutTheInquiryProgram) {
   EXPECT_EQ(library->UserInit(), kDelegateAnswer);
 }
 
+TEST_F(LoginHandshakeTest, TakesTheLongestMappingRootWithoutATerminator) {
+  office.IsConfiguredWithBytes("MappingRoot", std::string(260, 'x'));
+  programs.Start(kLoginServer);
+  programs.WillHear({LoggedIn(1).Meanwhile(Mask(1)), Product(8), LoginEnded(1)});
+  EXPECT_EQ(library->UserInit(), 0);
+  EXPECT_THAT(user.Messages(), ElementsAre(Invalid("Funktion >GetCountOfUser< aus der QLX02.DLL "
+                                                   "nicht gefunden")));
+}
+
 TEST_F(LoginHandshakeTest, ReadsTheMappingRootTwice) {
   const fs::path root = programs.Bin32().parent_path();
   const fs::path newRoot = office.Folder() / "moved";

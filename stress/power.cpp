@@ -1,0 +1,163 @@
+#include "stress/power.h"
+
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <random>
+#include <string>
+
+#include "recordmanager/engine.h"
+#include "stress/frail_disk.h"
+#include "stress/keeper.h"
+#include "stress/soundness.h"
+#include "stress/store.h"
+#include "stress/tally.h"
+#include "stress/worker.h"
+
+namespace stress {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The record manager of the workstation whose turn it is.
+recordmanager::Engine* engine = nullptr;
+
+short WINAPI CallEngine(WORD operation, void* positionBlock, void* dataBuffer, ULONG* dataLength,
+                        void* keyBuffer, BYTE keyLength, char keyNumber) {
+  return static_cast<short>(
+      engine->Serve({.operation = operation,
+                     .positionBlock = static_cast<std::uint8_t*>(positionBlock),
+                     .dataBuffer = static_cast<std::uint8_t*>(dataBuffer),
+                     .dataLength = dataLength,
+                     .keyBuffer = static_cast<std::uint8_t*>(keyBuffer),
+                     .keyLength = keyLength,
+                     .keyNumber = static_cast<signed char>(keyNumber)}));
+}
+
+// Keeps a slot. Its construction finds out whether all is there.
+class Workstation {
+ public:
+  Workstation(const fs::path& folder, int slot, unsigned seed) {
+    engine = &engine_;
+    store_ = OpenRecords(OfficeIn(folder), slot);
+    keeper_.emplace(*store_, JournalOf({kRecords, folder, slot}), seed);
+  }
+  ~Workstation() {
+    engine = &engine_;
+    store_.reset();
+  }
+  Workstation(const Workstation&) = delete;
+  Workstation& operator=(const Workstation&) = delete;
+
+  void Write() {
+    engine = &engine_;
+    keeper_->Step();
+  }
+  void Look() {
+    engine = &engine_;
+    store_->Items();
+  }
+
+ private:
+  recordmanager::Engine engine_;
+  std::unique_ptr<Store> store_;
+  std::optional<Keeper> keeper_;
+};
+
+// A record file from its creation on, through several losses of power.
+class Life {
+ public:
+  Life(const fs::path& folder, unsigned seed, bool ignoreSync)
+      : folder_(folder), random_(seed), disk_(OfficeIn(folder), seed, ignoreSync) {}
+
+  // Throws what it finds.
+  void LiveThrough(int losses) {
+    constexpr unsigned kMostRequests = 120;
+    for (int i = 0; i < losses; ++i) {
+      disk_.CutAt(1 + static_cast<int>(random_() % kMostRequests));
+      try {
+        WorkUntilTheCut();
+      } catch (const std::exception&) {
+        if (!disk_.IsOff()) throw;
+      }
+      for (auto& workstation : workstations_) workstation.reset();
+      disk_.Restart();
+      ExpectSound();
+    }
+    if (fs::exists(file_)) ComeToWork();
+  }
+
+ private:
+  void WorkUntilTheCut() {
+    if (!fs::exists(file_)) Create();
+    for (ComeToWork(); !disk_.IsOff();) {
+      auto& workstation = workstations_[random_() % std::size(workstations_)];
+      const auto dice = random_() % 10;
+      if (dice == 0) ComeToWork();
+      if (dice < 3) workstation->Look();
+      if (dice >= 3) workstation->Write();
+    }
+  }
+
+  void Create() {
+    if (created_) throw Fault(Fault::kLost, "the file has gone");
+    {
+      recordmanager::Engine own;
+      engine = &own;
+      CreateRecords(OfficeIn(folder_));
+    }
+    created_ = !disk_.IsOff();  // what nobody can have seen is not acknowledged
+    if (random_() % 2 == 0) UseRollbackJournal(file_);
+  }
+
+  // Those of before have left.
+  void ComeToWork() {
+    int slot = 0;
+    for (auto& workstation : workstations_) {
+      workstation.reset();
+      workstation.emplace(folder_, slot++, random_());
+    }
+  }
+
+  // Looked at in a copy, as the next to come shall find the file as the cut has left it.
+  void ExpectSound() {
+    const fs::path copy = folder_ / "copy";
+    fs::remove_all(copy);
+    fs::copy(OfficeIn(folder_), copy);
+    const std::string damage = fs::exists(file_) ? DamageOf(copy / kRecordsFile) : "";
+    if (!damage.empty()) throw Fault(Fault::kDamaged, damage);
+  }
+
+  fs::path folder_;
+  fs::path file_ = OfficeIn(folder_) / kRecordsFile;
+  std::mt19937 random_;
+  FrailDisk disk_;
+  bool created_ = false;
+  std::array<std::optional<Workstation>, 2> workstations_;
+};
+
+}  // namespace
+
+bool RunPower(const PowerPlan& plan, std::ostream& report) {
+  constexpr int kLossesOfALife = 20;
+  UseRecordManager(&CallEngine);
+  Tally tally;
+  unsigned seed = plan.seed;
+  for (int losses = 0; losses < plan.losses; losses += kLossesOfALife, ++seed) {
+    fs::remove_all(plan.folder);
+    fs::create_directories(OfficeIn(plan.folder));
+    try {
+      Life(fs::canonical(plan.folder), seed, plan.ignoreSync).LiveThrough(kLossesOfALife);
+    } catch (const Fault& fault) {
+      tally.Note(fault.kind);
+      report << "FOUND with --seed " << seed << ": " << fault.what() << std::endl;
+    }
+  }
+  report << plan.losses << " losses of power, --seed " << plan.seed << " to " << seed - 1 << '\n';
+  tally.Write(report);
+  fs::remove_all(plan.folder);
+  return tally.IsEmpty();
+}
+
+}  // namespace stress
