@@ -319,7 +319,7 @@ class Configuration {
     if (delegated) set({"ProgramName", REG_SZ, std::string("telq32.exe") + '\0'});
     if (!change.name.empty()) set(change);
     std::ofstream(file_, std::ios::binary) << registry.Format();
-    qlx99::DetachLibrary();
+    qlx99::DetachLibrary(qlx99::Detachment::kFreed);
     qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   }
 
