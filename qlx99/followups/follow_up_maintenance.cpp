@@ -32,9 +32,8 @@ constexpr std::size_t kTextLength = FollowUpRecord::text.width;
 FollowUpArguments TakeArguments(const char* kindId, const char* dueDate, const char* userId,
                                 const char* secondUserId, const char* partyRecordId,
                                 const char* text) {
-  return {LeadingNumber(kindId),        BoundedText(dueDate, kDateLength),
-          LeadingNumber(userId),        LeadingNumber(secondUserId),
-          LeadingNumber(partyRecordId), text};
+  return {LeadingNumber(kindId),       BoundedText(dueDate, kDateLength), LeadingNumber(userId),
+          LeadingNumber(secondUserId), LeadingNumber(partyRecordId),      text};
 }
 
 // Shows the message unless the condition holds, and says whether it does.
