@@ -83,11 +83,12 @@ TEST_F(DocumentNumbersTest, GivesANumberOrNoneAsTheRecordManagerAnswers) {
   }
   EXPECT_EQ(LastNumber(8), 41);
   EXPECT_EQ(LastNumber(7), -1);
-  for (const int status : {4, 9}) {  // no counter
+  // No counter, and then one of another workstation, which a duplicate alone would point to.
+  for (const auto& [found, inserted] : {std::pair(4, 0), {9, 0}, {4, 2}, {9, 80}}) {
     manager.Forget();
-    manager.Answers(btrieve::kGetEqual, kCounters, status, 1);
-    manager.Answers(btrieve::kInsert, kCounters, 0);
-    EXPECT_EQ(library->GetDokuNr("12345679"), 1);
+    manager.Answers(btrieve::kGetEqual, kCounters, found, 1);
+    manager.Answers(btrieve::kInsert, kCounters, inserted);
+    EXPECT_EQ(library->GetDokuNr("12345679"), 1) << inserted;
   }
 }
 

@@ -68,21 +68,32 @@ class NestedCallsTest : public ExampleOfficeTest {
   }
 
   Row Address(const char* name, const char* number, const char* link, int line) {
-    return {name, [=, this](char* b) { return library->ALesenDLL("12345678", number, b, link); },
+    return {name,
+            [=, this](char* b) { return library->ALesenDLL(InPlace("12345678"), number, b, link); },
             Choice(line)};
   }
 
   Row Party(const char* name, const char* role, const char* caseNumber,
             const std::function<void(OpenDialog&)>& act) {
-    return {
-        name,
-        [=, this](char* b) { return library->BLesenDLL(role, caseNumber, nullptr, nullptr, b); },
-        act};
+    const auto call = [=, this](char* b) {
+      return library->BLesenDLL(role, InPlace(caseNumber), nullptr, nullptr, b);
+    };
+    return {name, call, act};
   }
 
   Row Case(const char* name, const char* caseNumber) {
-    return {name, [=, this](char* b) { return library->SLesenDLL(caseNumber, b); }, nullptr};
+    return {name, [=, this](char* b) { return library->SLesenDLL(InPlace(caseNumber), b); },
+            nullptr};
   }
+
+ private:
+  // The host keeps the case number of every call in the same memory.
+  const char* InPlace(const char* caseNumber) {
+    place_ = caseNumber;
+    return place_.c_str();
+  }
+
+  std::string place_;
 };
 
 TEST_F(NestedCallsTest, GiveWhatTheyGiveAlone) {
@@ -107,19 +118,22 @@ TEST_F(NestedCallsTest, GiveWhatTheyGiveAlone) {
   user.Messages();
 }
 
-TEST_F(NestedCallsTest, DoNotDisturbADialogThatIsBeingFilled) {
-  const auto isBusy = [&] {
-    manager.Answers(btrieve::kGetEqual, "ZTPART.KRV", btrieve::kRecordInUse, kMaxAttempts + 1);
-  };
+TEST_F(NestedCallsTest, DoNotDisturbADialogThatIsBeingPreparedOrFilled) {
   const Row messageThenDialog = Party("a party", "M ", "12345678", nullptr);
   user.TakesTheSelectedFromNowOn();
   const Row other = Party("a party of another case", "  ", "12345670", Choice(2));
   const std::string second = Alone(other);
-  isBusy();
-  const Outcomes alone{Alone(messageThenDialog), second};
-  isBusy();
-  EXPECT_EQ(Both(messageThenDialog, other), alone);
-  EXPECT_EQ(user.Messages().size(), 2U);
+  for (const auto* file : {"ZTKOFPAR.KRV", "ZTPART.KRV"}) {
+    SCOPED_TRACE(file);
+    const auto isBusy = [&] {
+      manager.Answers(btrieve::kGetEqual, file, btrieve::kRecordInUse, kMaxAttempts + 1);
+    };
+    isBusy();
+    const Outcomes alone{Alone(messageThenDialog), second};
+    isBusy();
+    EXPECT_EQ(Both(messageThenDialog, other), alone);
+    EXPECT_EQ(user.Messages().size(), 2U);
+  }
 }
 
 TEST_F(NestedCallsTest, LeaveTheLinkNumberThatWasGivenLast) {

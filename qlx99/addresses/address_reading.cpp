@@ -30,7 +30,7 @@ LastRequest lastRequest;
 
 // What one call asks for. While it shows a dialog or a message, another may ask for something else.
 struct AddressRequest {
-  const char* caseNumber;
+  CaseNumberKey caseNumber;
   std::int32_t addressNumber;
   std::int32_t linkNumber;
 };
@@ -77,7 +77,7 @@ PartyTexts FindPartyTexts(const DataRoot& dataRoot, const AddressRequest& reques
   PartyTexts texts;
   RecordFile<CasePartyRecord> parties(dataRoot);
   RecordFile<CaseRecord> cases(dataRoot, parties);
-  if (!cases.IsOpen() || !FindCase(cases, CaseNumberKey(request.caseNumber))) return texts;
+  if (!cases.IsOpen() || !FindCase(cases, request.caseNumber)) return texts;
 
   const std::int32_t caseId = cases.Current()[CaseRecord::id];
   for (const auto& party : parties.Walk(CasePartyRecord::byCase, caseId)) {
@@ -216,7 +216,8 @@ void ReadAddress(const AddressRequest& request, ResultRecord& dest) {
 std::int32_t DeliverAddress(const char* caseNumber, const char* addressNumber, char* record,
                             const char* linkNumber) {
   if (linkNumber != nullptr) lastRequest.linkNumber = LeadingNumber(linkNumber);
-  const AddressRequest request{caseNumber, LeadingNumber(addressNumber), lastRequest.linkNumber};
+  const AddressRequest request{CaseNumberKey(caseNumber), LeadingNumber(addressNumber),
+                               lastRequest.linkNumber};
   if (!EnsureRecordManager()) return 0;
   ResultRecord address;
   ReadAddress(request, address);

@@ -19,7 +19,7 @@ std::int32_t PartyPosition(std::int32_t partyRecordId, std::int32_t caseId) {
   return 0;
 }
 
-std::int32_t CountCaseParties(const char* caseNumber) {
+std::int32_t CountCaseParties(const CaseNumberKey& key) {
   const auto dataRoot = ReadDataRoot(kNoDataPathForAddresses);
   if (!dataRoot) return 0;
   RecordFile<CaseRecord> cases(*dataRoot);
@@ -28,7 +28,7 @@ std::int32_t CountCaseParties(const char* caseNumber) {
   RecordFile<RelationRecord> relations(*dataRoot, parties);
   if (!relations.IsOpen()) return 0;
 
-  const std::int32_t caseId = FindCaseId(cases, caseNumber);
+  const std::int32_t caseId = FindCaseId(cases, key);
   if (caseId == kNoCase) return 0;
   return CountRecords(parties.Walk(CasePartyRecord::byCase, caseId));
 }

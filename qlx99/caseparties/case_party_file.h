@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "cases/case_file.h"
 #include "frame/registry.h"
 #include "store/record_file.h"
 
@@ -37,6 +38,6 @@ std::int32_t PartyPosition(std::int32_t partyRecordId, std::int32_t caseId);
 
 // The number of parties of a case; 0 when there is no such case, or when a file cannot be read,
 // which the user has been told then.
-std::int32_t CountCaseParties(const char* caseNumber);
+std::int32_t CountCaseParties(const CaseNumberKey& key);
 
 }  // namespace qlx99

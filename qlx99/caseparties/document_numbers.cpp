@@ -58,7 +58,7 @@ std::int32_t NextDocumentNumber(const char* caseNumber) {
   if (!numbers.IsOpen()) return 1;
 
   // An unknown case is no reason to stop a letter: such letters share the counter of kNoCase.
-  return Issue(numbers, LookupCaseId(*dataRoot, caseNumber));
+  return Issue(numbers, LookupCaseId(*dataRoot, CaseNumberKey(caseNumber)));
 }
 
 }  // namespace

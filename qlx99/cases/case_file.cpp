@@ -22,14 +22,13 @@ bool FindCase(RecordCursor<CaseRecord>& cases, const CaseNumberKey& key) {
          cases.Current()[CaseRecord::id] != kNoCase;
 }
 
-std::int32_t FindCaseId(RecordCursor<CaseRecord>& cases, const char* caseNumber) {
-  if (!FindCase(cases, CaseNumberKey(caseNumber))) return kNoCase;
-  return cases.Current()[CaseRecord::id];
+std::int32_t FindCaseId(RecordCursor<CaseRecord>& cases, const CaseNumberKey& key) {
+  return FindCase(cases, key) ? cases.Current()[CaseRecord::id] : kNoCase;
 }
 
-std::int32_t LookupCaseId(const DataRoot& dataRoot, const char* caseNumber) {
+std::int32_t LookupCaseId(const DataRoot& dataRoot, const CaseNumberKey& key) {
   RecordFile<CaseRecord> cases(dataRoot);
-  return cases.IsOpen() ? FindCaseId(cases, caseNumber) : kNoCase;
+  return cases.IsOpen() ? FindCaseId(cases, key) : kNoCase;
 }
 
 }  // namespace qlx99

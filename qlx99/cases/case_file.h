@@ -43,7 +43,8 @@ static_assert(IsSound<CaseRecord>());
 inline constexpr std::int32_t kNoCase = 0;
 
 // The key under which the case file holds a case number: its first 8 bytes, zero bytes where it is
-// shorter, and two blanks.
+// shorter, and two blanks. A call makes it before anything else: while it shows a dialog or a
+// message, the host may put the case number of its next call where this one's stood.
 class CaseNumberKey {
  public:
   explicit CaseNumberKey(const char* caseNumber);
@@ -63,9 +64,9 @@ bool FindCase(RecordCursor<CaseRecord>& cases, const CaseNumberKey& key);
 
 // The ID of the case with this number, or kNoCase; no message is shown for a case that is not
 // there.
-std::int32_t FindCaseId(RecordCursor<CaseRecord>& cases, const char* caseNumber);
+std::int32_t FindCaseId(RecordCursor<CaseRecord>& cases, const CaseNumberKey& key);
 
 // The same with a case file that is opened and closed for it; kNoCase also when that fails.
-std::int32_t LookupCaseId(const DataRoot& dataRoot, const char* caseNumber);
+std::int32_t LookupCaseId(const DataRoot& dataRoot, const CaseNumberKey& key);
 
 }  // namespace qlx99

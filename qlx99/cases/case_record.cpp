@@ -38,11 +38,11 @@ void ComposeCase(const DataRoot& dataRoot, const Record<CaseRecord>& caseRecord,
 
 // Composes fields 1 to 13 of a case that is found, and takes its currency. False when the case file
 // could not be read at all.
-bool ReadCase(const DataRoot& dataRoot, const char* caseNumber, Currency& currency,
+bool ReadCase(const DataRoot& dataRoot, const CaseNumberKey& key, Currency& currency,
               ResultRecord& dest) {
   RecordFile<CaseRecord> cases(dataRoot);
   if (!cases.IsOpen()) return false;
-  if (FindCase(cases, CaseNumberKey(caseNumber))) {
+  if (FindCase(cases, key)) {
     const auto& found = cases.Current();
     CopyBytes(found[CaseRecord::currency], currency.data(), currency.size());
     ComposeCase(dataRoot, found, dest);
@@ -52,18 +52,18 @@ bool ReadCase(const DataRoot& dataRoot, const char* caseNumber, Currency& curren
 
 // Composes fields 1 to 14; the last alone for an unknown case, nothing when the case file cannot be
 // read. `currency` stays as it is unless a case is found.
-void ReadCaseRecord(const char* caseNumber, Currency& currency, ResultRecord& dest) {
+void ReadCaseRecord(const CaseNumberKey& key, Currency& currency, ResultRecord& dest) {
   if (!EnsureRecordManager()) return;
   const auto dataRoot = ReadDataRoot(kNoDataPathForCases);
   if (!dataRoot) return;
-  if (!ReadCase(*dataRoot, caseNumber, currency, dest)) return;
-  dest.AddNumber(CountCaseParties(caseNumber));
+  if (!ReadCase(*dataRoot, key, currency, dest)) return;
+  dest.AddNumber(CountCaseParties(key));
 }
 
 std::int32_t DeliverCase(const char* caseNumber, char* record) {
   ResultRecord caseRecord;
   Currency currency{};
-  ReadCaseRecord(caseNumber, currency, caseRecord);
+  ReadCaseRecord(CaseNumberKey(caseNumber), currency, caseRecord);
   caseRecord.DropLastEnd();
   caseRecord.EndAtFirstZero();
   caseRecord.Append("|");

@@ -20,7 +20,7 @@ std::int32_t CountFollowUps(const char* caseNumber) {
   RecordFile<FollowUpRecord> followUps(*dataRoot, cases);
   if (!followUps.IsOpen()) return 0;
 
-  const std::int32_t caseId = FindCaseId(cases, caseNumber);
+  const std::int32_t caseId = FindCaseId(cases, CaseNumberKey(caseNumber));
   if (caseId == kNoCase) return 0;
   return CountRecords(followUps.Walk(FollowUpRecord::byCase, caseId));
 }
@@ -50,7 +50,7 @@ void ReadFollowUp(const char* caseNumber, std::int32_t position, ResultRecord& d
   RecordFile<FollowUpRecord> followUps(*dataRoot, cases);
   if (!followUps.IsOpen()) return;
 
-  const std::int32_t caseId = FindCaseId(cases, caseNumber);
+  const std::int32_t caseId = FindCaseId(cases, CaseNumberKey(caseNumber));
   if (caseId == kNoCase) return;
   if (!WalkToPosition(followUps.Walk(FollowUpRecord::byCase, caseId), position)) return;
   ComposeFollowUp(*dataRoot, followUps.Current(), dest);

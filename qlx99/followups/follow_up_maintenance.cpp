@@ -85,7 +85,7 @@ void SetArguments(const FollowUpArguments& arguments, Record<FollowUpRecord>& re
 
 std::int32_t FindCaseOfNewFollowUp(const char* caseNumber) {
   const auto dataRoot = ReadDataRoot(kNoDataPathForFollowUps);
-  return dataRoot ? LookupCaseId(*dataRoot, caseNumber) : kNoCase;
+  return dataRoot ? LookupCaseId(*dataRoot, CaseNumberKey(caseNumber)) : kNoCase;
 }
 
 std::int32_t Insert(std::int32_t caseId, const FollowUpArguments& arguments) {

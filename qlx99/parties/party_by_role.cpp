@@ -33,14 +33,14 @@ RelationMatch RoleMatches(const Role& role, std::int32_t relationId) {
   return MatchRelation(relations, role, relationId);
 }
 
-PartiesInRole CollectPartiesByRole(const Role& role, const char* caseNumber) {
+PartiesInRole CollectPartiesByRole(const Role& role, const CaseNumberKey& key) {
   PartiesInRole found;
   const auto dataRoot = ReadDataRoot(kNoDataPathForDocuments);
   if (!dataRoot) return found;
   RecordFile<CasePartyRecord> parties(*dataRoot);
   if (!parties.IsOpen()) return found;
 
-  const std::int32_t caseId = LookupCaseId(*dataRoot, caseNumber);
+  const std::int32_t caseId = LookupCaseId(*dataRoot, key);
   for (const auto& party : parties.Walk(CasePartyRecord::byCase, caseId)) {
     const auto match = RoleMatches(role, party[CasePartyRecord::relationId]);
     if (!match.matches) continue;
@@ -61,15 +61,17 @@ std::int32_t DeliverParty(const char* roleCode, const char* caseNumber, const ch
   if (!EnsureRecordManager() || result == nullptr) return 0;
   // One character more than a code has, so that a longer text is told from a code.
   const Role& role = RoleOf(BoundedText(roleCode, kRoleLength + 1));
-  const PartiesInRole found = CollectPartiesByRole(role, caseNumber);
+  const CaseNumberKey key(caseNumber);
+  const bool noSelection = BoundedText(noDialog, 2) == "1";
+  const PartiesInRole found = CollectPartiesByRole(role, key);
   if (found.count == 0) return 0;
   if (found.count == 1) {
     CopyText(found.last.Text(), result);
     return -1;
   }
-  if (BoundedText(noDialog, 2) == "1") return 0;
+  if (noSelection) return 0;
 
-  const PartyReference chosen = ShowPartySelection(CaseNumberKey(caseNumber), role);
+  const PartyReference chosen = ShowPartySelection(key, role);
   const bool taken = !chosen.Text().empty();
   CopyText(taken ? chosen.Text() : kNothingSelected, result);
   return taken ? -1 : 0;

@@ -80,7 +80,7 @@ void AddPartyNumbers(const Record<CasePartyRecord>& party, ResultRecord& dest) {
 
 // Composes the party at a position. False when there is none, when it has no address, or when a
 // file cannot be read.
-bool ReadPartyListEntry(const char* caseNumber, std::int32_t position, ResultRecord& dest) {
+bool ReadPartyListEntry(const CaseNumberKey& key, std::int32_t position, ResultRecord& dest) {
   const auto dataRoot = ReadDataRoot(kNoDataPathForAddresses);
   if (!dataRoot) return false;
   RecordFile<CaseRecord> cases(*dataRoot);
@@ -88,7 +88,7 @@ bool ReadPartyListEntry(const char* caseNumber, std::int32_t position, ResultRec
   RecordFile<RelationRecord> relations(*dataRoot, parties);
   if (!relations.IsOpen()) return false;
 
-  const std::int32_t caseId = FindCaseId(cases, caseNumber);
+  const std::int32_t caseId = FindCaseId(cases, key);
   if (caseId == kNoCase) return false;
   if (!WalkToPosition(parties.Walk(CasePartyRecord::byCase, caseId), position)) return false;
 
@@ -101,7 +101,7 @@ bool ReadPartyListEntry(const char* caseNumber, std::int32_t position, ResultRec
 }
 
 std::int32_t CountParties(const char* caseNumber) {
-  return EnsureRecordManager() ? CountCaseParties(caseNumber) : 0;
+  return EnsureRecordManager() ? CountCaseParties(CaseNumberKey(caseNumber)) : 0;
 }
 
 // Where there is no party to deliver, the macro is told that the list has ended, by two empty
@@ -109,7 +109,7 @@ std::int32_t CountParties(const char* caseNumber) {
 std::int32_t DeliverParty(const char* caseNumber, const char* index, char* record) {
   if (!EnsureRecordManager()) return 0;
   ResultRecord party;
-  if (!ReadPartyListEntry(caseNumber, LeadingNumber(index), party)) {
+  if (!ReadPartyListEntry(CaseNumberKey(caseNumber), LeadingNumber(index), party)) {
     party = {};
     party.AddEmptyFields(2);
   }
