@@ -83,6 +83,21 @@ TEST_F(LoadingTest, TakesTheOneBesideTheLibraryAndNoneInTheCurrentFolder) {
   }
 }
 
+TEST_F(LoadingTest, LooksElsewhereWhenTheLibrarysFolderHasGone) {
+  managers.Are({{"w3btrv7"}});
+  const std::string file = world::LibraryFile("qlx99");
+  const fs::path folder = office.Folder() / "library";
+  fs::create_directories(folder);
+  fs::copy(LibraryFolder() / file, folder / file);
+  const Exports exports(LoadLibraryA((folder / file).string().c_str()));
+  fs::rename(folder, office.Folder() / "elsewhere");
+  EXPECT_EQ(exports.UserInit(), 0);
+  EXPECT_THAT(user.Messages(), ElementsAre(CannotOpen("ZTUSER.KRV")));
+  EXPECT_NE(GetModuleHandleA("w3btrv7.dll"), nullptr);
+  FreeLibrary(exports.module);
+  UnloadRecordManagers();
+}
+
 TEST_F(LoadingTest, NeedsBothEntryPointsAtEachCall) {
   for (const auto kind : {PlacedManager::kWithoutBtrCall, PlacedManager::kWithoutBtrCallId}) {
     managers.Are({{"w3btrv7", kind}, {"wbtrv32"}});  // a complete one behind it is no help

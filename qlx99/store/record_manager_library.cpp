@@ -13,10 +13,10 @@ using WidePath = std::array<WCHAR, kRoom>;
 
 bool IsSeparator(WCHAR c) { return c == u'\\' || c == u'/'; }
 
-// The folder of qlx99, with the separator at its end, and in it the file of that name.
-WidePath PathInOwnFolder(const char* name) {
+// The folder of the module, with the separator at its end, and in it the file of that name.
+WidePath PathBeside(HMODULE module, const char* name) {
   WidePath path{};
-  const DWORD length = GetModuleFileNameW(CurrentAttachment().module, path.data(), kRoom);
+  const DWORD length = GetModuleFileNameW(module, path.data(), kRoom);
   auto* end = path.begin() + std::min(length, kRoom);
   while (end != path.begin() && !IsSeparator(*(end - 1))) --end;
   while (*name != '\0' && end != path.end() - 1) *end++ = static_cast<WCHAR>(*name++);
@@ -24,21 +24,27 @@ WidePath PathInOwnFolder(const char* name) {
   return path;
 }
 
-// While it exists, the folder of qlx99 stands in the place of the current one. SetDllDirectory
-// would do that for libraries alone; but it could not be taken back, because nobody can ask whether
-// the host had set nothing, or an empty text so that its current folder is never searched.
-class OwnFolderAsCurrent {
+bool GoToFolderOf(HMODULE module) {
+  return SetCurrentDirectoryW(PathBeside(module, "").data()) != FALSE;
+}
+
+// While it exists, the folder of qlx99 stands in the place of the current one; where it cannot be
+// gone to (too long a path, a share that is offline), the program's, which is searched anyway.
+// SetDllDirectory would do that for libraries alone; but it could not be taken back, because nobody
+// can ask whether the host had set nothing, or an empty text so that its current folder is never
+// searched.
+class TrustedFolderAsCurrent {
  public:
-  OwnFolderAsCurrent() {
+  TrustedFolderAsCurrent() {
     const DWORD length = GetCurrentDirectoryW(kRoom, hosts_.data());
-    isCurrent_ =
-        length > 0 && length < kRoom && SetCurrentDirectoryW(PathInOwnFolder("").data()) != FALSE;
+    isCurrent_ = length > 0 && length < kRoom &&
+                 (GoToFolderOf(CurrentAttachment().module) || GoToFolderOf(nullptr));
   }
-  ~OwnFolderAsCurrent() {
+  ~TrustedFolderAsCurrent() {
     if (isCurrent_) SetCurrentDirectoryW(hosts_.data());
   }
-  OwnFolderAsCurrent(const OwnFolderAsCurrent&) = delete;
-  OwnFolderAsCurrent& operator=(const OwnFolderAsCurrent&) = delete;
+  TrustedFolderAsCurrent(const TrustedFolderAsCurrent&) = delete;
+  TrustedFolderAsCurrent& operator=(const TrustedFolderAsCurrent&) = delete;
 
   bool IsCurrent() const { return isCurrent_; }
 
@@ -48,8 +54,8 @@ class OwnFolderAsCurrent {
 };
 
 HMODULE LoadByName(const char* name) {
-  const OwnFolderAsCurrent ownFolder;
-  return ownFolder.IsCurrent() ? LoadLibraryA(name) : nullptr;
+  const TrustedFolderAsCurrent trusted;
+  return trusted.IsCurrent() ? LoadLibraryA(name) : nullptr;
 }
 
 }  // namespace
@@ -58,7 +64,8 @@ HMODULE LoadRecordManagerLibrary(const char* name) {
   HMODULE const library = LoadByName(name);
   if (library != nullptr) return library;
   // Some hosts have taken the current folder out of the search, or all but a few.
-  return LoadLibraryExW(PathInOwnFolder(name).data(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  return LoadLibraryExW(PathBeside(CurrentAttachment().module, name).data(), nullptr,
+                        LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
 }  // namespace qlx99
