@@ -175,6 +175,15 @@ TEST_F(FollowUpMaintenanceTest, AskForTheRecordManagerInTheirTurn) {
               ElementsAre(notLoaded, notLoaded, kInvalidUser, kInvalidFollowUp, notLoaded));
 }
 
+TEST_F(FollowUpMaintenanceTest, NeedTheDataPathForEachFileAnew) {
+  manager.Meanwhile(btrieve::kClose, "ZTCASE.KRV", [&] { office.IsNotConfigured("DataRoot"); });
+  EXPECT_EQ(New({"12345678"}), 0);
+  EXPECT_THAT(user.Messages(),
+              ElementsAre(MessageBox{
+                  "Datenpfad nicht gefunden !\n Wiedervorlagedaten können nicht gelöscht werden ! ",
+                  "Systemmeldung !", MB_ICONHAND}));
+}
+
 // Another process changes or removes the record after the library has read it.
 TEST_F(FollowUpMaintenanceTest, WriteNothingOverAnotherWorkstationsChange) {
   const std::string file = (office.DataFolder() / F::file.name).string();

@@ -3,6 +3,7 @@
 #include "addresses/address_files.h"
 #include "caseparties/case_party_file.h"
 #include "cases/case_file.h"
+#include "followups/follow_up_file.h"
 #include "followups/follow_up_kind_file.h"
 #include "support/example_office.h"
 #include "users/user_file.h"
@@ -90,9 +91,24 @@ TEST_F(ListsTest, KeepTheirFieldsWhenALookupFileIsMissing) {
   office.Lacks<FollowUpKindRecord>();
   office.Lacks<UserRecord>();
   office.Lacks<P>();
+  const MessageBox noKind = CannotOpen("ZTKODOLI.KRV");
+  const MessageBox noUser = CannotOpen("ZTUSER.KRV");
   EXPECT_EQ(FollowUp("1"), "-1 02.01.2000||3|Berufung begründen|||17|||0|0|1");
-  EXPECT_THAT(user.Messages(), ElementsAre(CannotOpen("ZTKODOLI.KRV"), CannotOpen("ZTUSER.KRV"),
-                                           CannotOpen("ZTUSER.KRV"), CannotOpen("ZTHEAD.KRV")));
+  EXPECT_THAT(user.Messages(), ElementsAre(noKind, noUser, noUser, CannotOpen("ZTHEAD.KRV")));
+  EXPECT_EQ(FollowUp("1", "12345679"), "-1 02.01.2000||3||||0|||0|0|2") << "without a party";
+  EXPECT_THAT(user.Messages(), ElementsAre(noKind, noUser, noUser));
+}
+
+TEST_F(ListsTest, KeepTheirFieldsWhenTheDataPathVanishesMeanwhile) {
+  manager.Meanwhile(btrieve::kGetEqual, FollowUpRecord::file.name,
+                    [&] { office.IsNotConfigured("DataRoot"); });
+  EXPECT_EQ(FollowUp("1"), "-1 02.01.2000|Frist prüfen|3|Berufung begründen|Meier|MEI|17|||0|0|1");
+  EXPECT_THAT(user.Messages(), ElementsAre(NoDataPath("Adressadaten")));
+}
+
+TEST_F(ListsTest, EndAtTheEndOfARecordThatIsTooShort) {
+  manager.CutsRecordsTo(40);
+  EXPECT_EQ(User("2"), "-1 Meier|");
 }
 
 }  // namespace

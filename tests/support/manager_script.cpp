@@ -81,6 +81,7 @@ void ManagerScript::Forget() {
   actions_.clear();
   failingCall_ = 0;
   filler_.reset();
+  longest_.reset();
 }
 
 // A copied position block is known by its content at first, and by its place once it has moved on.
@@ -145,6 +146,7 @@ short ManagerScript::Handle(void* script, WORD operation, void* positionBlock, v
                                           keyBuffer, keyLength, keyNumber);
   const bool reads = operation >= btrieve::kGetEqual && call.status == btrieve::kSuccess;
   if (reads && self.filler_) std::memset(dataBuffer, *self.filler_, *dataLength);
+  if (reads && self.longest_) *dataLength = std::min(*dataLength, *self.longest_);
   self.Keep(call, positionBlock);
   return static_cast<short>(call.status);
 }

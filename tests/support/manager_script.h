@@ -50,6 +50,10 @@ class ManagerScript {
   // The records that are read consist of this byte.
   void FillsRecordsWith(char byte) { filler_ = byte; }
 
+  // The records that are read have no more bytes than that; what is behind them in the buffer is
+  // none of theirs.
+  void CutsRecordsTo(ULONG length) { longest_ = length; }
+
   // Just before the next call of that operation on that file, somebody else does something.
   void Meanwhile(WORD operation, const std::string& file, std::function<void()> action);
 
@@ -86,6 +90,7 @@ class ManagerScript {
   std::size_t failingCall_ = 0;  // its number
   int failure_ = 0;
   std::optional<char> filler_;
+  std::optional<ULONG> longest_;
   std::multimap<std::pair<WORD, std::string>, std::function<void()>> actions_;
   std::map<const void*, std::string> files_;   // that are open, by position block
   std::map<const void*, std::string> copies_;  // of position blocks, likewise
