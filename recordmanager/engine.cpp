@@ -11,6 +11,14 @@
 namespace recordmanager {
 
 int Engine::Serve(const Call& call) noexcept {
+  const bool mayRepeat = !inTransaction_;  // what failed then has left nothing behind
+  const int status = Try(call);
+  if (status != btrieve::kOutOfMemory) return status;
+  files_.ForgetRecords();
+  return mayRepeat ? Try(call) : status;
+}
+
+int Engine::Try(const Call& call) noexcept {
   try {
     return Dispatch(call);
   } catch (...) {  // nothing here throws but the lack of memory
