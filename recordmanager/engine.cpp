@@ -1,5 +1,7 @@
 #include "recordmanager/engine.h"
 
+#include <sqlite3.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -28,6 +30,7 @@ int Engine::Try(const Call& call) noexcept {
 
 void Engine::BecomeChild() noexcept {
   inTransaction_ = false;
+  sqlite3_randomness(0, nullptr);  // begins anew, or both would give new files the same names
   files_.BecomeChild();
 }
 
