@@ -238,6 +238,20 @@ class Caller {
     const fuzz::FailingMemory memory(fails ? input_.Byte() : 0, wrong == Wrong::kNeverAnyMemory);
     const int status = engine_.Serve(call);
     if (status < 0 || status > btrieve::kOutOfMemory) fuzz::Found("no published status");
+    // Before that is told, all is given back that has only been read.
+    if (status == btrieve::kOutOfMemory && wrong == Wrong::kNoMemory && !inTransaction_) {
+      fuzz::Found("not tried again with the memory of what was read");
+    }
+    NoteTransaction(call.operation, status);
+  }
+
+  void NoteTransaction(WORD operation, int status) {
+    if (operation == btrieve::kBeginTransaction && status == btrieve::kSuccess) {
+      inTransaction_ = true;
+    } else if ((operation == btrieve::kEndTransaction || operation == btrieve::kAbortTransaction) &&
+               status != btrieve::kFileInUse) {
+      inTransaction_ = false;
+    }
   }
 
   Engine& engine_;
@@ -245,6 +259,7 @@ class Caller {
   std::array<Buffer, 3> blocks_{Buffer(kEmptyBlock), Buffer(kEmptyBlock), Buffer(kEmptyBlock)};
   std::string record_ = std::string(kRecordLength, '\0');
   std::string key_;
+  bool inTransaction_ = false;
 
   inline static const std::string kEmptyBlock = std::string(btrieve::kPositionBlockSize, '\0');
 };

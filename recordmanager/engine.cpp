@@ -1,5 +1,7 @@
 #include "recordmanager/engine.h"
 
+#include <sqlite3.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -11,6 +13,14 @@
 namespace recordmanager {
 
 int Engine::Serve(const Call& call) noexcept {
+  const bool mayRepeat = !inTransaction_;  // what failed then has left nothing behind
+  const int status = Try(call);
+  if (status != btrieve::kOutOfMemory) return status;
+  files_.ForgetRecords();
+  return mayRepeat ? Try(call) : status;
+}
+
+int Engine::Try(const Call& call) noexcept {
   try {
     return Dispatch(call);
   } catch (...) {  // nothing here throws but the lack of memory
@@ -20,6 +30,7 @@ int Engine::Serve(const Call& call) noexcept {
 
 void Engine::BecomeChild() noexcept {
   inTransaction_ = false;
+  sqlite3_randomness(0, nullptr);  // begins anew, or both would give new files the same names
   files_.BecomeChild();
 }
 

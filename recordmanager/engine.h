@@ -44,6 +44,7 @@ class Engine {
   void BecomeChild() noexcept;
 
  private:
+  int Try(const Call& call) noexcept;
   int Dispatch(const Call& call);
   int Open(const Call& call);
   int Create(const Call& call);

@@ -120,6 +120,12 @@ void OpenFiles::CloseIdle() {
   });
 }
 
+void OpenFiles::ForgetRecords() {
+  for (const auto& database : databases_) {
+    if (!database->isParents) database->file->ForgetRecords();
+  }
+}
+
 void OpenFiles::BecomeChild() {
   for (const auto& database : databases_) database->isParents = true;
   hasParents_ = true;

@@ -42,6 +42,9 @@ class OpenFiles {
     if (hasParents_) ReplaceParents();
   }
 
+  // Gives back the memory of all that has only been read, and can be read again.
+  void ForgetRecords();
+
   // Ends the transactions of all files. The first that fails takes the remaining ones back.
   int CommitAll();
   void RollBackAll();

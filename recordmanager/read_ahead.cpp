@@ -57,6 +57,12 @@ void ReadAhead::Clear() {
   count_ = 0;
 }
 
+void ReadAhead::Forget() {
+  Clear();
+  lookedUp_ = {};
+  reading_ = {};
+}
+
 // The block that says what comes next to the cut in that direction; null when none does.
 const RecordBlock* ReadAhead::BlockBeyond(const Blocks& blocks, const Cut& cut,
                                           Direction direction) {

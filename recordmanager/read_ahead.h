@@ -59,6 +59,9 @@ class ReadAhead {
   // Keeps that block, as long as nobody writes.
   void Keep();
 
+  // Gives back all memory.
+  void Forget();
+
  private:
   using Blocks = std::map<Cut, RecordBlock>;  // by their low ends; none overlaps another
   struct KeyBlocks {

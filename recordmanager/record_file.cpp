@@ -225,6 +225,11 @@ void RecordFile::RollBack() {
   ++rollbacks_;
 }
 
+void RecordFile::ForgetRecords() {
+  readAhead_.Forget();
+  connection_.ForgetPages();
+}
+
 void RecordFile::GoOnFrom(const RecordFile& other) {
   rollbacks_ = other.rollbacks_ + (other.inTransaction_ ? 1 : 0);
 }

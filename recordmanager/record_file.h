@@ -71,6 +71,9 @@ class RecordFile {
   void RollBack();
   bool IsInTransaction() const { return inTransaction_; }
 
+  // Gives back the memory of all that has only been read, and can be read again.
+  void ForgetRecords();
+
   // Takes the place of an object for the same file: versions read there are as good here, unless
   // they are those of a transaction that goes on there.
   void GoOnFrom(const RecordFile& other);

@@ -189,6 +189,8 @@ int Connection::QueryText(const char* sql, std::string& text) {
   return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
 }
 
+void Connection::ForgetPages() { sqlite3_db_release_memory(handle_); }
+
 void Connection::Checkpoint() {
   sqlite3_busy_handler(handle_, nullptr, nullptr);
   sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);

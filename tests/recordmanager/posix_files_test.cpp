@@ -168,6 +168,19 @@ void ActAsParentAndChild(const std::string& path, const std::array<int, 2>& outc
   _exit(written > 0 ? 0 : 1);
 }
 
+TEST_F(PosixFiles, AreCreatedByAProcessAndItsCopyAtTheSameTime) {
+  EXPECT_EQ(client.Do("close"), "ok");
+  for (int round = 0; round < 50; ++round) {
+    const pid_t child = fork();
+    const int status = Create(InFolder(child == 0 ? "CHILDS.KRV" : "PARENTS.KRV"));
+    if (child == 0) _exit(status);
+    int end = 0;
+    waitpid(child, &end, 0);
+    ASSERT_EQ(status, kSuccess);
+    ASSERT_EQ(end, 0) << "round " << round;
+  }
+}
+
 TEST_F(PosixFiles, AreOpenedAnewInAProcessThatIsACopy) {
   EXPECT_EQ(client.Do("close"), "ok");
   qlx99::tests::ReleaseEmbedded();
