@@ -88,6 +88,8 @@ class RecordFile {
   int Prepare();
   int PrepareRead(const Key& key, Direction direction, Statement*& read);
   int Find(const Key& key, const Search& search, KeyedRecord& record);
+  bool Look();
+  int ReadFrom(const Key& key, const Search& search, const Cut& cut, KeyedRecord& record);
   int ReadBlock(const Key& key, const Search& search, const Cut& cut, std::size_t most,
                 RecordBlock& block);
   bool TakeRow(Statement& row, KeyedRecord& record) const;
