@@ -2,10 +2,12 @@
 // and processes are copied with what they have open.
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/inotify.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <set>
 
 #include "party_file.h"
 #include "worker.h"
@@ -184,6 +186,28 @@ TEST_F(PosixFiles, AreOpenedAnewInAProcessThatIsACopy) {
   close(outcome[0]);
   EXPECT_EQ(done, "!39 !80 1 ok 2 3");
   EXPECT_EQ(Opened(path).Do("first, next*"), "1 2 3 !9");
+}
+
+// If both drew the same random numbers, each would take the other's draft for its own.
+TEST_F(PosixFiles, AreDraftedByAParentAndItsChildUnderNamesOfTheirOwn) {
+  EXPECT_EQ(client.Do("close"), "ok");
+  const int watch = inotify_init1(IN_NONBLOCK);
+  inotify_add_watch(watch, folder.c_str(), IN_CREATE);
+  const pid_t child = fork();
+  if (child == 0) _exit(Create(InFolder("CHILD.KRV")));
+  waitpid(child, nullptr, 0);
+  EXPECT_EQ(Create(InFolder("PARENT.KRV")), kSuccess);
+  alignas(inotify_event) std::array<char, 4096> events{};
+  const ssize_t size = read(watch, events.data(), events.size());
+  close(watch);
+  std::set<std::string> drafts;
+  for (ssize_t i = 0; i < size;) {
+    const auto* event = reinterpret_cast<const inotify_event*>(events.data() + i);
+    const std::string name = event->name;
+    if (name.ends_with("-journal")) drafts.insert(name);
+    i += static_cast<ssize_t>(sizeof *event + event->len);
+  }
+  EXPECT_EQ(drafts.size(), 2);
 }
 
 }  // namespace
