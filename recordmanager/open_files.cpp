@@ -121,7 +121,10 @@ void OpenFiles::CloseIdle() {
 }
 
 void OpenFiles::BecomeChild() {
-  for (const auto& database : databases_) database->isParents = true;
+  for (const auto& database : databases_) {
+    database->isParents = true;
+    database->file->EndMark();
+  }
   hasParents_ = true;
 }
 

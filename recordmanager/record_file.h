@@ -44,6 +44,7 @@ class RecordFile {
 
   const RecordLayout& Layout() const { return layout_; }
   bool IsReadOnly() const { return connection_.IsReadOnly(); }
+  void EndMark() { connection_.EndMark(); }
 
   // Finds the entry that the search means and copies its record to `target`. Status 9 when there is
   // none, 22 when the record does not fit; then nothing is changed.

@@ -7,6 +7,8 @@
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
+#include <optional>
 #include <set>
 
 #include "party_file.h"
@@ -208,6 +210,47 @@ TEST_F(PosixFiles, AreDraftedByAParentAndItsChildUnderNamesOfTheirOwn) {
     i += static_cast<ssize_t>(sizeof *event + event->len);
   }
   EXPECT_EQ(drafts.size(), 2);
+}
+
+// Keeps whoever opens a file waiting within that call, with the file that he has found.
+class Delay {
+ public:
+  explicit Delay(const std::string& path) : file_(open(path.c_str(), O_RDONLY)) {
+    std::signal(SIGIO, SIG_IGN);  // which tells that somebody waits
+    EXPECT_EQ(fcntl(file_, F_SETLEASE, F_RDLCK), 0);
+  }
+  Delay(const Delay&) = delete;
+  Delay& operator=(const Delay&) = delete;
+  ~Delay() {
+    fcntl(file_, F_SETLEASE, F_UNLCK);  // which a child process would keep
+    close(file_);
+  }
+
+  void WaitForSomebody() const {
+    while (fcntl(file_, F_GETLEASE) == F_RDLCK) usleep(1000);
+  }
+
+ private:
+  int file_;
+};
+
+TEST_F(PosixFiles, AreLeftAloneByWhoeverComesFromAFileThatTheyHaveReplaced) {
+  for (const bool creates : {false, true}) {
+    const std::string name = InFolder(creates ? "CREATED.KRV" : "OPENED.KRV");
+    ASSERT_EQ(Create(name), kSuccess);
+    ASSERT_EQ(Create(InFolder("NEW.KRV")), kSuccess);
+    std::optional<Delay> delay(name);
+    const pid_t late = fork();
+    if (late == 0) _exit(creates ? Create(name) : Client().Open(name));
+    delay->WaitForSomebody();
+    std::filesystem::rename(InFolder("NEW.KRV"), name);
+    EXPECT_EQ(Opened(name).Do("insert"), "1");
+    delay.reset();
+    int end = 0;
+    waitpid(late, &end, 0);
+    EXPECT_EQ(WEXITSTATUS(end), kFileInUse) << name;
+    EXPECT_EQ(Worker({name, "first"}).Wait(), 0) << name;
+  }
 }
 
 }  // namespace
