@@ -1,7 +1,5 @@
 #include "recordmanager/engine.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cstring>
 
@@ -30,7 +28,6 @@ int Engine::Try(const Call& call) noexcept {
 
 void Engine::BecomeChild() noexcept {
   inTransaction_ = false;
-  sqlite3_randomness(0, nullptr);  // begins anew, or both would give new files the same names
   files_.BecomeChild();
 }
 

@@ -119,7 +119,6 @@ int SetJournal(const std::string& path, Connection& connection) {
   } else if (status == btrieve::kSuccess) {
     status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
     if (status == btrieve::kSuccess && mode != "truncate") return btrieve::kFileInUse;
-    if (status == btrieve::kSuccess && !connection.MarkUse()) return btrieve::kFileInUse;
   }
   return status;
 }
@@ -143,9 +142,6 @@ int OpenOnce(const std::string& path, Connection& connection, RecordLayout& layo
   if (isUnchanging) status = connection.Open(path, Connection::Way::kUnchanging);
   std::int64_t version = 0;
   if (status == btrieve::kSuccess) status = CheckMarks(connection, version);
-  if (status == btrieve::kSuccess && isUnchanging && !connection.MarkUse()) {
-    status = btrieve::kFileInUse;
-  }
   if (status == btrieve::kSuccess && !isUnchanging) status = SetJournal(path, connection);
   if (status == btrieve::kSuccess) {
     // FULL is what survives a loss of power in both modes. The cache has room for the pages above

@@ -41,8 +41,8 @@ MoveResult MoveFileTo(const std::string& from, const std::string& to);
 // The same over a file that is there, unless somebody has it open.
 MoveResult ReplaceFile(const std::string& from, const std::string& to);
 
-// Says of a file that this process has it open, for ReplaceFile in other processes, where neither
-// the host nor SQLite's locks do. To be ended after whatever has the file open.
+// Says of a file that this process has it open, for ReplaceFile in other processes, where the host
+// does not. To be ended after whatever has the file open, or at once in a copy of the process.
 class UseMark {
  public:
   UseMark() = default;

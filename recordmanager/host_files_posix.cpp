@@ -49,6 +49,13 @@ bool Lock(int file, short kind, off_t start, off_t length) {
   return fcntl(file, F_OFD_SETLK, &lock) == 0;
 }
 
+bool IsAt(int file, const std::string& path) {
+  struct stat open {};
+  struct stat there {};
+  return fstat(file, &open) == 0 && stat(path.c_str(), &there) == 0 &&
+         open.st_dev == there.st_dev && open.st_ino == there.st_ino;
+}
+
 std::string FolderOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   return slash == std::string::npos ? "." : path.substr(0, slash + 1);
@@ -107,13 +114,13 @@ MoveResult MoveFileTo(const std::string& from, const std::string& to) {
   return MoveResult::kDone;
 }
 
-// SQLite has a lock for as long as a logged file is open, and with a journal there is a use mark;
-// while this process has all of them, nobody can open the file any more.
+// Whoever has the file open has a use mark on it; while this process has that place, nobody can
+// open the file any more. Unless somebody else has replaced it before.
 MoveResult ReplaceFile(const std::string& from, const std::string& to) {
   const int target = open(to.c_str(), O_RDWR | O_CLOEXEC);
   if (target < 0) return MoveResult::kFailed;
   MoveResult result = MoveResult::kTargetInUse;
-  if (Lock(target, F_WRLCK, kSqliteLocks, kToTheEnd)) {
+  if (Lock(target, F_WRLCK, kSqliteLocks, kToTheEnd) && IsAt(target, to)) {
     const bool isDone = std::rename(from.c_str(), to.c_str()) == 0;
     if (isDone) SyncFolderOf(to);
     result = isDone ? MoveResult::kDone : MoveResult::kFailed;

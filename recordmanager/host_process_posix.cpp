@@ -4,7 +4,7 @@
 
 #include "recordmanager/host_process.h"
 
-extern "C" void ForgetInheritedLocks();  // inherited_locks.c
+extern "C" void ForgetParent();  // inherited_locks.c
 
 namespace recordmanager {
 namespace {
@@ -16,7 +16,7 @@ void UnlockTurns() { turns.unlock(); }
 
 // Nobody was in a call when the process was copied.
 void BecomeChild() {
-  ForgetInheritedLocks();
+  ForgetParent();
   OnFork();
   turns.unlock();
 }

@@ -6,5 +6,10 @@
 #include <sqlite3.c>
 
 /* To be called in a child before it opens anything. What its parent had open must never be used or
- * closed in it: closing a file gives back every lock that the process holds on it. */
-void ForgetInheritedLocks(void) { inodeList = NULL; }
+ * closed in it: closing a file gives back every lock that the process holds on it. Random numbers
+ * begin anew, or parent and child would draw the same names for drafts, and the same numbers for
+ * different states of a file. */
+void ForgetParent(void) {
+  inodeList = NULL;
+  sqlite3_randomness(0, NULL);
+}

@@ -127,7 +127,10 @@ void OpenFiles::ForgetRecords() {
 }
 
 void OpenFiles::BecomeChild() {
-  for (const auto& database : databases_) database->isParents = true;
+  for (const auto& database : databases_) {
+    database->isParents = true;
+    database->file->EndMark();
+  }
   hasParents_ = true;
 }
 

@@ -44,10 +44,11 @@ void LookedUp::Clear() {
   for (Place& place : places_) place.key = SIZE_MAX;
 }
 
-void ReadAhead::LookAt(const LogState& state) {
-  if (state == state_) return;
+bool ReadAhead::LookAt(const LogState& state) {
+  if (state == state_) return true;
   Clear();
   state_ = state;
+  return false;
 }
 
 void ReadAhead::Clear() {

@@ -43,8 +43,8 @@ class ReadAhead {
   void SetKeys(std::size_t count) { keys_.resize(count); }
 
   // To be called before each use: in which state the log is. All zero means that it cannot be seen;
-  // then nothing is kept.
-  void LookAt(const LogState& state);
+  // then nothing is kept. False when it is another one than before.
+  bool LookAt(const LogState& state);
 
   // What is known of the first record from `cut` on, in that direction, of the key with that index.
   // Unless it is found, `cut` moves on as far as there is known to be none.

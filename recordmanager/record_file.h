@@ -44,6 +44,7 @@ class RecordFile {
 
   const RecordLayout& Layout() const { return layout_; }
   bool IsReadOnly() const { return connection_.IsReadOnly(); }
+  void EndMark() { connection_.EndMark(); }
 
   // Finds the entry that the search means and copies its record to `target`. Status 9 when there is
   // none, 22 when the record does not fit; then nothing is changed.
@@ -91,6 +92,8 @@ class RecordFile {
   int Prepare();
   int PrepareRead(const Key& key, Direction direction, Statement*& read);
   int Find(const Key& key, const Search& search, KeyedRecord& record);
+  bool Look();
+  int ReadFrom(const Key& key, const Search& search, const Cut& cut, KeyedRecord& record);
   int ReadBlock(const Key& key, const Search& search, const Cut& cut, std::size_t most,
                 RecordBlock& block);
   bool TakeRow(Statement& row, KeyedRecord& record) const;

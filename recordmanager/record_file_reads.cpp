@@ -36,18 +36,32 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
 // The first record that lies as the search says, but for its end: from memory or from the file.
 int RecordFile::Find(const Key& key, const Search& search, KeyedRecord& record) {
   using Answer = ReadAhead::Answer;
-  const std::size_t index = IndexOf(key);
   const Direction direction = DirectionOf(search.bound);
-  Cut cut{search.first, search.bound == Bound::kAfter || search.bound == Bound::kUpTo};
-  // A transaction reads what it has written itself, of which the log does not tell yet.
-  const bool alone = connection_.IsInTransaction();
-  readAhead_.LookAt(alone ? LogState{} : connection_.ReadLogState());
-  const Answer answer = readAhead_.Find(index, cut, direction, record);
+  const Cut start{search.first, search.bound == Bound::kAfter || search.bound == Bound::kUpTo};
+  Cut cut = start;
+  Look();
+  const Answer answer = readAhead_.Find(IndexOf(key), cut, direction, record);
   if (answer != Answer::kUnknown) {
     return answer == Answer::kFound ? btrieve::kSuccess : btrieve::kEndOfFile;
   }
+  const int status = ReadFrom(key, search, cut, record);
+  // If somebody has written meanwhile, what was known up to the cut is of another state than what
+  // has been read behind it, and a record that has moved would be in neither.
+  return cut == start || Look() ? status : ReadFrom(key, search, start, record);
+}
+
+// False when what was known is void.
+bool RecordFile::Look() {
+  // A transaction reads what it has written itself, of which the log does not tell yet.
+  return readAhead_.LookAt(connection_.IsInTransaction() ? LogState{} : connection_.ReadLogState());
+}
+
+// The first record from the cut on, read together with those behind it.
+int RecordFile::ReadFrom(const Key& key, const Search& search, const Cut& cut,
+                         KeyedRecord& record) {
+  const Direction direction = DirectionOf(search.bound);
   const bool lookUp = search.bound == Bound::kWithin && !key.AllowsDuplicates();
-  RecordBlock& block = readAhead_.Begin(index, cut, direction, lookUp);
+  RecordBlock& block = readAhead_.Begin(IndexOf(key), cut, direction, lookUp);
   const std::size_t most = readAhead_.CountToRead(layout_.RecordLength());
   const int status = ReadBlock(key, search, cut, most, block);
   if (status != btrieve::kSuccess) return status;

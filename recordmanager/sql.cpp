@@ -114,7 +114,17 @@ int Connection::Open(const std::string& path, Way way) {
   if (handle_ != nullptr) {  // as it is for lack of memory
     sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
   }
-  return StatusOf(result);
+  const bool isReplaced = result == SQLITE_OK && way != Way::kNew && !MarkUse();
+  return isReplaced ? btrieve::kRecordInUse : StatusOf(result);
+}
+
+// False when the file is just being replaced, or was since it was opened. What lies beside it
+// belongs to the other one then.
+bool Connection::MarkUse() {
+  int hasMoved = 0;
+  if (!useMark_.Set(sqlite3_db_filename(handle_, "main"))) return false;
+  const int result = sqlite3_file_control(handle_, "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved);
+  return result != SQLITE_OK || hasMoved == 0;
 }
 
 bool Connection::IsReadOnly() const { return sqlite3_db_readonly(handle_, "main") != 0; }
@@ -125,8 +135,6 @@ bool Connection::IsLogReadOnly() {
   sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
   return (result & 0xFF) == SQLITE_READONLY;
 }
-
-bool Connection::MarkUse() { return useMark_.Set(sqlite3_db_filename(handle_, "main")); }
 
 bool Connection::IsInTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
 

@@ -76,8 +76,8 @@ class Connection {
   ~Connection();
 
   // `path` is UTF-8 in the host's own notation. A file that cannot be written is opened for
-  // reading. An existing file is not read yet, so success does not mean that it is a database. What
-  // was open before is closed.
+  // reading. An existing file is not read yet, so success does not mean that it is a database; but
+  // nobody replaces it any more. What was open before is closed.
   int Open(const std::string& path, Way way);
   bool IsReadOnly() const;
   sqlite3* Handle() const { return handle_; }
@@ -91,9 +91,9 @@ class Connection {
   // Whether the log of a file in WAL mode can only be read; asked without waiting for anybody.
   bool IsLogReadOnly();
 
-  // Keeps a file that is not in WAL mode from being replaced as long as it is open. False when it
-  // is just being.
-  bool MarkUse();
+  // To be called in a process that is a copy of the one that has the file open: keeps nobody from
+  // replacing it.
+  void EndMark() { useMark_.End(); }
 
   // Whether others had the file locked just now, and waiting for them was in vain.
   bool IsBusy() const { return patience_.IsSpent(); }
@@ -118,6 +118,7 @@ class Connection {
   void Checkpoint();
 
  private:
+  bool MarkUse();
   void FindLogIndex();
 
   // SQLite's busy handler: whether to try again.

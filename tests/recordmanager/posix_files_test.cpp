@@ -2,10 +2,14 @@
 // and processes are copied with what they have open.
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/inotify.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
+#include <optional>
+#include <set>
 
 #include "party_file.h"
 #include "worker.h"
@@ -197,6 +201,69 @@ TEST_F(PosixFiles, AreOpenedAnewInAProcessThatIsACopy) {
   close(outcome[0]);
   EXPECT_EQ(done, "!39 !80 1 ok 2 3");
   EXPECT_EQ(Opened(path).Do("first, next*"), "1 2 3 !9");
+}
+
+// If both drew the same random numbers, each would take the other's draft for its own.
+TEST_F(PosixFiles, AreDraftedByAParentAndItsChildUnderNamesOfTheirOwn) {
+  EXPECT_EQ(client.Do("close"), "ok");
+  const int watch = inotify_init1(IN_NONBLOCK);
+  inotify_add_watch(watch, folder.c_str(), IN_CREATE);
+  const pid_t child = fork();
+  if (child == 0) _exit(Create(InFolder("CHILD.KRV")));
+  waitpid(child, nullptr, 0);
+  EXPECT_EQ(Create(InFolder("PARENT.KRV")), kSuccess);
+  alignas(inotify_event) std::array<char, 4096> events{};
+  const ssize_t size = read(watch, events.data(), events.size());
+  close(watch);
+  std::set<std::string> drafts;
+  for (ssize_t i = 0; i < size;) {
+    const auto* event = reinterpret_cast<const inotify_event*>(events.data() + i);
+    const std::string name = event->name;
+    if (name.ends_with("-journal")) drafts.insert(name);
+    i += static_cast<ssize_t>(sizeof *event + event->len);
+  }
+  EXPECT_EQ(drafts.size(), 2);
+}
+
+// Keeps whoever opens a file waiting within that call, with the file that he has found.
+class Delay {
+ public:
+  explicit Delay(const std::string& path) : file_(open(path.c_str(), O_RDONLY)) {
+    std::signal(SIGIO, SIG_IGN);  // which tells that somebody waits
+    EXPECT_EQ(fcntl(file_, F_SETLEASE, F_RDLCK), 0);
+  }
+  Delay(const Delay&) = delete;
+  Delay& operator=(const Delay&) = delete;
+  ~Delay() {
+    fcntl(file_, F_SETLEASE, F_UNLCK);  // which a child process would keep
+    close(file_);
+  }
+
+  void WaitForSomebody() const {
+    while (fcntl(file_, F_GETLEASE) == F_RDLCK) usleep(1000);
+  }
+
+ private:
+  int file_;
+};
+
+TEST_F(PosixFiles, AreLeftAloneByWhoeverComesFromAFileThatTheyHaveReplaced) {
+  for (const bool creates : {false, true}) {
+    const std::string name = InFolder(creates ? "CREATED.KRV" : "OPENED.KRV");
+    ASSERT_EQ(Create(name), kSuccess);
+    ASSERT_EQ(Create(InFolder("NEW.KRV")), kSuccess);
+    std::optional<Delay> delay(name);
+    const pid_t late = fork();
+    if (late == 0) _exit(creates ? Create(name) : Client().Open(name));
+    delay->WaitForSomebody();
+    std::filesystem::rename(InFolder("NEW.KRV"), name);
+    EXPECT_EQ(Opened(name).Do("insert"), "1");
+    delay.reset();
+    int end = 0;
+    waitpid(late, &end, 0);
+    EXPECT_EQ(WEXITSTATUS(end), kFileInUse) << name;
+    EXPECT_EQ(Worker({name, "first"}).Wait(), 0) << name;
+  }
 }
 
 }  // namespace

@@ -44,6 +44,17 @@ TEST_F(Processes, SeeInAWalkWhatWasWrittenAfterItBegan) {
   EXPECT_EQ(writer.Wait(), 0);
 }
 
+// Once, what was known of the gap that the record moves into was mixed with what lies beyond it.
+TEST_F(Processes, NeverMissARecordThatIsAlwaysSomewhere) {
+  EXPECT_EQ(client.Do("insert case=9"), "2");
+  Worker mover({path, "first, update case=7, update case=5", "1000000", InFolder("log")});
+  const auto end = std::chrono::steady_clock::now() + 1s;
+  while (std::chrono::steady_clock::now() < end) {
+    ASSERT_TRUE(client.Do("from case=6, less case=8").ends_with(" 1"));
+  }
+  mover.Kill();
+}
+
 TEST_F(Processes, KeepWhatTheyHaveOpenFromBeingReplaced) {
   EXPECT_EQ(client.Do("close"), "ok");
   for (const char mode : {kLogged, kJournalled}) {
