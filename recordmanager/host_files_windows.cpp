@@ -47,6 +47,15 @@ std::wstring WithoutLimit(const std::wstring& full) {
   return full.starts_with(LR"(\\)") ? LR"(\\?\UNC\)" + full.substr(2) : LR"(\\?\)" + full;
 }
 
+// A short name leads to the same file, but SQLite finds the log by the name.
+std::wstring WithLongNames(const std::wstring& full) {
+  if (full.find(L'~') == std::wstring::npos) return full;
+  std::wstring written(GetLongPathNameW(full.c_str(), nullptr, 0), L'\0');
+  const auto room = static_cast<DWORD>(written.size());
+  written.resize(GetLongPathNameW(full.c_str(), written.data(), room));
+  return written.empty() ? full : written;
+}
+
 // Windows moves and replaces no file that somebody has open. Who only looks at one is waited for.
 MoveResult Move(const std::wstring& from, const std::wstring& to, bool replace) {
   const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0U);
@@ -75,7 +84,7 @@ std::string HostPath(std::string_view path) {
   std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
   const auto room = static_cast<DWORD>(full.size());
   full.resize(GetFullPathNameW(wide.c_str(), room, full.data(), nullptr));
-  return ToUtf8(WithoutLimit(full));
+  return ToUtf8(WithoutLimit(WithLongNames(full)));
 }
 
 FileFacts InspectFile(const std::string& path) {

@@ -103,5 +103,15 @@ TEST_F(WindowsFiles, AreInUseWhileSomebodyDeniesThemForLong) {
   }
 }
 
+TEST_F(WindowsFiles, AreTheSameByTheirShortNames) {
+  const std::string name = InFolder("Beteiligte der Akten.KRV");
+  ASSERT_EQ(Create(name), kSuccess);
+  std::array<char, MAX_PATH> shortName{};
+  GetShortPathNameA(name.c_str(), shortName.data(), shortName.size());
+  EXPECT_EQ(Opened(name).Do("insert, first"), "1 1");
+  EXPECT_EQ(Opened(shortName.data()).Do("first, insert"), "1 2");
+  EXPECT_EQ(Opened(name).Do("last"), "2");
+}
+
 }  // namespace
 }  // namespace recordmanager_tests
