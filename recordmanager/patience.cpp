@@ -2,6 +2,9 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <array>
+
 namespace recordmanager {
 namespace {
 
@@ -11,25 +14,42 @@ constexpr auto kLongestWait = 3s;
 constexpr auto kImpatience = 1s;
 constexpr auto kPause = 1ms;
 
-// The file that was last waited for in vain, and when it was tried last. Calls take turns, so that
-// nobody else is at these.
-constinit std::size_t fileInVain = 0;
-constinit Clock::time_point lastTry;
+// A file that was waited for in vain, and when it was tried last. Each has a place of its own, as
+// threads may try several in turns. Calls take turns, so that nobody else is at these.
+struct Vain {
+  std::size_t file = 0;
+  Clock::time_point lastTry;
+};
+constinit std::array<Vain, 16> inVain;
+
+// The file's place or, if it has none, the one that was used least lately.
+Vain& PlaceOf(std::size_t file) {
+  auto* const found = std::ranges::find(inVain, file, &Vain::file);
+  return found != inVain.end() ? *found : *std::ranges::min_element(inVain, {}, &Vain::lastTry);
+}
+
+// The time without the waits in vain, in which nobody else can try again either.
+constinit Clock::duration waited{};
+Clock::time_point TimeToTry() { return Clock::now() - waited; }
 
 }  // namespace
 
 bool Patience::Lasts() const {
   const auto now = Clock::now();
-  const bool isInVain = fileInVain == file_ && now - lastTry < kImpatience;
+  Vain& last = PlaceOf(file_);
+  const bool isInVain = last.file == file_ && TimeToTry() - last.lastTry < kImpatience;
   if (!isInVain && now - since_ < kLongestWait) {
     sqlite3_sleep(kPause.count());
     return true;
   }
-  fileInVain = file_;
-  lastTry = now;
+  if (!isInVain) waited += now - since_;
+  last = {file_, TimeToTry()};
   return false;
 }
 
-bool Patience::IsSpent() const { return fileInVain == file_ && Clock::now() - lastTry < kPause; }
+bool Patience::IsSpent() const {
+  const Vain& last = PlaceOf(file_);
+  return last.file == file_ && TimeToTry() - last.lastTry < kPause;
+}
 
 }  // namespace recordmanager

@@ -103,6 +103,19 @@ TEST_F(WindowsFiles, AreInUseWhileSomebodyDeniesThemForLong) {
   }
 }
 
+// As threads do, each with a file of its own.
+TEST_F(WindowsFiles, AreInUseAtOnceWhileSeveralAreTriedInTurns) {
+  const std::string names[] = {InFolder("ONE.KRV"), InFolder("TWO.KRV")};
+  std::deque<Onlooker> onlookers;
+  for (const std::string& name : names) {
+    WriteAll(name, ReadAll(path));
+    onlookers.emplace_back(name, 0);
+  }
+  const auto start = steady_clock::now();
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(Client().Open(names[i % 2]), kFileInUse);
+  EXPECT_LT(steady_clock::now() - start, 9s);
+}
+
 TEST_F(WindowsFiles, AreTheSameByTheirShortNames) {
   const std::string name = InFolder("Beteiligte der Akten.KRV");
   ASSERT_EQ(Create(name), kSuccess);
