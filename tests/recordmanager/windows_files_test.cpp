@@ -96,7 +96,7 @@ TEST_F(WindowsFiles, AreInUseWhileSomebodyDeniesThemForLong) {
     EXPECT_LT(steady_clock::now() - start, 10s);
     EXPECT_EQ(Create(name), kFileInUse);
     onlooker.GoAway();
-    std::this_thread::sleep_for(5ms);  // earlier, nobody looks whether it has gone
+    std::this_thread::sleep_for(60ms);  // earlier, nobody looks whether it has gone
     EXPECT_EQ(Opened(name).Do("first, update, close"), "1 ok ok") << "what failed is not kept";
     std::this_thread::sleep_for(2100ms);
     EXPECT_EQ(client.Open(InFolder("NONE.KRV")), kFileNotFound);  // lets go of the file
@@ -114,6 +114,24 @@ TEST_F(WindowsFiles, AreInUseAtOnceWhileSeveralAreTriedInTurns) {
   const auto start = steady_clock::now();
   for (int i = 0; i < 4; ++i) EXPECT_EQ(Client().Open(names[i % 2]), kFileInUse);
   EXPECT_LT(steady_clock::now() - start, 9s);
+}
+
+TEST_F(WindowsFiles, AreInUseWhileSomebodyLocksTheMemoryOfTheirLog) {
+  const std::string name = InFolder("LOCKED.KRV");
+  WriteAll(name, ReadAll(path));
+  WriteAll(name + "-shm", "");
+  const HANDLE memory =
+      CreateFileA((name + "-shm").c_str(), GENERIC_READ | GENERIC_WRITE,
+                  FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_TRUE(LockFile(memory, 0, 0, 1000, 0));
+  const auto start = steady_clock::now();
+  for (int i = 0; i < 10000; ++i) {
+    ASSERT_EQ(Client().Open(name), kFileInUse);
+    ASSERT_LT(steady_clock::now() - start, 10s) << i;
+  }
+  CloseHandle(memory);
+  std::this_thread::sleep_for(60ms);  // earlier, nobody looks whether it has gone
+  EXPECT_EQ(Opened(name).Do("first"), "1");
 }
 
 TEST_F(WindowsFiles, AreTheSameByTheirShortNames) {
