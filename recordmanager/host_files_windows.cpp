@@ -39,10 +39,11 @@ Access Probe(const std::wstring& path, DWORD access) {
 
 std::wstring ToWide(const std::string& path) { return Widen(path, CP_UTF8); }
 
-// Windows takes longer paths only when they are marked as complete. SQLite adds endings to them.
+// Windows takes longer paths only when they are marked as complete. A new file has a name of its
+// own at first (file_format.cpp), and SQLite adds endings.
 std::wstring WithoutLimit(const std::wstring& full) {
-  constexpr std::size_t kLongestEnding = sizeof "-journal";
-  const bool isShort = full.size() + kLongestEnding < MAX_PATH;
+  constexpr std::size_t kMostMore = sizeof "new-4294967295-journal";
+  const bool isShort = full.size() + kMostMore < MAX_PATH;
   if (isShort || full.starts_with(LR"(\\?\)") || full.starts_with(LR"(\\.\)")) return full;
   return full.starts_with(LR"(\\)") ? LR"(\\?\UNC\)" + full.substr(2) : LR"(\\?\)" + full;
 }
