@@ -176,6 +176,7 @@ int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& 
     status = OpenOnce(path, connection, layout, forReading);
   } while (status == btrieve::kPermissionError && !connection.IsReadOnly() &&
            Clock::now() - start < kMoment && CanMakeFilesBeside(path));
+  if (status == btrieve::kFileInUse) connection.GiveUp();
   return status;
 }
 

@@ -39,12 +39,22 @@ Access Probe(const std::wstring& path, DWORD access) {
 
 std::wstring ToWide(const std::string& path) { return Widen(path, CP_UTF8); }
 
-// Windows takes longer paths only when they are marked as complete. SQLite adds endings to them.
+// Windows takes longer paths only when they are marked as complete. A new file has a name of its
+// own at first (file_format.cpp), and SQLite adds endings.
 std::wstring WithoutLimit(const std::wstring& full) {
-  constexpr std::size_t kLongestEnding = sizeof "-journal";
-  const bool isShort = full.size() + kLongestEnding < MAX_PATH;
+  constexpr std::size_t kMostMore = sizeof "new-4294967295-journal";
+  const bool isShort = full.size() + kMostMore < MAX_PATH;
   if (isShort || full.starts_with(LR"(\\?\)") || full.starts_with(LR"(\\.\)")) return full;
   return full.starts_with(LR"(\\)") ? LR"(\\?\UNC\)" + full.substr(2) : LR"(\\?\)" + full;
+}
+
+// A short name leads to the same file, but SQLite finds the log by the name.
+std::wstring WithLongNames(const std::wstring& full) {
+  if (full.find(L'~') == std::wstring::npos) return full;
+  std::wstring written(GetLongPathNameW(full.c_str(), nullptr, 0), L'\0');
+  const auto room = static_cast<DWORD>(written.size());
+  written.resize(GetLongPathNameW(full.c_str(), written.data(), room));
+  return written.empty() ? full : written;
 }
 
 // Windows moves and replaces no file that somebody has open. Who only looks at one is waited for.
@@ -75,7 +85,7 @@ std::string HostPath(std::string_view path) {
   std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
   const auto room = static_cast<DWORD>(full.size());
   full.resize(GetFullPathNameW(wide.c_str(), room, full.data(), nullptr));
-  return ToUtf8(WithoutLimit(full));
+  return ToUtf8(WithoutLimit(WithLongNames(full)));
 }
 
 FileFacts InspectFile(const std::string& path) {

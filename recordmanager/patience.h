@@ -24,10 +24,19 @@ class Patience {
   // Whether to try again; if so, a moment has passed.
   bool Lasts() const;
 
+  // Says that others were in the way in another manner than by making this wait. The next try is
+  // not worth more time than this one has taken.
+  void GiveUp() const;
+
   // Whether the last try is so short ago that the next would find nothing else.
   bool IsSpent() const;
 
+  // Whether any file was waited for in vain just now.
+  static bool IsAnyInVain();
+
  private:
+  void Remember(Clock::duration pause) const;
+
   std::size_t file_ = 0;
   Clock::time_point since_ = Clock::now();
 };

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <string>
 
 #include "recordmanager/host_files.h"
@@ -55,6 +56,14 @@ int Open(sqlite3_vfs* /*files*/, const char* name, sqlite3_file* file, int flags
   }
 }
 
+// While somebody keeps the memory of a log locked, SQLite looks a hundred times, with pauses that
+// would grow to ten seconds altogether.
+int Sleep(sqlite3_vfs* /*files*/, int microseconds) {
+  constexpr int kLongest = 40'000;
+  const int pause = Patience::IsAnyInVain() ? 0 : std::min(microseconds, kLongest);
+  return realFiles->xSleep(realFiles, pause);
+}
+
 }  // namespace
 
 const char* PatientFiles() {
@@ -66,6 +75,7 @@ const char* PatientFiles() {
     patientFiles = *found;
     patientFiles.zName = "patient";
     patientFiles.xOpen = &Open;
+    patientFiles.xSleep = &Sleep;
     sqlite3_vfs_register(&patientFiles, 0);
   }
   return patientFiles.zName;

@@ -98,6 +98,9 @@ class Connection {
   // Whether others had the file locked just now, and waiting for them was in vain.
   bool IsBusy() const { return patience_.IsSpent(); }
 
+  // Says that others keep the file from being opened.
+  void GiveUp() const { patience_.GiveUp(); }
+
   // Of a file in WAL mode that has been read from; all zero when it is not known.
   LogState ReadLogState();
 

@@ -96,11 +96,52 @@ TEST_F(WindowsFiles, AreInUseWhileSomebodyDeniesThemForLong) {
     EXPECT_LT(steady_clock::now() - start, 10s);
     EXPECT_EQ(Create(name), kFileInUse);
     onlooker.GoAway();
-    std::this_thread::sleep_for(5ms);  // earlier, nobody looks whether it has gone
+    std::this_thread::sleep_for(60ms);  // earlier, nobody looks whether it has gone
     EXPECT_EQ(Opened(name).Do("first, update, close"), "1 ok ok") << "what failed is not kept";
     std::this_thread::sleep_for(2100ms);
     EXPECT_EQ(client.Open(InFolder("NONE.KRV")), kFileNotFound);  // lets go of the file
   }
+}
+
+// As threads do, each with a file of its own.
+TEST_F(WindowsFiles, AreInUseAtOnceWhileSeveralAreTriedInTurns) {
+  const std::string names[] = {InFolder("ONE.KRV"), InFolder("TWO.KRV")};
+  std::deque<Onlooker> onlookers;
+  for (const std::string& name : names) {
+    WriteAll(name, ReadAll(path));
+    onlookers.emplace_back(name, 0);
+  }
+  const auto start = steady_clock::now();
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(Client().Open(names[i % 2]), kFileInUse);
+  EXPECT_LT(steady_clock::now() - start, 9s);
+}
+
+TEST_F(WindowsFiles, AreInUseWhileSomebodyLocksTheMemoryOfTheirLog) {
+  const std::string name = InFolder("LOCKED.KRV");
+  WriteAll(name, ReadAll(path));
+  WriteAll(name + "-shm", "");
+  const HANDLE memory =
+      CreateFileA((name + "-shm").c_str(), GENERIC_READ | GENERIC_WRITE,
+                  FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_TRUE(LockFile(memory, 0, 0, 1000, 0));
+  const auto start = steady_clock::now();
+  for (int i = 0; i < 10000; ++i) {
+    ASSERT_EQ(Client().Open(name), kFileInUse);
+    ASSERT_LT(steady_clock::now() - start, 10s) << i;
+  }
+  CloseHandle(memory);
+  std::this_thread::sleep_for(60ms);  // earlier, nobody looks whether it has gone
+  EXPECT_EQ(Opened(name).Do("first"), "1");
+}
+
+TEST_F(WindowsFiles, AreTheSameByTheirShortNames) {
+  const std::string name = InFolder("Beteiligte der Akten.KRV");
+  ASSERT_EQ(Create(name), kSuccess);
+  std::array<char, MAX_PATH> shortName{};
+  GetShortPathNameA(name.c_str(), shortName.data(), shortName.size());
+  EXPECT_EQ(Opened(name).Do("insert, first"), "1 1");
+  EXPECT_EQ(Opened(shortName.data()).Do("first, insert"), "1 2");
+  EXPECT_EQ(Opened(name).Do("last"), "2");
 }
 
 }  // namespace
