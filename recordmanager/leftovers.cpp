@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "recordmanager/raw_file.h"
+#include "recordmanager/state_page.h"
 
 namespace recordmanager {
 namespace {
 
 // Places and marks from SQLite's documentation of its files, where numbers are big-endian.
-constexpr std::uint32_t kStatePage = 2;
 constexpr std::string_view kDatabaseMark = "SQLite format 3";
 constexpr std::size_t kDatabaseHeadSize = 100;
 constexpr std::uint32_t kLogMark = 0x377F0682;  // and checksums over little-endian words
@@ -32,13 +32,6 @@ constexpr int kLooks = 20;
 constexpr int kPauseMilliseconds = 1;
 
 using Bytes = std::vector<std::uint8_t>;
-using View = std::span<const std::uint8_t>;
-
-std::uint32_t NumberAt(View bytes, std::size_t offset) {
-  std::uint32_t number = 0;
-  for (const std::uint8_t byte : bytes.subspan(offset, sizeof number)) number = number << 8U | byte;
-  return number;
-}
 
 bool StartsWith(View bytes, std::string_view mark) {
   return std::memcmp(bytes.data(), mark.data(), mark.size()) == 0;
@@ -47,24 +40,10 @@ bool StartsWith(View bytes, std::string_view mark) {
 // The end of a file is none of the errors that end a look.
 int ErrorOf(int status) { return status == btrieve::kEndOfFile ? btrieve::kSuccess : status; }
 
-// What the page of the states tells.
-struct States {
-  StateNumber state{};
-  StateNumber before{};
-
-  static States On(View page) {
-    States states;
-    const View last = page.last(states.state.size() + states.before.size());
-    std::copy_n(last.begin(), states.state.size(), states.state.begin());
-    std::copy_n(last.begin() + states.state.size(), states.before.size(), states.before.begin());
-    return states;
-  }
-};
-
 // The file without what lies beside it.
 struct Base {
-  Bytes firstPage;         // empty when it is no database
-  bool hasStates = false;  // not before the second format
+  Bytes firstPage;  // empty when it is no database
+  bool hasStates = false;
   States states;
 
   int Read(const RawFile& file);
@@ -75,7 +54,6 @@ struct Base {
 
 int Base::Read(const RawFile& file) {
   constexpr std::size_t kPageSizePlace = 14;  // in the low half of the number there; 1 for 65536
-  constexpr std::size_t kFormatPlace = 60;
   *this = {};
   Bytes page(kDatabaseHeadSize);
   int status = file.Read(0, page);
@@ -84,10 +62,11 @@ int Base::Read(const RawFile& file) {
   page.resize(size == 1 ? kLargestPage : std::max<std::size_t>(size, kSmallestPage));
   status = file.Read(0, page);
   firstPage = page;
-  hasStates = NumberAt(page, kFormatPlace) > 1;
   if (status == btrieve::kSuccess) {
     status = file.Read(static_cast<std::int64_t>((kStatePage - 1) * page.size()), page);
   }
+  // The first page may tell another format, if the change to it was interrupted.
+  hasStates = States::AreOn(page);
   states = States::On(page);
   return ErrorOf(status);
 }
@@ -138,8 +117,13 @@ int FitLog(const RawFile& log, const Base& base, bool& fits) {
     if (!belongs || !sum.StandsAt(frame, kFrameSum)) return btrieve::kSuccess;
     if (NumberAt(frame, 0) == kStatePage) {
       const States page = States::On(frame);
-      continues = continues || page.state == base.states.state ||
-                  (isFirst && page.before == base.states.state);
+      const StateNumber& now = base.states.state;
+      if (base.IsOfFirstFormat()) {
+        continues = continues && (!isFirst || page.before == StateNumber{} ||
+                                  !States::AreOn(View(frame).subspan(kFrameHeadSize)));
+      } else {
+        continues = continues || page.state == now || (isFirst && page.before == now);
+      }
       isFirst = false;
     }
     if (NumberAt(frame, 4) != 0) fits = continues;  // the last frame of a commit
@@ -166,11 +150,13 @@ int FitJournal(const RawFile& journal, const Base& base, bool& fits) {
   if (status != btrieve::kSuccess || !StartsWith(head, kJournalMark)) return ErrorOf(status);
   Bytes entry(sizeof kStatePage + base.firstPage.size());
   fits = base.IsOfFirstFormat();
-  if (fits || base.firstPage.empty()) return btrieve::kSuccess;
+  if (base.firstPage.empty()) return btrieve::kSuccess;
   const int entryStatus = journal.Read(NumberAt(head, kSectorPlace), entry);
   if (entryStatus != btrieve::kSuccess) return ErrorOf(entryStatus);
   const View page = View(entry).subspan(sizeof kStatePage);
-  if (NumberAt(entry, 0) == kStatePage) {
+  if (base.IsOfFirstFormat()) {
+    fits = NumberAt(entry, 0) != kStatePage || !States::AreOn(page);
+  } else if (NumberAt(entry, 0) == kStatePage) {
     const StateNumber& now = base.states.state;
     fits = States::On(page).state == now ||
            std::equal(now.end() - kNonceSize, now.end(), head.begin() + kNoncePlace);
@@ -208,6 +194,14 @@ class Surroundings {
     return LookAt(journal_, SQLITE_OPEN_MAIN_JOURNAL, &FitJournal, base, fit);
   }
 
+  // Whether another file has taken its place since it was opened, and what lies beside is that
+  // one's.
+  bool IsReplaced() const {
+    int isReplaced = 0;
+    file_->pMethods->xFileControl(file_, SQLITE_FCNTL_HAS_MOVED, &isReplaced);
+    return isReplaced != 0;
+  }
+
   // Removes what does not fit while nobody has the file open; does nothing when somebody has.
   int Clear() const {
     const sqlite3_io_methods& methods = *file_->pMethods;
@@ -217,7 +211,7 @@ class Surroundings {
     if (result == SQLITE_OK) {
       Base base;
       bool fit = true;
-      status = Look(base, fit);
+      status = IsReplaced() ? btrieve::kFileInUse : Look(base, fit);
       if (status == btrieve::kSuccess && !fit && base.IsUnwritten()) status = Remove();
     }
     methods.xUnlock(file_, SQLITE_LOCK_NONE);
@@ -268,7 +262,7 @@ int CheckLeftovers(Connection& connection) {
     if (status != btrieve::kSuccess || fit) return status;
     sqlite3_sleep(kPauseMilliseconds);
   }
-  return btrieve::kLogError;
+  return surroundings.IsReplaced() ? btrieve::kFileInUse : btrieve::kLogError;
 }
 
 bool LacksLog(Connection& connection) { return Surroundings(connection.Handle()).LackLog(); }
