@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -181,8 +182,10 @@ class Surroundings {
     constexpr std::int64_t kModePlace = 18;
     constexpr std::uint8_t kLogged = 2;
     std::array<std::uint8_t, 1> mode{};
+    // Users of a log share memory, also while the log is empty and so, to SQLite, not there.
+    const std::string memory = std::string(sqlite3_filename_database(log_)) + "-shm";
     return RawFile(file_).Read(kModePlace, mode) == btrieve::kSuccess && mode[0] == kLogged &&
-           !IsThere(log_) && !IsThere(journal_);
+           !IsThere(log_) && !IsThere(journal_) && !IsThere(memory.c_str());
   }
 
   int Look(Base& base, bool& fit) const {
