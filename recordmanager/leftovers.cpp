@@ -188,13 +188,14 @@ class Surroundings {
            !IsThere(log_) && !IsThere(journal_) && !IsThere(memory.c_str());
   }
 
-  int Look(Base& base, bool& fit) const {
-    fit = true;
+  // `misfit` receives the name of what does not fit, null when all does.
+  int Look(Base& base, const char*& misfit) const {
+    misfit = nullptr;
     if (!IsThere(log_) && !IsThere(journal_)) return btrieve::kSuccess;
     int status = base.Read(RawFile(file_));
-    if (status == btrieve::kSuccess) status = LookAt(log_, SQLITE_OPEN_WAL, &FitLog, base, fit);
-    if (status != btrieve::kSuccess || !fit) return status;
-    return LookAt(journal_, SQLITE_OPEN_MAIN_JOURNAL, &FitJournal, base, fit);
+    if (status == btrieve::kSuccess) status = LookAt(log_, SQLITE_OPEN_WAL, &FitLog, base, misfit);
+    if (status != btrieve::kSuccess || misfit != nullptr) return status;
+    return LookAt(journal_, SQLITE_OPEN_MAIN_JOURNAL, &FitJournal, base, misfit);
   }
 
   // Whether another file has taken its place since it was opened, and what lies beside is that
@@ -213,9 +214,11 @@ class Surroundings {
     int status = result == SQLITE_BUSY ? btrieve::kSuccess : StatusOf(result);
     if (result == SQLITE_OK) {
       Base base;
-      bool fit = true;
-      status = IsReplaced() ? btrieve::kFileInUse : Look(base, fit);
-      if (status == btrieve::kSuccess && !fit && base.IsUnwritten()) status = Remove();
+      const char* misfit = nullptr;
+      status = IsReplaced() ? btrieve::kFileInUse : Look(base, misfit);
+      if (status == btrieve::kSuccess && misfit != nullptr && base.IsUnwritten()) {
+        status = Remove(misfit);
+      }
     }
     methods.xUnlock(file_, SQLITE_LOCK_NONE);
     return status;
@@ -230,19 +233,18 @@ class Surroundings {
            isThere != 0;
   }
 
-  int LookAt(const char* name, int kind, Fit* fit, const Base& base, bool& fits) const {
-    fits = true;
+  int LookAt(const char* name, int kind, Fit* fit, const Base& base, const char*& misfit) const {
     if (!IsThere(name)) return btrieve::kSuccess;
+    bool fits = true;
     const int status = fit(RawFile(*files_, name, kind), base, fits);
-    return IsThere(name) ? status : btrieve::kSuccess;
+    if (!IsThere(name)) return btrieve::kSuccess;
+    if (!fits) misfit = name;
+    return status;
   }
 
-  int Remove() const {
-    for (const char* name : {log_, journal_}) {
-      const int result = IsThere(name) ? files_->xDelete(files_, name, 1) : SQLITE_OK;
-      if (result != SQLITE_OK && result != SQLITE_IOERR_DELETE_NOENT) return StatusOf(result);
-    }
-    return btrieve::kSuccess;
+  int Remove(const char* name) const {
+    const int result = files_->xDelete(files_, name, 1);
+    return result == SQLITE_IOERR_DELETE_NOENT ? btrieve::kSuccess : StatusOf(result);
   }
 
   sqlite3_file* file_ = nullptr;
@@ -257,12 +259,11 @@ int CheckLeftovers(Connection& connection) {
   const Surroundings surroundings(connection.Handle());
   for (int look = 0; look < kLooks; ++look) {
     Base base;
-    bool fit = true;
-    int status = surroundings.Look(base, fit);
-    if (status == btrieve::kSuccess && !fit && base.IsUnwritten() && !connection.IsReadOnly()) {
-      status = surroundings.Clear();
-    }
-    if (status != btrieve::kSuccess || fit) return status;
+    const char* misfit = nullptr;
+    int status = surroundings.Look(base, misfit);
+    if (status != btrieve::kSuccess || misfit == nullptr) return status;
+    if (base.IsUnwritten() && !connection.IsReadOnly()) status = surroundings.Clear();
+    if (status != btrieve::kSuccess) return status;
     sqlite3_sleep(kPauseMilliseconds);
   }
   return surroundings.IsReplaced() ? btrieve::kFileInUse : btrieve::kLogError;

@@ -34,8 +34,10 @@ class Restored : public PartyFile {
 
   // What is read, or why not, from a file of these bytes with that beside it; a refusal changes
   // neither.
-  std::string Read(const std::string& bytes, const std::string& suffix, const std::string& left) {
+  std::string Read(const std::string& bytes, const std::string& suffix, const std::string& left,
+                   const std::string& journal = "") {
     const std::string name = FreshName();
+    if (!journal.empty()) WriteAll(name + "-journal", journal);
     WriteAll(name, bytes);
     WriteAll(name + suffix, left);
     WriteAll(name + "-shm", std::string(32768, 'x'));
@@ -89,6 +91,8 @@ TEST_F(Restored, BesideALogAreWholeOrRefused) {
   for (const char* other : {"", "not a record file"}) EXPECT_EQ(Read(other, "-wal", log), kRefused);
   // A file that nobody has written since it was created can only lie beside a former file's log.
   EXPECT_EQ(Read(fresh, "-wal", log), kNone);
+  const std::string formers = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7" + std::string(9000, 'x');
+  EXPECT_EQ(Read(fresh, "-wal", LeftoverOf(fresh, "insert"), formers), kOne) << "its own log";
   // What SQLite would not play in does no harm.
   EXPECT_EQ(Read(earlier, "-wal", log.substr(0, 4000)), kOne);
 }
