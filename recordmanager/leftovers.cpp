@@ -4,16 +4,17 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "recordmanager/raw_file.h"
+#include "recordmanager/state_page.h"
 
 namespace recordmanager {
 namespace {
 
 // Places and marks from SQLite's documentation of its files, where numbers are big-endian.
-constexpr std::uint32_t kStatePage = 2;
 constexpr std::string_view kDatabaseMark = "SQLite format 3";
 constexpr std::size_t kDatabaseHeadSize = 100;
 constexpr std::uint32_t kLogMark = 0x377F0682;  // and checksums over little-endian words
@@ -32,13 +33,6 @@ constexpr int kLooks = 20;
 constexpr int kPauseMilliseconds = 1;
 
 using Bytes = std::vector<std::uint8_t>;
-using View = std::span<const std::uint8_t>;
-
-std::uint32_t NumberAt(View bytes, std::size_t offset) {
-  std::uint32_t number = 0;
-  for (const std::uint8_t byte : bytes.subspan(offset, sizeof number)) number = number << 8U | byte;
-  return number;
-}
 
 bool StartsWith(View bytes, std::string_view mark) {
   return std::memcmp(bytes.data(), mark.data(), mark.size()) == 0;
@@ -47,24 +41,10 @@ bool StartsWith(View bytes, std::string_view mark) {
 // The end of a file is none of the errors that end a look.
 int ErrorOf(int status) { return status == btrieve::kEndOfFile ? btrieve::kSuccess : status; }
 
-// What the page of the states tells.
-struct States {
-  StateNumber state{};
-  StateNumber before{};
-
-  static States On(View page) {
-    States states;
-    const View last = page.last(states.state.size() + states.before.size());
-    std::copy_n(last.begin(), states.state.size(), states.state.begin());
-    std::copy_n(last.begin() + states.state.size(), states.before.size(), states.before.begin());
-    return states;
-  }
-};
-
 // The file without what lies beside it.
 struct Base {
-  Bytes firstPage;         // empty when it is no database
-  bool hasStates = false;  // not before the second format
+  Bytes firstPage;  // empty when it is no database
+  bool hasStates = false;
   States states;
 
   int Read(const RawFile& file);
@@ -75,7 +55,6 @@ struct Base {
 
 int Base::Read(const RawFile& file) {
   constexpr std::size_t kPageSizePlace = 14;  // in the low half of the number there; 1 for 65536
-  constexpr std::size_t kFormatPlace = 60;
   *this = {};
   Bytes page(kDatabaseHeadSize);
   int status = file.Read(0, page);
@@ -84,10 +63,11 @@ int Base::Read(const RawFile& file) {
   page.resize(size == 1 ? kLargestPage : std::max<std::size_t>(size, kSmallestPage));
   status = file.Read(0, page);
   firstPage = page;
-  hasStates = NumberAt(page, kFormatPlace) > 1;
   if (status == btrieve::kSuccess) {
     status = file.Read(static_cast<std::int64_t>((kStatePage - 1) * page.size()), page);
   }
+  // The first page may tell another format, if the change to it was interrupted.
+  hasStates = States::AreOn(page);
   states = States::On(page);
   return ErrorOf(status);
 }
@@ -138,8 +118,13 @@ int FitLog(const RawFile& log, const Base& base, bool& fits) {
     if (!belongs || !sum.StandsAt(frame, kFrameSum)) return btrieve::kSuccess;
     if (NumberAt(frame, 0) == kStatePage) {
       const States page = States::On(frame);
-      continues = continues || page.state == base.states.state ||
-                  (isFirst && page.before == base.states.state);
+      const StateNumber& now = base.states.state;
+      if (base.IsOfFirstFormat()) {
+        continues = continues && (!isFirst || page.before == StateNumber{} ||
+                                  !States::AreOn(View(frame).subspan(kFrameHeadSize)));
+      } else {
+        continues = continues || page.state == now || (isFirst && page.before == now);
+      }
       isFirst = false;
     }
     if (NumberAt(frame, 4) != 0) fits = continues;  // the last frame of a commit
@@ -166,11 +151,13 @@ int FitJournal(const RawFile& journal, const Base& base, bool& fits) {
   if (status != btrieve::kSuccess || !StartsWith(head, kJournalMark)) return ErrorOf(status);
   Bytes entry(sizeof kStatePage + base.firstPage.size());
   fits = base.IsOfFirstFormat();
-  if (fits || base.firstPage.empty()) return btrieve::kSuccess;
+  if (base.firstPage.empty()) return btrieve::kSuccess;
   const int entryStatus = journal.Read(NumberAt(head, kSectorPlace), entry);
   if (entryStatus != btrieve::kSuccess) return ErrorOf(entryStatus);
   const View page = View(entry).subspan(sizeof kStatePage);
-  if (NumberAt(entry, 0) == kStatePage) {
+  if (base.IsOfFirstFormat()) {
+    fits = NumberAt(entry, 0) != kStatePage || !States::AreOn(page);
+  } else if (NumberAt(entry, 0) == kStatePage) {
     const StateNumber& now = base.states.state;
     fits = States::On(page).state == now ||
            std::equal(now.end() - kNonceSize, now.end(), head.begin() + kNoncePlace);
@@ -195,17 +182,28 @@ class Surroundings {
     constexpr std::int64_t kModePlace = 18;
     constexpr std::uint8_t kLogged = 2;
     std::array<std::uint8_t, 1> mode{};
+    // Users of a log share memory, also while the log is empty and so, to SQLite, not there.
+    const std::string memory = std::string(sqlite3_filename_database(log_)) + "-shm";
     return RawFile(file_).Read(kModePlace, mode) == btrieve::kSuccess && mode[0] == kLogged &&
-           !IsThere(log_) && !IsThere(journal_);
+           !IsThere(log_) && !IsThere(journal_) && !IsThere(memory.c_str());
   }
 
-  int Look(Base& base, bool& fit) const {
-    fit = true;
+  // `misfit` receives the name of what does not fit, null when all does.
+  int Look(Base& base, const char*& misfit) const {
+    misfit = nullptr;
     if (!IsThere(log_) && !IsThere(journal_)) return btrieve::kSuccess;
     int status = base.Read(RawFile(file_));
-    if (status == btrieve::kSuccess) status = LookAt(log_, SQLITE_OPEN_WAL, &FitLog, base, fit);
-    if (status != btrieve::kSuccess || !fit) return status;
-    return LookAt(journal_, SQLITE_OPEN_MAIN_JOURNAL, &FitJournal, base, fit);
+    if (status == btrieve::kSuccess) status = LookAt(log_, SQLITE_OPEN_WAL, &FitLog, base, misfit);
+    if (status != btrieve::kSuccess || misfit != nullptr) return status;
+    return LookAt(journal_, SQLITE_OPEN_MAIN_JOURNAL, &FitJournal, base, misfit);
+  }
+
+  // Whether another file has taken its place since it was opened, and what lies beside is that
+  // one's.
+  bool IsReplaced() const {
+    int isReplaced = 0;
+    file_->pMethods->xFileControl(file_, SQLITE_FCNTL_HAS_MOVED, &isReplaced);
+    return isReplaced != 0;
   }
 
   // Removes what does not fit while nobody has the file open; does nothing when somebody has.
@@ -216,9 +214,11 @@ class Surroundings {
     int status = result == SQLITE_BUSY ? btrieve::kSuccess : StatusOf(result);
     if (result == SQLITE_OK) {
       Base base;
-      bool fit = true;
-      status = Look(base, fit);
-      if (status == btrieve::kSuccess && !fit && base.IsUnwritten()) status = Remove();
+      const char* misfit = nullptr;
+      status = IsReplaced() ? btrieve::kFileInUse : Look(base, misfit);
+      if (status == btrieve::kSuccess && misfit != nullptr && base.IsUnwritten()) {
+        status = Remove(misfit);
+      }
     }
     methods.xUnlock(file_, SQLITE_LOCK_NONE);
     return status;
@@ -233,19 +233,18 @@ class Surroundings {
            isThere != 0;
   }
 
-  int LookAt(const char* name, int kind, Fit* fit, const Base& base, bool& fits) const {
-    fits = true;
+  int LookAt(const char* name, int kind, Fit* fit, const Base& base, const char*& misfit) const {
     if (!IsThere(name)) return btrieve::kSuccess;
+    bool fits = true;
     const int status = fit(RawFile(*files_, name, kind), base, fits);
-    return IsThere(name) ? status : btrieve::kSuccess;
+    if (!IsThere(name)) return btrieve::kSuccess;
+    if (!fits) misfit = name;
+    return status;
   }
 
-  int Remove() const {
-    for (const char* name : {log_, journal_}) {
-      const int result = IsThere(name) ? files_->xDelete(files_, name, 1) : SQLITE_OK;
-      if (result != SQLITE_OK && result != SQLITE_IOERR_DELETE_NOENT) return StatusOf(result);
-    }
-    return btrieve::kSuccess;
+  int Remove(const char* name) const {
+    const int result = files_->xDelete(files_, name, 1);
+    return result == SQLITE_IOERR_DELETE_NOENT ? btrieve::kSuccess : StatusOf(result);
   }
 
   sqlite3_file* file_ = nullptr;
@@ -260,15 +259,14 @@ int CheckLeftovers(Connection& connection) {
   const Surroundings surroundings(connection.Handle());
   for (int look = 0; look < kLooks; ++look) {
     Base base;
-    bool fit = true;
-    int status = surroundings.Look(base, fit);
-    if (status == btrieve::kSuccess && !fit && base.IsUnwritten() && !connection.IsReadOnly()) {
-      status = surroundings.Clear();
-    }
-    if (status != btrieve::kSuccess || fit) return status;
+    const char* misfit = nullptr;
+    int status = surroundings.Look(base, misfit);
+    if (status != btrieve::kSuccess || misfit == nullptr) return status;
+    if (base.IsUnwritten() && !connection.IsReadOnly()) status = surroundings.Clear();
+    if (status != btrieve::kSuccess) return status;
     sqlite3_sleep(kPauseMilliseconds);
   }
-  return btrieve::kLogError;
+  return surroundings.IsReplaced() ? btrieve::kFileInUse : btrieve::kLogError;
 }
 
 bool LacksLog(Connection& connection) { return Surroundings(connection.Handle()).LackLog(); }

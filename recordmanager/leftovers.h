@@ -12,6 +12,9 @@
 // copy of the page tells, which nothing of the transaction may have left yet, and from the one that
 // the transaction was to lead to; to tell this one, a state that is reached with a journal ends
 // with the random number in the journal's head.
+//
+// Files of the first format have no states. They are continued by what was begun in that format,
+// which cannot be told apart, and by the change to the second, but by nothing later.
 #pragma once
 
 #include <array>

@@ -57,13 +57,11 @@ int OpenFiles::Provide(const std::string& path, bool readOnly, Database*& databa
 int OpenFiles::OpenAnew(const std::string& path, const std::string& identity, bool readOnly,
                         Database*& database) {
   auto opened = std::make_unique<Database>();
-  if (const int status = RecordFile::Open(path, readOnly, opened->file);
-      status != btrieve::kSuccess) {
-    return status;
-  }
+  const int status = RecordFile::Open(path, readOnly, opened->file);
   if (InspectFile(path).identity != identity) {
     return btrieve::kFileInUse;  // replaced in this very moment
   }
+  if (status != btrieve::kSuccess) return status;
   opened->path = path;
   opened->identity = identity;
   opened->idleSince = Clock::now();

@@ -153,11 +153,7 @@ TEST_F(Files, ThatCannotBeOpenedSayWhy) {
 
 TEST_F(Files, OfTheFirstFormatAreTakenOver) {
   EXPECT_EQ(client.Do("insert, close"), "1 ok");
-  std::string bytes = ReadAll(path);
-  bytes.at(63) = 1;
-  const std::string states = ", state BLOB NOT NULL, before BLOB NOT NULL)";
-  bytes.replace(bytes.find(states), states.size(), ')' + std::string(states.size() - 1, ' '));
-  WriteAll(other, bytes);
+  WriteAll(other, OfFirstFormat(ReadAll(path)));
   EXPECT_EQ(Opened(other, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
   EXPECT_EQ(Opened(other).Do("insert, equal number=1, delete, first, next, close"),
             "2 1 ok 2 !9 ok");

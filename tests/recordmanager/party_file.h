@@ -36,6 +36,9 @@ int Create(const std::string& path, const std::string& description = DescribePar
 std::string ReadAll(const std::string& name);
 void WriteAll(const std::string& name, const std::string& bytes);
 
+// A record file's bytes as the first format had them: without states.
+std::string OfFirstFormat(std::string bytes);
+
 // Until a client's "wait" has made the file.
 void WaitUntilHeld(const std::string& flag);
 

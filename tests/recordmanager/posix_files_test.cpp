@@ -95,6 +95,26 @@ TEST_F(PosixFiles, ThatMayNotBeWrittenAreRefused) {
   std::filesystem::permissions(closed, perms::all);
 }
 
+TEST_F(PosixFiles, ThatMayNotBeWrittenAreReadBesideWhoMay) {
+  using std::filesystem::perms;
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const std::string file = InFolder("FILE.KRV");
+  const std::string flag = InFolder("flag");
+  std::filesystem::copy_file(path, file);
+  std::filesystem::permissions(file, perms{0644});
+  std::filesystem::permissions(folder, perms{0755});
+  Worker writer({file, "wait " + flag + ", insert, wait " + flag});
+  WaitUntilHeld(flag);
+  BecomeOrdinaryUser();
+  Client& reader = Opened(file, kOpenReadOnly);
+  EXPECT_EQ(reader.Do("first, next"), "1 !9");
+  BecomeOneselfAgain();
+  std::filesystem::remove(flag);
+  WaitUntilHeld(flag);
+  EXPECT_EQ(reader.Do("first, next*"), "1 2 !9");
+  EXPECT_EQ(writer.Kill(), Worker::kKilled);
+}
+
 TEST_F(PosixFiles, AreNotOpenedWithoutFreeHandles) {
   EXPECT_EQ(client.Do("insert, close"), "1 ok");
   const std::string fresh = InFolder("FRESH.KRV");

@@ -21,11 +21,12 @@ class Restored : public PartyFile {
   }
 
   // What a program that takes this script leaves beside the file when it is killed in the midst.
-  std::string Leftover(const std::string& script, const std::string& suffix) const {
+  std::string Leftover(const std::string& name, const std::string& script,
+                       const std::string& suffix) const {
     const std::string flag = InFolder("flag");
-    Worker worker({path, script + ", wait " + flag});
+    Worker worker({name, script + ", wait " + flag});
     WaitUntilHeld(flag);
-    std::string left = ReadAll(path + suffix);
+    std::string left = ReadAll(name + suffix);
     EXPECT_EQ(worker.Kill(), Worker::kKilled);
     std::filesystem::remove(flag);
     return left;
@@ -33,8 +34,10 @@ class Restored : public PartyFile {
 
   // What is read, or why not, from a file of these bytes with that beside it; a refusal changes
   // neither.
-  std::string Read(const std::string& bytes, const std::string& suffix, const std::string& left) {
+  std::string Read(const std::string& bytes, const std::string& suffix, const std::string& left,
+                   const std::string& journal = "") {
     const std::string name = FreshName();
+    if (!journal.empty()) WriteAll(name + "-journal", journal);
     WriteAll(name, bytes);
     WriteAll(name + suffix, left);
     WriteAll(name + "-shm", std::string(32768, 'x'));
@@ -44,6 +47,13 @@ class Restored : public PartyFile {
       return '!' + std::to_string(status);
     }
     return reader.Do(kAll);
+  }
+
+  // The same beside a file of these bytes.
+  std::string LeftoverOf(const std::string& bytes, const std::string& script) {
+    const std::string name = FreshName();
+    WriteAll(name, bytes);
+    return Leftover(name, script, "-wal");
   }
 
   std::string WithRollbackJournal(std::string bytes) const {
@@ -69,7 +79,7 @@ TEST_F(Restored, BesideALogAreWholeOrRefused) {
   const std::string earlier = After(fresh, "insert");
   EXPECT_EQ(client.Do("insert, insert, close"), "1 2 ok");
   const std::string base = ReadAll(path);
-  const std::string log = Leftover("insert case=9, insert, equal number=4, delete", "-wal");
+  const std::string log = Leftover(path, "insert case=9, insert, equal number=4, delete", "-wal");
   const std::string killed = ReadAll(path);
   const std::string folded = After(base, "insert case=9");
 
@@ -81,6 +91,8 @@ TEST_F(Restored, BesideALogAreWholeOrRefused) {
   for (const char* other : {"", "not a record file"}) EXPECT_EQ(Read(other, "-wal", log), kRefused);
   // A file that nobody has written since it was created can only lie beside a former file's log.
   EXPECT_EQ(Read(fresh, "-wal", log), kNone);
+  const std::string formers = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7" + std::string(9000, 'x');
+  EXPECT_EQ(Read(fresh, "-wal", LeftoverOf(fresh, "insert"), formers), kOne) << "its own log";
   // What SQLite would not play in does no harm.
   EXPECT_EQ(Read(earlier, "-wal", log.substr(0, 4000)), kOne);
 }
@@ -90,7 +102,7 @@ TEST_F(Restored, BesideAJournalAreWholeOrRefused) {
       WithRollbackJournal(After(ReadAll(path), "insert, equal number=1, delete"));
   const std::string base = After(fresh, "insert, insert");
   WriteAll(path, base);
-  const std::string begun = Leftover("begin, insert, insert", "-journal");
+  const std::string begun = Leftover(path, "begin, insert, insert", "-journal");
   // As it is once it is synchronised, just before the file is written.
   const std::string journal = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7\xFF\xFF\xFF\xFF" + begun.substr(12);
 
@@ -100,6 +112,20 @@ TEST_F(Restored, BesideAJournalAreWholeOrRefused) {
   EXPECT_EQ(Read(fresh, "-journal", journal), kRefused);
   EXPECT_EQ(Read(After(base, "insert"), "-journal", journal), kRefused);
   EXPECT_EQ(Read("", "-journal", journal), kRefused);
+}
+
+TEST_F(Restored, OfTheFirstFormatGoOnWithTheChangeToTheSecondOnly) {
+  const std::string first = OfFirstFormat(After(ReadAll(path), "insert"));
+  const std::string log = LeftoverOf(first, "insert");
+  const std::string second = After(first, "insert");
+  const std::string later = LeftoverOf(second, "insert");
+  // Killed when only the first page had been moved into the file; it is the log's first, too.
+  const std::string begun = log.substr(56, 4096) + first.substr(4096);
+
+  EXPECT_EQ(Read(first, "-wal", log), kTwo);
+  EXPECT_EQ(Read(begun, "-wal", log), kTwo);
+  EXPECT_EQ(Read(second, "-wal", later), kThree);
+  EXPECT_EQ(Read(first, "-wal", later), kRefused);
 }
 
 }  // namespace

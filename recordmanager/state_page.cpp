@@ -1,0 +1,35 @@
+#include "recordmanager/state_page.h"
+
+#include <algorithm>
+
+namespace recordmanager {
+
+std::uint32_t NumberAt(View bytes, std::size_t offset) {
+  std::uint32_t number = 0;
+  for (const std::uint8_t byte : bytes.subspan(offset, sizeof number)) number = number << 8U | byte;
+  return number;
+}
+
+States States::On(View page) {
+  States states;
+  const View last = page.last(states.state.size() + states.before.size());
+  std::copy_n(last.begin(), states.state.size(), states.state.begin());
+  std::copy_n(last.begin() + states.state.size(), states.before.size(), states.before.begin());
+  return states;
+}
+
+// The page's only row begins with its length, its number, and a head that tells its own length and
+// what each column is: the last two are of eight bytes each.
+bool States::AreOn(View page) {
+  constexpr std::size_t kRowPlace = 8;
+  constexpr std::uint8_t kEightBytes = 28;
+  std::size_t head = NumberAt(page, kRowPlace - 2) & 0xFFFFU;
+  for (int numbers = 2; head < page.size() && numbers > 0; ++head) {
+    if (page[head] < 0x80) --numbers;  // a number's last byte
+  }
+  const std::size_t end = head < page.size() ? head + page[head] : 0;
+  return end > head + 2 && end <= page.size() && page[end - 1] == kEightBytes &&
+         page[end - 2] == kEightBytes;
+}
+
+}  // namespace recordmanager
