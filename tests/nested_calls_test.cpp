@@ -136,6 +136,20 @@ TEST_F(NestedCallsTest, DoNotDisturbADialogThatIsBeingPreparedOrFilled) {
   }
 }
 
+TEST_F(NestedCallsTest, WriteTheFollowUpThatTheyWereMadeFor) {
+  std::string date = "24.12.2030";
+  std::string text = "Frist";
+  manager.Answers(btrieve::kClose, "ZTCASE.KRV", btrieve::kIoError, 1);
+  user.DoesAtMessage([&] { date = text = "01.01.2001"; });
+  EXPECT_EQ(library->WVNew("12345678", "7", date.c_str(), "17", "0", "0", text.c_str()), -1);
+  EXPECT_EQ(user.Messages().size(), 1U);
+  const std::string count = std::to_string(library->WVInit("12345678"));
+  const std::string written =
+      OutcomeOf([&](char* b) { return library->WVNext("12345678", count.c_str(), b); });
+  EXPECT_THAT(written, testing::HasSubstr("24.12.2030|"));
+  EXPECT_THAT(written, testing::HasSubstr("|Frist|"));
+}
+
 TEST_F(NestedCallsTest, LeaveTheLinkNumberThatWasGivenLast) {
   const Row other = Address("a contact person under another link", "4711", "0", 1);
   Both(Address("a contact person", "4711", "815", 1), other);

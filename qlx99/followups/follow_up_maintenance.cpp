@@ -9,6 +9,7 @@
 #include "frame/exports.h"
 #include "store/dates.h"
 #include "store/record_file.h"
+#include "store/text_buffer.h"
 
 namespace qlx99 {
 namespace {
@@ -16,24 +17,45 @@ namespace {
 constexpr std::int32_t kDone = -1;
 constexpr std::int32_t kNotDone = 0;
 
-// What a macro may set of a follow-up, as it came.
+constexpr std::size_t kDateLength = 10;
+constexpr std::size_t kTextLength = FollowUpRecord::text.width;
+
+// What a macro may set of a follow-up, taken from its memory at once: while a message is open, the
+// host may put its next call's texts there.
 struct FollowUpArguments {
   std::int32_t kindId;
-  std::string_view date;  // DD.MM.YYYY, cut behind the year
+  TextBuffer<kDateLength> date;  // DD.MM.YYYY, cut behind the year
   std::int32_t userId;
   std::int32_t secondUserId;
   std::int32_t partyRecordId;
-  const char* text;
+  TextBuffer<kTextLength> text;
+  bool textFits;
 };
 
-constexpr std::size_t kDateLength = 10;
-constexpr std::size_t kTextLength = FollowUpRecord::text.width;
+bool OnlyBlanksFollow(const char* at) {
+  while (*at == ' ') ++at;
+  return *at == '\0';
+}
+
+// Blanks at the end do not count: macros pass texts in strings of a fixed length, filled with them.
+bool TextFits(const char* text) {
+  const bool isShort = BoundedText(text, kTextLength).size() < kTextLength;
+  return isShort || OnlyBlanksFollow(text + kTextLength);
+}
 
 FollowUpArguments TakeArguments(const char* kindId, const char* dueDate, const char* userId,
                                 const char* secondUserId, const char* partyRecordId,
                                 const char* text) {
-  return {LeadingNumber(kindId),       BoundedText(dueDate, kDateLength), LeadingNumber(userId),
-          LeadingNumber(secondUserId), LeadingNumber(partyRecordId),      text};
+  FollowUpArguments taken{.kindId = LeadingNumber(kindId),
+                          .date = {},
+                          .userId = LeadingNumber(userId),
+                          .secondUserId = LeadingNumber(secondUserId),
+                          .partyRecordId = LeadingNumber(partyRecordId),
+                          .text = {},
+                          .textFits = TextFits(text)};
+  taken.date.Append(BoundedText(dueDate, kDateLength));
+  taken.text.Append(BoundedText(text, kTextLength));
+  return taken;
 }
 
 // Shows the message unless the condition holds, and says whether it does.
@@ -61,22 +83,15 @@ bool CheckDate(std::string_view dateText) {
   return Require(date.day <= 31 && date.month <= 12 && date.year <= 2050, kDateInvalid);
 }
 
-bool OnlyBlanksFollow(const char* at) {
-  while (*at == ' ') ++at;
-  return *at == '\0';
-}
-
-// Blanks at the end do not count: macros pass texts in strings of a fixed length, filled with them.
-bool CheckText(const char* text) {
-  const bool fits = BoundedText(text, kTextLength).size() < kTextLength;
-  return Require(fits || OnlyBlanksFollow(text + kTextLength), kFollowUpTextTooLong);
+bool CheckDateAndText(const FollowUpArguments& arguments) {
+  return CheckDate(arguments.date.Bytes()) && Require(arguments.textFits, kFollowUpTextTooLong);
 }
 
 void SetArguments(const FollowUpArguments& arguments, Record<FollowUpRecord>& record) {
-  const Date date = TakeDate(arguments.date);
+  const Date date = TakeDate(arguments.date.Bytes());
   record.Set(FollowUpRecord::date, DayNumberFromDate(date.day, date.month, date.year));
   record.Set(FollowUpRecord::kindId, arguments.kindId);
-  record.Set(FollowUpRecord::text, BoundedText(arguments.text, kTextLength));
+  record.Set(FollowUpRecord::text, arguments.text.Bytes());
   record.Set(FollowUpRecord::userId, arguments.userId);
   record.Set(FollowUpRecord::secondUserId, arguments.secondUserId);
   record.Set(FollowUpRecord::partyRecordId, arguments.partyRecordId);
@@ -104,13 +119,13 @@ std::int32_t NewFollowUp(const char* caseNumber, const char* kindId, const char*
                          const char* userId, const char* secondUserId, const char* partyRecordId,
                          const char* text) {
   if (!EnsureRecordManager()) return kNotDone;
+  const auto arguments = TakeArguments(kindId, dueDate, userId, secondUserId, partyRecordId, text);
   const std::int32_t caseId = FindCaseOfNewFollowUp(caseNumber);
   if (caseId == kNoCase) return kNotDone;
 
-  const auto arguments = TakeArguments(kindId, dueDate, userId, secondUserId, partyRecordId, text);
   if (!Require(arguments.kindId != 0, kFollowUpInvalid)) return kNotDone;
   if (!Require(arguments.userId != 0, kUserInvalid)) return kNotDone;
-  if (!CheckDate(arguments.date) || !CheckText(arguments.text)) return kNotDone;
+  if (!CheckDateAndText(arguments)) return kNotDone;
   return Insert(caseId, arguments);
 }
 
@@ -134,7 +149,7 @@ std::int32_t ChangeFollowUp(const char* followUpId, const char* kindId, const ch
   if (!Require(id != 0 || arguments.kindId != 0, kFollowUpInvalid)) return kNotDone;
   if (!Require(arguments.userId != 0, kUserInvalid)) return kNotDone;
   if (!EnsureRecordManager()) return kNotDone;
-  if (!CheckDate(arguments.date) || !CheckText(arguments.text)) return kNotDone;
+  if (!CheckDateAndText(arguments)) return kNotDone;
   return Change(id, arguments);
 }
 
