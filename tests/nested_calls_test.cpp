@@ -86,13 +86,13 @@ class NestedCallsTest : public ExampleOfficeTest {
             nullptr};
   }
 
- private:
   // The host keeps the case number of every call in the same memory.
   const char* InPlace(const char* caseNumber) {
     place_ = caseNumber;
     return place_.c_str();
   }
 
+ private:
   std::string place_;
 };
 
@@ -148,6 +148,21 @@ TEST_F(NestedCallsTest, WriteTheFollowUpThatTheyWereMadeFor) {
       OutcomeOf([&](char* b) { return library->WVNext("12345678", count.c_str(), b); });
   EXPECT_THAT(written, testing::HasSubstr("24.12.2030|"));
   EXPECT_THAT(written, testing::HasSubstr("|Frist|"));
+}
+
+// A file that can be opened at the last attempt brings the message all the same.
+TEST_F(NestedCallsTest, AreAboutTheCaseThatTheyWereMadeFor) {
+  const auto opensLate = [&](const char* file) {
+    manager.Answers(btrieve::kOpen, file, btrieve::kFileInUse, kMaxAttempts);
+    user.DoesAtMessage([&] { InPlace("12345670"); });
+  };
+  const auto followUps = library->WVInit(InPlace("12345678"));
+  opensLate("ZTDOLIST.KRV");
+  EXPECT_EQ(library->WVInit(InPlace("12345678")), followUps);
+  const auto number = library->GetDokuNr(InPlace("12345678"));
+  opensLate("ZTHISTO.KRV");
+  EXPECT_EQ(library->GetDokuNr(InPlace("12345678")), number + 1);
+  EXPECT_EQ(user.Messages().size(), 2U);
 }
 
 TEST_F(NestedCallsTest, LeaveTheLinkNumberThatWasGivenLast) {

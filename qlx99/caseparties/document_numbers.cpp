@@ -51,6 +51,7 @@ std::int32_t Issue(RecordFile<DocumentNumberRecord>& numbers, std::int32_t caseI
 }
 
 std::int32_t NextDocumentNumber(const char* caseNumber) {
+  const CaseNumberKey key(caseNumber);
   if (!EnsureRecordManager()) return 0;
   const auto dataRoot = ReadDataRoot(kNoDataPathForDocuments);
   if (!dataRoot) return 0;
@@ -58,7 +59,7 @@ std::int32_t NextDocumentNumber(const char* caseNumber) {
   if (!numbers.IsOpen()) return 1;
 
   // An unknown case is no reason to stop a letter: such letters share the counter of kNoCase.
-  return Issue(numbers, LookupCaseId(*dataRoot, CaseNumberKey(caseNumber)));
+  return Issue(numbers, LookupCaseId(*dataRoot, key));
 }
 
 }  // namespace

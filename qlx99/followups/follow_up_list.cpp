@@ -13,6 +13,7 @@ namespace qlx99 {
 namespace {
 
 std::int32_t CountFollowUps(const char* caseNumber) {
+  const CaseNumberKey key(caseNumber);
   if (!EnsureRecordManager()) return 0;
   const auto dataRoot = ReadDataRoot(kNoDataPathForFollowUps);
   if (!dataRoot) return 0;
@@ -20,7 +21,7 @@ std::int32_t CountFollowUps(const char* caseNumber) {
   RecordFile<FollowUpRecord> followUps(*dataRoot, cases);
   if (!followUps.IsOpen()) return 0;
 
-  const std::int32_t caseId = FindCaseId(cases, CaseNumberKey(caseNumber));
+  const std::int32_t caseId = FindCaseId(cases, key);
   if (caseId == kNoCase) return 0;
   return CountRecords(followUps.Walk(FollowUpRecord::byCase, caseId));
 }
@@ -43,14 +44,14 @@ void ComposeFollowUp(const DataRoot& dataRoot, const Record<FollowUpRecord>& fol
 }
 
 // Composes nothing for a position beyond the case's last follow-up.
-void ReadFollowUp(const char* caseNumber, std::int32_t position, ResultRecord& dest) {
+void ReadFollowUp(const CaseNumberKey& key, std::int32_t position, ResultRecord& dest) {
   const auto dataRoot = ReadDataRoot(kNoDataPathForAddresses);
   if (!dataRoot) return;
   RecordFile<CaseRecord> cases(*dataRoot);
   RecordFile<FollowUpRecord> followUps(*dataRoot, cases);
   if (!followUps.IsOpen()) return;
 
-  const std::int32_t caseId = FindCaseId(cases, CaseNumberKey(caseNumber));
+  const std::int32_t caseId = FindCaseId(cases, key);
   if (caseId == kNoCase) return;
   if (!WalkToPosition(followUps.Walk(FollowUpRecord::byCase, caseId), position)) return;
   ComposeFollowUp(*dataRoot, followUps.Current(), dest);
@@ -59,7 +60,7 @@ void ReadFollowUp(const char* caseNumber, std::int32_t position, ResultRecord& d
 std::int32_t DeliverFollowUp(const char* caseNumber, const char* index, char* record) {
   if (!EnsureRecordManager()) return 0;
   ResultRecord followUp;
-  ReadFollowUp(caseNumber, LeadingNumber(index), followUp);
+  ReadFollowUp(CaseNumberKey(caseNumber), LeadingNumber(index), followUp);
   return HandOver(followUp, record, HandOverForm::kRecordOnly);
 }
 
