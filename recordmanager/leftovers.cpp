@@ -49,6 +49,8 @@ struct Base {
 
   int Read(const RawFile& file);
 
+  // Or the page of the states was torn by a loss of power: then its states are true all the same,
+  // as they lie together at its end, but the row that they belong to cannot be told.
   bool IsOfFirstFormat() const { return !firstPage.empty() && !hasStates; }
   bool IsUnwritten() const { return hasStates && states.state == states.before; }
 };
@@ -107,7 +109,8 @@ int FitLog(const RawFile& log, const Base& base, bool& fits) {
   const std::uint32_t pageSize = NumberAt(head, 8);
   if (pageSize < kSmallestPage || pageSize > kLargestPage) return btrieve::kSuccess;
   Bytes frame(kFrameHeadSize + pageSize);
-  bool continues = base.IsOfFirstFormat();
+  bool continuesFirst = base.IsOfFirstFormat();
+  bool continuesState = false;
   bool isFirst = true;
   for (auto offset = static_cast<std::int64_t>(head.size());; offset += std::ssize(frame)) {
     const int status = log.Read(offset, frame);
@@ -119,15 +122,14 @@ int FitLog(const RawFile& log, const Base& base, bool& fits) {
     if (NumberAt(frame, 0) == kStatePage) {
       const States page = States::On(frame);
       const StateNumber& now = base.states.state;
-      if (base.IsOfFirstFormat()) {
-        continues = continues && (!isFirst || page.before == StateNumber{} ||
-                                  !States::AreOn(View(frame).subspan(kFrameHeadSize)));
-      } else {
-        continues = continues || page.state == now || (isFirst && page.before == now);
-      }
+      continuesFirst = continuesFirst && (!isFirst || page.before == StateNumber{} ||
+                                          !States::AreOn(View(frame).subspan(kFrameHeadSize)));
+      continuesState = continuesState || page.state == now || (isFirst && page.before == now);
       isFirst = false;
     }
-    if (NumberAt(frame, 4) != 0) fits = continues;  // the last frame of a commit
+    if (NumberAt(frame, 4) != 0) {  // the last frame of a commit
+      fits = continuesFirst || continuesState;
+    }
   }
 }
 
@@ -155,14 +157,13 @@ int FitJournal(const RawFile& journal, const Base& base, bool& fits) {
   const int entryStatus = journal.Read(NumberAt(head, kSectorPlace), entry);
   if (entryStatus != btrieve::kSuccess) return ErrorOf(entryStatus);
   const View page = View(entry).subspan(sizeof kStatePage);
-  if (base.IsOfFirstFormat()) {
-    fits = NumberAt(entry, 0) != kStatePage || !States::AreOn(page);
-  } else if (NumberAt(entry, 0) == kStatePage) {
+  const bool isFirstFormat = base.IsOfFirstFormat();
+  if (NumberAt(entry, 0) == kStatePage) {
     const StateNumber& now = base.states.state;
-    fits = States::On(page).state == now ||
+    fits = (isFirstFormat && !States::AreOn(page)) || States::On(page).state == now ||
            std::equal(now.end() - kNonceSize, now.end(), head.begin() + kNoncePlace);
   } else {
-    fits = NumberAt(entry, 0) == 1 && DifferInModeOnly(page, base.firstPage);
+    fits = isFirstFormat || (NumberAt(entry, 0) == 1 && DifferInModeOnly(page, base.firstPage));
   }
   return btrieve::kSuccess;
 }
