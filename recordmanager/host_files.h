@@ -2,6 +2,7 @@
 // implementation a host.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -41,8 +42,9 @@ MoveResult MoveFileTo(const std::string& from, const std::string& to);
 // The same over a file that is there, unless somebody has it open.
 MoveResult ReplaceFile(const std::string& from, const std::string& to);
 
-// Says of a file that this process has it open, for ReplaceFile in other processes, where the host
-// does not. To be ended after whatever has the file open, or at once in a copy of the process.
+// Says of a file that this process has it open, and by which name: for ReplaceFile in other
+// processes, where the host does not say it, and for who opens the file by another name. To be
+// ended after whatever has the file open, or at once in a copy of the process.
 class UseMark {
  public:
   UseMark() = default;
@@ -50,12 +52,13 @@ class UseMark {
   UseMark& operator=(const UseMark&) = delete;
   ~UseMark() { End(); }
 
-  // False when the file is just being replaced.
+  // False when the file is just being replaced, or is in use by another of its names (hard links),
+  // or a killed program has left a log or a journal beside one: each name has its own.
   bool Set(const std::string& path);
   void End();
 
  private:
-  int file_ = -1;
+  std::intptr_t file_ = -1;
 };
 
 void RemoveFile(const std::string& path);
