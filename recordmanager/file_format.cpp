@@ -159,6 +159,7 @@ int OpenOnce(const std::string& path, Connection& connection, RecordLayout& layo
 }  // namespace
 
 int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool replace) {
+  if (replace && IsInUse(path)) return btrieve::kFileInUse;  // without a draft for each try
   const std::string beside = UnusedNameBeside(path);
   int status = BuildDatabase(beside, layout);
   if (status == btrieve::kSuccess) status = MoveIntoPlace(beside, path, replace);

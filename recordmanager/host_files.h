@@ -23,6 +23,9 @@ std::string HostPath(std::string_view path);
 
 FileFacts InspectFile(const std::string& path);
 
+// Whether a file may have so long a name, with the endings that SQLite adds to it.
+bool IsShortEnough(const std::string& path);
+
 // Whether processes that use this file share their memory, which WAL needs: not so on network
 // drives.
 bool IsOnLocalDisk(const std::string& path);
@@ -41,6 +44,10 @@ MoveResult MoveFileTo(const std::string& from, const std::string& to);
 
 // The same over a file that is there, unless somebody has it open.
 MoveResult ReplaceFile(const std::string& from, const std::string& to);
+
+// Whether another process has the file open, so that it cannot be replaced. Who only looks at it is
+// waited for.
+bool IsInUse(const std::string& path);
 
 // Says of a file that this process has it open, and by which name: for ReplaceFile in other
 // processes, where the host does not say it, and for who opens the file by another name. To be

@@ -144,6 +144,11 @@ FileFacts InspectFile(const std::string& path) {
   return {FileKind::kFile, IdentityOf(facts)};
 }
 
+bool IsShortEnough(const std::string& path) {
+  struct stat ignored {};
+  return stat((path + "-journal").c_str(), &ignored) == 0 || errno != ENAMETOOLONG;
+}
+
 bool IsOnLocalDisk(const std::string& path) {
   struct statfs facts {};
   if (statfs(path.c_str(), &facts) != 0) return false;
@@ -178,6 +183,13 @@ MoveResult ReplaceFile(const std::string& from, const std::string& to) {
   }
   close(target);
   return result;
+}
+
+bool IsInUse(const std::string& path) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const bool inUse = file >= 0 && IsLockedByOthers(file, kSqliteLocks, kToTheEnd);
+  if (file >= 0) close(file);
+  return inUse;
 }
 
 // Of two who come at the same time by different names, at least one sees the other's mark.

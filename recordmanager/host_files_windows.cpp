@@ -145,6 +145,12 @@ FileFacts InspectFile(const std::string& path) {
   return {FileKind::kFile, ToUtf8(wide)};
 }
 
+bool IsShortEnough(const std::string& path) {
+  constexpr std::size_t kLongest = 255;
+  const std::wstring wide = ToWide(path + "-journal");
+  return wide.size() - (wide.find_last_of(L"/\\") + 1) <= kLongest;
+}
+
 // The drive is asked for by the path that links in folders lead to, which may be a share's.
 bool IsOnLocalDisk(const std::string& path) {
   const HANDLE file = CreateFileW(ToWide(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
@@ -171,6 +177,14 @@ MoveResult MoveFileTo(const std::string& from, const std::string& to) {
 
 MoveResult ReplaceFile(const std::string& from, const std::string& to) {
   return Move(ToWide(from), ToWide(to), true);
+}
+
+bool IsInUse(const std::string& path) {
+  const Patience patience(path);
+  while (Probe(ToWide(path), DELETE) == Access::kDenied) {
+    if (!patience.Lasts()) return true;
+  }
+  return false;
 }
 
 // Nobody renames a file that is open, so only one with several names can be open by another. Of two
