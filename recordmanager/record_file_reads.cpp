@@ -35,8 +35,9 @@ int RecordFile::ReadWhatIs(Body body) {
     status = body();
     isStale_ = connection_.IsUnchanging() && !IsUnchanged(connection_);
     if (!isStale_) return status;
+    status = btrieve::kRecordInUse;
   }
-  return status == btrieve::kSuccess ? btrieve::kRecordInUse : status;
+  return status;
 }
 
 // Whoever has a position in the file keeps it.
