@@ -73,7 +73,7 @@ int Engine::Create(const Call& call) {
   const std::string path = HostPath(call.Path());
   const std::string folder = path.substr(0, path.find_last_of("/\\") + 1);
   const FileKind kind = InspectFile(path).kind;
-  if (path.empty() || kind == FileKind::kOther ||
+  if (path.empty() || kind == FileKind::kOther || !IsShortEnough(path) ||
       (!folder.empty() && InspectFile(folder).kind == FileKind::kMissing)) {
     return btrieve::kInvalidFileName;
   }

@@ -140,6 +140,7 @@ int OpenOnce(const std::string& path, Connection& connection, RecordLayout& layo
   const bool isUnchanging = status == btrieve::kSuccess && forReading && LacksLog(connection) &&
                             !CanMakeFilesBeside(path);
   if (isUnchanging) status = connection.Open(path, Connection::Way::kUnchanging);
+  if (isUnchanging && status == btrieve::kSuccess) status = NoteState(connection);
   std::int64_t version = 0;
   if (status == btrieve::kSuccess) status = CheckMarks(connection, version);
   if (status == btrieve::kSuccess && !isUnchanging) status = SetJournal(path, connection);
@@ -159,6 +160,7 @@ int OpenOnce(const std::string& path, Connection& connection, RecordLayout& layo
 }  // namespace
 
 int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool replace) {
+  if (replace && IsInUse(path)) return btrieve::kFileInUse;  // without a draft for each try
   const std::string beside = UnusedNameBeside(path);
   int status = BuildDatabase(beside, layout);
   if (status == btrieve::kSuccess) status = MoveIntoPlace(beside, path, replace);

@@ -2,6 +2,7 @@
 // implementation a host.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,9 @@ std::string HostPath(std::string_view path);
 
 FileFacts InspectFile(const std::string& path);
 
+// Whether a file may have so long a name, with the endings that SQLite adds to it.
+bool IsShortEnough(const std::string& path);
+
 // Whether processes that use this file share their memory, which WAL needs: not so on network
 // drives.
 bool IsOnLocalDisk(const std::string& path);
@@ -41,8 +45,13 @@ MoveResult MoveFileTo(const std::string& from, const std::string& to);
 // The same over a file that is there, unless somebody has it open.
 MoveResult ReplaceFile(const std::string& from, const std::string& to);
 
-// Says of a file that this process has it open, for ReplaceFile in other processes, where the host
-// does not. To be ended after whatever has the file open, or at once in a copy of the process.
+// Whether another process has the file open, so that it cannot be replaced. Who only looks at it is
+// waited for.
+bool IsInUse(const std::string& path);
+
+// Says of a file that this process has it open, and by which name: for ReplaceFile in other
+// processes, where the host does not say it, and for who opens the file by another name. To be
+// ended after whatever has the file open, or at once in a copy of the process.
 class UseMark {
  public:
   UseMark() = default;
@@ -50,12 +59,13 @@ class UseMark {
   UseMark& operator=(const UseMark&) = delete;
   ~UseMark() { End(); }
 
-  // False when the file is just being replaced.
+  // False when the file is just being replaced, or is in use by another of its names (hard links),
+  // or a killed program has left a log or a journal beside one: each name has its own.
   bool Set(const std::string& path);
   void End();
 
  private:
-  int file_ = -1;
+  std::intptr_t file_ = -1;
 };
 
 void RemoveFile(const std::string& path);

@@ -1,11 +1,13 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -33,20 +35,42 @@ constexpr std::array<std::uint32_t, 10> kRemoteFileSystems = {
     0x0BD00BD0,  // Lustre
 };
 
-// Where SQLite locks a database, and a place behind that.
+// Where SQLite locks a database, and behind that the use marks: each name has a place of its own.
 constexpr off_t kSqliteLocks = 0x40000000;
-constexpr off_t kUseMark = kSqliteLocks + 1024;
+constexpr off_t kUseMarks = kSqliteLocks + 1024;
 constexpr off_t kToTheEnd = 0;
 
-// A lock that belongs to the handle: SQLite's own belong to the process, and end whenever it
-// unlocks the whole file, which it does after each read.
-bool Lock(int file, short kind, off_t start, off_t length) {
+// A note on the file: the path by which it was opened last.
+constexpr const char* kPathNote = "user.recordmanager.path";
+
+struct flock LockOf(short kind, off_t start, off_t length) {
   struct flock lock {};
   lock.l_type = kind;
   lock.l_whence = SEEK_SET;
   lock.l_start = start;
   lock.l_len = length;
+  return lock;
+}
+
+// A lock that belongs to the handle: SQLite's own belong to the process, and end whenever it
+// unlocks the whole file, which it does after each read.
+bool Lock(int file, short kind, off_t start, off_t length) {
+  struct flock lock = LockOf(kind, start, length);
   return fcntl(file, F_OFD_SETLK, &lock) == 0;
+}
+
+bool IsLockedByOthers(int file, off_t start, off_t length) {
+  struct flock lock = LockOf(F_WRLCK, start, length);
+  return fcntl(file, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+}
+
+// The kernel's numbers of devices have 32 bits; so short a text needs no memory.
+std::string IdentityOf(const struct stat& facts) {
+  const auto device = static_cast<std::uint32_t>(facts.st_dev);
+  std::string identity(sizeof device + sizeof facts.st_ino, '\0');
+  std::memcpy(identity.data(), &device, sizeof device);
+  std::memcpy(identity.data() + sizeof device, &facts.st_ino, sizeof facts.st_ino);
+  return identity;
 }
 
 bool IsAt(int file, const std::string& path) {
@@ -69,6 +93,38 @@ void SyncFolderOf(const std::string& path) {
   }
 }
 
+// The use mark's place for the name: the same for every path to it, another one for every other
+// name, as good as certainly.
+off_t PlaceOf(const std::string& path) {
+  constexpr std::uint64_t kPlaces = std::uint64_t{1} << 60U;
+  struct stat folder {};
+  stat(FolderOf(path).c_str(), &folder);
+  std::uint64_t place = 0xCBF29CE484222325U;
+  for (const char letter : IdentityOf(folder) + path.substr(path.rfind('/') + 1)) {
+    place = (place ^ static_cast<std::uint8_t>(letter)) * 0x100000001B3U;
+  }
+  return kUseMarks + 1 + static_cast<off_t>(place % kPlaces);
+}
+
+std::string NotedPath(int file) {
+  std::array<char, PATH_MAX> noted{};
+  const ssize_t length = fgetxattr(file, kPathNote, noted.data(), noted.size());
+  return {noted.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
+}
+
+// Whether a log or a journal begins as one that counts, which is not with a zero.
+bool HasLeftovers(const std::string& path) {
+  bool found = false;
+  for (const char* suffix : {"-wal", "-journal"}) {
+    const int left = open((path + suffix).c_str(), O_RDONLY | O_CLOEXEC);
+    if (left < 0) continue;
+    char first = 0;
+    found = found || (read(left, &first, 1) == 1 && first != 0);
+    close(left);
+  }
+  return found;
+}
+
 }  // namespace
 
 std::string HostPath(std::string_view path) {
@@ -85,12 +141,12 @@ FileFacts InspectFile(const std::string& path) {
   struct stat facts {};
   if (stat(path.c_str(), &facts) != 0) return {};
   if (!S_ISREG(facts.st_mode)) return {FileKind::kOther, {}};
-  // The kernel's numbers of devices have 32 bits; so short a text needs no memory.
-  const auto device = static_cast<std::uint32_t>(facts.st_dev);
-  std::string identity(sizeof device + sizeof facts.st_ino, '\0');
-  std::memcpy(identity.data(), &device, sizeof device);
-  std::memcpy(identity.data() + sizeof device, &facts.st_ino, sizeof facts.st_ino);
-  return {FileKind::kFile, std::move(identity)};
+  return {FileKind::kFile, IdentityOf(facts)};
+}
+
+bool IsShortEnough(const std::string& path) {
+  struct stat ignored {};
+  return stat((path + "-journal").c_str(), &ignored) == 0 || errno != ENAMETOOLONG;
 }
 
 bool IsOnLocalDisk(const std::string& path) {
@@ -129,13 +185,33 @@ MoveResult ReplaceFile(const std::string& from, const std::string& to) {
   return result;
 }
 
+bool IsInUse(const std::string& path) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const bool inUse = file >= 0 && IsLockedByOthers(file, kSqliteLocks, kToTheEnd);
+  if (file >= 0) close(file);
+  return inUse;
+}
+
+// Of two who come at the same time by different names, at least one sees the other's mark.
 bool UseMark::Set(const std::string& path) {
-  file_ = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  return file_ < 0 || Lock(file_, F_RDLCK, kUseMark, 1) || (errno != EAGAIN && errno != EACCES);
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  file_ = file;
+  if (file < 0) return true;
+  const off_t place = PlaceOf(path);
+  if (!Lock(file, F_RDLCK, place, 1)) return errno != EAGAIN && errno != EACCES;
+  if (IsLockedByOthers(file, kUseMarks, place - kUseMarks) ||
+      IsLockedByOthers(file, place + 1, kToTheEnd)) {
+    return false;
+  }
+  const std::string noted = NotedPath(file);
+  if (noted == path) return true;
+  if (IsAt(file, noted) && PlaceOf(noted) != place && HasLeftovers(noted)) return false;
+  fsetxattr(file, kPathNote, path.data(), path.size(), 0);
+  return true;
 }
 
 void UseMark::End() {
-  if (file_ >= 0) close(std::exchange(file_, -1));
+  if (file_ >= 0) close(static_cast<int>(std::exchange(file_, -1)));
 }
 
 void RemoveFile(const std::string& path) { unlink(path.c_str()); }

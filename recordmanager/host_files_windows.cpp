@@ -1,4 +1,6 @@
+#include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/windows_api.h"
@@ -78,6 +80,50 @@ MoveResult Move(const std::wstring& from, const std::wstring& to, bool replace) 
   return MoveResult::kDone;
 }
 
+std::wstring FinalPath(HANDLE file) {
+  std::wstring path(GetFinalPathNameByHandleW(file, nullptr, 0, 0), L'\0');
+  path.resize(GetFinalPathNameByHandleW(file, path.data(), static_cast<DWORD>(path.size()), 0));
+  return path;
+}
+
+// Use marks lie behind all that SQLite locks; each name has a place of its own there, as good as
+// certainly.
+constexpr std::uint64_t kUseMarks = 0x40000000 + 1024;
+constexpr std::uint64_t kPlaces = std::uint64_t{1} << 60U;
+
+std::uint64_t PlaceOf(HANDLE file) {
+  std::wstring path = FinalPath(file);
+  CharUpperBuffW(path.data(), static_cast<DWORD>(path.size()));
+  std::uint64_t place = 0xCBF29CE484222325U;
+  for (const wchar_t letter : path) place = (place ^ letter) * 0x100000001B3U;
+  return kUseMarks + 1 + place % kPlaces;
+}
+
+OVERLAPPED At(std::uint64_t place) {
+  OVERLAPPED at{};
+  at.Offset = static_cast<DWORD>(place);
+  at.OffsetHigh = static_cast<DWORD>(place >> 32U);
+  return at;
+}
+
+bool IsLockedByOthers(HANDLE file, std::uint64_t begin, std::uint64_t end) {
+  constexpr DWORD kTry = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
+  const std::uint64_t size = end - begin;
+  const auto low = static_cast<DWORD>(size);
+  const auto high = static_cast<DWORD>(size >> 32U);
+  OVERLAPPED at = At(begin);
+  if (LockFileEx(file, kTry, 0, low, high, &at) == 0) {
+    return GetLastError() == ERROR_LOCK_VIOLATION;
+  }
+  UnlockFileEx(file, 0, low, high, &at);
+  return false;
+}
+
+bool HasOneName(HANDLE file) {
+  BY_HANDLE_FILE_INFORMATION facts{};
+  return GetFileInformationByHandle(file, &facts) == 0 || facts.nNumberOfLinks < 2;
+}
+
 }  // namespace
 
 std::string HostPath(std::string_view path) {
@@ -99,13 +145,18 @@ FileFacts InspectFile(const std::string& path) {
   return {FileKind::kFile, ToUtf8(wide)};
 }
 
+bool IsShortEnough(const std::string& path) {
+  constexpr std::size_t kLongest = 255;
+  const std::wstring wide = ToWide(path + "-journal");
+  return wide.size() - (wide.find_last_of(L"/\\") + 1) <= kLongest;
+}
+
 // The drive is asked for by the path that links in folders lead to, which may be a share's.
 bool IsOnLocalDisk(const std::string& path) {
   const HANDLE file = CreateFileW(ToWide(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS, nullptr);
   if (file == INVALID_HANDLE_VALUE) return false;
-  std::wstring final(GetFinalPathNameByHandleW(file, nullptr, 0, 0), L'\0');
-  final.resize(GetFinalPathNameByHandleW(file, final.data(), static_cast<DWORD>(final.size()), 0));
+  const std::wstring final = FinalPath(file);
   CloseHandle(file);
   std::vector<wchar_t> root(final.size() + 2);
   if (GetVolumePathNameW(final.c_str(), root.data(), static_cast<DWORD>(root.size())) == 0) {
@@ -128,9 +179,34 @@ MoveResult ReplaceFile(const std::string& from, const std::string& to) {
   return Move(ToWide(from), ToWide(to), true);
 }
 
-bool UseMark::Set(const std::string& /*path*/) { return true; }
+bool IsInUse(const std::string& path) {
+  const Patience patience(path);
+  while (Probe(ToWide(path), DELETE) == Access::kDenied) {
+    if (!patience.Lasts()) return true;
+  }
+  return false;
+}
 
-void UseMark::End() {}
+// Nobody renames a file that is open, so only one with several names can be open by another. Of two
+// who come at the same time by different names, at least one sees the other's mark.
+bool UseMark::Set(const std::string& path) {
+  const HANDLE file =
+      CreateFileW(ToWide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                  OPEN_EXISTING, 0, nullptr);
+  file_ = reinterpret_cast<std::intptr_t>(file);
+  if (file == INVALID_HANDLE_VALUE) return true;
+  const std::uint64_t place = PlaceOf(file);
+  OVERLAPPED at = At(place);
+  if (LockFileEx(file, LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &at) == 0) {
+    return GetLastError() != ERROR_LOCK_VIOLATION;
+  }
+  return HasOneName(file) || (!IsLockedByOthers(file, kUseMarks, place) &&
+                              !IsLockedByOthers(file, place + 1, kUseMarks + 2 + kPlaces));
+}
+
+void UseMark::End() {
+  if (file_ != -1) CloseHandle(reinterpret_cast<HANDLE>(std::exchange(file_, -1)));
+}
 
 void RemoveFile(const std::string& path) { DeleteFileW(ToWide(path).c_str()); }
 

@@ -15,8 +15,6 @@ namespace recordmanager {
 namespace {
 
 // Places and marks from SQLite's documentation of its files, where numbers are big-endian.
-constexpr std::string_view kDatabaseMark = "SQLite format 3";
-constexpr std::size_t kDatabaseHeadSize = 100;
 constexpr std::uint32_t kLogMark = 0x377F0682;  // and checksums over little-endian words
 constexpr std::size_t kLogHeadSize = 32;
 constexpr std::size_t kFrameHeadSize = 24;
@@ -24,55 +22,11 @@ constexpr std::string_view kJournalMark = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7";
 constexpr std::size_t kJournalHeadSize = 28;
 constexpr std::size_t kNoncePlace = 12;
 constexpr std::size_t kNonceSize = 4;
-constexpr std::uint32_t kSmallestPage = 512;
-constexpr std::uint32_t kLargestPage = 65536;
 
 // While others write, the files change between two looks at them. What does not fit after so many
 // looks never will.
 constexpr int kLooks = 20;
 constexpr int kPauseMilliseconds = 1;
-
-using Bytes = std::vector<std::uint8_t>;
-
-bool StartsWith(View bytes, std::string_view mark) {
-  return std::memcmp(bytes.data(), mark.data(), mark.size()) == 0;
-}
-
-// The end of a file is none of the errors that end a look.
-int ErrorOf(int status) { return status == btrieve::kEndOfFile ? btrieve::kSuccess : status; }
-
-// The file without what lies beside it.
-struct Base {
-  Bytes firstPage;  // empty when it is no database
-  bool hasStates = false;
-  States states;
-
-  int Read(const RawFile& file);
-
-  // Or the page of the states was torn by a loss of power: then its states are true all the same,
-  // as they lie together at its end, but the row that they belong to cannot be told.
-  bool IsOfFirstFormat() const { return !firstPage.empty() && !hasStates; }
-  bool IsUnwritten() const { return hasStates && states.state == states.before; }
-};
-
-int Base::Read(const RawFile& file) {
-  constexpr std::size_t kPageSizePlace = 14;  // in the low half of the number there; 1 for 65536
-  *this = {};
-  Bytes page(kDatabaseHeadSize);
-  int status = file.Read(0, page);
-  if (status != btrieve::kSuccess || !StartsWith(page, kDatabaseMark)) return ErrorOf(status);
-  const std::size_t size = NumberAt(page, kPageSizePlace) & 0xFFFFU;
-  page.resize(size == 1 ? kLargestPage : std::max<std::size_t>(size, kSmallestPage));
-  status = file.Read(0, page);
-  firstPage = page;
-  if (status == btrieve::kSuccess) {
-    status = file.Read(static_cast<std::int64_t>((kStatePage - 1) * page.size()), page);
-  }
-  // The first page may tell another format, if the change to it was interrupted.
-  hasStates = States::AreOn(page);
-  states = States::On(page);
-  return ErrorOf(status);
-}
 
 // The log's checksum over all that came before.
 class Checksum {
@@ -189,11 +143,13 @@ class Surroundings {
            !IsThere(log_) && !IsThere(journal_) && !IsThere(memory.c_str());
   }
 
+  int ReadBase(Base& base) const { return base.Read(RawFile(file_)); }
+
   // `misfit` receives the name of what does not fit, null when all does.
   int Look(Base& base, const char*& misfit) const {
     misfit = nullptr;
     if (!IsThere(log_) && !IsThere(journal_)) return btrieve::kSuccess;
-    int status = base.Read(RawFile(file_));
+    int status = ReadBase(base);
     if (status == btrieve::kSuccess) status = LookAt(log_, SQLITE_OPEN_WAL, &FitLog, base, misfit);
     if (status != btrieve::kSuccess || misfit != nullptr) return status;
     return LookAt(journal_, SQLITE_OPEN_MAIN_JOURNAL, &FitJournal, base, misfit);
@@ -270,7 +226,24 @@ int CheckLeftovers(Connection& connection) {
   return surroundings.IsReplaced() ? btrieve::kFileInUse : btrieve::kLogError;
 }
 
-bool LacksLog(Connection& connection) { return Surroundings(connection.Handle()).LackLog(); }
+bool LacksLog(const Connection& connection) { return Surroundings(connection.Handle()).LackLog(); }
+
+int NoteState(Connection& connection) {
+  Base base;
+  const int status = Surroundings(connection.Handle()).ReadBase(base);
+  if (status != btrieve::kSuccess) return status;
+  connection.SetStateOpened(base.states.state);
+  return IsUnchanged(connection) ? btrieve::kSuccess : btrieve::kRecordInUse;
+}
+
+bool IsUnchanged(const Connection& connection) {
+  const Surroundings surroundings(connection.Handle());
+  Base base;
+  // What lies beside another file that has taken its place is that one's.
+  return (surroundings.LackLog() || surroundings.IsReplaced()) &&
+         surroundings.ReadBase(base) == btrieve::kSuccess &&
+         base.states.state == connection.StateOpened();
+}
 
 StateNumber NumberState(const Connection& connection) {
   StateNumber number{};

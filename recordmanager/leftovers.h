@@ -17,14 +17,9 @@
 // which cannot be told apart, and by the change to the second, but by nothing later.
 #pragma once
 
-#include <array>
-#include <cstdint>
-
 #include "recordmanager/sql.h"
 
 namespace recordmanager {
-
-using StateNumber = std::array<std::uint8_t, 8>;
 
 // Sees to it that what lies beside the file, which has not been read through this connection yet,
 // continues the file. Status 14 when it does not, and nothing has been changed. Beside a file that
@@ -32,7 +27,15 @@ using StateNumber = std::array<std::uint8_t, 8>;
 int CheckLeftovers(Connection& connection);
 
 // Whether the file is to be used with a log, and neither a log nor anything else lies beside it.
-bool LacksLog(Connection& connection);
+bool LacksLog(const Connection& connection);
+
+// Tells the connection, which has just opened the file as an unchanging one and has not read from
+// it yet, in which state the file is. Status 84 when somebody has begun to use it.
+int NoteState(Connection& connection);
+
+// Whether all that this connection has read of an unchanging file is of that state, and nobody has
+// written since: the state is the same, and no log has appeared.
+bool IsUnchanged(const Connection& connection);
 
 // A number for the state that the connection's transaction leads to. With a journal it is the right
 // one only when the transaction has written something.

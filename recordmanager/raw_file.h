@@ -34,4 +34,9 @@ class RawFile {
   int opened_ = 0;
 };
 
+// Of a status of Read: the end of a file ends a look at it, but is no error.
+inline int ErrorOf(int status) {
+  return status == btrieve::kEndOfFile ? btrieve::kSuccess : status;
+}
+
 }  // namespace recordmanager

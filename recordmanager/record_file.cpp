@@ -37,6 +37,7 @@ class UnlessCommitted {
 
 int RecordFile::Open(const std::string& path, bool forReading, std::unique_ptr<RecordFile>& file) {
   std::unique_ptr<RecordFile> opened(new RecordFile);
+  opened->path_ = path;
   int status = OpenDatabase(path, opened->connection_, opened->layout_, forReading);
   if (status == btrieve::kSuccess) status = opened->Prepare();
   if (status == btrieve::kSuccess) file = std::move(opened);

@@ -90,6 +90,9 @@ class RecordFile {
 
   RecordFile() = default;
   int Prepare();
+  int Reopen();
+  template <typename Body>
+  int ReadWhatIs(Body body);
   int PrepareRead(const Key& key, Direction direction, Statement*& read);
   int Find(const Key& key, const Search& search, KeyedRecord& record);
   bool Look();
@@ -111,7 +114,9 @@ class RecordFile {
   int StoreRecord(Statement& statement, std::int64_t change, std::int64_t id,
                   std::span<const std::uint8_t> record, const std::vector<Entry>& entries);
 
+  std::string path_;
   Connection connection_;
+  bool isStale_ = false;  // to be opened anew
   RecordLayout layout_;
   std::vector<KeyReads> reads_;
   ReadAhead readAhead_;

@@ -4,16 +4,52 @@
 #include <algorithm>
 #include <cstring>
 
+#include "recordmanager/file_format.h"
+#include "recordmanager/leftovers.h"
 #include "recordmanager/record_file.h"
 
 namespace recordmanager {
 namespace {
+
+// While others come and go, a file that is open as an unchanging one changes between two looks at
+// it.
+constexpr int kLooks = 20;
+constexpr int kPauseMilliseconds = 1;
 
 Direction DirectionOf(Bound bound) {
   return bound == Bound::kUpTo || bound == Bound::kBefore ? Direction::kDown : Direction::kUp;
 }
 
 }  // namespace
+
+// Runs `body`, which reads and returns a status. Who could make no log, and so reads the file as if
+// it were unchanging, looks afterwards whether it was; if not, he opens the file anew, by now with
+// the log of whoever writes.
+template <typename Body>
+int RecordFile::ReadWhatIs(Body body) {
+  int status = btrieve::kSuccess;
+  for (int look = 0; look < kLooks; ++look) {
+    if (look != 0) sqlite3_sleep(kPauseMilliseconds);
+    if (isStale_) status = Reopen();
+    if (isStale_) continue;
+    status = body();
+    isStale_ = connection_.IsUnchanging() && !IsUnchanged(connection_);
+    if (!isStale_) return status;
+    status = btrieve::kRecordInUse;
+  }
+  return status;
+}
+
+// Whoever has a position in the file keeps it.
+int RecordFile::Reopen() {
+  RecordLayout same;
+  reads_.clear();
+  readAhead_.Forget();
+  int status = OpenDatabase(path_, connection_, same, true);
+  if (status == btrieve::kSuccess) status = Prepare();
+  isStale_ = status != btrieve::kSuccess;
+  return status;
+}
 
 int RecordFile::PrepareRead(const Key& key, Direction direction, Statement*& read) {
   read = &reads_[IndexOf(key)][static_cast<std::size_t>(direction)];
@@ -24,7 +60,8 @@ int RecordFile::PrepareRead(const Key& key, Direction direction, Statement*& rea
 int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_t> target,
                      RecordVersion& version, Entry& entry) {
   KeyedRecord record;
-  if (const int status = Find(key, search, record); status != btrieve::kSuccess) return status;
+  const int status = ReadWhatIs([&] { return Find(key, search, record); });
+  if (status != btrieve::kSuccess) return status;
   if (search.bound == Bound::kWithin && search.last < record.entry) return btrieve::kEndOfFile;
   if (target.size() < record.data.size()) return btrieve::kDataBufferLength;
   std::memcpy(target.data(), record.data.data(), record.data.size());
@@ -110,12 +147,12 @@ bool RecordFile::TakeRow(Statement& row, KeyedRecord& record) const {
 }
 
 int RecordFile::CountRecords(std::int64_t& count) {
-  return connection_.QueryInteger("SELECT count(*) FROM record", count);
+  return ReadWhatIs([&] { return connection_.QueryInteger("SELECT count(*) FROM record", count); });
 }
 
 int RecordFile::CountValues(const Key& key, std::int64_t& count) {
   if (!key.AllowsDuplicates()) return CountRecords(count);
-  return connection_.QueryInteger(CountValuesSql(key).c_str(), count);
+  return ReadWhatIs([&] { return connection_.QueryInteger(CountValuesSql(key).c_str(), count); });
 }
 
 }  // namespace recordmanager

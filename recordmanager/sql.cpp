@@ -108,6 +108,8 @@ int Connection::Open(const std::string& path, Way way) {
   if (way == Way::kNew) flags |= SQLITE_OPEN_CREATE;
   const std::string name = way == Way::kUnchanging ? UriOf(path, "?immutable=1") : path;
   sqlite3_close_v2(std::exchange(handle_, nullptr));
+  unchanging_ = way == Way::kUnchanging;
+  logged_ = false;
   logIndex_ = nullptr;
   useMark_.End();
   const int result = sqlite3_open_v2(name.c_str(), &handle_, flags, PatientFiles());
@@ -127,7 +129,9 @@ bool Connection::MarkUse() {
   return result != SQLITE_OK || hasMoved == 0;
 }
 
-bool Connection::IsReadOnly() const { return sqlite3_db_readonly(handle_, "main") != 0; }
+bool Connection::IsReadOnly() const {
+  return handle_ == nullptr || sqlite3_db_readonly(handle_, "main") != 0;
+}
 
 bool Connection::IsLogReadOnly() {
   sqlite3_busy_handler(handle_, nullptr, nullptr);
@@ -197,7 +201,9 @@ int Connection::QueryText(const char* sql, std::string& text) {
   return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
 }
 
-void Connection::ForgetPages() { sqlite3_db_release_memory(handle_); }
+void Connection::ForgetPages() {
+  if (handle_ != nullptr) sqlite3_db_release_memory(handle_);
+}
 
 void Connection::Checkpoint() {
   sqlite3_busy_handler(handle_, nullptr, nullptr);

@@ -22,6 +22,9 @@ int StatusOf(int sqliteCode);
 // What the memory that the users of a WAL file share says of it: another value after each change.
 using LogState = std::array<std::uint32_t, 12>;
 
+// Tells a state of a file from any other (leftovers.h).
+using StateNumber = std::array<std::uint8_t, 8>;
+
 // A prepared statement. Bound bytes must stay where they are until the run ends.
 class Statement {
  public:
@@ -67,7 +70,7 @@ class StatementUse {
 
 class Connection {
  public:
-  // kUnchanging: as nobody writes the file while it is open, without locks and a log.
+  // kUnchanging: without locks and a log, as if nobody wrote the file while it is open.
   enum class Way { kExisting, kNew, kUnchanging };
 
   Connection() = default;
@@ -80,6 +83,11 @@ class Connection {
   // nobody replaces it any more. What was open before is closed.
   int Open(const std::string& path, Way way);
   bool IsReadOnly() const;
+
+  // Of a file that is open as an unchanging one: its state when it was opened.
+  bool IsUnchanging() const { return unchanging_; }
+  const StateNumber& StateOpened() const { return stateOpened_; }
+  void SetStateOpened(const StateNumber& state) { stateOpened_ = state; }
   sqlite3* Handle() const { return handle_; }
   bool IsInTransaction() const;
 
@@ -129,6 +137,8 @@ class Connection {
 
   UseMark useMark_;  // outlives what it marks
   sqlite3* handle_ = nullptr;
+  bool unchanging_ = false;
+  StateNumber stateOpened_{};
   bool logged_ = false;
   volatile const std::uint32_t* logIndex_ = nullptr;
   Patience patience_;

@@ -1,8 +1,13 @@
 #include "recordmanager/state_page.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace recordmanager {
+
+bool StartsWith(View bytes, std::string_view mark) {
+  return std::memcmp(bytes.data(), mark.data(), mark.size()) == 0;
+}
 
 std::uint32_t NumberAt(View bytes, std::size_t offset) {
   std::uint32_t number = 0;
@@ -30,6 +35,27 @@ bool States::AreOn(View page) {
   const std::size_t end = head < page.size() ? head + page[head] : 0;
   return end > head + 2 && end <= page.size() && page[end - 1] == kEightBytes &&
          page[end - 2] == kEightBytes;
+}
+
+int Base::Read(const RawFile& file) {
+  constexpr std::string_view kDatabaseMark = "SQLite format 3";
+  constexpr std::size_t kDatabaseHeadSize = 100;
+  constexpr std::size_t kPageSizePlace = 14;  // in the low half of the number there; 1 for 65536
+  *this = {};
+  Bytes page(kDatabaseHeadSize);
+  int status = file.Read(0, page);
+  if (status != btrieve::kSuccess || !StartsWith(page, kDatabaseMark)) return ErrorOf(status);
+  const std::size_t size = NumberAt(page, kPageSizePlace) & 0xFFFFU;
+  page.resize(size == 1 ? kLargestPage : std::max<std::size_t>(size, kSmallestPage));
+  status = file.Read(0, page);
+  firstPage = page;
+  if (status == btrieve::kSuccess) {
+    status = file.Read(static_cast<std::int64_t>((kStatePage - 1) * page.size()), page);
+  }
+  // The first page may tell another format, if the change to it was interrupted.
+  hasStates = States::AreOn(page);
+  states = States::On(page);
+  return ErrorOf(status);
 }
 
 }  // namespace recordmanager

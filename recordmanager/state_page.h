@@ -1,17 +1,25 @@
-// The page of a database that tells which state of the file it is (leftovers.h), as it lies there.
+// Which state of a file a database is (leftovers.h), as its pages tell it where they lie.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
+#include <vector>
 
 #include "recordmanager/leftovers.h"
+#include "recordmanager/raw_file.h"
 
 namespace recordmanager {
 
 using View = std::span<const std::uint8_t>;
+using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::uint32_t kStatePage = 2;
+constexpr std::uint32_t kSmallestPage = 512;
+constexpr std::uint32_t kLargestPage = 65536;
+
+bool StartsWith(View bytes, std::string_view mark);
 
 // Numbers in SQLite's files are big-endian.
 std::uint32_t NumberAt(View bytes, std::size_t offset);
@@ -24,6 +32,20 @@ struct States {
 
   // Not on that of the first format.
   static bool AreOn(View page);
+};
+
+// The file without what lies beside it.
+struct Base {
+  Bytes firstPage;  // empty when it is no database
+  bool hasStates = false;
+  States states;
+
+  int Read(const RawFile& file);
+
+  // Or the page of the states was torn by a loss of power: then its states are true all the same,
+  // as they lie together at its end, but the row that they belong to cannot be told.
+  bool IsOfFirstFormat() const { return !firstPage.empty() && !hasStates; }
+  bool IsUnwritten() const { return hasStates && states.state == states.before; }
 };
 
 }  // namespace recordmanager

@@ -109,7 +109,8 @@ TEST_F(Files, AreReplacedOnlyWhenAskedToAndWhenNobodyHasThemOpen) {
 TEST_F(Files, MayHaveLongNames) {
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(folder);
-  const std::string name(240, 'x');
+  const std::string name(247, 'x');
+  EXPECT_EQ(Create(name + 'x'), kInvalidFileName) << "as its journal would have none";
   for (const char* outcome : {"!9 1 ok", "!9 1 ok"}) {
     EXPECT_EQ(Create(name), kSuccess);
     EXPECT_EQ(Opened(name).Do("first, insert, close"), outcome);

@@ -19,13 +19,7 @@ namespace {
 
 using namespace btrieve;
 
-class PosixFiles : public PartyFile {
- protected:
-  // Whom the rights on files concern.
-  static void BecomeOrdinaryUser() { EXPECT_TRUE(geteuid() != 0 || seteuid(65534) == 0); }
-  static void BecomeOneselfAgain() { EXPECT_EQ(seteuid(getuid()), 0); }
-  void TearDown() override { BecomeOneselfAgain(); }
-};
+class PosixFiles : public PartyFile {};
 
 TEST_F(PosixFiles, ThatHaveGoneOrWereReplacedAreNoticed) {
   EXPECT_EQ(client.Do("insert, close"), "1 ok");
@@ -62,57 +56,6 @@ TEST_F(PosixFiles, OfTheSameNameInTwoFoldersAreKeptApart) {
   EXPECT_EQ(Opened("PARTIES.KRV").Do("first"), "!9");
   std::filesystem::current_path(before);
   EXPECT_EQ(client.Do("first, next"), "1 !9");
-}
-
-TEST_F(PosixFiles, ThatMayNotBeWrittenAreRefused) {
-  using std::filesystem::perms;
-  EXPECT_EQ(client.Do("insert, close"), "1 ok");
-  const std::filesystem::path closed = folder / "closed";
-  const std::string file = InFolder("FILE.KRV");
-  std::filesystem::create_directory(closed);
-  std::filesystem::copy_file(path, file);
-  std::filesystem::copy_file(path, closed / "FILE.KRV");
-  std::filesystem::permissions(folder, perms::all);
-  std::filesystem::permissions(file, perms{0444});
-  std::filesystem::permissions(closed / "FILE.KRV", perms::all);
-  std::filesystem::permissions(closed, perms{0555});
-  BecomeOrdinaryUser();
-  EXPECT_EQ(Client().Open(file), kPermissionError);
-  EXPECT_EQ(Client().Open(closed / "FILE.KRV"), kPermissionError);
-  EXPECT_EQ(Opened(closed / "FILE.KRV", kOpenReadOnly).Do("first, next, insert, close"),
-            "1 !9 !46 ok");
-  EXPECT_EQ(Create(file), kPermissionError);
-  EXPECT_EQ(Create(closed / "NEW.KRV"), kPermissionError);
-  EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
-  BecomeOneselfAgain();
-  std::filesystem::permissions(closed, perms::all);  // or nobody could remove it
-  // With a log that cannot be played in there, the file is not read without it.
-  WriteAll(closed / "FILE.KRV-wal", std::string(5000, 'x'));
-  std::filesystem::permissions(closed, perms{0555});
-  BecomeOrdinaryUser();
-  EXPECT_EQ(Client().Open(closed / "FILE.KRV", kOpenReadOnly), kPermissionError);
-  BecomeOneselfAgain();
-  std::filesystem::permissions(closed, perms::all);
-}
-
-TEST_F(PosixFiles, ThatMayNotBeWrittenAreReadBesideWhoMay) {
-  using std::filesystem::perms;
-  EXPECT_EQ(client.Do("insert, close"), "1 ok");
-  const std::string file = InFolder("FILE.KRV");
-  const std::string flag = InFolder("flag");
-  std::filesystem::copy_file(path, file);
-  std::filesystem::permissions(file, perms{0644});
-  std::filesystem::permissions(folder, perms{0755});
-  Worker writer({file, "wait " + flag + ", insert, wait " + flag});
-  WaitUntilHeld(flag);
-  BecomeOrdinaryUser();
-  Client& reader = Opened(file, kOpenReadOnly);
-  EXPECT_EQ(reader.Do("first, next"), "1 !9");
-  BecomeOneselfAgain();
-  std::filesystem::remove(flag);
-  WaitUntilHeld(flag);
-  EXPECT_EQ(reader.Do("first, next*"), "1 2 !9");
-  EXPECT_EQ(writer.Kill(), Worker::kKilled);
 }
 
 TEST_F(PosixFiles, AreNotOpenedWithoutFreeHandles) {

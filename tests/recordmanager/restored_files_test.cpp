@@ -1,4 +1,5 @@
-// A file that was put back beside what a killed program has left: its log or its journal.
+// A file that was put back beside what a killed program has left, its log or its journal, or that
+// was torn there by a loss of power.
 #include "party_file.h"
 #include "worker.h"
 
@@ -56,6 +57,11 @@ class Restored : public PartyFile {
     return Leftover(name, script, "-wal");
   }
 
+  // A journal as it is just before the file is written.
+  static std::string Synchronised(const std::string& begun) {
+    return "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7\xFF\xFF\xFF\xFF" + begun.substr(12);
+  }
+
   std::string WithRollbackJournal(std::string bytes) const {
     bytes.at(18) = bytes.at(19) = 1;
     WriteAll(path, bytes);
@@ -103,8 +109,7 @@ TEST_F(Restored, BesideAJournalAreWholeOrRefused) {
   const std::string base = After(fresh, "insert, insert");
   WriteAll(path, base);
   const std::string begun = Leftover(path, "begin, insert, insert", "-journal");
-  // As it is once it is synchronised, just before the file is written.
-  const std::string journal = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7\xFF\xFF\xFF\xFF" + begun.substr(12);
+  const std::string journal = Synchronised(begun);
 
   EXPECT_EQ(Read(base, "-journal", journal), kTwo);
   EXPECT_EQ(Read(base, "-journal", begun), kTwo);
@@ -112,6 +117,26 @@ TEST_F(Restored, BesideAJournalAreWholeOrRefused) {
   EXPECT_EQ(Read(fresh, "-journal", journal), kRefused);
   EXPECT_EQ(Read(After(base, "insert"), "-journal", journal), kRefused);
   EXPECT_EQ(Read("", "-journal", journal), kRefused);
+}
+
+// The power went while the page of the states was written: of its sectors only the first is new,
+// which tells where its row begins; the row has grown, as its count of changes needs a byte more.
+TEST_F(Restored, WithATornPageOfTheStatesGoOnFromTheirOwnLeftoversOnly) {
+  constexpr std::size_t kPage = 4096;
+  constexpr std::size_t kSector = 512;
+  const auto tear = [](std::string old, const std::string& written) {
+    return old.replace(kPage, kSector, written, kPage, kSector);
+  };
+  const std::string before = After(ReadAll(path), "insert");
+  const std::string after = After(before, "insert");
+  const std::string torn = tear(before, after);
+  ASSERT_NE(torn, before);
+  EXPECT_EQ(Read(torn, "-wal", LeftoverOf(before, "insert")), kTwo);
+  EXPECT_EQ(Read(torn, "-wal", LeftoverOf(after, "insert")), kRefused);
+
+  const std::string base = WithRollbackJournal(before);
+  const std::string journal = Synchronised(Leftover(path, "begin, insert", "-journal"));
+  EXPECT_EQ(Read(tear(base, After(base, "insert")), "-journal", journal), kOne);
 }
 
 TEST_F(Restored, OfTheFirstFormatGoOnWithTheChangeToTheSecondOnly) {

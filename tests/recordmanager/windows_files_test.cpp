@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "party_file.h"
+#include "worker.h"
 
 namespace recordmanager_tests {
 namespace {
@@ -142,6 +143,24 @@ TEST_F(WindowsFiles, AreTheSameByTheirShortNames) {
   EXPECT_EQ(Opened(name).Do("insert, first"), "1 1");
   EXPECT_EQ(Opened(shortName.data()).Do("first, insert"), "1 2");
   EXPECT_EQ(Opened(name).Do("last"), "2");
+}
+
+// Each name (hard link) would have a log of its own.
+TEST_F(WindowsFiles, AreInUseByOneNameAtATime) {
+  const std::string file = InFolder("FILE.KRV");
+  const std::string other = InFolder("OTHER.KRV");
+  const std::string flag = InFolder("flag");
+  ASSERT_EQ(Create(file), kSuccess);
+  ASSERT_TRUE(CreateHardLinkA(other.c_str(), file.c_str(), nullptr));
+  Worker writer({file, "insert, wait " + flag + ", insert"});
+  WaitUntilHeld(flag);
+  EXPECT_EQ(Client().Open(other), kFileInUse);
+  EXPECT_EQ(Client().Open(other, kOpenReadOnly), kFileInUse);
+  EXPECT_EQ(Worker({file, "last"}).Wait(), 0);
+  std::filesystem::remove(flag);
+  EXPECT_EQ(writer.Wait(), 0);
+  EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 !9");
+  EXPECT_EQ(Client().Open(file), kFileInUse) << "in the same process, too";
 }
 
 }  // namespace

@@ -1,0 +1,83 @@
+// Files with several names: hard links, each of which would have a log of its own beside it.
+#include <sys/xattr.h>
+
+#include <cerrno>
+
+#include "party_file.h"
+#include "worker.h"
+
+namespace recordmanager_tests {
+namespace {
+
+using namespace btrieve;
+
+class LinkedFiles : public PartyFile {
+ protected:
+  LinkedFiles() {
+    EXPECT_EQ(Create(file), kSuccess);
+    EXPECT_EQ(InAnotherProcess(file, "insert"), 0);
+    std::filesystem::create_directory(folder / "snapshot");
+    std::filesystem::create_hard_link(file, other);
+  }
+
+  // This process would know by itself that both names lead to what it has open.
+  static int InAnotherProcess(const std::string& name, const std::string& script) {
+    return Worker({name, script}).Wait();
+  }
+
+  const std::string file = InFolder("FILE.KRV");
+  const std::string other = InFolder("snapshot/FILE.KRV");
+  const std::string flag = InFolder("flag");
+};
+
+TEST_F(LinkedFiles, AreInUseByOneNameAtATime) {
+  Worker writer({file, "insert, wait " + flag + ", insert"});
+  WaitUntilHeld(flag);
+  EXPECT_EQ(Client().Open(other), kFileInUse);
+  EXPECT_EQ(Client().Open(other, kOpenReadOnly), kFileInUse);
+  EXPECT_EQ(InAnotherProcess(file, "last"), 0);
+  const std::filesystem::path moved = folder.string() + "-moved";
+  std::filesystem::rename(folder, moved);
+  EXPECT_EQ(InAnotherProcess(moved / "FILE.KRV", "last"), 0) << "the same name";
+  std::filesystem::rename(moved, folder);
+  std::filesystem::remove(flag);
+  EXPECT_EQ(writer.Wait(), 0);
+  EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 3 !9");
+}
+
+TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogOrJournalOfTheNameThatWasUsedLast) {
+  if (setxattr(file.c_str(), "user.note", "", 0, 0) != 0 && errno == ENOTSUP) {
+    GTEST_SKIP() << "names cannot be noted on this file system";
+  }
+  constexpr char kJournalled = 1;  // the file format's numbers for its two modes
+  constexpr char kLogged = 2;
+  for (const char mode : {kLogged, kJournalled}) {
+    std::string bytes = ReadAll(file);
+    bytes.at(18) = bytes.at(19) = mode;
+    WriteAll(file, bytes);
+    Worker writer({file, "insert, begin, insert, wait " + flag});
+    WaitUntilHeld(flag);
+    EXPECT_EQ(writer.Kill(), Worker::kKilled);
+    std::filesystem::remove(flag);
+    if (mode == kJournalled) {  // as it is once it is synchronised, just before the file is written
+      const std::string head = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7\xFF\xFF\xFF\xFF";
+      WriteAll(file + "-journal", head + ReadAll(file + "-journal").substr(head.size()));
+    }
+    EXPECT_EQ(Client().Open(other), kFileInUse);
+    EXPECT_EQ(InAnotherProcess(file, "last"), 0);
+    EXPECT_EQ(InAnotherProcess(other, "last"), 0);
+  }
+  EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 3 !9");
+}
+
+TEST_F(LinkedFiles, AreUsedByTheNameThatIsLeft) {
+  std::filesystem::remove(file);
+  EXPECT_EQ(InAnotherProcess(other, "last, insert"), 0);
+  std::filesystem::copy_file(other, file);
+  EXPECT_EQ(InAnotherProcess(file, "last, insert"), 0) << "a file of its own";
+  EXPECT_EQ(Opened(file).Do("first, next*"), "1 2 3 !9");
+  EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 !9");
+}
+
+}  // namespace
+}  // namespace recordmanager_tests
