@@ -39,7 +39,7 @@ bool RecordBlock::EndsKey(Direction direction) const {
 }
 
 std::size_t RecordBlock::Bytes() const {
-  return sizeof(RecordBlock) + rows_.size() * sizeof(Row) + bytes_.size();
+  return sizeof(RecordBlock) + rows_.capacity() * sizeof(Row) + bytes_.capacity();
 }
 
 std::size_t RecordBlock::Find(const Cut& cut, Direction direction) const {

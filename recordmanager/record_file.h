@@ -26,6 +26,7 @@ struct Search {
   Bound bound = Bound::kFrom;
   Entry first;
   Entry last;
+  bool isStep = false;  // from the record that was read last
 };
 
 // A record, and the state in which somebody read or wrote it.
@@ -93,7 +94,8 @@ class RecordFile {
   int PrepareRead(const Key& key, Direction direction, Statement*& read);
   int Find(const Key& key, const Search& search, KeyedRecord& record);
   bool Look();
-  int ReadFrom(const Key& key, const Search& search, const Cut& cut, KeyedRecord& record);
+  int ReadFrom(const Key& key, const Search& search, const Cut& cut, Purpose purpose,
+               KeyedRecord& record);
   int ReadBlock(const Key& key, const Search& search, const Cut& cut, std::size_t most,
                 RecordBlock& block);
   bool TakeRow(Statement& row, KeyedRecord& record) const;

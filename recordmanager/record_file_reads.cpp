@@ -13,6 +13,12 @@ Direction DirectionOf(Bound bound) {
   return bound == Bound::kUpTo || bound == Bound::kBefore ? Direction::kDown : Direction::kUp;
 }
 
+Purpose PurposeOf(const Key& key, const Search& search) {
+  if (search.isStep) return Purpose::kStep;
+  const bool isOnlyOne = search.bound == Bound::kWithin && !key.AllowsDuplicates();
+  return isOnlyOne ? Purpose::kLookUp : Purpose::kSearch;
+}
+
 }  // namespace
 
 int RecordFile::PrepareRead(const Key& key, Direction direction, Statement*& read) {
@@ -38,16 +44,17 @@ int RecordFile::Find(const Key& key, const Search& search, KeyedRecord& record) 
   using Answer = ReadAhead::Answer;
   const Direction direction = DirectionOf(search.bound);
   const Cut start{search.first, search.bound == Bound::kAfter || search.bound == Bound::kUpTo};
+  const Purpose purpose = PurposeOf(key, search);
   Cut cut = start;
   Look();
-  const Answer answer = readAhead_.Find(IndexOf(key), cut, direction, record);
+  const Answer answer = readAhead_.Find(IndexOf(key), cut, direction, purpose, record);
   if (answer != Answer::kUnknown) {
     return answer == Answer::kFound ? btrieve::kSuccess : btrieve::kEndOfFile;
   }
-  const int status = ReadFrom(key, search, cut, record);
+  const int status = ReadFrom(key, search, cut, purpose, record);
   // If somebody has written meanwhile, what was known up to the cut is of another state than what
   // has been read behind it, and a record that has moved would be in neither.
-  return cut == start || Look() ? status : ReadFrom(key, search, start, record);
+  return cut == start || Look() ? status : ReadFrom(key, search, start, purpose, record);
 }
 
 // False when what was known is void.
@@ -56,12 +63,11 @@ bool RecordFile::Look() {
   return readAhead_.LookAt(connection_.IsInTransaction() ? LogState{} : connection_.ReadLogState());
 }
 
-// The first record from the cut on, read together with those behind it.
-int RecordFile::ReadFrom(const Key& key, const Search& search, const Cut& cut,
+// The first record from the cut on; for a walk, read together with those behind it.
+int RecordFile::ReadFrom(const Key& key, const Search& search, const Cut& cut, Purpose purpose,
                          KeyedRecord& record) {
   const Direction direction = DirectionOf(search.bound);
-  const bool lookUp = search.bound == Bound::kWithin && !key.AllowsDuplicates();
-  RecordBlock& block = readAhead_.Begin(IndexOf(key), cut, direction, lookUp);
+  RecordBlock& block = readAhead_.Begin(IndexOf(key), cut, direction, purpose);
   const std::size_t most = readAhead_.CountToRead(layout_.RecordLength());
   const int status = ReadBlock(key, search, cut, most, block);
   if (status != btrieve::kSuccess) return status;
