@@ -51,10 +51,12 @@ int RecordFile::Find(const Key& key, const Search& search, KeyedRecord& record) 
   if (answer != Answer::kUnknown) {
     return answer == Answer::kFound ? btrieve::kSuccess : btrieve::kEndOfFile;
   }
-  const int status = ReadFrom(key, search, cut, purpose, record);
+  int status = ReadFrom(key, search, cut, purpose, record);
   // If somebody has written meanwhile, what was known up to the cut is of another state than what
   // has been read behind it, and a record that has moved would be in neither.
-  return cut == start || Look() ? status : ReadFrom(key, search, start, purpose, record);
+  if (cut != start && !Look()) status = ReadFrom(key, search, start, purpose, record);
+  memory_.Note(*this);
+  return status;
 }
 
 // False when what was known is void.
@@ -115,13 +117,19 @@ bool RecordFile::TakeRow(Statement& row, KeyedRecord& record) const {
   return record.data.size() == layout_.RecordLength();
 }
 
+int RecordFile::Count(const char* sql, std::int64_t& count) {
+  const int status = connection_.QueryInteger(sql, count);
+  memory_.Note(*this);
+  return status;
+}
+
 int RecordFile::CountRecords(std::int64_t& count) {
-  return connection_.QueryInteger("SELECT count(*) FROM record", count);
+  return Count("SELECT count(*) FROM record", count);
 }
 
 int RecordFile::CountValues(const Key& key, std::int64_t& count) {
   if (!key.AllowsDuplicates()) return CountRecords(count);
-  return connection_.QueryInteger(CountValuesSql(key).c_str(), count);
+  return Count(CountValuesSql(key).c_str(), count);
 }
 
 }  // namespace recordmanager
