@@ -154,11 +154,12 @@ void ReadAhead::Keep() {
   if (reading_.place != nullptr) {
     lookedUp_.Keep(*reading_.place, reading_.key);
   } else if (state_ != LogState{} && block.Low() < block.High()) {
-    if (bytes_ + block.Bytes() > kMostBytes || count_ == kMostBlocks) Clear();
+    if (bytes_ > kMostBytes || count_ == kMostBlocks) Clear();
     KeyBlocks& kept = keys_[reading_.key];
     kept.block = nullptr;
-    kept.blocks.emplace_hint(DropOverlapping(kept.blocks, block), block.Low(), block);
-    bytes_ += block.Bytes();
+    const auto next = DropOverlapping(kept.blocks, block);
+    // Counted as the copy that is kept, which takes less than what was read into.
+    bytes_ += kept.blocks.emplace_hint(next, block.Low(), block)->second.Bytes();
     ++count_;
   }
 }
