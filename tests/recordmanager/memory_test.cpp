@@ -7,6 +7,7 @@
 #include "party_file.h"
 
 // There only under the sanitizers, which have an allocator of their own.
+// NOLINTNEXTLINE(readability-identifier-naming): the name is theirs.
 extern "C" [[gnu::weak]] std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace recordmanager_tests {
