@@ -57,7 +57,7 @@ int OpenFiles::Provide(const std::string& path, bool readOnly, Database*& databa
 int OpenFiles::OpenAnew(const std::string& path, const std::string& identity, bool readOnly,
                         Database*& database) {
   auto opened = std::make_unique<Database>();
-  const int status = RecordFile::Open(path, readOnly, opened->file);
+  const int status = RecordFile::Open(path, readOnly, memory_, opened->file);
   if (InspectFile(path).identity != identity) {
     return btrieve::kFileInUse;  // replaced in this very moment
   }
@@ -127,7 +127,7 @@ void OpenFiles::ForgetRecords() {
 void OpenFiles::BecomeChild() {
   for (const auto& database : databases_) {
     database->isParents = true;
-    database->file->EndMark();
+    database->file->BecomeParents();
   }
   hasParents_ = true;
 }

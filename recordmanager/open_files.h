@@ -9,6 +9,7 @@
 
 #include "recordmanager/call.h"
 #include "recordmanager/cursor.h"
+#include "recordmanager/memory_limit.h"
 #include "recordmanager/record_file.h"
 
 namespace recordmanager {
@@ -76,6 +77,7 @@ class OpenFiles {
   void SettleUnused();
   Slot& FreeSlot(std::uint32_t& number);
 
+  MemoryLimit memory_;  // outlives the files
   std::vector<std::unique_ptr<Database>> databases_;
   std::vector<Slot> slots_;
   bool hasParents_ = false;

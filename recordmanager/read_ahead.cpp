@@ -4,12 +4,13 @@
 #include <functional>
 #include <iterator>
 #include <string_view>
+#include <utility>
 
 namespace recordmanager {
 namespace {
 
-// How many records a block has: few for who may want no more than one, four times as many for who
-// comes from another block's end.
+// How many records a block has: few at first, four times as many for who comes from another block's
+// end.
 constexpr std::size_t kFirstCount = 8;
 constexpr std::size_t kGrowth = 4;
 constexpr std::size_t kLargestBlock = std::size_t{64} * 1024;  // bytes of data
@@ -27,17 +28,26 @@ std::size_t LookedUp::IndexOf(std::size_t key, const Cut& cut) {
   return (std::hash<std::string_view>()({bytes, cut.entry.size}) + key) % kMostLookedUp;
 }
 
-const RecordBlock* LookedUp::Find(std::size_t key, const Cut& cut) const {
+const RecordBlock* LookedUp::Find(std::size_t key, const Cut& cut, Direction direction) const {
   if (places_.empty()) return nullptr;
   const Place& place = places_[IndexOf(key, cut)];
-  return place.key == key && place.block.Low() == cut ? &place.block : nullptr;
+  return place.key == key && place.block.BeginsAt(cut, direction) ? &place.block : nullptr;
 }
 
 LookedUp::Place& LookedUp::PlaceFor(std::size_t key, const Cut& cut) {
-  places_.resize(kMostLookedUp);
+  if (places_.empty()) {
+    places_.resize(kMostLookedUp);
+    bytes_ = places_.size() * sizeof(Place);
+  }
   Place& place = places_[IndexOf(key, cut)];
   place.key = SIZE_MAX;
   return place;
+}
+
+void LookedUp::Keep(Place& place, std::size_t key) {
+  place.key = key;
+  const std::size_t before = std::exchange(place.bytes, place.block.Bytes());
+  bytes_ += place.bytes - before;
 }
 
 void LookedUp::Clear() {
@@ -53,7 +63,10 @@ bool ReadAhead::LookAt(const LogState& state) {
 
 void ReadAhead::Clear() {
   lookedUp_.Clear();
-  for (KeyBlocks& kept : keys_) kept = {};
+  for (KeyBlocks& kept : keys_) {
+    kept.blocks.clear();
+    kept.block = nullptr;
+  }
   bytes_ = 0;
   count_ = 0;
 }
@@ -86,18 +99,18 @@ bool ReadAhead::StepOn(KeyBlocks& kept, const Cut& cut, Direction direction) {
   return next != RecordBlock::kNone;
 }
 
-ReadAhead::Answer ReadAhead::Find(std::size_t key, Cut& cut, Direction direction,
+ReadAhead::Answer ReadAhead::Find(std::size_t key, Cut& cut, Direction direction, Purpose purpose,
                                   KeyedRecord& record) {
   KeyBlocks& kept = keys_[key];
+  if (purpose != Purpose::kStep) kept.walks = kept.stepped;
+  kept.stepped = purpose == Purpose::kStep;
   bool found = StepOn(kept, cut, direction);
-  if (!found && direction == Direction::kUp) {
-    if (const RecordBlock* block = lookedUp_.Find(key, cut); block != nullptr) {
-      if (block->Count() == 0) return Answer::kNoMore;
-      record = block->At(0);
+  while (!found) {
+    if (const RecordBlock* one = lookedUp_.Find(key, cut, direction); one != nullptr) {
+      if (one->Count() == 0) return Answer::kNoMore;
+      record = one->At(0);
       return Answer::kFound;
     }
-  }
-  while (!found) {
     const RecordBlock* block = BlockBeyond(kept.blocks, cut, direction);
     if (block == nullptr) return Answer::kUnknown;
     const std::size_t index = block->Find(cut, direction);
@@ -115,11 +128,13 @@ ReadAhead::Answer ReadAhead::Find(std::size_t key, Cut& cut, Direction direction
   return Answer::kFound;
 }
 
-RecordBlock& ReadAhead::Begin(std::size_t key, const Cut& cut, Direction direction, bool lookUp) {
+RecordBlock& ReadAhead::Begin(std::size_t key, const Cut& cut, Direction direction,
+                              Purpose purpose) {
   const bool keeps = state_ != LogState{};
+  const bool walks = purpose == Purpose::kStep || (purpose == Purpose::kSearch && keys_[key].walks);
   reading_.key = key;
-  reading_.place = keeps && lookUp ? &lookedUp_.PlaceFor(key, cut) : nullptr;
-  reading_.count = keeps && !lookUp ? kFirstCount : 1;
+  reading_.place = keeps && !walks ? &lookedUp_.PlaceFor(key, cut) : nullptr;
+  reading_.count = keeps && walks ? kFirstCount : 1;
   const Direction back = direction == Direction::kUp ? Direction::kDown : Direction::kUp;
   if (reading_.count != 1) {
     const RecordBlock* const before = BlockBeyond(keys_[key].blocks, cut, back);
@@ -137,13 +152,14 @@ std::size_t ReadAhead::CountToRead(std::size_t recordLength) const {
 void ReadAhead::Keep() {
   const RecordBlock& block = reading_.block;
   if (reading_.place != nullptr) {
-    reading_.place->key = reading_.key;
+    lookedUp_.Keep(*reading_.place, reading_.key);
   } else if (state_ != LogState{} && block.Low() < block.High()) {
-    if (bytes_ + block.Bytes() > kMostBytes || count_ == kMostBlocks) Clear();
+    if (bytes_ > kMostBytes || count_ == kMostBlocks) Clear();
     KeyBlocks& kept = keys_[reading_.key];
     kept.block = nullptr;
-    kept.blocks.emplace_hint(DropOverlapping(kept.blocks, block), block.Low(), block);
-    bytes_ += block.Bytes();
+    const auto next = DropOverlapping(kept.blocks, block);
+    // Counted as the copy that is kept, which takes less than what was read into.
+    bytes_ += kept.blocks.emplace_hint(next, block.Low(), block)->second.Bytes();
     ++count_;
   }
 }

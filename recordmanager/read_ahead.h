@@ -1,9 +1,10 @@
 // Records along the keys of a file, read ahead of whoever walks there, and given out from memory as
 // long as nobody has written.
 //
-// A search costs two locks and a way down the key's tree, but its neighbours come nearly for free:
-// so a search reads a block of them in the same short read, the larger the longer a walk has gone
-// on. No read stays open for that between two calls, so it is in nobody's way. And no stale record
+// A search costs two locks and a way down the key's tree, but its neighbours come cheaply: so a
+// walk reads a block of them in the same short read, the larger the longer it has gone on. Who only
+// looks a record up reads no other; which of both a search will be is told by what came of the last
+// one. No read stays open for that between two calls, so it is in nobody's way. And no stale record
 // is given out: before each use the reader says in which state the log is, which is another one
 // after every change by anybody, and then the blocks are void.
 #pragma once
@@ -25,17 +26,25 @@ class LookedUp {
   struct Place {
     std::size_t key = SIZE_MAX;  // none
     RecordBlock block;
+    std::size_t bytes = 0;  // that are counted
   };
 
-  const RecordBlock* Find(std::size_t key, const Cut& cut) const;
+  const RecordBlock* Find(std::size_t key, const Cut& cut, Direction direction) const;
   Place& PlaceFor(std::size_t key, const Cut& cut);
+  void Keep(Place& place, std::size_t key);
   void Clear();
+  std::size_t Bytes() const { return bytes_; }
 
  private:
   static std::size_t IndexOf(std::size_t key, const Cut& cut);
 
   std::vector<Place> places_;
+  std::size_t bytes_ = 0;
 };
+
+// What a read is for: a record that is the only one of its value, any other search, or a step from
+// where the reader stands.
+enum class Purpose : std::uint8_t { kLookUp, kSearch, kStep };
 
 class ReadAhead {
  public:
@@ -49,11 +58,11 @@ class ReadAhead {
   // What is known of the first record from `cut` on, in that direction, of the key with that index.
   // Unless it is found, `cut` moves on as far as there is known to be none.
   enum class Answer : std::uint8_t { kUnknown, kFound, kNoMore };
-  Answer Find(std::size_t key, Cut& cut, Direction direction, KeyedRecord& record);
+  Answer Find(std::size_t key, Cut& cut, Direction direction, Purpose purpose, KeyedRecord& record);
 
-  // A block for what is read from the cut on, after the last look, and how many records it should
-  // have: one if only one is looked up, else more and more in a row of blocks.
-  RecordBlock& Begin(std::size_t key, const Cut& cut, Direction direction, bool lookUp);
+  // A block for what is read from the cut on if it is not known, and how many records it should
+  // have: one unless a walk is to be expected, then more and more in a row of blocks.
+  RecordBlock& Begin(std::size_t key, const Cut& cut, Direction direction, Purpose purpose);
   std::size_t CountToRead(std::size_t recordLength) const;
 
   // Keeps that block, as long as nobody writes.
@@ -62,6 +71,9 @@ class ReadAhead {
   // Gives back all memory.
   void Forget();
 
+  // How much memory that would be.
+  std::size_t Bytes() const { return bytes_ + lookedUp_.Bytes() + reading_.block.Bytes(); }
+
  private:
   using Blocks = std::map<Cut, RecordBlock>;  // by their low ends; none overlaps another
   struct KeyBlocks {
@@ -69,6 +81,8 @@ class ReadAhead {
     // Where the last record was found: the next one on a walk is its neighbour.
     const RecordBlock* block = nullptr;
     std::size_t index = 0;
+    bool stepped = false;  // since the last search
+    bool walks = false;    // before it
   };
 
   void Clear();
@@ -88,8 +102,8 @@ class ReadAhead {
   Reading reading_;
   LookedUp lookedUp_;
   std::vector<KeyBlocks> keys_;
-  std::size_t bytes_ = 0;
-  std::size_t count_ = 0;  // of blocks
+  std::size_t bytes_ = 0;  // of the keys' blocks
+  std::size_t count_ = 0;
 };
 
 }  // namespace recordmanager

@@ -46,7 +46,7 @@ int PlanSearch(const Call& call, const Key& key, const Cursor& cursor, Search& s
         return cursor.keyNumber == Cursor::kNoKey ? btrieve::kInvalidPositioning
                                                   : btrieve::kDifferentKeyNumber;
       }
-      search = {rule.bound, cursor.entry, {}};
+      search = {rule.bound, cursor.entry, {}, true};
       break;
     case Start::kEnd:
       search = {rule.bound, GoesDown(rule.bound) ? Entry::AfterAll() : Entry::BeforeAll(), {}};

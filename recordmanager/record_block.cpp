@@ -19,6 +19,7 @@ bool RecordBlock::Add(const KeyedRecord& record) {
   const auto entry = std::span(record.entry.bytes).first(record.entry.size);
   rows_.push_back({record.id, record.version, static_cast<std::uint32_t>(bytes_.size()),
                    static_cast<std::uint16_t>(record.data.size()), record.entry.size});
+  if (rows_.size() == 1) bytes_.reserve(entry.size() + record.data.size());
   bytes_.insert(bytes_.end(), entry.begin(), entry.end());
   bytes_.insert(bytes_.end(), record.data.begin(), record.data.end());
   return true;
@@ -39,7 +40,7 @@ bool RecordBlock::EndsKey(Direction direction) const {
 }
 
 std::size_t RecordBlock::Bytes() const {
-  return sizeof(RecordBlock) + rows_.size() * sizeof(Row) + bytes_.size();
+  return sizeof(RecordBlock) + rows_.capacity() * sizeof(Row) + bytes_.capacity();
 }
 
 std::size_t RecordBlock::Find(const Cut& cut, Direction direction) const {

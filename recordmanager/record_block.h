@@ -53,8 +53,13 @@ class RecordBlock {
   // Where the block ends in that direction, and whether the key does.
   const Cut& End(Direction direction) const { return direction == Direction::kUp ? high_ : low_; }
   bool EndsKey(Direction direction) const;
+  // Whether it was begun there in that direction.
+  bool BeginsAt(const Cut& cut, Direction direction) const {
+    return direction_ == direction && (direction == Direction::kUp ? low_ : high_) == cut;
+  }
 
   std::size_t Count() const { return rows_.size(); }
+  // The memory it takes.
   std::size_t Bytes() const;
 
   // The first record from the cut on in that direction; kNone when there is none in the block.

@@ -35,8 +35,9 @@ class UnlessCommitted {
 
 }  // namespace
 
-int RecordFile::Open(const std::string& path, bool forReading, std::unique_ptr<RecordFile>& file) {
-  std::unique_ptr<RecordFile> opened(new RecordFile);
+int RecordFile::Open(const std::string& path, bool forReading, MemoryLimit& memory,
+                     std::unique_ptr<RecordFile>& file) {
+  std::unique_ptr<RecordFile> opened(new RecordFile(memory));
   opened->path_ = path;
   int status = OpenDatabase(path, opened->connection_, opened->layout_, forReading);
   if (status == btrieve::kSuccess) status = opened->Prepare();
@@ -76,8 +77,10 @@ int RecordFile::Write(Body body) {
   if (inTransaction_) return connection_.IsInTransaction() ? body() : btrieve::kIoError;
   if (const int status = BeginWriting(); status != btrieve::kSuccess) return status;
   const UnlessCommitted takenBack(connection_, rollBack_);
-  const int status = body();
-  return status == btrieve::kSuccess ? commit_.Run() : status;
+  int status = body();
+  if (status == btrieve::kSuccess) status = commit_.Run();
+  memory_.Note(*this);
+  return status;
 }
 
 // Each transaction leads to a state of its own, and tells so first.
@@ -211,6 +214,7 @@ int RecordFile::Begin() {
 int RecordFile::Commit() {
   if (!inTransaction_) return btrieve::kSuccess;
   const int status = connection_.IsInTransaction() ? commit_.Run() : btrieve::kIoError;
+  memory_.Note(*this);
   if (status == btrieve::kSuccess) {
     inTransaction_ = false;
   } else {
@@ -224,6 +228,11 @@ void RecordFile::RollBack() {
   const UnlessCommitted takenBack(connection_, rollBack_);
   inTransaction_ = false;
   ++rollbacks_;
+}
+
+void RecordFile::BecomeParents() {
+  connection_.EndMark();
+  memory_.Remove(*this);
 }
 
 void RecordFile::ForgetRecords() {

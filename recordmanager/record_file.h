@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "recordmanager/key.h"
+#include "recordmanager/memory_limit.h"
 #include "recordmanager/read_ahead.h"
 #include "recordmanager/record_layout.h"
 #include "recordmanager/record_sql.h"
@@ -26,6 +27,7 @@ struct Search {
   Bound bound = Bound::kFrom;
   Entry first;
   Entry last;
+  bool isStep = false;  // from the record that was read last
 };
 
 // A record, and the state in which somebody read or wrote it.
@@ -38,13 +40,20 @@ struct RecordVersion {
 
 class RecordFile {
  public:
-  // `path` as HostPath gives it; `forReading` as OpenDatabase takes it. Leaves `file` alone unless
-  // the status is 0.
-  static int Open(const std::string& path, bool forReading, std::unique_ptr<RecordFile>& file);
+  // `path` as HostPath gives it; `forReading` as OpenDatabase takes it; `memory` outlives the file.
+  // Leaves `file` alone unless the status is 0.
+  static int Open(const std::string& path, bool forReading, MemoryLimit& memory,
+                  std::unique_ptr<RecordFile>& file);
+  RecordFile(const RecordFile&) = delete;
+  RecordFile& operator=(const RecordFile&) = delete;
+  ~RecordFile() { memory_.Remove(*this); }
 
   const RecordLayout& Layout() const { return layout_; }
   bool IsReadOnly() const { return connection_.IsReadOnly(); }
-  void EndMark() { connection_.EndMark(); }
+
+  // To be called in a process that is a copy of the one that has the file open, and leaves it
+  // alone.
+  void BecomeParents();
 
   // Finds the entry that the search means and copies its record to `target`. Status 9 when there is
   // none, 22 when the record does not fit; then nothing is changed.
@@ -72,8 +81,10 @@ class RecordFile {
   void RollBack();
   bool IsInTransaction() const { return inTransaction_; }
 
-  // Gives back the memory of all that has only been read, and can be read again.
+  // Gives back the memory of all that has only been read, and can be read again; and how much that
+  // is.
   void ForgetRecords();
+  std::size_t KeptBytes() const { return readAhead_.Bytes() + connection_.PageBytes(); }
 
   // Takes the place of an object for the same file: versions read there are as good here, unless
   // they are those of a transaction that goes on there.
@@ -88,7 +99,7 @@ class RecordFile {
   // Reads along one key, by direction.
   using KeyReads = std::array<Statement, kDirectionCount>;
 
-  RecordFile() = default;
+  explicit RecordFile(MemoryLimit& memory) : memory_(memory) { memory_.Add(*this); }
   int Prepare();
   int Reopen();
   template <typename Body>
@@ -96,10 +107,12 @@ class RecordFile {
   int PrepareRead(const Key& key, Direction direction, Statement*& read);
   int Find(const Key& key, const Search& search, KeyedRecord& record);
   bool Look();
-  int ReadFrom(const Key& key, const Search& search, const Cut& cut, KeyedRecord& record);
+  int ReadFrom(const Key& key, const Search& search, const Cut& cut, Purpose purpose,
+               KeyedRecord& record);
   int ReadBlock(const Key& key, const Search& search, const Cut& cut, std::size_t most,
                 RecordBlock& block);
   bool TakeRow(Statement& row, KeyedRecord& record) const;
+  int Count(const char* sql, std::int64_t& count);
   std::size_t IndexOf(const Key& key) const {
     return static_cast<std::size_t>(&key - layout_.keys.data());
   }
@@ -114,6 +127,7 @@ class RecordFile {
   int StoreRecord(Statement& statement, std::int64_t change, std::int64_t id,
                   std::span<const std::uint8_t> record, const std::vector<Entry>& entries);
 
+  MemoryLimit& memory_;
   std::string path_;
   Connection connection_;
   bool isStale_ = false;  // to be opened anew

@@ -20,6 +20,12 @@ Direction DirectionOf(Bound bound) {
   return bound == Bound::kUpTo || bound == Bound::kBefore ? Direction::kDown : Direction::kUp;
 }
 
+Purpose PurposeOf(const Key& key, const Search& search) {
+  if (search.isStep) return Purpose::kStep;
+  const bool isOnlyOne = search.bound == Bound::kWithin && !key.AllowsDuplicates();
+  return isOnlyOne ? Purpose::kLookUp : Purpose::kSearch;
+}
+
 }  // namespace
 
 // Runs `body`, which reads and returns a status. Who could make no log, and so reads the file as if
@@ -75,16 +81,19 @@ int RecordFile::Find(const Key& key, const Search& search, KeyedRecord& record) 
   using Answer = ReadAhead::Answer;
   const Direction direction = DirectionOf(search.bound);
   const Cut start{search.first, search.bound == Bound::kAfter || search.bound == Bound::kUpTo};
+  const Purpose purpose = PurposeOf(key, search);
   Cut cut = start;
   Look();
-  const Answer answer = readAhead_.Find(IndexOf(key), cut, direction, record);
+  const Answer answer = readAhead_.Find(IndexOf(key), cut, direction, purpose, record);
   if (answer != Answer::kUnknown) {
     return answer == Answer::kFound ? btrieve::kSuccess : btrieve::kEndOfFile;
   }
-  const int status = ReadFrom(key, search, cut, record);
+  int status = ReadFrom(key, search, cut, purpose, record);
   // If somebody has written meanwhile, what was known up to the cut is of another state than what
   // has been read behind it, and a record that has moved would be in neither.
-  return cut == start || Look() ? status : ReadFrom(key, search, start, record);
+  if (cut != start && !Look()) status = ReadFrom(key, search, start, purpose, record);
+  memory_.Note(*this);
+  return status;
 }
 
 // False when what was known is void.
@@ -93,12 +102,11 @@ bool RecordFile::Look() {
   return readAhead_.LookAt(connection_.IsInTransaction() ? LogState{} : connection_.ReadLogState());
 }
 
-// The first record from the cut on, read together with those behind it.
-int RecordFile::ReadFrom(const Key& key, const Search& search, const Cut& cut,
+// The first record from the cut on; for a walk, read together with those behind it.
+int RecordFile::ReadFrom(const Key& key, const Search& search, const Cut& cut, Purpose purpose,
                          KeyedRecord& record) {
   const Direction direction = DirectionOf(search.bound);
-  const bool lookUp = search.bound == Bound::kWithin && !key.AllowsDuplicates();
-  RecordBlock& block = readAhead_.Begin(IndexOf(key), cut, direction, lookUp);
+  RecordBlock& block = readAhead_.Begin(IndexOf(key), cut, direction, purpose);
   const std::size_t most = readAhead_.CountToRead(layout_.RecordLength());
   const int status = ReadBlock(key, search, cut, most, block);
   if (status != btrieve::kSuccess) return status;
@@ -146,13 +154,19 @@ bool RecordFile::TakeRow(Statement& row, KeyedRecord& record) const {
   return record.data.size() == layout_.RecordLength();
 }
 
+int RecordFile::Count(const char* sql, std::int64_t& count) {
+  const int status = ReadWhatIs([&] { return connection_.QueryInteger(sql, count); });
+  memory_.Note(*this);
+  return status;
+}
+
 int RecordFile::CountRecords(std::int64_t& count) {
-  return ReadWhatIs([&] { return connection_.QueryInteger("SELECT count(*) FROM record", count); });
+  return Count("SELECT count(*) FROM record", count);
 }
 
 int RecordFile::CountValues(const Key& key, std::int64_t& count) {
   if (!key.AllowsDuplicates()) return CountRecords(count);
-  return ReadWhatIs([&] { return connection_.QueryInteger(CountValuesSql(key).c_str(), count); });
+  return Count(CountValuesSql(key).c_str(), count);
 }
 
 }  // namespace recordmanager

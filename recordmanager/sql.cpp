@@ -205,6 +205,13 @@ void Connection::ForgetPages() {
   if (handle_ != nullptr) sqlite3_db_release_memory(handle_);
 }
 
+std::size_t Connection::PageBytes() const {
+  int bytes = 0;
+  int ignored = 0;
+  sqlite3_db_status(handle_, SQLITE_DBSTATUS_CACHE_USED, &bytes, &ignored, 0);
+  return static_cast<std::size_t>(bytes);
+}
+
 void Connection::Checkpoint() {
   sqlite3_busy_handler(handle_, nullptr, nullptr);
   sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);

@@ -121,8 +121,9 @@ class Connection {
   int QueryInteger(const char* sql, std::int64_t& value);
   int QueryText(const char* sql, std::string& text);
 
-  // Gives back the memory of all pages that are neither in use nor changed.
+  // Gives back the memory of all pages that are neither in use nor changed; and how much all take.
   void ForgetPages();
+  std::size_t PageBytes() const;
 
   // Moves what the log (in WAL mode) holds into the file and empties the log, unless others are
   // using it just now.
