@@ -1,6 +1,6 @@
 #include "caseparties/case_party_file.h"
 
-#include "addresses/party_files.h"
+#include "addresses/relation_file.h"
 #include "cases/case_file.h"
 
 namespace qlx99 {

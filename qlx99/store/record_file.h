@@ -31,6 +31,8 @@ class RecordWalk;
 template <class Layout>
 class RecordCursor {
  public:
+  using Key = typename Layout::Key;
+
   // The record of the last read that succeeded; all zero bytes before the first.
   const Record<Layout>& Current() const { return records_[current_]; }
 
@@ -43,6 +45,10 @@ class RecordCursor {
     keyBuffer_ = {};
     CopyBytes(keyBytes, keyBuffer_.data(), keyBuffer_.size());
     return Read(btrieve::kGetEqual, key);
+  }
+  // The record with this key value, until the next read; null when none is read.
+  const Record<Layout>* Find(const Key& key, std::int32_t value) {
+    return GetEqual(key, value) == btrieve::kSuccess ? &Current() : nullptr;
   }
   int GetFirst(const Key& key) { return Read(btrieve::kGetFirst, key); }
   int GetNext(const Key& key) { return Read(btrieve::kGetNext, key); }
@@ -132,6 +138,11 @@ class RecordFile : public RecordCursor<Layout> {
 
   bool IsOpen() const { return open_; }
 
+  // Null also when the file is not open.
+  const Record<Layout>* Find(const typename Layout::Key& key, std::int32_t value) {
+    return open_ ? RecordCursor<Layout>::Find(key, value) : nullptr;
+  }
+
  private:
   bool open_;
 };
@@ -141,6 +152,8 @@ class RecordFile : public RecordCursor<Layout> {
 template <class Layout>
 class RecordWalk {
  public:
+  using Key = typename Layout::Key;
+
   RecordWalk(RecordCursor<Layout>& cursor, const Key& key, std::optional<std::int32_t> value)
       : cursor_(&cursor), key_(&key), value_(value) {}
 

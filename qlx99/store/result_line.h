@@ -1,4 +1,4 @@
-// Result records: the one line of text in which an export answers, composed field by field and
+// Results: the one line of text in which an export answers, composed field by field and
 // handed over by one rule.
 #pragma once
 
@@ -25,7 +25,7 @@ inline constexpr std::size_t kScratchSize = 2000;
 // A line being composed. Each Add... appends one field, "|" included, behind what is there; what
 // Append adds has no "|" of its own. Only whole bytes that fit are written, never beyond the line's
 // own memory.
-class ResultRecord : public TextBuffer<kScratchSize> {
+class ResultLine : public TextBuffer<kScratchSize> {
  public:
   // A stored text at its full width, ended by EndField.
   void AddField(std::string_view stored);
@@ -39,7 +39,7 @@ class ResultRecord : public TextBuffer<kScratchSize> {
   // DD.MM.YYYY, or an empty field for no date.
   void AddDay(std::uint16_t dayNumber);
 
-  void AddEmptyFields(std::size_t count);
+  void AddEmptyField();
 
   // Takes back the "|" that was written last, if anything was.
   void DropLastEnd();
@@ -56,6 +56,6 @@ enum class HandOverForm : std::uint8_t {
 // Copies the record into the caller's buffer and returns the export's result: -1, or 0 when the
 // buffer then begins with two empty fields. A record that is too long shows a message; then, and
 // for a null buffer, nothing is written and the result is 0.
-std::int32_t HandOver(const ResultRecord& record, char* buffer, HandOverForm form);
+std::int32_t HandOver(const ResultLine& record, char* buffer, HandOverForm form);
 
 }  // namespace qlx99
