@@ -104,7 +104,7 @@ enum class Outcome : std::uint8_t {
 template <class Layout>
 Outcome ReadChosen(RecordCursor<Layout>& file, std::int32_t addressNumber, std::int32_t chosen,
                    Record<Layout>& record) {
-  int status = file.GetEqual(Layout::byAddress, addressNumber);
+  Status status = file.GetEqual(Layout::byAddress, addressNumber);
   if (status == btrieve::kEndOfFile) return Outcome::kRead;  // the first
   while (status == btrieve::kSuccess && file.Current()[Layout::addressNumber] == addressNumber) {
     if (file.Current()[Layout::number] == chosen) {
@@ -124,7 +124,7 @@ Outcome ReadOneOf(RecordCursor<Layout>& file, std::int32_t addressNumber,
                   Record<Layout>& record) {
   if (file.GetEqual(Layout::byAddress, addressNumber) != btrieve::kSuccess) return Outcome::kNone;
   record = file.Current();
-  const int status = file.GetNext(Layout::byAddress);
+  const Status status = file.GetNext(Layout::byAddress);
   if (status == btrieve::kEndOfFile) return Outcome::kRead;
   if (status != btrieve::kSuccess) return Outcome::kUnreadable;
   if (file.Current()[Layout::addressNumber] != addressNumber) return Outcome::kRead;

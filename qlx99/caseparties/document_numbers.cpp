@@ -38,7 +38,7 @@ IssuedNumber IssueFirst(RecordFile<DocumentNumberRecord>& numbers, std::int32_t 
 // A number that cannot be written down is the letter's all the same. It is taken anew only where
 // another workstation has it, which the counter, read again, has to confirm.
 std::int32_t Issue(RecordFile<DocumentNumberRecord>& numbers, std::int32_t caseId) {
-  const int found = numbers.GetEqual(DocumentNumberRecord::byCase, caseId);
+  const Status found = numbers.GetEqual(DocumentNumberRecord::byCase, caseId);
   const bool none = found == btrieve::kKeyNotFound || found == btrieve::kEndOfFile;
   if (found != btrieve::kSuccess && !none) return 0;
 
