@@ -99,11 +99,11 @@ TEST(HandOver, TakesNoMoreOfTheBufferThanItsForm) {
   User user;
   for (const std::size_t length : {0U, 1U, 1017U, 1018U}) {
     const std::string record(length, 'x');
-    EXPECT_EQ(HandedOver(record, HandOverForm::kRecordOnly), "-1 " + record);
+    EXPECT_EQ(HandedOver(record, HandOverForm::kLineOnly), "-1 " + record);
     EXPECT_EQ(HandedOver(record, HandOverForm::kWithEndMark), "-1 " + record + "<end>");
   }
   for (const std::size_t length : {1019U, 2000U}) {
-    for (const auto form : {HandOverForm::kRecordOnly, HandOverForm::kWithEndMark}) {
+    for (const auto form : {HandOverForm::kLineOnly, HandOverForm::kWithEndMark}) {
       EXPECT_EQ(HandedOver(std::string(length, 'x'), form), "0 ");
       EXPECT_THAT(user.Messages(), ElementsAre(TooMuchData()));
     }
@@ -115,15 +115,15 @@ TEST(HandOver, TakesNoMoreOfTheBufferThanItsForm) {
 
 TEST(HandOver, GivesZeroWhenTheBufferThenBeginsWithTwoEmptyFields) {
   for (const char* text : {"||", "||x"}) {
-    EXPECT_EQ(HandedOver(text, HandOverForm::kRecordOnly), std::string("0 ") + text);
+    EXPECT_EQ(HandedOver(text, HandOverForm::kLineOnly), std::string("0 ") + text);
     EXPECT_EQ(HandedOver(text, HandOverForm::kWithEndMark), std::string("0 ") + text + "<end>");
   }
   for (const char* text : {"|", "|x|", "x||"}) {
-    EXPECT_EQ(HandedOver(text, HandOverForm::kRecordOnly), std::string("-1 ") + text);
+    EXPECT_EQ(HandedOver(text, HandOverForm::kLineOnly), std::string("-1 ") + text);
   }
   CallerBuffer buffer;  // what the caller had there before counts as well
   buffer[0] = buffer[1] = '|';
-  EXPECT_EQ(HandOver(ResultLine(), buffer, HandOverForm::kRecordOnly), 0);
+  EXPECT_EQ(HandOver(ResultLine(), buffer, HandOverForm::kLineOnly), 0);
 }
 
 }  // namespace

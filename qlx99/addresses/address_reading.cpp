@@ -1,4 +1,4 @@
-// ALesenDLL: one address with everything that belongs to it, as one record of 25 fields in four
+// ALesenDLL: one address with everything that belongs to it, as one line of 25 fields in four
 // blocks: the contact person, the postal address, the bank connection, and what a case says of the
 // address as its party.
 #include <algorithm>
@@ -100,7 +100,7 @@ enum class Outcome : std::uint8_t {
 };
 
 // Reads the chosen record again, into `record`, which holds the first one. Another workstation may
-// have removed it while the dialog was open: then none is as good, least of all another address's.
+// have removed it while the dialog was open; no other record takes its place then.
 template <class Layout>
 Outcome ReadChosen(RecordCursor<Layout>& file, std::int32_t addressNumber, std::int32_t chosen,
                    Record<Layout>& record) {
@@ -252,7 +252,7 @@ void ReadAddress(const AddressRequest& request, ResultLine& dest) {
   AddLinkBlock(book, *dataRoot, request.addressNumber, texts, dest);
 }
 
-std::int32_t DeliverAddress(const char* caseNumber, const char* addressNumber, char* record,
+std::int32_t DeliverAddress(const char* caseNumber, const char* addressNumber, char* buffer,
                             const char* linkNumber) {
   if (linkNumber != nullptr) lastRequest.linkNumber = LeadingNumber(linkNumber);
   const AddressRequest request{CaseNumberKey(caseNumber), LeadingNumber(addressNumber),
@@ -261,7 +261,7 @@ std::int32_t DeliverAddress(const char* caseNumber, const char* addressNumber, c
   ResultLine address;
   ReadAddress(request, address);
   address.DropLastEnd();
-  return HandOver(address, record, HandOverForm::kWithEndMark);
+  return HandOver(address, buffer, HandOverForm::kWithEndMark);
 }
 
 }  // namespace

@@ -64,8 +64,7 @@ void RecordChoice<Choice>::AddRecord(HWND dialog, const Record<Layout>& record) 
   AddLine(dialog, Choice::lines, line.Terminated());
   ScrollAsFarAs(dialog, Choice::lines, Choice::tabStop, line.Terminated());
 
-  // The record's number rides along in the hidden list, at the same index, as item data: whole,
-  // whatever its bytes.
+  // The hidden list holds the record's number, as the item data at the same index.
   const LRESULT index = AddLine(dialog, Choice::numbers, "");
   SendDlgItemMessageA(dialog, Choice::numbers, LB_SETITEMDATA, static_cast<WPARAM>(index),
                       record[Layout::number]);

@@ -33,11 +33,11 @@ void ReadFollowUpKind(std::int32_t position, ResultLine& dest) {
   dest.AppendNumber(kind[FollowUpKindRecord::id]);
 }
 
-std::int32_t DeliverFollowUpKind(const char* index, char* record) {
+std::int32_t DeliverFollowUpKind(const char* index, char* buffer) {
   if (!EnsureRecordManager()) return 0;
   ResultLine kind;
   ReadFollowUpKind(LeadingNumber(index), kind);
-  return HandOver(kind, record, HandOverForm::kRecordOnly);
+  return HandOver(kind, buffer, HandOverForm::kLineOnly);
 }
 
 }  // namespace

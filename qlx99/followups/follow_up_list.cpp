@@ -63,11 +63,11 @@ void ReadFollowUp(const CaseNumberKey& key, std::int32_t position, ResultLine& d
   ComposeFollowUp(*dataRoot, followUps.Current(), dest);
 }
 
-std::int32_t DeliverFollowUp(const char* caseNumber, const char* index, char* record) {
+std::int32_t DeliverFollowUp(const char* caseNumber, const char* index, char* buffer) {
   if (!EnsureRecordManager()) return 0;
   ResultLine followUp;
   ReadFollowUp(CaseNumberKey(caseNumber), LeadingNumber(index), followUp);
-  return HandOver(followUp, record, HandOverForm::kRecordOnly);
+  return HandOver(followUp, buffer, HandOverForm::kLineOnly);
 }
 
 }  // namespace

@@ -16,8 +16,8 @@
 namespace qlx99 {
 namespace {
 
-// The fields of an entry that come from the address book; each is composed by itself, because the
-// files are read in another order than the fields stand in.
+// The fields of an entry that come from the address. Each is composed by itself, because the files
+// are read in another order than the fields have.
 struct AddressParts {
   ResultLine salutation;
   ResultLine name;
@@ -105,9 +105,8 @@ std::int32_t CountParties(const char* caseNumber) {
   return EnsureRecordManager() ? CountCaseParties(CaseNumberKey(caseNumber)) : 0;
 }
 
-// Where there is no party to deliver, the macro is told that the list has ended, by two empty
-// fields and the result 0.
-std::int32_t DeliverParty(const char* caseNumber, const char* index, char* record) {
+// Two empty fields, and with them the result 0, tell the macro that the list has ended.
+std::int32_t DeliverParty(const char* caseNumber, const char* index, char* buffer) {
   if (!EnsureRecordManager()) return 0;
   ResultLine party;
   if (!ReadPartyListEntry(CaseNumberKey(caseNumber), LeadingNumber(index), party)) {
@@ -115,7 +114,7 @@ std::int32_t DeliverParty(const char* caseNumber, const char* index, char* recor
     party.AddEmptyField();
     party.AddEmptyField();
   }
-  return HandOver(party, record, HandOverForm::kWithEndMark);
+  return HandOver(party, buffer, HandOverForm::kWithEndMark);
 }
 
 }  // namespace

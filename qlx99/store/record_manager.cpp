@@ -93,8 +93,8 @@ Status CallWithRetries(WORD operation, const CallArguments& arguments) {
   }
 }
 
-// The path is the key buffer, the (empty) owner name the data buffer; the mode, as key number, is
-// the normal one.
+// Open takes the path as its key buffer, the owner name (here none) as its data buffer, and the
+// mode (0, the normal one) as its key number.
 Status Open(PositionBlock& positionBlock, const char* filePath, const ClientId& clientId) {
   std::array<char, btrieve::kMaxKeyLength + 1> path{};
   CopyBytes(filePath, path.data(), btrieve::kMaxKeyLength);
@@ -104,7 +104,7 @@ Status Open(PositionBlock& positionBlock, const char* filePath, const ClientId& 
                          {positionBlock, &ownerName, ownerNameLength, path.data(), 0, clientId});
 }
 
-// Deletes the record that has this key: it has to be the current one first.
+// The record manager deletes its current record, so the one with this key is read first.
 Status Delete(const CallArguments& arguments) {
   const Status found = CallWithRetries(btrieve::kGetEqual, arguments);
   if (found != btrieve::kSuccess) return found;
@@ -153,7 +153,7 @@ Status OpenRecordFile(const char* fileName, PositionBlock& positionBlock,
 }
 
 void CloseRecordFile(const char* fileName, PositionBlock& positionBlock) {
-  // Close has no use for data or key, but a record manager may look where it is told that they are.
+  // Close uses neither data nor key, but a record manager may read at the addresses given.
   std::array<char, btrieve::kMaxKeyLength> unused{};
   std::uint16_t noData = 0;
   const Status status = RecordCall(btrieve::kClose, positionBlock, nullptr, unused.data(), noData,

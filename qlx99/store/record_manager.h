@@ -13,8 +13,8 @@ namespace qlx99 {
 
 using btrieve::Status;
 
-// Its client library goes by these names; the first one that loads is used. The last is the
-// embedded record manager's, so that an office's own record manager always wins.
+// The names of its client library; the first one that loads is used. The embedded record manager is
+// the last, so that an office's own always wins.
 inline constexpr std::array kRecordManagerNames{"w3btrv7.dll", "wbtrv32.dll", "atbtrv32.dll"};
 
 // One open file's position, zero-filled before it is opened. A copy is a second position in the

@@ -59,10 +59,10 @@ void ResultLine::DropLastEnd() {
   if (size_ > 0) bytes_[--size_] = '\0';
 }
 
-std::int32_t HandOver(const ResultLine& record, char* buffer, HandOverForm form) {
-  const std::string_view text = record.Text();
+std::int32_t HandOver(const ResultLine& line, char* buffer, HandOverForm form) {
+  const std::string_view text = line.Text();
   if (text.size() + kEndMark.size() > kCallerBufferSize) {
-    ShowMessage(kRecordTooLong);
+    ShowMessage(kResultTooLong);
     return 0;
   }
   if (buffer == nullptr) return 0;

@@ -15,16 +15,14 @@ namespace qlx99 {
 // "|" goes behind what is left. Returns the bytes that the field now takes, "|" included.
 std::size_t EndField(char* dest, std::size_t width);
 
-// Removes trailing blanks, as EndField does, from a text that goes elsewhere than into a field of
-// its own.
+// The text without its trailing blanks.
 std::string_view TrimBlanks(std::string_view text);
 
-// The memory in which a record is composed, about twice what may be handed over.
+// The memory in which a result is composed, about twice what may be handed over.
 inline constexpr std::size_t kScratchSize = 2000;
 
-// A line being composed. Each Add... appends one field, "|" included, behind what is there; what
-// Append adds has no "|" of its own. Only whole bytes that fit are written, never beyond the line's
-// own memory.
+// A result being composed. Each Add... appends one field and its "|"; Append adds no "|". What does
+// not fit is left out.
 class ResultLine : public TextBuffer<kScratchSize> {
  public:
   // A stored text at its full width, ended by EndField.
@@ -45,17 +43,17 @@ class ResultLine : public TextBuffer<kScratchSize> {
   void DropLastEnd();
 };
 
-// The length of the caller's buffer, the bytes of which the record and its end mark may take all.
+// The length of the caller's buffer. The result and its end mark may take all of it.
 inline constexpr std::size_t kCallerBufferSize = QLX99_RECORD_SIZE;
 
 enum class HandOverForm : std::uint8_t {
-  kRecordOnly,   // nothing behind the record is written, not even a terminator
-  kWithEndMark,  // the record, five zero bytes and a byte of value 1
+  kLineOnly,     // nothing is written behind the line, not even a terminator
+  kWithEndMark,  // the line, five zero bytes and a byte of value 1
 };
 
-// Copies the record into the caller's buffer and returns the export's result: -1, or 0 when the
-// buffer then begins with two empty fields. A record that is too long shows a message; then, and
-// for a null buffer, nothing is written and the result is 0.
-std::int32_t HandOver(const ResultLine& record, char* buffer, HandOverForm form);
+// Copies the line into the caller's buffer and returns what the export returns: -1, or 0 when the
+// buffer then begins with two empty fields. A line that is too long shows a message; then, and for
+// a null buffer, nothing is written and 0 is returned.
+std::int32_t HandOver(const ResultLine& line, char* buffer, HandOverForm form);
 
 }  // namespace qlx99

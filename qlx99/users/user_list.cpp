@@ -34,11 +34,11 @@ void ReadUser(std::int32_t position, ResultLine& dest) {
   dest.AppendNumber(user[UserRecord::number]);
 }
 
-std::int32_t DeliverUser(const char* index, char* record) {
+std::int32_t DeliverUser(const char* index, char* buffer) {
   if (!EnsureRecordManager()) return 0;
   ResultLine user;
   ReadUser(LeadingNumber(index), user);
-  return HandOver(user, record, HandOverForm::kRecordOnly);
+  return HandOver(user, buffer, HandOverForm::kLineOnly);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// SLesenDLL: everything that a letter says of a case itself, as one record of 15 fields.
+// SLesenDLL: everything that a letter says of a case itself, as one line of 15 fields.
 #include <cstdint>
 #include <string_view>
 
@@ -58,7 +58,7 @@ bool ReadCase(const DataRoot& dataRoot, const CaseNumberKey& key, Currency& curr
 
 // Composes fields 1 to 14; the last alone for an unknown case, nothing when the case file cannot be
 // read. `currency` stays as it is unless a case is found.
-void ReadCaseRecord(const CaseNumberKey& key, Currency& currency, ResultLine& dest) {
+void ComposeAllButCurrency(const CaseNumberKey& key, Currency& currency, ResultLine& dest) {
   if (!EnsureRecordManager()) return;
   const auto dataRoot = ReadDataRoot(kNoDataPathForCases);
   if (!dataRoot) return;
@@ -66,15 +66,15 @@ void ReadCaseRecord(const CaseNumberKey& key, Currency& currency, ResultLine& de
   dest.AddNumber(CountCaseParties(key));
 }
 
-std::int32_t DeliverCase(const char* caseNumber, char* record) {
-  ResultLine caseRecord;
+std::int32_t DeliverCase(const char* caseNumber, char* buffer) {
+  ResultLine line;
   Currency currency{};
-  ReadCaseRecord(CaseNumberKey(caseNumber), currency, caseRecord);
-  caseRecord.DropLastEnd();
-  caseRecord.EndAtFirstZero();
-  caseRecord.Append("|");
-  caseRecord.Append(TrimBlanks(BoundedText(currency.data(), currency.size())));
-  return HandOver(caseRecord, record, HandOverForm::kWithEndMark);
+  ComposeAllButCurrency(CaseNumberKey(caseNumber), currency, line);
+  line.DropLastEnd();
+  line.EndAtFirstZero();
+  line.Append("|");
+  line.Append(TrimBlanks(BoundedText(currency.data(), currency.size())));
+  return HandOver(line, buffer, HandOverForm::kWithEndMark);
 }
 
 }  // namespace
