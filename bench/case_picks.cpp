@@ -5,14 +5,14 @@
 #include <optional>
 #include <stdexcept>
 
-#include "addresses/address_files.h"
-#include "addresses/party_files.h"
+#include "addresses/bank_connection_file.h"
+#include "addresses/contact_person_file.h"
 #include "bench/bench_office.h"
 #include "caseparties/case_party_file.h"
 #include "cases/case_file.h"
 #include "followups/follow_up_file.h"
 #include "frame/exports.h"
-#include "store/result_record.h"
+#include "store/result_line.h"
 
 namespace bench {
 namespace {
@@ -23,13 +23,17 @@ using namespace qlx99;
 constexpr std::int32_t kFirstCaseNumber = 10'000'001;
 
 // Of records that are numbered without a gap.
-template <class Layout>
-std::int32_t HighestNumber(RecordCursor<Layout>& file, const Key& key) {
+template <class IsThere>
+std::int32_t HighestNumber(const IsThere& isThere) {
   std::int32_t number = 0;
   for (std::int32_t step = 1 << 30; step > 0; step /= 2) {
-    if (file.GetEqual(key, number + step) == btrieve::kSuccess) number += step;
+    if (isThere(number + step)) number += step;
   }
   return number;
+}
+
+std::string CaseNumberOf(std::int32_t caseId) {
+  return std::to_string(std::int64_t{kFirstCaseNumber} + caseId - 1);
 }
 
 class Picker {
@@ -40,9 +44,16 @@ class Picker {
         contacts_(root),
         banks_(root),
         followUps_(root),
-        newFollowUpId_(std::to_string(HighestNumber(followUps_, FollowUpRecord::byId) + 1)) {}
+        newFollowUpId_(std::to_string(1 + HighestNumber([this](std::int32_t id) {
+                                        return followUps_.Find(FollowUpRecord::byId, id) != nullptr;
+                                      }))) {}
 
-  std::int32_t CountCases() { return HighestNumber(cases_, CaseRecord::byId); }
+  // A longer number is cut to that of a case, and no office has so many.
+  std::int32_t CountCases() {
+    return HighestNumber([this](std::int32_t id) {
+      return id < 90'000'000 && FindCase(cases_, CaseNumberKey(CaseNumberOf(id).c_str()));
+    });
+  }
 
   std::optional<CasePick> Pick(std::int32_t caseId) {
     if (parties_.GetEqual(CasePartyRecord::byCase, caseId) != btrieve::kSuccess ||
@@ -54,7 +65,7 @@ class Picker {
         CountRecords(banks_.Walk(BankConnectionRecord::byAddress, client)) > 1) {
       return std::nullopt;
     }
-    return CasePick{std::to_string(kFirstCaseNumber + caseId - 1), std::to_string(client),
+    return CasePick{CaseNumberOf(caseId), std::to_string(client),
                     std::to_string(followUps_.Current()[FollowUpRecord::id]), newFollowUpId_};
   }
 

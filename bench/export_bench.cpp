@@ -12,7 +12,7 @@
 #include "bench/measurements.h"
 #include "bench/timing.h"
 #include "frame/exports.h"
-#include "store/result_record.h"
+#include "store/result_line.h"
 
 namespace bench {
 namespace {

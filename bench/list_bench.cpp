@@ -14,7 +14,7 @@
 #include "office/new_office.h"
 #include "office/office_files.h"
 #include "office/record_manager.h"
-#include "store/result_record.h"
+#include "store/result_line.h"
 
 namespace bench {
 namespace {

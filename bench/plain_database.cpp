@@ -1,15 +1,15 @@
 #include "bench/plain_database.h"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "bench/bench_office.h"
 #include "bench/plain_sqlite.h"
+#include "office/record_manager.h"
 #include "office/record_text.h"
 #include "record_files.h"
-#include "store/record_file.h"
 
 namespace bench {
 namespace {
@@ -47,36 +47,38 @@ std::string InsertOf(const RecordLayout& layout) {
   return "INSERT INTO " + TableOf(layout.file) + " VALUES(" + values + ")";
 }
 
-template <class Layout>
-void CopyTable(const DataRoot& root, PlainConnection& connection) {
-  const RecordLayout layout = LayoutOf<Layout>();
+// The files that a letter is read from.
+constexpr std::array kFiles{LayoutOf<UserRecord>(),           LayoutOf<CaseTypeRecord>(),
+                            LayoutOf<ArchiveRecord>(),        LayoutOf<CaseRecord>(),
+                            LayoutOf<NationalityRecord>(),    LayoutOf<SalutationRecord>(),
+                            LayoutOf<TitleRecord>(),          LayoutOf<AddressRecord>(),
+                            LayoutOf<BankConnectionRecord>(), LayoutOf<ContactPersonRecord>(),
+                            LayoutOf<RelationRecord>(),       LayoutOf<AddressLinkRecord>(),
+                            LayoutOf<CasePartyRecord>()};
+
+void CopyTable(const RecordLayout& layout, office::TableFile& file, PlainConnection& connection) {
   connection.Execute(SchemaOf(layout).c_str());
   PlainStatement insert(connection.Handle(), InsertOf(layout).c_str());
-  RecordFile<Layout> file(root);
-  for (const auto& record : file.WalkAll(Layout::keys[0])) {
-    const std::string_view bytes(record.bytes.data(), record.bytes.size());
+  for (auto record = file.First(); record; record = file.Next()) {
     for (std::size_t i = 0; i < layout.fields.size(); ++i) {
-      insert.Bind(static_cast<int>(i) + 1, office::FieldText(layout.fields[i], bytes));
+      insert.Bind(static_cast<int>(i) + 1, office::FieldText(layout.fields[i], *record));
     }
     insert.Run();
   }
 }
 
-template <class... Layouts>
-void CopyTables(const DataRoot& root, PlainConnection& connection) {
-  (CopyTable<Layouts>(root, connection), ...);
-}
-
 }  // namespace
 
-void MakePlainDatabase(const std::filesystem::path& office, const std::filesystem::path& database) {
+void MakePlainDatabase(const std::filesystem::path& directory,
+                       const std::filesystem::path& database) {
   PlainConnection connection(database);
   connection.Execute("PRAGMA journal_mode = WAL");
   connection.Execute("BEGIN");
-  CopyTables<UserRecord, CaseTypeRecord, ArchiveRecord, CaseRecord, NationalityRecord,
-             SalutationRecord, TitleRecord, AddressRecord, BankConnectionRecord,
-             ContactPersonRecord, RelationRecord, AddressLinkRecord, CasePartyRecord>(
-      DataRootOf(office), connection);
+  const office::RecordManager manager;
+  for (const RecordLayout& layout : kFiles) {
+    office::TableFile file(manager, directory, layout);
+    CopyTable(layout, file, connection);
+  }
   connection.Execute("COMMIT");
   connection.Execute("ANALYZE");
 }

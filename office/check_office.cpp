@@ -75,13 +75,6 @@ std::string KindOfInstallation() {
                         : "; the library reads the record files itself");
 }
 
-// The library reads a file by the last of the keys that it declares, and follow-ups also by their
-// own numbers. The other keys are the case-management system's, which may make them as it likes.
-bool IsReadBy(const RecordLayout& layout, const qlx99::Key& key) {
-  return key.number + 1U == layout.keys.size() ||
-         std::string_view(layout.file.name) == qlx99::FollowUpRecord::file.name;
-}
-
 // The key as the file must have it, or why not.
 std::string KeyProblem(const qlx99::Key& key, const FileFacts& facts) {
   const auto found = std::ranges::find(facts.keys, key.number, &btrieve::KeyDescription::keyNumber);
@@ -110,7 +103,7 @@ std::string LookAtFile(const RecordManager& manager, const std::filesystem::path
     Refuse("its records have " + std::to_string(facts.file.recordLength) + " bytes, not " + length);
   }
   for (const qlx99::Key& key : layout.keys) {
-    const std::string problem = IsReadBy(layout, key) ? KeyProblem(key, facts) : "";
+    const std::string problem = key.isUsed ? KeyProblem(key, facts) : "";
     if (!problem.empty()) Refuse(problem);
   }
   return std::to_string(facts.file.recordCount) + " records of " + length + " bytes";

@@ -48,7 +48,7 @@ bool HasForm(Form form, const std::string& text) {
     case Form::kNumberOrNone:
       return text.empty() || HasForm(Form::kNumber, text);
     case Form::kDate:
-      return text.empty() || DateIn(text).has_value();
+      return text.empty() || CalendarDateIn(text).has_value();
     case Form::kAmount:
       return text.empty() || (text.size() > kDecimals && text[text.size() - kDecimals] == ',');
     case Form::kRelationCode:

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "store/result_record.h"
+#include "store/result_line.h"
 
 namespace office {
 

@@ -1,3 +1,4 @@
+// A record file's layout in the record manager's words.
 #pragma once
 
 #include <string>

@@ -7,6 +7,7 @@
 #include "office/export_call.h"
 #include "office/failure.h"
 #include "office/text_table.h"
+#include "store/dates.h"
 
 namespace office {
 namespace {
@@ -24,23 +25,18 @@ std::vector<DeliveredRecord> ReadFollowUps(const std::string& caseNumber) {
   return followUps;
 }
 
-// DD.MM.YYYY as YYYYMMDD; no date comes behind all dates.
-std::string Chronological(const std::string& date) {
-  constexpr std::size_t kDateLength = 10;
-  if (date.size() != kDateLength) return "~";
-  return date.substr(6, 4) + date.substr(3, 2) + date.substr(0, 2);
-}
-
 std::string PartyName(const std::string& caseNumber, const std::string& position) {
   if (position == "0") return {};
   const auto party = ReadExport("BListeNext", {caseNumber, position});
   return party ? (*party)["name"] : position;
 }
 
-// A follow-up that cannot be read field by field stands there as it is, before all others: it may
-// be due.
-std::string WhenDue(const DeliveredRecord& followUp) {
-  return followUp.IsComplete() ? Chronological(followUp["dueDate"]) : "";
+// A day number; no date comes behind all dates. A follow-up that cannot be read field by field
+// stands there as it is, before all others: it may be due.
+int WhenDue(const DeliveredRecord& followUp) {
+  if (!followUp.IsComplete()) return -1;
+  const std::string& date = followUp["dueDate"];
+  return date.empty() ? qlx99::kNoDate : qlx99::DayNumberOf(qlx99::DateIn(date));
 }
 
 std::vector<std::string> RowOf(const DeliveredRecord& followUp, const std::string& caseNumber) {

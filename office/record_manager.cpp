@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <tuple>
 
 #include "office/failure.h"
 #include "office/file_description.h"
@@ -13,10 +14,11 @@
 namespace office {
 namespace {
 
+using btrieve::Status;
 using KeyBuffer = std::array<char, btrieve::kMaxKeyLength>;
 
 struct StatusWords {
-  int status;
+  Status status;
   const char* words;
 };
 
@@ -42,7 +44,7 @@ constexpr StatusWords kStatusWords[] = {
     {btrieve::kOutOfMemory, "there is too little memory; close other programs"},
 };
 
-void Check(int status, const std::string& doing) {
+void Check(Status status, const std::string& doing) {
   if (status == btrieve::kSuccess) return;
   const auto* const known = std::ranges::find(kStatusWords, status, &StatusWords::status);
   const bool isKnown = known != std::ranges::end(kStatusWords);
@@ -67,7 +69,7 @@ FARPROC EntryPoint(HMODULE library, const std::string& libraryName, const char* 
                 ". Install the office's record manager again, or remove that file.");
 }
 
-int CallWithoutFile(const RecordManager& manager, WORD operation) {
+Status CallWithoutFile(const RecordManager& manager, WORD operation) {
   std::array<std::byte, btrieve::kPositionBlockSize> positionBlock{};
   std::array<char, 1> noData{};
   KeyBuffer key{};
@@ -91,13 +93,13 @@ RecordManager::RecordManager() {
   EntryPoint(library, name_, btrieve::kBtrCallIdName);  // the library will not do without it
 }
 
-int RecordManager::Call(WORD operation, const Arguments& arguments, std::size_t* length) const {
+Status RecordManager::Call(WORD operation, const Arguments& arguments, std::size_t* length) const {
   constexpr auto kKeyLength = static_cast<BYTE>(btrieve::kMaxKeyLength);
   auto dataLength = static_cast<ULONG>(arguments.data.size());
-  const int status = call_(operation, arguments.positionBlock.data(), arguments.data.data(),
-                           &dataLength, arguments.key.data(), kKeyLength, arguments.keyNumber);
+  const short status = call_(operation, arguments.positionBlock.data(), arguments.data.data(),
+                             &dataLength, arguments.key.data(), kKeyLength, arguments.keyNumber);
   if (length != nullptr) *length = std::min<std::size_t>(dataLength, arguments.data.size());
-  return status;
+  return static_cast<Status>(status);
 }
 
 Transaction::Transaction(const RecordManager& manager) : manager_(manager) {
@@ -110,7 +112,7 @@ void Transaction::Commit() {
 }
 
 Transaction::~Transaction() {
-  if (open_) CallWithoutFile(manager_, btrieve::kAbortTransaction);
+  if (open_) std::ignore = CallWithoutFile(manager_, btrieve::kAbortTransaction);
 }
 
 void TableFile::Create(const RecordManager& manager, const std::filesystem::path& directory,
@@ -135,7 +137,7 @@ TableFile::TableFile(const RecordManager& manager, const std::filesystem::path& 
 
 TableFile::~TableFile() {
   std::array<char, 1> noData{};
-  Call(btrieve::kClose, noData);
+  std::ignore = Call(btrieve::kClose, noData);
 }
 
 void TableFile::Insert(std::span<char> record) {
@@ -144,7 +146,7 @@ void TableFile::Insert(std::span<char> record) {
 
 std::optional<std::string> TableFile::Read(WORD operation) {
   std::string record(recordLength_, '\0');
-  const int status = Call(operation, record);
+  const Status status = Call(operation, record);
   if (status == btrieve::kEndOfFile) return std::nullopt;
   Check(status, "Reading " + PathText(path_));
   return record;
@@ -166,7 +168,7 @@ FileFacts TableFile::Facts() {
   return facts;
 }
 
-int TableFile::Call(WORD operation, std::span<char> data, std::size_t* length) {
+Status TableFile::Call(WORD operation, std::span<char> data, std::size_t* length) {
   return manager_.Call(operation, {positionBlock_, data, key_}, length);
 }
 

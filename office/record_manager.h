@@ -38,7 +38,8 @@ class RecordManager {
 
   // One operation, once. Returns the record manager's status; `length`, when given, receives how
   // many bytes came back.
-  int Call(WORD operation, const Arguments& arguments, std::size_t* length = nullptr) const;
+  btrieve::Status Call(WORD operation, const Arguments& arguments,
+                       std::size_t* length = nullptr) const;
 
  private:
   std::string name_;
@@ -91,7 +92,7 @@ class TableFile {
 
  private:
   std::optional<std::string> Read(WORD operation);
-  int Call(WORD operation, std::span<char> data, std::size_t* length = nullptr);
+  btrieve::Status Call(WORD operation, std::span<char> data, std::size_t* length = nullptr);
 
   const RecordManager& manager_;
   std::filesystem::path path_;

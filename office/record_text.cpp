@@ -1,12 +1,12 @@
 #include "office/record_text.h"
 
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <cstring>
 
 #include "office/failure.h"
 #include "office/text_encoding.h"
-#include "store/dates.h"
 
 namespace office {
 namespace {
@@ -31,17 +31,13 @@ Value Get(const FieldInfo& field, std::string_view record) {
 }
 
 std::uint16_t DayNumberIn(const FieldInfo& field, std::string_view text) {
-  using std::chrono::January, std::chrono::June;
-  constexpr auto kFirst = std::chrono::year(1900) / January / 1;
-  constexpr auto kLast = std::chrono::year(2079) / June / 5;
-  const auto date = DateIn(text);
+  const auto date = CalendarDateIn(text);
   if (!date) Refuse(field, text, "is not a date such as 31.12.2024.");
-  if (*date < kFirst || *date > kLast) {
+  const std::uint16_t dayNumber = qlx99::DayNumberOf(*date);
+  if (qlx99::FormatDay(dayNumber).Bytes() != text) {
     Refuse(field, text, "lies outside what a record can hold, 01.01.1900 to 05.06.2079.");
   }
-  return qlx99::DayNumberFromDate(static_cast<int>(static_cast<unsigned>(date->day())),
-                                  static_cast<int>(static_cast<unsigned>(date->month())),
-                                  static_cast<int>(date->year()));
+  return dayNumber;
 }
 
 void SetText(const FieldInfo& field, std::string_view value, std::string& record) {
@@ -57,12 +53,6 @@ void SetText(const FieldInfo& field, std::string_view value, std::string& record
   }
   bytes.resize(field.width, ' ');
   record.replace(field.offset, field.width, bytes);
-}
-
-std::string DayText(std::uint16_t dayNumber) {
-  std::array<char, qlx99::kDateFieldSize> text{};
-  const std::size_t length = qlx99::FormatDayNumber(std::to_string(dayNumber).c_str(), text.data());
-  return {text.data(), length - 1};  // without the "|"
 }
 
 std::string AmountText(double amount) {
@@ -81,15 +71,13 @@ std::string TextIn(const FieldInfo& field, std::string_view record, CodePage cod
 
 }  // namespace
 
-std::optional<std::chrono::year_month_day> DateIn(std::string_view text) {
-  if (text.size() != 10 || text[2] != '.' || text[5] != '.') return std::nullopt;
-  const auto day = NumberIn<unsigned>(text.substr(0, 2));
-  const auto month = NumberIn<unsigned>(text.substr(3, 2));
-  const auto year = NumberIn<unsigned>(text.substr(6, 4));
-  if (!day || !month || !year) return std::nullopt;
-  const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(*year)),
-                                         std::chrono::month(*month), std::chrono::day(*day)};
-  return date.ok() ? std::optional(date) : std::nullopt;
+std::optional<qlx99::Date> CalendarDateIn(std::string_view text) {
+  const qlx99::Date date = qlx99::DateIn(text);
+  const std::chrono::year_month_day day{std::chrono::year(date.year),
+                                        std::chrono::month(static_cast<unsigned>(date.month)),
+                                        std::chrono::day(static_cast<unsigned>(date.day))};
+  const bool isWhole = qlx99::FormatDate(date).Bytes() == text;
+  return isWhole && day.ok() ? std::optional(date) : std::nullopt;
 }
 
 std::string BlankRecord(const qlx99::RecordLayout& layout) {
@@ -130,7 +118,7 @@ std::string FieldText(const FieldInfo& field, std::string_view record) {
     case FieldKind::kInt32:
       return std::to_string(Get<std::int32_t>(field, record));
     case FieldKind::kDayNumber:
-      return DayText(Get<std::uint16_t>(field, record));
+      return qlx99::FormatDay(Get<std::uint16_t>(field, record)).Terminated();
     case FieldKind::kAmount:
       return AmountText(Get<double>(field, record));
     case FieldKind::kText:

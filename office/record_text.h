@@ -3,11 +3,11 @@
 #pragma once
 
 #include <charconv>
-#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "store/dates.h"
 #include "store/record_layout.h"
 
 namespace office {
@@ -22,7 +22,7 @@ std::optional<Number> NumberIn(std::string_view text) {
 }
 
 // The whole text, DD.MM.YYYY, as a day of the calendar, or nothing.
-std::optional<std::chrono::year_month_day> DateIn(std::string_view text);
+std::optional<qlx99::Date> CalendarDateIn(std::string_view text);
 
 // A record without any content: numbers 0, no dates, blank texts. Bytes that no field names are 0.
 std::string BlankRecord(const qlx99::RecordLayout& layout);

@@ -29,11 +29,10 @@ bool IsText(const FieldInfo& field) {
 // Known before the first record is read, so that no record has to wait for the last.
 std::size_t ColumnsFor(const FieldInfo& field) {
   constexpr std::size_t kNumberColumns = 11;
-  constexpr std::size_t kDateColumns = 10;
   constexpr std::size_t kAmountColumns = 16;
   const std::size_t name = std::string_view(field.name).size();
   if (IsText(field)) return std::max<std::size_t>(name, field.width);
-  if (field.kind == FieldKind::kDayNumber) return std::max(name, kDateColumns);
+  if (field.kind == FieldKind::kDayNumber) return std::max(name, qlx99::kDateLength);
   return std::max(name, field.kind == FieldKind::kAmount ? kAmountColumns : kNumberColumns);
 }
 

@@ -4,12 +4,19 @@
 
 #include <array>
 
-#include "addresses/address_files.h"
-#include "addresses/party_files.h"
+#include "addresses/address_file.h"
+#include "addresses/address_link_file.h"
+#include "addresses/bank_connection_file.h"
+#include "addresses/contact_person_file.h"
+#include "addresses/nationality_file.h"
+#include "addresses/relation_file.h"
+#include "addresses/salutation_file.h"
+#include "addresses/title_file.h"
 #include "caseparties/case_party_file.h"
 #include "caseparties/document_number_file.h"
-#include "cases/case_code_files.h"
+#include "cases/archive_file.h"
 #include "cases/case_file.h"
+#include "cases/case_type_file.h"
 #include "followups/follow_up_file.h"
 #include "followups/follow_up_kind_file.h"
 #include "users/user_file.h"

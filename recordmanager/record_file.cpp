@@ -175,7 +175,7 @@ int RecordFile::LoadEntries(const RecordVersion& version, std::vector<Entry>& en
 
 int RecordFile::Update(std::span<const std::uint8_t> record, RecordVersion& version,
                        std::vector<Entry>& entries) {
-  return Write([&] {
+  return Write([&]() -> int {
     int status = LoadEntries(version, entries);
     std::int64_t change = 0;
     if (status == btrieve::kSuccess) status = NextChange(change);

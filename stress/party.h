@@ -14,12 +14,12 @@ struct Party {
 };
 
 // The same for the record manager.
-struct PartyRecord {
+struct PartyRecord : qlx99::RecordDeclaration<PartyRecord> {
   static constexpr qlx99::RecordFileInfo file{"PARTY.KRV", sizeof(Party)};
-  static constexpr qlx99::Int32Field number{"number", 0};
-  static constexpr qlx99::Int32Field caseId{"caseId", 4};
-  static constexpr qlx99::Key byNumber{0, number, qlx99::Key::kAutoincrement};
-  static constexpr qlx99::Key byCase{1, caseId, qlx99::Key::kDuplicates};
+  static constexpr Int32Field number{"number", 0};
+  static constexpr Int32Field caseId{"caseId", 4};
+  static constexpr Key byNumber{0, number, Key::kAutoincrement};
+  static constexpr Key byCase{1, caseId, Key::kDuplicates};
   static constexpr auto fields = qlx99::Fields(number, caseId);
   static constexpr auto keys = qlx99::Keys(byNumber, byCase);
 };

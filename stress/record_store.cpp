@@ -22,18 +22,18 @@ struct Record {
 };
 
 // The same for the record manager: a key of each type.
-struct Item {
+struct Item : qlx99::RecordDeclaration<Item> {
   static constexpr qlx99::RecordFileInfo file{kRecordsFile, sizeof(Record)};
 
-  static constexpr qlx99::Int32Field number{"number", 0};
-  static constexpr qlx99::Int32Field slot{"slot", 4};
-  static constexpr qlx99::Int32Field name{"name", 8};
-  static constexpr qlx99::TextField text{"text", 12, 12};
+  static constexpr Int32Field number{"number", 0};
+  static constexpr Int32Field slot{"slot", 4};
+  static constexpr Int32Field name{"name", 8};
+  static constexpr TextField text{"text", 12, 12};
 
-  static constexpr qlx99::Key byNumber{0, number, qlx99::Key::kAutoincrement};
-  static constexpr qlx99::Key bySlot{1, slot, qlx99::Key::kDuplicates};
-  static constexpr qlx99::Key byName{2, name, qlx99::Key::kUnique};
-  static constexpr qlx99::Key byText{3, text, qlx99::Key::kDuplicates};
+  static constexpr Key byNumber{0, number, Key::kAutoincrement};
+  static constexpr Key bySlot{1, slot, Key::kDuplicates};
+  static constexpr Key byName{2, name, Key::kUnique};
+  static constexpr Key byText{3, text, Key::kDuplicates};
 
   static constexpr auto fields = qlx99::Fields(number, slot, name, text);
   static constexpr auto keys = qlx99::Keys(byNumber, bySlot, byName, byText);

@@ -5,11 +5,12 @@
 #include <cstring>
 #include <limits>
 
-#include "addresses/party_files.h"
+#include "addresses/relation_file.h"
 #include "caseparties/case_party_file.h"
 #include "cases/amount.h"
-#include "cases/case_code_files.h"
+#include "cases/archive_file.h"
 #include "cases/case_file.h"
+#include "cases/case_type_file.h"
 #include "support/example_office.h"
 #include "support/open_file.h"
 #include "users/user_file.h"
@@ -25,7 +26,7 @@ using C = CaseRecord;
 constexpr auto kStopsComputing = (0x7FFULL << 52) + 1;
 
 std::string Formatted(std::uint64_t bits) {
-  ResultRecord record;
+  ResultLine record;
   FormatAmount({bits}, record);
   return std::string(record.Bytes());
 }

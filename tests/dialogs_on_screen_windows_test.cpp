@@ -1,6 +1,6 @@
 // What Windows makes of the dialogs: windows in their places, and what a person's keys do to them.
-#include "addresses/address_files.h"
-#include "addresses/party_files.h"
+#include "addresses/bank_connection_file.h"
+#include "addresses/contact_person_file.h"
 #include "caseparties/case_party_file.h"
 #include "cases/case_file.h"
 #include "resources/resource.h"

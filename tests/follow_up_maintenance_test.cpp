@@ -144,10 +144,10 @@ TEST_F(FollowUpMaintenanceTest, TakeDatesAsTheyStand) {
                                               {"01.01.2051", -1},
                                               {"32.12.2050", -1},
                                               {"31.13.2050", -1},
-                                              {"00.00.0000", DayNumberFromDate(0, 0, 0)},
+                                              {"00.00.0000", DayNumberOf({0, 0, 0})},
                                               {"31.02.2003", 37681},
                                               {"01/01/2000 and more", 36524},
-                                              {"-1.01.2000", DayNumberFromDate(-1, 1, 2000)},
+                                              {"-1.01.2000", DayNumberOf({-1, 1, 2000})},
                                               {"01.01.1900", 0},
                                               {"31.12.1899", 65535}};
   for (const auto& [text, dayNumber] : rows) {

@@ -2,7 +2,7 @@
 #include <chrono>
 #include <thread>
 
-#include "addresses/address_files.h"
+#include "addresses/bank_connection_file.h"
 #include "resources/resource.h"
 #include "support/example_office.h"
 #include "users/user_file.h"

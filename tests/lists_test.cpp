@@ -1,6 +1,6 @@
 // The exports that deliver a list: one tells how many entries there are, its partner the entry at a
 // position.
-#include "addresses/address_files.h"
+#include "addresses/address_file.h"
 #include "caseparties/case_party_file.h"
 #include "cases/case_file.h"
 #include "followups/follow_up_file.h"

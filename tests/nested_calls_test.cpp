@@ -2,10 +2,10 @@
 // click on its toolbar starts a second call. Each call gives what it gives alone.
 #include <map>
 
-#include "addresses/address_files.h"
-#include "addresses/party_files.h"
-#include "cases/case_code_files.h"
+#include "addresses/bank_connection_file.h"
+#include "addresses/contact_person_file.h"
 #include "cases/case_file.h"
+#include "cases/case_type_file.h"
 #include "resources/resource.h"
 #include "support/example_office.h"
 

@@ -1,25 +1,25 @@
-// ALesenDLL: one address with everything that belongs to it, as one record of 25 fields in four
+// ALesenDLL: one address with everything that belongs to it, as one line of 25 fields in four
 // blocks: the contact person, the postal address, the bank connection, and what a case says of the
 // address as its party.
 #include <algorithm>
 
-#include "addresses/address_files.h"
+#include "addresses/address_file.h"
+#include "addresses/address_link_file.h"
 #include "addresses/choice_dialogs.h"
-#include "addresses/party_files.h"
+#include "addresses/nationality_file.h"
+#include "addresses/relation_file.h"
+#include "addresses/salutation_file.h"
+#include "addresses/title_file.h"
 #include "caseparties/case_party_file.h"
 #include "cases/case_file.h"
 #include "frame/arguments.h"
 #include "frame/bytes.h"
 #include "frame/call_gate.h"
 #include "frame/exports.h"
+#include "store/record_fields.h"
 
 namespace qlx99 {
 namespace {
-
-constexpr std::size_t kContactFields = 12;
-constexpr std::size_t kAddressFields = 7;
-constexpr std::size_t kBankFields = 3;
-constexpr std::size_t kLinkFields = 3;
 
 // Kept between calls: a macro that passes no link number means the one it passed last.
 struct LastRequest {
@@ -100,11 +100,11 @@ enum class Outcome : std::uint8_t {
 };
 
 // Reads the chosen record again, into `record`, which holds the first one. Another workstation may
-// have removed it while the dialog was open: then none is as good, least of all another address's.
+// have removed it while the dialog was open; no other record takes its place then.
 template <class Layout>
 Outcome ReadChosen(RecordCursor<Layout>& file, std::int32_t addressNumber, std::int32_t chosen,
                    Record<Layout>& record) {
-  int status = file.GetEqual(Layout::byAddress, addressNumber);
+  Status status = file.GetEqual(Layout::byAddress, addressNumber);
   if (status == btrieve::kEndOfFile) return Outcome::kRead;  // the first
   while (status == btrieve::kSuccess && file.Current()[Layout::addressNumber] == addressNumber) {
     if (file.Current()[Layout::number] == chosen) {
@@ -124,7 +124,7 @@ Outcome ReadOneOf(RecordCursor<Layout>& file, std::int32_t addressNumber,
                   Record<Layout>& record) {
   if (file.GetEqual(Layout::byAddress, addressNumber) != btrieve::kSuccess) return Outcome::kNone;
   record = file.Current();
-  const int status = file.GetNext(Layout::byAddress);
+  const Status status = file.GetNext(Layout::byAddress);
   if (status == btrieve::kEndOfFile) return Outcome::kRead;
   if (status != btrieve::kSuccess) return Outcome::kUnreadable;
   if (file.Current()[Layout::addressNumber] != addressNumber) return Outcome::kRead;
@@ -134,95 +134,134 @@ Outcome ReadOneOf(RecordCursor<Layout>& file, std::int32_t addressNumber,
 
 // A contact person without a salutation of its own is addressed as its address is.
 void AddLetterSalutation(AddressBook& book, std::int32_t addressNumber,
-                         std::int32_t salutationNumber, ResultRecord& dest) {
+                         std::int32_t salutationNumber, ResultLine& dest) {
+  using S = SalutationRecord;
   if (salutationNumber == 0) {
-    LookupAddressLetterSalutation(book.addresses, book.salutations, addressNumber, dest);
-  } else {
-    LookupLetterSalutation(book.salutations, salutationNumber, dest);
+    const auto* address = book.addresses.Find(AddressRecord::byNumber, addressNumber);
+    if (address == nullptr) return dest.AddEmptyField();
+    salutationNumber = (*address)[AddressRecord::salutationNumber];
   }
+  RecordFields(book.salutations.Find(S::byNumber, salutationNumber), dest).Add(S::letterSalutation);
 }
 
-void ReadContactBlock(AddressBook& book, std::int32_t addressNumber, ResultRecord& dest) {
+void AddTitle(AddressBook& book, std::int32_t titleNumber, ResultLine& dest) {
+  RecordFields(book.titles.Find(TitleRecord::byNumber, titleNumber), dest).Add(TitleRecord::title);
+}
+
+void AddContactBlock(AddressBook& book, std::int32_t addressNumber, ResultLine& dest) {
   using C = ContactPersonRecord;
   Record<C> contact;
   const Outcome outcome = ReadOneOf(book.contacts, addressNumber, ChooseContactPerson, contact);
-  if (outcome == Outcome::kNone) dest.AddEmptyFields(kContactFields);
-  if (outcome != Outcome::kRead) return;
+  if (outcome == Outcome::kUnreadable) return;
+  RecordFields(outcome == Outcome::kRead ? &contact : nullptr, dest)
+      .Add(C::firstName)
+      .Add(C::name)
+      .Add([&](const auto& found) {
+        AddLetterSalutation(book, addressNumber, found[C::salutationNumber], dest);
+      })
+      .Add([&](const auto& found) { AddTitle(book, found[C::titleNumber], dest); })
+      .Add(C::nameAddition)
+      .Add(C::freeText)
+      .Add(C::shortField1)
+      .Add(C::shortField2)
+      .Add(C::shortField3)
+      .Add(C::shortField4)
+      .Add(C::shortField5)
+      .Add(C::wideField);
+}
 
-  dest.AddField(contact[C::firstName]);
-  dest.AddField(contact[C::name]);
-  AddLetterSalutation(book, addressNumber, contact[C::salutationNumber], dest);
-  LookupTitle(book.titles, contact[C::titleNumber], dest);
-  for (const TextField& field : {C::nameAddition, C::freeText, C::shortField1, C::shortField2,
-                                 C::shortField3, C::shortField4, C::shortField5, C::wideField}) {
-    dest.AddField(contact[field]);
-  }
+void AddNationality(const DataRoot& dataRoot, std::int32_t nationalityNumber, ResultLine& dest) {
+  using N = NationalityRecord;
+  RecordFile<N> nationalities(dataRoot);
+  RecordFields(nationalities.Find(N::byNumber, nationalityNumber), dest).Add(N::nationality);
 }
 
 // Returns what the case says of the address, for the link block.
-PartyTexts ReadAddressBlock(AddressBook& book, const DataRoot& dataRoot,
-                            const AddressRequest& request, ResultRecord& dest) {
+PartyTexts AddAddressBlock(AddressBook& book, const DataRoot& dataRoot,
+                           const AddressRequest& request, ResultLine& dest) {
   using A = AddressRecord;
-  if (!FindAddress(book.addresses, request.addressNumber)) {
-    dest.AddEmptyFields(kAddressFields);
-    return {};
-  }
-  const Record<A> address = book.addresses.Current();
-  AddStreet(address, dest);
-  for (const TextField& field : {A::postalCode, A::place, A::secondPostalCode, A::secondPlace}) {
-    dest.AddField(address[field]);
-  }
-  const PartyTexts texts = FindPartyTexts(dataRoot, request);
-  dest.AddField({texts.addressAddition.data(), texts.addressAddition.size()});
-  LookupNationality(dataRoot, address[A::nationalityNumber], dest);
+  PartyTexts texts;
+  RecordFields(book.addresses.Find(A::byNumber, request.addressNumber), dest)
+      .Add([&](const auto& found) { AddStreet(found, dest); })
+      .Add(A::postalCode)
+      .Add(A::place)
+      .Add(A::secondPostalCode)
+      .Add(A::secondPlace)
+      .Add([&](const auto& /*found*/) {
+        texts = FindPartyTexts(dataRoot, request);
+        dest.AddField({texts.addressAddition.data(), texts.addressAddition.size()});
+      })
+      .Add([&](const auto& found) { AddNationality(dataRoot, found[A::nationalityNumber], dest); });
   return texts;
 }
 
-void ReadBankBlock(AddressBook& book, std::int32_t addressNumber, ResultRecord& dest) {
+void AddBankBlock(AddressBook& book, std::int32_t addressNumber, ResultLine& dest) {
   using B = BankConnectionRecord;
   Record<B> bank;
   const Outcome outcome = ReadOneOf(book.banks, addressNumber, ChooseBankConnection, bank);
-  if (outcome == Outcome::kNone) dest.AddEmptyFields(kBankFields);
-  if (outcome != Outcome::kRead) return;
-
-  for (const TextField& field : {B::bankName, B::bankCode, B::accountNumber}) {
-    dest.AddField(bank[field]);
-  }
+  if (outcome == Outcome::kUnreadable) return;
+  RecordFields(outcome == Outcome::kRead ? &bank : nullptr, dest)
+      .Add(B::bankName)
+      .Add(B::bankCode)
+      .Add(B::accountNumber);
 }
 
-void ReadLinkBlock(AddressBook& book, const DataRoot& dataRoot, std::int32_t addressNumber,
-                   const PartyTexts& texts, ResultRecord& dest) {
-  if (!FindAddress(book.addresses, addressNumber)) {
-    dest.AddEmptyFields(kLinkFields);
-    return;
+void AddRelation(AddressBook& book, std::int32_t relationId, ResultLine& dest) {
+  using R = RelationRecord;
+  RecordFields(book.relations.Find(R::byId, relationId), dest).Add(R::designation);
+}
+
+// The record that ties the address to the link; null when there is none or the file is not open.
+const Record<AddressLinkRecord>* FindLink(RecordFile<AddressLinkRecord>& links,
+                                          std::int32_t linkNumber, std::int32_t addressNumber) {
+  if (!links.IsOpen()) return nullptr;
+  for (const auto& link : links.Walk(AddressLinkRecord::byLink, linkNumber)) {
+    if (link[AddressLinkRecord::addressNumber] == addressNumber) return &link;
+  }
+  return nullptr;
+}
+
+void AddLink(AddressBook& book, const Record<AddressLinkRecord>* link, ResultLine& dest) {
+  using L = AddressLinkRecord;
+  RecordFields(link, dest).Add(L::linkText).Add([&](const auto& found) {
+    AddRelation(book, found[L::relationId], dest);
+  });
+}
+
+void AddLinkBlock(AddressBook& book, const DataRoot& dataRoot, std::int32_t addressNumber,
+                  const PartyTexts& texts, ResultLine& dest) {
+  if (book.addresses.Find(AddressRecord::byNumber, addressNumber) == nullptr) {
+    dest.AddEmptyField();
+    return AddLink(book, nullptr, dest);
   }
   dest.AddField({texts.contactAddition.data(), texts.contactAddition.size()});
-  LookupAddressLink(dataRoot, book.relations, texts.linkNumber, addressNumber, dest);
+  RecordFile<AddressLinkRecord> links(dataRoot);
+  AddLink(book, FindLink(links, texts.linkNumber, addressNumber), dest);
 }
 
 // Composes nothing when a file cannot be opened.
-void ReadAddress(const AddressRequest& request, ResultRecord& dest) {
+void ReadAddress(const AddressRequest& request, ResultLine& dest) {
   const auto dataRoot = ReadDataRoot(kNoDataPathForAddresses);
   if (!dataRoot) return;
   AddressBook book(*dataRoot);
   if (!book.IsOpen()) return;
 
-  ReadContactBlock(book, request.addressNumber, dest);
-  const PartyTexts texts = ReadAddressBlock(book, *dataRoot, request, dest);
-  ReadBankBlock(book, request.addressNumber, dest);
-  ReadLinkBlock(book, *dataRoot, request.addressNumber, texts, dest);
+  AddContactBlock(book, request.addressNumber, dest);
+  const PartyTexts texts = AddAddressBlock(book, *dataRoot, request, dest);
+  AddBankBlock(book, request.addressNumber, dest);
+  AddLinkBlock(book, *dataRoot, request.addressNumber, texts, dest);
 }
 
-std::int32_t DeliverAddress(const char* caseNumber, const char* addressNumber, char* record,
+std::int32_t DeliverAddress(const char* caseNumber, const char* addressNumber, char* buffer,
                             const char* linkNumber) {
   if (linkNumber != nullptr) lastRequest.linkNumber = LeadingNumber(linkNumber);
   const AddressRequest request{CaseNumberKey(caseNumber), LeadingNumber(addressNumber),
                                lastRequest.linkNumber};
   if (!EnsureRecordManager()) return 0;
-  ResultRecord address;
+  ResultLine address;
   ReadAddress(request, address);
   address.DropLastEnd();
-  return HandOver(address, record, HandOverForm::kWithEndMark);
+  return HandOver(address, buffer, HandOverForm::kWithEndMark);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "frame/dialogs.h"
 #include "frame/screen.h"
 #include "resources/resource.h"
+#include "store/result_line.h"
 #include "store/text_buffer.h"
 
 namespace qlx99 {
@@ -17,7 +18,7 @@ struct BankChoice {
   static constexpr int lines = IDC_BANK_LINES;
   static constexpr int numbers = IDC_BANK_NUMBERS;
   static constexpr UINT tabStop = 100;  // in dialog units
-  static constexpr TextField columns[] = {Layout::bankName, Layout::accountNumber};
+  static constexpr Record<Layout>::TextField columns[] = {Layout::bankName, Layout::accountNumber};
 };
 
 struct ContactChoice {
@@ -26,7 +27,7 @@ struct ContactChoice {
   static constexpr int lines = IDC_CONTACT_LINES;
   static constexpr int numbers = IDC_CONTACT_NUMBERS;
   static constexpr UINT tabStop = 80;
-  static constexpr TextField columns[] = {Layout::name, Layout::firstName};
+  static constexpr Record<Layout>::TextField columns[] = {Layout::name, Layout::firstName};
 };
 
 // One call's choice; its dialog moves `records` only.
@@ -55,7 +56,7 @@ class RecordChoice {
 template <class Choice>
 void RecordChoice<Choice>::AddRecord(HWND dialog, const Record<Layout>& record) {
   ListLine line;
-  for (const TextField& column : Choice::columns) {
+  for (const auto& column : Choice::columns) {
     line.Append(TrimBlanks(record[column]));
     line.Append("\t");
   }
@@ -63,8 +64,7 @@ void RecordChoice<Choice>::AddRecord(HWND dialog, const Record<Layout>& record) 
   AddLine(dialog, Choice::lines, line.Terminated());
   ScrollAsFarAs(dialog, Choice::lines, Choice::tabStop, line.Terminated());
 
-  // The record's number rides along in the hidden list, at the same index, as item data: whole,
-  // whatever its bytes.
+  // The hidden list holds the record's number, as the item data at the same index.
   const LRESULT index = AddLine(dialog, Choice::numbers, "");
   SendDlgItemMessageA(dialog, Choice::numbers, LB_SETITEMDATA, static_cast<WPARAM>(index),
                       record[Layout::number]);

@@ -4,8 +4,9 @@
 
 #include <cstdint>
 
-#include "addresses/address_files.h"
-#include "addresses/party_files.h"
+#include "addresses/bank_connection_file.h"
+#include "addresses/contact_person_file.h"
+#include "store/record_file.h"
 
 namespace qlx99 {
 

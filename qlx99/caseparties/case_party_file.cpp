@@ -1,6 +1,6 @@
 #include "caseparties/case_party_file.h"
 
-#include "addresses/party_files.h"
+#include "addresses/relation_file.h"
 #include "cases/case_file.h"
 
 namespace qlx99 {
@@ -24,7 +24,7 @@ std::int32_t CountCaseParties(const CaseNumberKey& key) {
   if (!dataRoot) return 0;
   RecordFile<CaseRecord> cases(*dataRoot);
   RecordFile<CasePartyRecord> parties(*dataRoot, cases);
-  // Not read here, but an office without it has no parties to speak of: the user is to learn of it.
+  // Not read here. It is opened so that the user learns when it is missing.
   RecordFile<RelationRecord> relations(*dataRoot, parties);
   if (!relations.IsOpen()) return 0;
 

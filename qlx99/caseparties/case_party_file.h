@@ -12,7 +12,7 @@
 
 namespace qlx99 {
 
-struct CasePartyRecord {
+struct CasePartyRecord : RecordDeclaration<CasePartyRecord> {
   static constexpr RecordFileInfo file{"ZTHEAD.KRV", 750};
 
   static constexpr Int32Field id{"id", 0};
@@ -23,7 +23,7 @@ struct CasePartyRecord {
   static constexpr TextField contactAddition{"contactAddition", 120, 30};
   static constexpr TextField addressAddition{"addressAddition", 650, 25};
 
-  static constexpr Key byId{0, id, Key::kUnique};
+  static constexpr UnusedKey byId{0, id, Key::kUnique};
   static constexpr Key byCase{1, caseId, Key::kDuplicates};
 
   static constexpr auto fields = Fields(id, caseId, addressNumber, relationId, addressLinkNumber,

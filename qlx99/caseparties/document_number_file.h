@@ -5,7 +5,7 @@
 
 namespace qlx99 {
 
-struct DocumentNumberRecord {
+struct DocumentNumberRecord : RecordDeclaration<DocumentNumberRecord> {
   static constexpr RecordFileInfo file{"ZTHISTO.KRV", 236};
 
   static constexpr Int32Field id{"id",
@@ -13,7 +13,7 @@ struct DocumentNumberRecord {
   static constexpr Int32Field caseId{"caseId", 4};
   static constexpr Int32Field lastNumber{"lastNumber", 8};
 
-  static constexpr Key byId{0, id, Key::kAutoincrement};
+  static constexpr UnusedKey byId{0, id, Key::kAutoincrement};
   static constexpr Key byCase{1, caseId, Key::kUnique};
 
   static constexpr auto fields = Fields(id, caseId, lastNumber);

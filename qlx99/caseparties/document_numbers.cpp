@@ -9,8 +9,8 @@
 namespace qlx99 {
 namespace {
 
-// How often a number is taken anew because another workstation took the same one first. Each time,
-// some workstation got its number, so this many in a row do not happen in an office.
+// How often a number is taken anew because another workstation was first. Each time another one has
+// got its number, so this many in a row do not happen in an office.
 constexpr int kMaxTries = 1000;
 
 struct IssuedNumber {
@@ -35,10 +35,10 @@ IssuedNumber IssueFirst(RecordFile<DocumentNumberRecord>& numbers, std::int32_t 
   return {1, numbers.Insert(DocumentNumberRecord::byCase, record) == btrieve::kDuplicateKey};
 }
 
-// A number that cannot be written down is the letter's all the same. It is taken anew only where
-// another workstation has it, which the counter, read again, has to confirm.
+// A number that cannot be stored is issued all the same. It is taken anew only when another
+// workstation has taken it and the counter, read again, is there to confirm that.
 std::int32_t Issue(RecordFile<DocumentNumberRecord>& numbers, std::int32_t caseId) {
-  const int found = numbers.GetEqual(DocumentNumberRecord::byCase, caseId);
+  const Status found = numbers.GetEqual(DocumentNumberRecord::byCase, caseId);
   const bool none = found == btrieve::kKeyNotFound || found == btrieve::kEndOfFile;
   if (found != btrieve::kSuccess && !none) return 0;
 

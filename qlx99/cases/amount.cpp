@@ -82,7 +82,7 @@ Hundredths HundredthsOf(const Parts& parts) {
 }
 
 // The digits before the decimals, the last groups of three set off by points.
-void AppendGrouped(std::string_view digits, ResultRecord& dest) {
+void AppendGrouped(std::string_view digits, ResultLine& dest) {
   const std::size_t groups = std::min((digits.size() - 1) / kGroup, kMaxGroups);
   std::size_t at = digits.size() - groups * kGroup;
   dest.Append(Part(digits, 0, at));
@@ -94,10 +94,10 @@ void AppendGrouped(std::string_view digits, ResultRecord& dest) {
 
 }  // namespace
 
-void FormatAmount(Amount amount, ResultRecord& dest) {
+void FormatAmount(Amount amount, ResultLine& dest) {
   const Parts parts = PartsOf(amount);
   if (!parts.finite) {
-    dest.AddEmptyFields(1);
+    dest.AddEmptyField();
     return;
   }
   const Hundredths hundredths = HundredthsOf(parts);

@@ -11,7 +11,7 @@
 
 namespace qlx99 {
 
-struct CaseRecord {
+struct CaseRecord : RecordDeclaration<CaseRecord> {
   static constexpr RecordFileInfo file{"ZTCASE.KRV", 375};
 
   static constexpr Int32Field id{"id", 0};
@@ -30,7 +30,7 @@ struct CaseRecord {
   static constexpr TextField currency{"currency", 315,
                                       3};  // of the amount; may end early with a zero byte
 
-  static constexpr Key byId{0, id, Key::kUnique};
+  static constexpr UnusedKey byId{0, id, Key::kUnique};
   static constexpr Key byCaseNumber{1, caseNumber, Key::kUnique};
 
   static constexpr auto fields =

@@ -9,7 +9,7 @@
 
 namespace qlx99 {
 
-struct FollowUpRecord {
+struct FollowUpRecord : RecordDeclaration<FollowUpRecord> {
   static constexpr RecordFileInfo file{"ZTDOLIST.KRV", 214};
 
   static constexpr Int32Field id{"id", 0};  // assigned by the record manager

@@ -2,15 +2,11 @@
 // reads it.
 #pragma once
 
-#include <cstdint>
-
-#include "frame/registry.h"
 #include "store/record_layout.h"
-#include "store/result_record.h"
 
 namespace qlx99 {
 
-struct FollowUpKindRecord {
+struct FollowUpKindRecord : RecordDeclaration<FollowUpKindRecord> {
   static constexpr RecordFileInfo file{"ZTKODOLI.KRV", 88};
 
   static constexpr Int32Field id{"id", 0};
@@ -23,9 +19,5 @@ struct FollowUpKindRecord {
   static constexpr auto keys = Keys(byId);
 };
 static_assert(IsSound<FollowUpKindRecord>());
-
-// Adds the kind's name as a field, an empty one when there is no such kind or the file cannot be
-// opened.
-void LookupFollowUpKind(const DataRoot& dataRoot, std::int32_t kindId, ResultRecord& dest);
 
 }  // namespace qlx99

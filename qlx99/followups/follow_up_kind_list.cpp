@@ -5,6 +5,7 @@
 #include "frame/call_gate.h"
 #include "frame/exports.h"
 #include "store/record_file.h"
+#include "store/result_line.h"
 
 namespace qlx99 {
 namespace {
@@ -19,7 +20,7 @@ std::int32_t CountFollowUpKinds() {
 }
 
 // Composes nothing for a position beyond the last kind.
-void ReadFollowUpKind(std::int32_t position, ResultRecord& dest) {
+void ReadFollowUpKind(std::int32_t position, ResultLine& dest) {
   const auto dataRoot = ReadDataRoot(kNoDataPathForFollowUps);
   if (!dataRoot) return;
   RecordFile<FollowUpKindRecord> kinds(*dataRoot);
@@ -32,11 +33,11 @@ void ReadFollowUpKind(std::int32_t position, ResultRecord& dest) {
   dest.AppendNumber(kind[FollowUpKindRecord::id]);
 }
 
-std::int32_t DeliverFollowUpKind(const char* index, char* record) {
+std::int32_t DeliverFollowUpKind(const char* index, char* buffer) {
   if (!EnsureRecordManager()) return 0;
-  ResultRecord kind;
+  ResultLine kind;
   ReadFollowUpKind(LeadingNumber(index), kind);
-  return HandOver(kind, record, HandOverForm::kRecordOnly);
+  return HandOver(kind, buffer, HandOverForm::kLineOnly);
 }
 
 }  // namespace

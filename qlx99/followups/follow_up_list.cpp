@@ -6,6 +6,7 @@
 #include "frame/arguments.h"
 #include "frame/call_gate.h"
 #include "frame/exports.h"
+#include "store/record_fields.h"
 #include "store/record_file.h"
 #include "users/user_file.h"
 
@@ -26,13 +27,18 @@ std::int32_t CountFollowUps(const char* caseNumber) {
   return CountRecords(followUps.Walk(FollowUpRecord::byCase, caseId));
 }
 
+void AddKindName(const DataRoot& dataRoot, std::int32_t kindId, ResultLine& dest) {
+  RecordFile<FollowUpKindRecord> kinds(dataRoot);
+  RecordFields(kinds.Find(FollowUpKindRecord::byId, kindId), dest).Add(FollowUpKindRecord::name);
+}
+
 void ComposeFollowUp(const DataRoot& dataRoot, const Record<FollowUpRecord>& followUp,
-                     ResultRecord& dest) {
+                     ResultLine& dest) {
   using F = FollowUpRecord;
   const std::int32_t partyRecordId = followUp[F::partyRecordId];
 
   dest.AddDay(followUp[F::date]);
-  LookupFollowUpKind(dataRoot, followUp[F::kindId], dest);
+  AddKindName(dataRoot, followUp[F::kindId], dest);
   dest.AddNumber(followUp[F::kindId]);
   dest.AddField(followUp[F::text]);
   LookupUser(dataRoot, followUp[F::userId], dest);
@@ -44,7 +50,7 @@ void ComposeFollowUp(const DataRoot& dataRoot, const Record<FollowUpRecord>& fol
 }
 
 // Composes nothing for a position beyond the case's last follow-up.
-void ReadFollowUp(const CaseNumberKey& key, std::int32_t position, ResultRecord& dest) {
+void ReadFollowUp(const CaseNumberKey& key, std::int32_t position, ResultLine& dest) {
   const auto dataRoot = ReadDataRoot(kNoDataPathForAddresses);
   if (!dataRoot) return;
   RecordFile<CaseRecord> cases(*dataRoot);
@@ -57,11 +63,11 @@ void ReadFollowUp(const CaseNumberKey& key, std::int32_t position, ResultRecord&
   ComposeFollowUp(*dataRoot, followUps.Current(), dest);
 }
 
-std::int32_t DeliverFollowUp(const char* caseNumber, const char* index, char* record) {
+std::int32_t DeliverFollowUp(const char* caseNumber, const char* index, char* buffer) {
   if (!EnsureRecordManager()) return 0;
-  ResultRecord followUp;
+  ResultLine followUp;
   ReadFollowUp(CaseNumberKey(caseNumber), LeadingNumber(index), followUp);
-  return HandOver(followUp, record, HandOverForm::kRecordOnly);
+  return HandOver(followUp, buffer, HandOverForm::kLineOnly);
 }
 
 }  // namespace

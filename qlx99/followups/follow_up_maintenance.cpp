@@ -1,10 +1,11 @@
 // WVNew, WVChange and WVDelete: the writers of follow-ups. What they acknowledge with -1 is
 // written; what they refuse is not. Each checks its arguments in an order of its own, which its
 // users know: the first thing wrong is the one message that they see.
+#include <optional>
+
 #include "cases/case_file.h"
 #include "followups/follow_up_file.h"
 #include "frame/arguments.h"
-#include "frame/bytes.h"
 #include "frame/call_gate.h"
 #include "frame/exports.h"
 #include "store/dates.h"
@@ -17,14 +18,13 @@ namespace {
 constexpr std::int32_t kDone = -1;
 constexpr std::int32_t kNotDone = 0;
 
-constexpr std::size_t kDateLength = 10;
 constexpr std::size_t kTextLength = FollowUpRecord::text.width;
 
 // What a macro may set of a follow-up, taken from its memory at once: while a message is open, the
 // host may put its next call's texts there.
 struct FollowUpArguments {
   std::int32_t kindId;
-  TextBuffer<kDateLength> date;  // DD.MM.YYYY, cut behind the year
+  std::optional<Date> date;
   std::int32_t userId;
   std::int32_t secondUserId;
   std::int32_t partyRecordId;
@@ -43,17 +43,22 @@ bool TextFits(const char* text) {
   return isShort || OnlyBlanksFollow(text + kTextLength);
 }
 
+// Nothing when the text is shorter than a date; what stands behind the date does not count.
+std::optional<Date> GivenDate(const char* dueDate) {
+  const std::string_view text = BoundedText(dueDate, kDateLength);
+  return text.size() == kDateLength ? std::optional(DateIn(text)) : std::nullopt;
+}
+
 FollowUpArguments TakeArguments(const char* kindId, const char* dueDate, const char* userId,
                                 const char* secondUserId, const char* partyRecordId,
                                 const char* text) {
   FollowUpArguments taken{.kindId = LeadingNumber(kindId),
-                          .date = {},
+                          .date = GivenDate(dueDate),
                           .userId = LeadingNumber(userId),
                           .secondUserId = LeadingNumber(secondUserId),
                           .partyRecordId = LeadingNumber(partyRecordId),
                           .text = {},
                           .textFits = TextFits(text)};
-  taken.date.Append(BoundedText(dueDate, kDateLength));
   taken.text.Append(BoundedText(text, kTextLength));
   return taken;
 }
@@ -64,32 +69,19 @@ bool Require(bool condition, const Message& message) {
   return condition;
 }
 
-struct Date {
-  int day;
-  int month;
-  int year;
-};
-
-// The separators are not looked at.
-Date TakeDate(std::string_view date) {
-  return {LeadingNumber(Part(date, 0, 2)), LeadingNumber(Part(date, 3, 2)),
-          LeadingNumber(Part(date, 6, 4))};
-}
-
 // There is no lower bound, and no check whether the month has that day.
-bool CheckDate(std::string_view dateText) {
-  if (!Require(dateText.size() == kDateLength, kDateMissing)) return false;
-  const Date date = TakeDate(dateText);
-  return Require(date.day <= 31 && date.month <= 12 && date.year <= 2050, kDateInvalid);
+bool CheckDate(const std::optional<Date>& date) {
+  if (!Require(date.has_value(), kDateMissing)) return false;
+  return Require(date->day <= 31 && date->month <= 12 && date->year <= 2050, kDateInvalid);
 }
 
 bool CheckDateAndText(const FollowUpArguments& arguments) {
-  return CheckDate(arguments.date.Bytes()) && Require(arguments.textFits, kFollowUpTextTooLong);
+  return CheckDate(arguments.date) && Require(arguments.textFits, kFollowUpTextTooLong);
 }
 
+// Of arguments that were checked.
 void SetArguments(const FollowUpArguments& arguments, Record<FollowUpRecord>& record) {
-  const Date date = TakeDate(arguments.date.Bytes());
-  record.Set(FollowUpRecord::date, DayNumberFromDate(date.day, date.month, date.year));
+  record.Set(FollowUpRecord::date, DayNumberOf(*arguments.date));
   record.Set(FollowUpRecord::kindId, arguments.kindId);
   record.Set(FollowUpRecord::text, arguments.text.Bytes());
   record.Set(FollowUpRecord::userId, arguments.userId);

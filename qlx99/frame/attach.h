@@ -29,7 +29,7 @@ InstallKind InstallKindOf(std::string_view programName);
 
 enum class Detachment {
   kFreed,        // the process goes on without the library's code
-  kProcessEnds,  // nothing but what is the library's own is given back
+  kProcessEnds,  // only what is the library's own is released
 };
 
 // Called by the library's entry point, or by a program that has the library built in.

@@ -25,8 +25,8 @@ std::int32_t Call(FARPROC address, [[maybe_unused]] const GateArguments& argumen
 
 using Caller = std::int32_t(FARPROC address, const GateArguments& arguments);
 
-// Calls a function with that many arguments, which are all those of the export: as it is the called
-// function that removes them, one too many or too few would do harm.
+// Calls a function with as many arguments as the export has. The called function takes them off the
+// stack, so one too many or too few would damage it.
 template <std::size_t count, class... Arguments>
 consteval Caller* With(std::int32_t(WINAPI* /*theExport*/)(Arguments...)) {
   static_assert(sizeof...(Arguments) == count);

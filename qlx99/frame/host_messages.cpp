@@ -6,7 +6,7 @@ namespace {
 struct Held {
   int holders = 0;
   HHOOK hook = nullptr;
-  int quits = 0;  // that were taken
+  int quits = 0;  // taken so far
   int exitCode = 0;
 };
 
@@ -18,7 +18,8 @@ void Hold(MSG& quit) {
   held.exitCode = static_cast<int>(quit.wParam);
 }
 
-// Sees every message that anybody takes from the thread's queue, before he does.
+// Windows calls it with each message that is taken from the thread's queue, before the taker sees
+// it.
 LRESULT CALLBACK HoldQuit(int code, WPARAM removal, LPARAM longParam) {
   auto& message = *reinterpret_cast<MSG*>(longParam);
   const bool isTaken = code == HC_ACTION && (removal & PM_REMOVE) != 0;
@@ -44,7 +45,7 @@ void DispatchHostMessages() {
   MSG message{};
   const int before = held.quits;
   while (held.quits == before && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-    if (message.message == WM_QUIT) Hold(message);  // no hook was to be had
+    if (message.message == WM_QUIT) Hold(message);  // without a hook
     TranslateMessage(&message);
     DispatchMessageA(&message);
   }

@@ -6,12 +6,11 @@
 
 namespace qlx99 {
 
-// While it exists, a WM_QUIT that is pending on this thread, or comes, is held. Whoever takes it
-// from the queue finds a message that means nothing, be it the library, the delegate, or the loop
-// of a message box or dialog, which would end without an answer. When the outermost of these ends,
-// the host has its WM_QUIT in the queue again. (A delegate that ended a loop of its own by a
-// WM_QUIT would wait for ever; but it cannot be told whose a WM_QUIT is, and the host's is the one
-// that must not be lost.)
+// Saves the host's WM_QUIT. A message box or dialog that took it would end without an answer. While
+// this exists, whoever takes a WM_QUIT from the thread's queue finds a WM_NULL in its place. When
+// the outermost of these ends, the WM_QUIT is in the queue again. (A sibling library that ended a
+// loop of its own by a WM_QUIT would wait for ever. But nobody can tell whose a WM_QUIT is, and the
+// host's must not be lost.)
 class HeldQuit {
  public:
   HeldQuit();
@@ -24,9 +23,8 @@ class HeldQuit {
 // a WM_QUIT has been taken. Within a HeldQuit.
 void DispatchHostMessages();
 
-// Lets a moment pass before the next look at something that changes through messages or in other
-// programs: until a message comes, but a few milliseconds at most. Without it, a wait for a person
-// would keep the processor busy all the time.
+// Waits until a message comes, but a few milliseconds at most. A loop that waits for a person calls
+// it between two looks, or it would keep the processor busy.
 void AwaitHostMessage();
 
 }  // namespace qlx99

@@ -15,13 +15,13 @@ struct LoginWindow {
 
 LoginWindow loginWindow;
 
-// False when the class cannot be had as it must be: a window of another's procedure is worse than
-// none.
+// False when the class cannot be registered with our procedure: a window with another one would be
+// worse than none.
 bool RegisterWindowClass() {
   WNDCLASSA known{};
   if (GetClassInfoA(CurrentAttachment().module, kName, &known)) {
     if (known.lpfnWndProc == MainWndProc) return true;
-    UnregisterClassA(kName, CurrentAttachment().module);  // of a library that lay here before
+    UnregisterClassA(kName, CurrentAttachment().module);  // left by an earlier library
   }
   WNDCLASSA hidden{};
   hidden.style = CS_HREDRAW;
@@ -39,7 +39,7 @@ LoginState CurrentLoginState() { return loginWindow.state; }
 void SetLoginState(LoginState state) { loginWindow.state = state; }
 
 void CreateLoginWindow() {
-  // It is gone together with its owner, when the word processor has closed that window.
+  // It is destroyed together with its owner, the word processor's window.
   if (IsWindow(loginWindow.window)) return;
   constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX;
   constexpr int kWidth = 700;
@@ -62,17 +62,17 @@ void DestroyLoginWindow() {
 
 void DisownLoginWindow() {
   if (IsWindow(loginWindow.window)) {
-    // It belongs to another thread, which alone may destroy it, and does when it hears of this. To
-    // wait for that thread could be for ever: it may itself wait to load a library.
+    // It belongs to another thread. Only that thread can destroy it, and WM_CLOSE makes it do so.
+    // We do not wait for it: it may itself be waiting for us, to load a library.
     SetWindowLongPtrA(loginWindow.window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(DefWindowProcA));
     PostMessageA(loginWindow.window, WM_CLOSE, 0, 0);
   }
-  // The class would outlive the library and, for the next one loaded, stand for code that is gone.
+  // The class would outlive the library and lead to code that is gone.
   UnregisterClassA(kName, CurrentAttachment().module);
 }
 
 LRESULT CALLBACK MainWndProc(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
-  // The login side registers the same name, so that both have the same number.
+  // The login side registers the same name, and so both have the same number.
   if (message == RegisterWindowMessageA("WM_KRV_LOGINMASK")) {
     SetLoginState(static_cast<LoginState>(wordParam));
     return 0;

@@ -8,26 +8,27 @@
 namespace qlx99 {
 
 enum class LoginState : std::int32_t {
-  kNoAnswer = -1,  // from the login mask, yet
-  kLoggedIn = 1,   // the login mask reports a login
-  kCancelled = 2,  // it was closed without one
+  kNoAnswer = -1,  // the login mask has not reported yet
+  kLoggedIn = 1,   // it reports a login
+  kCancelled = 2,  // it was closed without a login
 };
 
 LoginState CurrentLoginState();
 void SetLoginState(LoginState state);
 
-// Makes sure that there is the hidden window. A failure is not reported: the handshake then hears
-// nothing of the login mask.
+// Creates the hidden window unless there is one. A failure is not reported; nothing is heard from
+// the login mask then.
 void CreateLoginWindow();
 
-// The window was there and has gone, together with its owner: nobody hears the login mask any more.
+// Whether the window was created and has been destroyed with its owner. Nothing is heard from the
+// login mask then.
 bool LoginWindowHasGone();
 
-// When the process detaches the library.
+// Called when the process detaches the library.
 void DestroyLoginWindow();
 
-// When it goes on without the library: afterwards nothing in the system refers to the library's
-// code, even where the window could not be made, or could not be destroyed by this thread.
+// Called when the process lives on without the library. Afterwards nothing in Windows refers to the
+// library's code, even if the window belongs to another thread or could not be created.
 void DisownLoginWindow();
 
 }  // namespace qlx99

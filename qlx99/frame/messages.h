@@ -48,7 +48,7 @@ inline constexpr Message kNoDataPathForWritingFollowUps{
     kTitle, MB_ICONHAND};
 
 // Results and record files.
-inline constexpr Message kRecordTooLong{u8"Datenmenge ist zu groß !"_ansi, kTitle, MB_ICONHAND};
+inline constexpr Message kResultTooLong{u8"Datenmenge ist zu groß !"_ansi, kTitle, MB_ICONHAND};
 inline constexpr Message kFileNotOpened{u8"Die Datei %s kann nicht geöffnet werden !"_ansi, kTitle,
                                         MB_OK};
 inline constexpr Message kFileNotClosed{u8"Die Datei %s kann nicht geschlossen werden !"_ansi,

@@ -14,8 +14,8 @@
 
 namespace qlx99 {
 
-// One value of the configuration: where it lies and how many bytes of it are read at most. The
-// program's name is read whole all the same, or a long path would decide nothing.
+// One value of the configuration: where it lies and how many bytes of it are read at most. Only the
+// program's name is read whole, because TELQ32 may stand at the end of a long path.
 struct RegistryValue {
   const char* keyPath;
   const char* name;

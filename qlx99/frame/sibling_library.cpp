@@ -18,16 +18,16 @@ MappingPath PathBelow(const MappingRoot& root, const char* pattern) {
 
 void LoadSiblingLibrary(const MappingRoot& root) {
   if (siblingLibrary != nullptr) return;
-  // It stays the current one: the sibling may load further parts of itself from there, and later.
+  // It stays the current folder: the sibling may later load more of its parts from there.
   SetCurrentDirectoryA(PathBelow(root, kSiblingFolder).data());
-  // Without the system's own dialogs: who misses a function is told so by name.
+  // Without the system's dialogs: a call that then finds no function names it in a message.
   const UINT previousMode = SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
   siblingLibrary = LoadLibraryA(PathBelow(root, kSiblingFile).data());
   SetErrorMode(previousMode);
 }
 
 FARPROC SiblingFunction(const char* name) {
-  // Windows would take no library for the program itself.
+  // For a null library, Windows would look in the program.
   return siblingLibrary == nullptr ? nullptr : GetProcAddress(siblingLibrary, name);
 }
 

@@ -18,18 +18,18 @@ inline constexpr const char* kInquiryCommand =
 inline constexpr const char* kSiblingFolder = "%s\\bin32";
 inline constexpr const char* kSiblingFile = "%s\\bin32\\qlx02.dll";
 
-// One of these, below that root.
+// One of these with the root in place of "%s".
 using MappingPath = std::array<char, kMappingRoot.size + sizeof "\"\\bin32\\telq32.exe\"">;
 MappingPath PathBelow(const MappingRoot& root, const char* pattern);
 
-// Loads the sibling library unless it is loaded, and leaves its folder the current one, as it may
-// load further parts from there. A failure shows when the first function is looked for.
+// Loads the sibling library unless it is loaded. Its folder stays the current one, because it may
+// load more of its parts from there. A failure shows when its first function is looked for.
 void LoadSiblingLibrary(const MappingRoot& root);
 
 // The sibling library's function of that name; null when there is none.
 FARPROC SiblingFunction(const char* name);
 
-// When the process detaches the library.
+// Called when the process detaches the library.
 void FreeSiblingLibrary();
 
 }  // namespace qlx99

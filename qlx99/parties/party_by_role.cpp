@@ -59,7 +59,7 @@ void CopyText(std::string_view text, char* result) {
 std::int32_t DeliverParty(const char* roleCode, const char* caseNumber, const char* /*spare*/,
                           const char* noDialog, char* result) {
   if (!EnsureRecordManager() || result == nullptr) return 0;
-  // One character more than a code has, so that a longer text is told from a code.
+  // One character more than a code has, so that a longer text is not taken for one.
   const Role& role = RoleOf(BoundedText(roleCode, kRoleLength + 1));
   const CaseNumberKey key(caseNumber);
   const bool noSelection = BoundedText(noDialog, 2) == "1";

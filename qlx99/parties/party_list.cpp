@@ -2,50 +2,51 @@
 // position.
 #include <algorithm>
 
-#include "addresses/address_files.h"
-#include "addresses/party_files.h"
+#include "addresses/address_file.h"
+#include "addresses/contact_person_file.h"
+#include "addresses/relation_file.h"
+#include "addresses/salutation_file.h"
 #include "caseparties/case_party_file.h"
 #include "cases/case_file.h"
 #include "frame/arguments.h"
 #include "frame/call_gate.h"
 #include "frame/exports.h"
+#include "store/record_fields.h"
 
 namespace qlx99 {
 namespace {
 
-// The fields of an entry that come from the address book; each is composed by itself, because the
-// files are read in another order than the fields stand in.
+// The fields of an entry that come from the address. Each is composed by itself, because the files
+// are read in another order than the fields have.
 struct AddressParts {
-  ResultRecord salutation;
-  ResultRecord name;
-  ResultRecord street;
+  ResultLine salutation;
+  ResultLine name;
+  ResultLine street;
 };
 
+// An address that is not there has an empty street and place, and no salutation field at all.
 void ReadStreetAndSalutation(RecordCursor<AddressRecord>& addresses,
                              RecordCursor<SalutationRecord>& salutations,
                              std::int32_t addressNumber, AddressParts& parts) {
-  if (!FindAddress(addresses, addressNumber)) {
-    parts.street.AddEmptyFields(2);  // and no salutation field at all
-    return;
-  }
-  const auto& address = addresses.Current();
-  AddStreet(address, parts.street);
-  parts.street.AddField(address[AddressRecord::place]);
-  LookupSalutation(salutations, address[AddressRecord::salutationNumber], parts.salutation);
+  using A = AddressRecord;
+  using S = SalutationRecord;
+  const auto* address = addresses.Find(A::byNumber, addressNumber);
+  RecordFields(address, parts.street)
+      .Add([&](const auto& found) { AddStreet(found, parts.street); })
+      .Add(A::place);
+  if (address == nullptr) return;
+  RecordFields(salutations.Find(S::byNumber, (*address)[A::salutationNumber]), parts.salutation)
+      .Add(S::salutation);
 }
 
 void ReadName(RecordCursor<ContactPersonRecord>& contacts, std::int32_t addressNumber,
-              ResultRecord& dest) {
-  if (!FindFirstContactPerson(contacts, addressNumber)) {
-    dest.AddEmptyFields(2);
-    return;
-  }
-  dest.AddField(contacts.Current()[ContactPersonRecord::name]);
-  dest.AddField(contacts.Current()[ContactPersonRecord::nameAddition]);
+              ResultLine& dest) {
+  using C = ContactPersonRecord;
+  RecordFields(contacts.Find(C::byAddress, addressNumber), dest).Add(C::name).Add(C::nameAddition);
 }
 
 // Adds fields 2 to 7. False when a file cannot be opened.
-bool PartyAddressText(const DataRoot& dataRoot, std::int32_t addressNumber, ResultRecord& dest) {
+bool PartyAddressText(const DataRoot& dataRoot, std::int32_t addressNumber, ResultLine& dest) {
   RecordFile<ContactPersonRecord> contacts(dataRoot);
   RecordFile<AddressRecord> addresses(dataRoot, contacts);
   RecordFile<SalutationRecord> salutations(dataRoot, addresses);
@@ -63,24 +64,24 @@ bool PartyAddressText(const DataRoot& dataRoot, std::int32_t addressNumber, Resu
 
 // Adds field 1, which is missing altogether when the relation is.
 void AddRelationCode(RecordCursor<RelationRecord>& relations, std::int32_t relationId,
-                     ResultRecord& dest) {
-  if (FindRelation(relations, relationId)) {
-    dest.AddVerbatim(relations.Current()[RelationRecord::code]);
+                     ResultLine& dest) {
+  if (const auto* relation = relations.Find(RelationRecord::byId, relationId)) {
+    dest.AddVerbatim((*relation)[RelationRecord::code]);
   }
 }
 
 // Adds fields 8 and 9, behind whatever text the others gave.
-void AddPartyNumbers(const Record<CasePartyRecord>& party, ResultRecord& dest) {
+void AddPartyNumbers(const Record<CasePartyRecord>& party, ResultLine& dest) {
   const std::int32_t linkNumber = party[CasePartyRecord::addressLinkNumber];
   dest.EndAtFirstZero();
   if (linkNumber != 0) dest.AppendNumber(linkNumber);
-  dest.AddEmptyFields(1);
+  dest.AddEmptyField();
   dest.AppendNumber(party[CasePartyRecord::id]);
 }
 
 // Composes the party at a position. False when there is none, when it has no address, or when a
 // file cannot be read.
-bool ReadPartyListEntry(const CaseNumberKey& key, std::int32_t position, ResultRecord& dest) {
+bool ReadPartyListEntry(const CaseNumberKey& key, std::int32_t position, ResultLine& dest) {
   const auto dataRoot = ReadDataRoot(kNoDataPathForAddresses);
   if (!dataRoot) return false;
   RecordFile<CaseRecord> cases(*dataRoot);
@@ -104,16 +105,16 @@ std::int32_t CountParties(const char* caseNumber) {
   return EnsureRecordManager() ? CountCaseParties(CaseNumberKey(caseNumber)) : 0;
 }
 
-// Where there is no party to deliver, the macro is told that the list has ended, by two empty
-// fields and the result 0.
-std::int32_t DeliverParty(const char* caseNumber, const char* index, char* record) {
+// Two empty fields, and with them the result 0, tell the macro that the list has ended.
+std::int32_t DeliverParty(const char* caseNumber, const char* index, char* buffer) {
   if (!EnsureRecordManager()) return 0;
-  ResultRecord party;
+  ResultLine party;
   if (!ReadPartyListEntry(CaseNumberKey(caseNumber), LeadingNumber(index), party)) {
     party = {};
-    party.AddEmptyFields(2);
+    party.AddEmptyField();
+    party.AddEmptyField();
   }
-  return HandOver(party, record, HandOverForm::kWithEndMark);
+  return HandOver(party, buffer, HandOverForm::kWithEndMark);
 }
 
 }  // namespace

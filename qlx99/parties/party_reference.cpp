@@ -5,8 +5,8 @@ namespace qlx99 {
 RelationMatch MatchRelation(RecordCursor<RelationRecord>& relations, const Role& role,
                             std::int32_t relationId) {
   RelationMatch match;
-  if (FindRelation(relations, relationId)) {
-    match.code.Append(relations.Current()[RelationRecord::code]);
+  if (const auto* relation = relations.Find(RelationRecord::byId, relationId)) {
+    match.code.Append((*relation)[RelationRecord::code]);
     match.matches = RelationCounts(role, match.code.Bytes());
   }
   return match;

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "addresses/party_files.h"
+#include "addresses/relation_file.h"
 #include "caseparties/case_party_file.h"
 #include "parties/role.h"
 #include "store/text_buffer.h"

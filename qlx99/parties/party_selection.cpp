@@ -1,6 +1,10 @@
 #include "parties/party_selection.h"
 
-#include "addresses/address_files.h"
+#include "addresses/address_file.h"
+#include "addresses/address_link_file.h"
+#include "addresses/contact_person_file.h"
+#include "addresses/salutation_file.h"
+#include "addresses/title_file.h"
 #include "frame/bytes.h"
 #include "frame/dialogs.h"
 #include "frame/screen.h"
@@ -77,11 +81,11 @@ ListLine LineOf(SelectionFiles& files, const Record<CasePartyRecord>& party, boo
     line.Append(TrimBlanks(files.relations.Current()[RelationRecord::designation]));
   }
   line.Append("\t");
-  if (FindFirstContactPerson(files.contacts, party[CasePartyRecord::addressNumber])) {
-    const auto& contact = files.contacts.Current();
-    line.Append(TrimBlanks(contact[ContactPersonRecord::firstName]));
+  if (const auto* contact = files.contacts.Find(ContactPersonRecord::byAddress,
+                                                party[CasePartyRecord::addressNumber])) {
+    line.Append(TrimBlanks((*contact)[ContactPersonRecord::firstName]));
     line.Append("\t ");
-    line.Append(TrimBlanks(Part(contact[ContactPersonRecord::name], 0, kNameShown)));
+    line.Append(TrimBlanks(Part((*contact)[ContactPersonRecord::name], 0, kNameShown)));
   }
   return line;
 }

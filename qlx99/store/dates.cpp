@@ -1,8 +1,7 @@
 #include "store/dates.h"
 
-#include <cstdlib>
-
 #include "frame/arguments.h"
+#include "frame/bytes.h"
 
 namespace qlx99 {
 namespace {
@@ -12,14 +11,7 @@ namespace {
 // they are handled apart.
 constexpr int kDaysBeforeMarch1900 = 58;  // the day number of 28.02.1900
 constexpr int kDaysInFourYears = 1461;
-constexpr int kDaysInFiveMonths =
-    153;  // from March on, the months' lengths repeat in groups of five
-
-struct Date {
-  int day;
-  int month;
-  int year;
-};
+constexpr int kDaysInFiveMonths = 153;  // the months' lengths repeat so from March on
 
 Date DateOf(int dayNumber) {
   if (dayNumber <= 30) return {dayNumber + 1, 1, 1900};
@@ -33,33 +25,36 @@ Date DateOf(int dayNumber) {
   return {day, month + 3, year + 1900};
 }
 
-// Writes the lowest digits of the number, leading zeros included.
-char* WriteDigits(int number, int digits, char* dest) {
-  for (int i = digits - 1; i >= 0; --i) {
-    dest[i] = static_cast<char>('0' + number % 10);
-    number /= 10;
-  }
-  return dest + digits;
+// The lowest digits of the number, leading zeros included.
+void AppendDigits(int number, int digits, DateText& dest) {
+  if (digits > 1) AppendDigits(number / 10, digits - 1, dest);
+  const auto digit = static_cast<char>('0' + number % 10);
+  dest.Append({&digit, 1});
 }
 
 }  // namespace
 
-std::size_t FormatDayNumber(const char* dayText, char* dest) {
-  const auto dayNumber = static_cast<std::uint16_t>(LeadingNumber(dayText));
-  char* at = dest;
-  if (dayNumber != kNoDate) {
-    const Date date = DateOf(dayNumber);
-    at = WriteDigits(date.day, 2, at);
-    *at++ = '.';
-    at = WriteDigits(date.month, 2, at);
-    *at++ = '.';
-    at = WriteDigits(date.year, 4, at);
-  }
-  *at++ = '|';
-  return static_cast<std::size_t>(at - dest);
+Date DateIn(std::string_view text) {
+  return {LeadingNumber(Part(text, 0, 2)), LeadingNumber(Part(text, 3, 2)),
+          LeadingNumber(Part(text, 6, 4))};
 }
 
-std::uint16_t DayNumberFromDate(int day, int month, int year) {
+DateText FormatDate(const Date& date) {
+  DateText text;
+  AppendDigits(date.day, 2, text);
+  text.Append(".");
+  AppendDigits(date.month, 2, text);
+  text.Append(".");
+  AppendDigits(date.year, 4, text);
+  return text;
+}
+
+DateText FormatDay(std::uint16_t dayNumber) {
+  return dayNumber == kNoDate ? DateText() : FormatDate(DateOf(dayNumber));
+}
+
+std::uint16_t DayNumberOf(const Date& date) {
+  const auto [day, month, year] = date;
   if (year == 1900 && month < 3) return static_cast<std::uint16_t>(month == 1 ? day - 1 : day + 30);
   const int marchMonth = month > 2 ? month - 3 : month + 9;
   const int marchYear = (month > 2 ? year : year - 1) - 1900;

@@ -1,25 +1,37 @@
-// Day numbers: how the record files keep dates. Day 0 is 1 January 1900; 65535 means that there is
-// no date.
+// Dates, and day numbers: how the record files keep dates.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
+
+#include "store/text_buffer.h"
 
 namespace qlx99 {
 
+// Whether there is such a day is nowhere checked.
+struct Date {
+  int day;
+  int month;
+  int year;  // four digits
+};
+
+// DD.MM.YYYY
+inline constexpr std::size_t kDateLength = 10;
+using DateText = TextBuffer<kDateLength>;
+
+// The date in a text of that form. What stands between the numbers is not looked at; one that is
+// none counts as 0.
+Date DateIn(std::string_view text);
+DateText FormatDate(const Date& date);
+
+// Day 0 is 1 January 1900; this means that there is no date.
 inline constexpr std::uint16_t kNoDate = 65535;
 
-// "DD.MM.YYYY|"
-inline constexpr std::size_t kDateFieldSize = 11;
+// Empty for kNoDate.
+DateText FormatDay(std::uint16_t dayNumber);
 
-// Writes the day as DD.MM.YYYY and "|", or "|" alone for no date, and returns the bytes written, 11
-// or 1. `dayText` is the day number as decimal text, of which the low 16 bits count. Writes no
-// terminator.
-std::size_t FormatDayNumber(const char* dayText, char* dest);
-
-// The day number of a date, computed without a check whether there is such a day; the year has four
-// digits. A date that has no day number gives the low 16 bits of what comes out: 31.12.1899 gives
-// "no date".
-std::uint16_t DayNumberFromDate(int day, int month, int year);
+// A date that has no day number gives the low 16 bits of what comes out: 31.12.1899 gives kNoDate.
+std::uint16_t DayNumberOf(const Date& date);
 
 }  // namespace qlx99

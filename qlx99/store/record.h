@@ -22,6 +22,11 @@ struct Amount {
 // bytes may be anything: a text is as wide as its field whatever stands in it.
 template <class Layout>
 struct Record {
+  using Int32Field = Listed<typename Layout::Int32Field>;
+  using DayField = Listed<typename Layout::DayField>;
+  using AmountField = Listed<typename Layout::AmountField>;
+  using TextField = Listed<typename Layout::TextField>;
+
   std::array<char, Layout::file.length> bytes{};
 
   std::int32_t operator[](const Int32Field& field) const { return Get<std::int32_t>(field); }
@@ -45,15 +50,15 @@ struct Record {
   }
 
  private:
-  template <class Value>
-  Value Get(const FieldInfo& field) const {
+  template <class Value, class Field>
+  Value Get(const Field& field) const {
     Value value{};
     std::memcpy(&value, bytes.data() + field.offset, sizeof value);
     return value;
   }
 
-  template <class Value>
-  void Put(const FieldInfo& field, Value value) {
+  template <class Field, class Value>
+  void Put(const Field& field, Value value) {
     std::memcpy(bytes.data() + field.offset, &value, sizeof value);
   }
 };

@@ -31,35 +31,40 @@ class RecordWalk;
 template <class Layout>
 class RecordCursor {
  public:
+  using Key = typename Layout::Key;
+
   // The record of the last read that succeeded; all zero bytes before the first.
   const Record<Layout>& Current() const { return records_[current_]; }
 
-  // Each read returns the record manager's status, 0 for success, and leaves Current() as it was
-  // when it fails.
-  int GetEqual(const Key& key, std::int32_t value) {
+  // A read that fails leaves Current() as it was.
+  Status GetEqual(const Key& key, std::int32_t value) {
     return GetEqual(key, std::string_view(reinterpret_cast<const char*>(&value), sizeof value));
   }
-  int GetEqual(const Key& key, std::string_view keyBytes) {
+  Status GetEqual(const Key& key, std::string_view keyBytes) {
     keyBuffer_ = {};
     CopyBytes(keyBytes, keyBuffer_.data(), keyBuffer_.size());
     return Read(btrieve::kGetEqual, key);
   }
-  int GetFirst(const Key& key) { return Read(btrieve::kGetFirst, key); }
-  int GetNext(const Key& key) { return Read(btrieve::kGetNext, key); }
+  // The record with this key value, until the next read; null when none is read.
+  const Record<Layout>* Find(const Key& key, std::int32_t value) {
+    return GetEqual(key, value) == btrieve::kSuccess ? &Current() : nullptr;
+  }
+  Status GetFirst(const Key& key) { return Read(btrieve::kGetFirst, key); }
+  Status GetNext(const Key& key) { return Read(btrieve::kGetNext, key); }
 
   // Writes the record as a new one. A number that the record manager assigns comes back in
   // Current().
-  int Insert(const Key& key, const Record<Layout>& record) {
+  Status Insert(const Key& key, const Record<Layout>& record) {
     return Write(btrieve::kInsert, key, record);
   }
 
   // Writes the record over the one that was read last.
-  int Update(const Key& key, const Record<Layout>& record) {
+  Status Update(const Key& key, const Record<Layout>& record) {
     return Write(btrieve::kUpdate, key, record);
   }
 
   // Removes the record with this key value.
-  int Delete(const Key& key, std::int32_t value) {
+  Status Delete(const Key& key, std::int32_t value) {
     keyBuffer_ = {};
     std::memcpy(keyBuffer_.data(), &value, sizeof value);
     std::uint16_t length = Layout::file.length;
@@ -78,10 +83,10 @@ class RecordCursor {
   PositionBlock positionBlock_{};
 
  private:
-  int Read(WORD operation, const Key& key) {
+  Status Read(WORD operation, const Key& key) {
     Record<Layout>& other = records_[1 - current_];
     std::uint16_t length = Layout::file.length;
-    const int status = Call(operation, key, other, length);
+    const Status status = Call(operation, key, other, length);
     if (status != btrieve::kSuccess) return status;
     // A record shorter than its layout ends in zero bytes, not in what was read before.
     std::fill(other.bytes.begin() + std::min(length, Layout::file.length), other.bytes.end(), '\0');
@@ -89,13 +94,13 @@ class RecordCursor {
     return status;
   }
 
-  int Write(WORD operation, const Key& key, const Record<Layout>& record) {
+  Status Write(WORD operation, const Key& key, const Record<Layout>& record) {
     records_[current_] = record;
     std::uint16_t length = Layout::file.length;
     return Call(operation, key, records_[current_], length);
   }
 
-  int Call(WORD operation, const Key& key, Record<Layout>& record, std::uint16_t& length) {
+  Status Call(WORD operation, const Key& key, Record<Layout>& record, std::uint16_t& length) {
     return RecordCall(operation, positionBlock_, nullptr, record.bytes.data(), length,
                       keyBuffer_.data(), key.number, ClientId{});
   }
@@ -132,6 +137,11 @@ class RecordFile : public RecordCursor<Layout> {
 
   bool IsOpen() const { return open_; }
 
+  // Null also when the file is not open.
+  const Record<Layout>* Find(const typename Layout::Key& key, std::int32_t value) {
+    return open_ ? RecordCursor<Layout>::Find(key, value) : nullptr;
+  }
+
  private:
   bool open_;
 };
@@ -141,6 +151,8 @@ class RecordFile : public RecordCursor<Layout> {
 template <class Layout>
 class RecordWalk {
  public:
+  using Key = typename Layout::Key;
+
   RecordWalk(RecordCursor<Layout>& cursor, const Key& key, std::optional<std::int32_t> value)
       : cursor_(&cursor), key_(&key), value_(value) {}
 
@@ -174,7 +186,7 @@ class RecordWalk {
   RecordCursor<Layout>* cursor_;
   const Key* key_;
   std::optional<std::int32_t> value_;
-  int status_ = btrieve::kSuccess;
+  Status status_ = btrieve::kSuccess;
 };
 
 // The number of records on the walk.

@@ -1,10 +1,13 @@
 // How a record file is declared: once, as data. A room of the office writes
 //
-//   struct TitleRecord {
+//   struct TitleRecord : RecordDeclaration<TitleRecord> {
 //     static constexpr RecordFileInfo file{"ZTKOTITL.KRV", 79};
+//
 //     static constexpr Int32Field number{"number", 0};
 //     static constexpr TextField title{"title", 4, 25};
+//
 //     static constexpr Key byNumber{0, number, Key::kUnique};
+//
 //     static constexpr auto fields = Fields(number, title);
 //     static constexpr auto keys = Keys(byNumber);
 //   };
@@ -43,27 +46,6 @@ struct FieldInfo {
   std::uint16_t width;   // in bytes
 };
 
-struct Int32Field : FieldInfo {
-  consteval Int32Field(const char* fieldName, std::uint16_t at)
-      : FieldInfo{fieldName, FieldKind::kInt32, at, 4} {}
-};
-
-struct DayField : FieldInfo {
-  consteval DayField(const char* fieldName, std::uint16_t at)
-      : FieldInfo{fieldName, FieldKind::kDayNumber, at, 2} {}
-};
-
-struct AmountField : FieldInfo {
-  consteval AmountField(const char* fieldName, std::uint16_t at)
-      : FieldInfo{fieldName, FieldKind::kAmount, at, 8} {}
-};
-
-struct TextField : FieldInfo {
-  consteval TextField(const char* fieldName, std::uint16_t at, std::uint16_t bytes,
-                      FieldKind textKind = FieldKind::kText)
-      : FieldInfo{fieldName, textKind, at, bytes} {}
-};
-
 // A key over one field. Records with the same value of a key with duplicates stand in the order of
 // their insertion.
 struct Key {
@@ -72,9 +54,76 @@ struct Key {
   std::uint8_t number;  // as the record manager counts the file's keys, from 0
   FieldInfo field;
   Kind kind;
+  bool isUsed = true;  // by this library, to find records or to write them
 
   constexpr Key(std::uint8_t keyNumber, const FieldInfo& keyField, Kind keyKind)
       : number(keyNumber), field(keyField), kind(keyKind) {}
+};
+
+// What a declaration is written in. Fields and keys belong to their record: no other record is read
+// by them.
+template <class Layout>
+struct RecordDeclaration {
+  struct Field : FieldInfo {
+    using Record = Layout;
+    consteval Field(const char* fieldName, FieldKind fieldKind, std::uint16_t at,
+                    std::uint16_t bytes)
+        : FieldInfo{fieldName, fieldKind, at, bytes} {}
+  };
+
+  struct Int32Field : Field {
+    consteval Int32Field(const char* fieldName, std::uint16_t at)
+        : Field(fieldName, FieldKind::kInt32, at, 4) {}
+  };
+
+  struct DayField : Field {
+    consteval DayField(const char* fieldName, std::uint16_t at)
+        : Field(fieldName, FieldKind::kDayNumber, at, 2) {}
+  };
+
+  struct AmountField : Field {
+    consteval AmountField(const char* fieldName, std::uint16_t at)
+        : Field(fieldName, FieldKind::kAmount, at, 8) {}
+  };
+
+  struct TextField : Field {
+    consteval TextField(const char* fieldName, std::uint16_t at, std::uint16_t bytes,
+                        FieldKind textKind = FieldKind::kText)
+        : Field(fieldName, textKind, at, bytes) {}
+  };
+
+  // A key that the library reads or writes by. `qlx office check` wants it as it is declared.
+  struct Key : qlx99::Key {
+    consteval Key(std::uint8_t keyNumber, const Field& keyField, Kind keyKind)
+        : qlx99::Key(keyNumber, keyField, keyKind) {}
+  };
+
+  // A key of the case-management system alone, which may make it as it likes.
+  struct UnusedKey : qlx99::Key {
+    consteval UnusedKey(std::uint8_t keyNumber, const Field& keyField, Kind keyKind)
+        : qlx99::Key(keyNumber, keyField, keyKind) {
+      this->isUsed = false;
+    }
+  };
+};
+
+// Not defined: naming it where the compiler computes stops the compiler.
+void ThisFieldIsMissingInTheListOfFields();
+
+// Where a field lies, as an argument. A field that its record's list lacks does not compile.
+template <class Field>
+struct Listed {
+  std::uint16_t offset;
+  std::uint16_t width;
+
+  // Implicit, because fields are what is passed.
+  // NOLINTNEXTLINE(google-explicit-constructor, hicpp-explicit-conversions)
+  consteval Listed(const Field& field) : offset(field.offset), width(field.width) {
+    for (const FieldInfo& one : Field::Record::fields) {
+      if (one.offset == offset && one.width == width) return;
+    }
+    ThisFieldIsMissingInTheListOfFields();
+  }
 };
 
 template <class... Field>

@@ -56,7 +56,7 @@ Function* EntryPoint(HMODULE library, const char* name) {
   return std::bit_cast<Function*>(GetProcAddress(library, name));
 }
 
-int CallOnce(WORD operation, const CallArguments& arguments) {
+Status CallOnce(WORD operation, const CallArguments& arguments) {
   constexpr auto kKeyLength = static_cast<BYTE>(btrieve::kMaxKeyLength);
   constexpr ClientId kNoClient{};
   const auto keyNumber = static_cast<char>(arguments.keyNumber);
@@ -72,19 +72,19 @@ int CallOnce(WORD operation, const CallArguments& arguments) {
                                      keyNumber, clientId.data());
   }
   arguments.dataLength = static_cast<std::uint16_t>(length);
-  return status;
+  return static_cast<Status>(status);
 }
 
-bool IsBusy(int status) {
+bool IsBusy(Status status) {
   return status == btrieve::kWaitError || status == btrieve::kLockError ||
          status == btrieve::kRecordInUse || status == btrieve::kFileInUse;
 }
 
 // Tries again at once while the record or file is busy: another workstation's operation takes a
 // moment only.
-int CallWithRetries(WORD operation, const CallArguments& arguments) {
+Status CallWithRetries(WORD operation, const CallArguments& arguments) {
   for (int attempts = 1;; ++attempts) {
-    const int status = CallOnce(operation, arguments);
+    const Status status = CallOnce(operation, arguments);
     if (attempts > kMaxAttempts) {
       ShowMessage(kRecordManagerBusy);
       return status;
@@ -93,9 +93,9 @@ int CallWithRetries(WORD operation, const CallArguments& arguments) {
   }
 }
 
-// The path is the key buffer, the (empty) owner name the data buffer; the mode, as key number, is
-// the normal one.
-int Open(PositionBlock& positionBlock, const char* filePath, const ClientId& clientId) {
+// Open takes the path as its key buffer, the owner name (here none) as its data buffer, and the
+// mode (0, the normal one) as its key number.
+Status Open(PositionBlock& positionBlock, const char* filePath, const ClientId& clientId) {
   std::array<char, btrieve::kMaxKeyLength + 1> path{};
   CopyBytes(filePath, path.data(), btrieve::kMaxKeyLength);
   char ownerName = '\0';
@@ -104,9 +104,9 @@ int Open(PositionBlock& positionBlock, const char* filePath, const ClientId& cli
                          {positionBlock, &ownerName, ownerNameLength, path.data(), 0, clientId});
 }
 
-// Deletes the record that has this key: it has to be the current one first.
-int Delete(const CallArguments& arguments) {
-  const int found = CallWithRetries(btrieve::kGetEqual, arguments);
+// The record manager deletes its current record, so the one with this key is read first.
+Status Delete(const CallArguments& arguments) {
+  const Status found = CallWithRetries(btrieve::kGetEqual, arguments);
   if (found != btrieve::kSuccess) return found;
   return CallWithRetries(btrieve::kDelete, arguments);
 }
@@ -130,9 +130,9 @@ bool EnsureRecordManager() {
   return true;
 }
 
-int RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePath, void* dataBuffer,
-               std::uint16_t& dataLength, void* keyBuffer, std::int16_t keyNumber,
-               const ClientId& clientId) {
+Status RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePath,
+                  void* dataBuffer, std::uint16_t& dataLength, void* keyBuffer,
+                  std::int16_t keyNumber, const ClientId& clientId) {
   const CallArguments arguments{positionBlock, dataBuffer, dataLength,
                                 keyBuffer,     keyNumber,  clientId};
   if (operation == btrieve::kOpen) return Open(positionBlock, filePath, clientId);
@@ -141,22 +141,23 @@ int RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePat
   return CallWithRetries(operation, arguments);
 }
 
-int OpenRecordFile(const char* fileName, PositionBlock& positionBlock, const DataRoot& dataRoot) {
+Status OpenRecordFile(const char* fileName, PositionBlock& positionBlock,
+                      const DataRoot& dataRoot) {
   TextBuffer<btrieve::kMaxKeyLength> path;
   for (const char* part : {dataRoot.data(), "\\", fileName}) path.Append(part);
   std::uint16_t noData = 0;
-  const int status = RecordCall(btrieve::kOpen, positionBlock, path.Terminated(), nullptr, noData,
-                                nullptr, 0, ClientId{});
+  const Status status = RecordCall(btrieve::kOpen, positionBlock, path.Terminated(), nullptr,
+                                   noData, nullptr, 0, ClientId{});
   if (status != btrieve::kSuccess) ShowMessage(kFileNotOpened, fileName);
   return status;
 }
 
 void CloseRecordFile(const char* fileName, PositionBlock& positionBlock) {
-  // Close has no use for data or key, but a record manager may look where it is told that they are.
+  // Close uses neither data nor key, but a record manager may read at the addresses given.
   std::array<char, btrieve::kMaxKeyLength> unused{};
   std::uint16_t noData = 0;
-  const int status = RecordCall(btrieve::kClose, positionBlock, nullptr, unused.data(), noData,
-                                unused.data(), 0, ClientId{});
+  const Status status = RecordCall(btrieve::kClose, positionBlock, nullptr, unused.data(), noData,
+                                   unused.data(), 0, ClientId{});
   if (status != btrieve::kSuccess) ShowMessage(kFileNotClosed, fileName);
 }
 

@@ -11,8 +11,10 @@
 
 namespace qlx99 {
 
-// Its client library goes by these names; the first one that loads is used. The last is the
-// embedded record manager's, so that an office's own record manager always wins.
+using btrieve::Status;
+
+// The names of its client library; the first one that loads is used. The embedded record manager is
+// the last, so that an office's own always wins.
 inline constexpr std::array kRecordManagerNames{"w3btrv7.dll", "wbtrv32.dll", "atbtrv32.dll"};
 
 // One open file's position, zero-filled before it is opened. A copy is a second position in the
@@ -33,15 +35,14 @@ bool EnsureRecordManager();
 // One operation of the record manager, repeated while the record or file is busy. Open takes
 // `filePath` and no other argument but the position block; Delete removes the record that has the
 // key in `keyBuffer`. `dataLength` holds the buffer's size before, the record's length after a
-// read. `keyBuffer` has room for btrieve::kMaxKeyLength bytes. Returns the record manager's status;
-// an operation that this library does not use sends nothing and gives "invalid operation".
-int RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePath, void* dataBuffer,
-               std::uint16_t& dataLength, void* keyBuffer, std::int16_t keyNumber,
-               const ClientId& clientId);
+// read. `keyBuffer` has room for btrieve::kMaxKeyLength bytes. An operation that this library does
+// not use is not sent and gives kInvalidOperation.
+Status RecordCall(WORD operation, PositionBlock& positionBlock, const char* filePath,
+                  void* dataBuffer, std::uint16_t& dataLength, void* keyBuffer,
+                  std::int16_t keyNumber, const ClientId& clientId);
 
-// Opens the file in the data directory and shows a message when that fails. Returns the record
-// manager's status.
-int OpenRecordFile(const char* fileName, PositionBlock& positionBlock, const DataRoot& dataRoot);
+// Opens the file in the data directory and shows a message when that fails.
+Status OpenRecordFile(const char* fileName, PositionBlock& positionBlock, const DataRoot& dataRoot);
 
 // Closes the file and shows a message when that fails.
 void CloseRecordFile(const char* fileName, PositionBlock& positionBlock);

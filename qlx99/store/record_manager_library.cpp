@@ -28,11 +28,9 @@ bool GoToFolderOf(HMODULE module) {
   return SetCurrentDirectoryW(PathBeside(module, "").data()) != FALSE;
 }
 
-// While it exists, the folder of qlx99 stands in the place of the current one; where it cannot be
-// gone to (too long a path, a share that is offline), the program's, which is searched anyway.
-// SetDllDirectory would do that for libraries alone; but it could not be taken back, because nobody
-// can ask whether the host had set nothing, or an empty text so that its current folder is never
-// searched.
+// While it exists, the folder of qlx99 is the current one. If that folder cannot be entered (its
+// path is too long, its share is offline), the program's folder is, which is searched anyway.
+// SetDllDirectory is no way to do this: nobody can ask for the host's setting, to put it back.
 class TrustedFolderAsCurrent {
  public:
   TrustedFolderAsCurrent() {
@@ -63,7 +61,7 @@ HMODULE LoadByName(const char* name) {
 HMODULE LoadRecordManagerLibrary(const char* name) {
   HMODULE const library = LoadByName(name);
   if (library != nullptr) return library;
-  // Some hosts have taken the current folder out of the search, or all but a few.
+  // Some hosts have excluded the current folder from the search.
   return LoadLibraryExW(PathBeside(CurrentAttachment().module, name).data(), nullptr,
                         LOAD_WITH_ALTERED_SEARCH_PATH);
 }

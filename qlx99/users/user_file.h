@@ -5,11 +5,11 @@
 
 #include "frame/registry.h"
 #include "store/record_layout.h"
-#include "store/result_record.h"
+#include "store/result_line.h"
 
 namespace qlx99 {
 
-struct UserRecord {
+struct UserRecord : RecordDeclaration<UserRecord> {
   static constexpr RecordFileInfo file{"ZTUSER.KRV", 924};
 
   static constexpr Int32Field number{"number", 0};
@@ -29,6 +29,6 @@ static_assert(IsSound<UserRecord>());
 
 // Adds two fields: the user's name and short sign, both empty when there is no such user or the
 // file cannot be opened.
-void LookupUser(const DataRoot& dataRoot, std::int32_t userNumber, ResultRecord& dest);
+void LookupUser(const DataRoot& dataRoot, std::int32_t userNumber, ResultLine& dest);
 
 }  // namespace qlx99

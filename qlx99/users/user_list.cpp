@@ -19,7 +19,7 @@ std::int32_t CountUsers() {
 }
 
 // Composes nothing for a position beyond the last user.
-void ReadUser(std::int32_t position, ResultRecord& dest) {
+void ReadUser(std::int32_t position, ResultLine& dest) {
   const auto dataRoot = ReadDataRoot(kNoDataPathForUserData);
   if (!dataRoot) return;
   RecordFile<UserRecord> users(*dataRoot);
@@ -34,11 +34,11 @@ void ReadUser(std::int32_t position, ResultRecord& dest) {
   dest.AppendNumber(user[UserRecord::number]);
 }
 
-std::int32_t DeliverUser(const char* index, char* record) {
+std::int32_t DeliverUser(const char* index, char* buffer) {
   if (!EnsureRecordManager()) return 0;
-  ResultRecord user;
+  ResultLine user;
   ReadUser(LeadingNumber(index), user);
-  return HandOver(user, record, HandOverForm::kRecordOnly);
+  return HandOver(user, buffer, HandOverForm::kLineOnly);
 }
 
 }  // namespace

@@ -241,7 +241,8 @@ TEST(RecordFiles, LieAsTheyAreDocumented) {
     file << "### `" << layout.file.name << "`\nLength " << layout.file.length << ".";
     for (const qlx99::Key& key : layout.keys) {
       file << "\nKey " << +key.number << ": `" << key.field.name << "`, bytes " << key.field.offset
-           << " to " << key.field.offset + key.field.width - 1 << ", " << keyKinds[key.kind] << ".";
+           << " to " << key.field.offset + key.field.width - 1 << ", " << keyKinds[key.kind]
+           << (key.isUsed ? "." : "; not used.");
     }
     for (const qlx99::FieldInfo& field : layout.fields) {
       file << "\n| " << field.offset << " | " << field.width << " | "

@@ -34,7 +34,7 @@ TEST_F(Files, AreToldBackByStatWithTheCounts) {
     auto length = static_cast<ULONG>(room);
     const int status = EmbeddedCall()(kStat, client.block.data(), answer.data(), &length,
                                       client.key.data(), kMaxKeyLength, 0);
-    return std::pair(status, answer.substr(0, length));
+    return std::pair(static_cast<btrieve::Status>(status), answer.substr(0, length));
   };
   EXPECT_EQ(stat(expected.size()), std::pair(kSuccess, expected));
   EXPECT_EQ(stat(0x8000), std::pair(kSuccess, expected));

@@ -1,4 +1,4 @@
-#include "store/result_record.h"
+#include "store/result_line.h"
 
 #include <algorithm>
 #include <array>
@@ -33,7 +33,7 @@ std::string_view TrimBlanks(std::string_view text) {
   return Part(text, 0, text.find_last_not_of(' ') + 1);  // no such byte: -1 + 1
 }
 
-void ResultRecord::AddField(std::string_view stored) {
+void ResultLine::AddField(std::string_view stored) {
   if (size_ + stored.size() + 1 > kScratchSize) return;
   const std::string_view text = WithoutRunsOfBlanks(stored);
   char* const dest = bytes_.data() + size_;
@@ -41,36 +41,28 @@ void ResultRecord::AddField(std::string_view stored) {
   size_ += EndField(dest, text.size());
 }
 
-void ResultRecord::AddVerbatim(std::string_view bytes) {
+void ResultLine::AddVerbatim(std::string_view bytes) {
   Append(bytes);
   Append("|");
 }
 
-void ResultRecord::AddNumber(std::int32_t number) {
+void ResultLine::AddNumber(std::int32_t number) {
   AppendNumber(number);
   Append("|");
 }
 
-void ResultRecord::AddDay(std::uint16_t dayNumber) {
-  TextBuffer<5> dayText;
-  dayText.AppendNumber(dayNumber);
-  std::array<char, kDateFieldSize> field{};
-  const std::size_t length = FormatDayNumber(dayText.Terminated(), field.data());
-  Append({field.data(), length});
-}
+void ResultLine::AddDay(std::uint16_t dayNumber) { AddVerbatim(FormatDay(dayNumber).Bytes()); }
 
-void ResultRecord::AddEmptyFields(std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) Append("|");
-}
+void ResultLine::AddEmptyField() { Append("|"); }
 
-void ResultRecord::DropLastEnd() {
+void ResultLine::DropLastEnd() {
   if (size_ > 0) bytes_[--size_] = '\0';
 }
 
-std::int32_t HandOver(const ResultRecord& record, char* buffer, HandOverForm form) {
-  const std::string_view text = record.Text();
+std::int32_t HandOver(const ResultLine& line, char* buffer, HandOverForm form) {
+  const std::string_view text = line.Text();
   if (text.size() + kEndMark.size() > kCallerBufferSize) {
-    ShowMessage(kRecordTooLong);
+    ShowMessage(kResultTooLong);
     return 0;
   }
   if (buffer == nullptr) return 0;

@@ -1,8 +1,9 @@
-#include "cases/case_code_files.h"
+#include "cases/archive_file.h"
 
 #include <algorithm>
 #include <array>
 
+#include "store/record_fields.h"
 #include "store/record_file.h"
 
 namespace qlx99 {
@@ -28,7 +29,7 @@ char AnsiOfOem(char oem) {
 }
 
 // The mark was typed in the days of the DOS version and kept its code page.
-void AddMark(std::string_view mark, ResultRecord& dest) {
+void AddMark(std::string_view mark, ResultLine& dest) {
   std::array<char, ArchiveRecord::mark.width> ansi{};
   std::transform(mark.begin(), mark.end(), ansi.begin(), AnsiOfOem);
   dest.AddField({ansi.data(), ansi.size()});
@@ -36,25 +37,12 @@ void AddMark(std::string_view mark, ResultRecord& dest) {
 
 }  // namespace
 
-void LookupCaseType(const DataRoot& dataRoot, std::int32_t caseTypeId, ResultRecord& dest) {
-  RecordFile<CaseTypeRecord> caseTypes(dataRoot);
-  if (!caseTypes.IsOpen() ||
-      caseTypes.GetEqual(CaseTypeRecord::byId, caseTypeId) != btrieve::kSuccess) {
-    dest.AddEmptyFields(1);
-    return;
-  }
-  dest.AddField(caseTypes.Current()[CaseTypeRecord::text]);
-}
-
-void LookupArchiveEntry(const DataRoot& dataRoot, std::int32_t archiveEntryId, ResultRecord& dest) {
-  RecordFile<ArchiveRecord> archive(dataRoot);
-  if (!archive.IsOpen() ||
-      archive.GetEqual(ArchiveRecord::byId, archiveEntryId) != btrieve::kSuccess) {
-    dest.AddEmptyFields(2);
-    return;
-  }
-  dest.AddDay(archive.Current()[ArchiveRecord::date]);
-  AddMark(archive.Current()[ArchiveRecord::mark], dest);
+void LookupArchiveEntry(const DataRoot& dataRoot, std::int32_t archiveEntryId, ResultLine& dest) {
+  using A = ArchiveRecord;
+  RecordFile<A> archive(dataRoot);
+  RecordFields(archive.Find(A::byId, archiveEntryId), dest)
+      .Add(A::date)
+      .Add([&](const auto& entry) { AddMark(entry[A::mark], dest); });
 }
 
 }  // namespace qlx99

@@ -1,15 +1,17 @@
-// SLesenDLL: everything that a letter says of a case itself, as one record of 15 fields.
+// SLesenDLL: everything that a letter says of a case itself, as one line of 15 fields.
 #include <cstdint>
 #include <string_view>
 
 #include "caseparties/case_party_file.h"
 #include "cases/amount.h"
-#include "cases/case_code_files.h"
+#include "cases/archive_file.h"
 #include "cases/case_file.h"
+#include "cases/case_type_file.h"
 #include "frame/arguments.h"
 #include "frame/bytes.h"
 #include "frame/call_gate.h"
 #include "frame/exports.h"
+#include "store/record_fields.h"
 #include "users/user_file.h"
 
 namespace qlx99 {
@@ -19,15 +21,19 @@ namespace {
 // behind the party count.
 using Currency = std::array<char, CaseRecord::currency.width>;
 
+void AddCaseType(const DataRoot& dataRoot, std::int32_t caseTypeId, ResultLine& dest) {
+  RecordFile<CaseTypeRecord> caseTypes(dataRoot);
+  RecordFields(caseTypes.Find(CaseTypeRecord::byId, caseTypeId), dest).Add(CaseTypeRecord::text);
+}
+
 // Fields 1 to 13.
-void ComposeCase(const DataRoot& dataRoot, const Record<CaseRecord>& caseRecord,
-                 ResultRecord& dest) {
+void ComposeCase(const DataRoot& dataRoot, const Record<CaseRecord>& caseRecord, ResultLine& dest) {
   using C = CaseRecord;
   dest.AddField(caseRecord[C::rubrum]);
   dest.AddField(caseRecord[C::text40]);
   dest.AddField(caseRecord[C::text30]);
   dest.AddField(caseRecord[C::shortCode]);
-  LookupCaseType(dataRoot, caseRecord[C::caseTypeId], dest);
+  AddCaseType(dataRoot, caseRecord[C::caseTypeId], dest);
   FormatAmount(caseRecord[C::amount], dest);
   dest.AddDay(caseRecord[C::firstDate]);
   dest.AddDay(caseRecord[C::secondDate]);
@@ -39,7 +45,7 @@ void ComposeCase(const DataRoot& dataRoot, const Record<CaseRecord>& caseRecord,
 // Composes fields 1 to 13 of a case that is found, and takes its currency. False when the case file
 // could not be read at all.
 bool ReadCase(const DataRoot& dataRoot, const CaseNumberKey& key, Currency& currency,
-              ResultRecord& dest) {
+              ResultLine& dest) {
   RecordFile<CaseRecord> cases(dataRoot);
   if (!cases.IsOpen()) return false;
   if (FindCase(cases, key)) {
@@ -52,7 +58,7 @@ bool ReadCase(const DataRoot& dataRoot, const CaseNumberKey& key, Currency& curr
 
 // Composes fields 1 to 14; the last alone for an unknown case, nothing when the case file cannot be
 // read. `currency` stays as it is unless a case is found.
-void ReadCaseRecord(const CaseNumberKey& key, Currency& currency, ResultRecord& dest) {
+void ComposeAllButCurrency(const CaseNumberKey& key, Currency& currency, ResultLine& dest) {
   if (!EnsureRecordManager()) return;
   const auto dataRoot = ReadDataRoot(kNoDataPathForCases);
   if (!dataRoot) return;
@@ -60,15 +66,15 @@ void ReadCaseRecord(const CaseNumberKey& key, Currency& currency, ResultRecord& 
   dest.AddNumber(CountCaseParties(key));
 }
 
-std::int32_t DeliverCase(const char* caseNumber, char* record) {
-  ResultRecord caseRecord;
+std::int32_t DeliverCase(const char* caseNumber, char* buffer) {
+  ResultLine line;
   Currency currency{};
-  ReadCaseRecord(CaseNumberKey(caseNumber), currency, caseRecord);
-  caseRecord.DropLastEnd();
-  caseRecord.EndAtFirstZero();
-  caseRecord.Append("|");
-  caseRecord.Append(TrimBlanks(BoundedText(currency.data(), currency.size())));
-  return HandOver(caseRecord, record, HandOverForm::kWithEndMark);
+  ComposeAllButCurrency(CaseNumberKey(caseNumber), currency, line);
+  line.DropLastEnd();
+  line.EndAtFirstZero();
+  line.Append("|");
+  line.Append(TrimBlanks(BoundedText(currency.data(), currency.size())));
+  return HandOver(line, buffer, HandOverForm::kWithEndMark);
 }
 
 }  // namespace
