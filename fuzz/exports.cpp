@@ -2,10 +2,6 @@
 // terminators, a record manager that answers anything, records of any bytes, a user who does
 // anything at a dialog; and in the delegated kind a login server that answers anything. No call may
 // crash, look or write where it must not, or leave a file open.
-#include <unistd.h>
-
-#include <bit>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <tuple>
@@ -20,7 +16,11 @@
 #include "platform/registry_file.h"
 #include "platform/screen.h"
 #include "record_files.h"
-#include "support/scripted_manager/handler.h"
+#include "testkit/files.h"
+#include "testkit/found_export.h"
+#include "testkit/private_registry.h"
+#include "testkit/process.h"
+#include "testkit/scripted_manager/handler.h"
 
 namespace {
 
@@ -39,20 +39,18 @@ class Manager {
   std::size_t OpenFileCount() const { return open_; }
 
  private:
-  static qlx99::tests::SetHandlerFunction* SetHandler() {
-    static auto* const function = std::bit_cast<qlx99::tests::SetHandlerFunction*>(
-        GetProcAddress(LoadLibraryA(qlx99::kRecordManagerNames[0]), "SetHandler"));
+  static testkit::SetHandlerFunction* SetHandler() {
+    static testkit::SetHandlerFunction* const function =
+        testkit::FoundExport(LoadLibraryA(qlx99::kRecordManagerNames[0]), "SetHandler");
     return function;
   }
 
-  static short Handle(void* self, WORD operation, void* positionBlock, void* dataBuffer,
-                      ULONG* dataLength, void* keyBuffer, BYTE keyLength, char /*keyNumber*/,
-                      void* /*clientId*/) {
-    if (keyLength != btrieve::kMaxKeyLength) Found("another key length");
-    return static_cast<short>(static_cast<Manager*>(self)->Answer(
-        operation, static_cast<char*>(positionBlock),
-        {static_cast<char*>(dataBuffer), static_cast<std::uint16_t>(*dataLength)}, *dataLength,
-        static_cast<char*>(keyBuffer)));
+  static int Handle(void* self, const btrieve::Arguments& its) {
+    if (its.keyLength != btrieve::kMaxKeyLength) Found("another key length");
+    return static_cast<Manager*>(self)->Answer(
+        its.operation, static_cast<char*>(its.positionBlock),
+        {static_cast<char*>(its.dataBuffer), static_cast<std::uint16_t>(*its.dataLength)},
+        *its.dataLength, static_cast<char*>(its.keyBuffer));
   }
 
   int Answer(WORD operation, char* block, std::span<char> data, ULONG& length, char* key) {
@@ -275,21 +273,14 @@ void CallAny(Input& input) {
 class Configuration {
  public:
   Configuration() {
-    setenv("QLX99_REGISTRY", file_.c_str(), 1);
-    fs::create_directories(root_ / "bin32");
-    std::ofstream(root_ / "bin32" / "telq32.exe") << "no program";
-    const fs::path programs = fs::canonical("/proc/self/exe").parent_path();
-    fs::copy(programs / "libqlx02.so", root_ / "bin32", fs::copy_options::overwrite_existing);
+    const fs::path programs = root_.Path() / "bin32";
+    fs::create_directories(programs);
+    testkit::WriteAll(programs / "telq32.exe", "no program");
+    fs::copy(testkit::ProgramFolder() / testkit::LibraryFile("qlx02"), programs);
     // For good: the fuzzer's counters lie in it.
-    LoadLibraryA((root_ / "bin32" / "qlx02.dll").c_str());
+    LoadLibraryA((programs / "qlx02.dll").c_str());
     Take({});
   }
-  ~Configuration() {
-    fs::remove(file_);
-    fs::remove_all(root_);
-  }
-  Configuration(const Configuration&) = delete;
-  Configuration& operator=(const Configuration&) = delete;
 
   // What the input makes of it, most often nothing; then what it was before.
   void Change(Input& input) {
@@ -315,16 +306,16 @@ class Configuration {
     for (const char* name : {"DataRoot", "DocuRoot", "ProgramRoot"}) {
       set({name, REG_SZ, std::string("C:\\Akten") + '\0'});
     }
-    set({"MappingRoot", REG_SZ, root_.string() + '\0'});
+    set({"MappingRoot", REG_SZ, root_.Text() + '\0'});
     if (delegated) set({"ProgramName", REG_SZ, std::string("telq32.exe") + '\0'});
     if (!change.name.empty()) set(change);
-    std::ofstream(file_, std::ios::binary) << registry.Format();
+    testkit::WriteAll(registry_.Folder() / "office.reg", registry.Format());
     qlx99::DetachLibrary(qlx99::Detachment::kFreed);
     qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   }
 
-  fs::path root_ = fuzz::FastFolder() / ("qlx_fuzz_" + std::to_string(getpid()));
-  fs::path file_ = root_.string() + ".reg";
+  testkit::PrivateRegistry registry_;
+  testkit::TemporaryFolder root_;
   bool changed_ = false;
 };
 

@@ -1,7 +1,5 @@
 #include "stress/faults.h"
 
-#include <array>
-#include <cstring>
 #include <optional>
 #include <ostream>
 #include <set>
@@ -9,45 +7,27 @@
 #include <string>
 
 #include "office/file_description.h"
-#include "recordmanager/engine.h"
 #include "stress/faulty_files.h"
-#include "stress/party.h"
 #include "stress/soundness.h"
+#include "testkit/engine_entry_point.h"
+#include "testkit/party.h"
 
 namespace stress {
 namespace {
 
 using namespace btrieve;
+using testkit::PartyRecord;
 
 constexpr int kByNumber = PartyRecord::byNumber.number;
 constexpr int kByCase = PartyRecord::byCase.number;
 
 // A process with one file.
-class Client {
+class Client : public btrieve::Client {
  public:
-  int Call(WORD operation, int keyNumber, void* data, std::size_t size) {
-    auto length = static_cast<std::uint16_t>(size);
-    return engine_.Serve({.operation = operation,
-                          .positionBlock = block_.data(),
-                          .dataBuffer = static_cast<std::uint8_t*>(data),
-                          .dataLength = &length,
-                          .keyBuffer = key_.data(),
-                          .keyLength = key_.size(),
-                          .keyNumber = keyNumber});
-  }
+  Client() : btrieve::Client(testkit::EntryPointOf(engine_)) {}
+
   int Call(WORD operation, int keyNumber = kByNumber) {
-    return Call(operation, keyNumber, &record, sizeof record);
-  }
-
-  int Create(const std::string& path) {
-    std::string description = office::DescribeFile(qlx99::LayoutOf<PartyRecord>());
-    SetKey(path);
-    return Call(kCreate, kCreateOver, description.data(), description.size());
-  }
-
-  int Open(const std::string& path) {
-    SetKey(path);
-    return Call(kOpen, kOpenNormal);
+    return btrieve::Client::Call(operation, keyNumber, record);
   }
 
   int Insert(int caseId) {
@@ -56,20 +36,14 @@ class Client {
   }
 
   int Find(int caseId) {
-    std::memcpy(key_.data(), &caseId, sizeof caseId);
+    SetKey(caseId);
     return Call(kGetEqual, kByCase);
   }
 
-  Party record;
+  testkit::Party record;
 
  private:
-  void SetKey(const std::string& path) {
-    path.copy(reinterpret_cast<char*>(key_.data()), key_.size());
-  }
-
   recordmanager::Engine engine_;
-  std::array<std::uint8_t, kPositionBlockSize> block_{};
-  std::array<std::uint8_t, kMaxKeyLength> key_{};
 };
 
 // What is in a file: the cases of its records.
@@ -165,7 +139,7 @@ class Work {
 
 void MakeFile(const std::string& path) {
   Client client;
-  client.Create(path);
+  client.Create(path, office::DescribeFile(qlx99::LayoutOf<PartyRecord>()));
   client.Open(path);
   for (const int caseId : {1, 2, 3}) client.Insert(caseId);
   client.Call(kClose);

@@ -10,7 +10,6 @@
 #include <thread>
 
 #include "stress/history.h"
-#include "stress/host.h"
 #include "stress/soundness.h"
 #include "stress/store.h"
 #include "stress/tally.h"
@@ -21,6 +20,7 @@ namespace stress {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
+using testkit::Process;
 
 // A record file of its own, and those who work on it.
 class Round {

@@ -7,9 +7,9 @@
 #include <random>
 #include <vector>
 
-#include "stress/host.h"
 #include "stress/tally.h"
 #include "stress/worker.h"
+#include "testkit/process.h"
 
 namespace stress {
 
