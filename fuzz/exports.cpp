@@ -10,9 +10,9 @@
 
 #include "frame/attach.h"
 #include "frame/exports.h"
-#include "frame/login_window.h"
 #include "frame/registry.h"
 #include "fuzz/input.h"
+#include "fuzz/login_server.h"
 #include "platform/registry_file.h"
 #include "platform/screen.h"
 #include "record_files.h"
@@ -27,6 +27,7 @@ namespace {
 namespace fs = std::filesystem;
 using fuzz::Found;
 using fuzz::Input;
+using fuzz::LoginServer;
 
 // The record manager: a library beside this program that hands its calls to us.
 class Manager {
@@ -134,62 +135,6 @@ class User final : public platform::Screen {
   Input& input_;
 };
 
-// The login server of the delegated kind, and the user at the login mask: both do what the input
-// says, and at last the mask is closed.
-class LoginServer {
- public:
-  explicit LoginServer(Input& input) {
-    current = &input;
-    qlx99::CreateLoginWindow();
-    if (input.OneIn(4)) {
-      Report(qlx99::LoginState::kCancelled);
-      return;
-    }
-    WNDCLASSA its{};
-    its.lpfnWndProc = Answer;
-    its.hInstance = GetModuleHandleA(nullptr);
-    its.lpszClassName = kName;
-    RegisterClassA(&its);
-    window_ = CreateWindowExA(0, kName, "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, its.hInstance,
-                              nullptr);
-  }
-  ~LoginServer() {
-    if (window_ != nullptr) DestroyWindow(window_);
-    MSG message{};
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
-    fs::current_path(folder_);  // out of the sibling library's
-  }
-  LoginServer(const LoginServer&) = delete;
-  LoginServer& operator=(const LoginServer&) = delete;
-
- private:
-  static constexpr const char* kName = "KRVLOGSRV32";
-
-  static void Report(qlx99::LoginState state) {
-    PostMessageA(FindWindowA("KrvQLX", nullptr), RegisterWindowMessageA("WM_KRV_LOGINMASK"),
-                 static_cast<WPARAM>(state), 0);
-  }
-
-  static void UseMask() {
-    if (current->OneIn(4)) Report(static_cast<qlx99::LoginState>(current->Byte()));
-    Report(current->OneIn(2) ? qlx99::LoginState::kCancelled : qlx99::LoginState::kLoggedIn);
-  }
-
-  static LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
-    constexpr UINT kFirstRegistered = 0xC000;
-    constexpr LRESULT kAnswers[] = {8, 1, 0, 3};  // the first is the product that it should be
-    if (message < kFirstRegistered) return DefWindowProcA(window, message, wordParam, longParam);
-    // Who is not logged in yet is waited for.
-    if (message == RegisterWindowMessageA("WM_ISLOGGEDIN") || current->OneIn(4)) UseMask();
-    if (current->IsSpent()) Report(qlx99::LoginState::kCancelled);
-    return kAnswers[current->Choice(std::size(kAnswers))];
-  }
-
-  static inline Input* current = nullptr;
-  HWND window_ = nullptr;
-  fs::path folder_ = fs::current_path();
-};
-
 // An export's arguments. Texts end where their memory does, with or without a terminator where the
 // export knows how much of them counts.
 class Arguments {
@@ -233,7 +178,7 @@ void Call(std::int32_t(WINAPI* function)(Types...), Input& input) {
 }
 
 // These say how large their buffer is.
-void CallWithLength(std::int32_t(WINAPI* function)(std::int32_t, char*), Input& input) {
+void Call(std::int32_t(WINAPI* function)(std::int32_t, char*), Input& input) {
   constexpr std::int32_t kLengths[] = {0, 1, 13, 259, 260, 261, 1 << 20, -1, -(1 << 30)};
   const std::int32_t length = kLengths[input.Choice(std::size(kLengths))];
   const std::size_t room = length > 0 ? static_cast<std::size_t>(length) : 0;
@@ -241,31 +186,21 @@ void CallWithLength(std::int32_t(WINAPI* function)(std::int32_t, char*), Input& 
   function(length, input.OneIn(16) ? nullptr : buffer.get());
 }
 
+void Call(LRESULT(CALLBACK* function)(HWND, UINT, WPARAM, LPARAM), Input& input) {
+  function(nullptr, input.Word(), input.Word(), 0);
+}
+
+template <auto... exports>
+void CallOneOf(Input& input) {
+  constexpr void (*kCalls[])(Input&) = {[](Input& i) { Call(exports, i); }...};
+  kCalls[input.Choice(sizeof...(exports))](input);
+}
+
 void CallAny(Input& input) {
   using namespace qlx99;
-  constexpr void (*kCalls[])(Input&) = {
-      [](Input& i) { CallWithLength(GetDocuRoot, i); },
-      [](Input& i) { CallWithLength(GetProgramRoot, i); },
-      [](Input& i) { Call(UserInit, i); },
-      [](Input& i) { Call(UserNext, i); },
-      [](Input& i) { Call(ZtkodoliInit, i); },
-      [](Input& i) { Call(ZtkodoliNext, i); },
-      [](Input& i) { Call(WVInit, i); },
-      [](Input& i) { Call(WVNext, i); },
-      [](Input& i) { Call(WVNew, i); },
-      [](Input& i) { Call(WVChange, i); },
-      [](Input& i) { Call(WVDelete, i); },
-      [](Input& i) { Call(SLesenDLL, i); },
-      [](Input& i) { Call(ALesenDLL, i); },
-      [](Input& i) { Call(BLesenDLL, i); },
-      [](Input& i) { Call(BListeInit, i); },
-      [](Input& i) { Call(BListeNext, i); },
-      [](Input& i) { Call(GetDokuNr, i); },
-      [](Input& i) { Call(GetAdrFieldsMain, i); },
-      [](Input& i) { Call(GetAdressTyp, i); },
-      [](Input& i) { MainWndProc(nullptr, i.Word(), i.Word(), 0); },
-  };
-  kCalls[input.Choice(std::size(kCalls))](input);
+  CallOneOf<GetDocuRoot, GetProgramRoot, UserInit, UserNext, ZtkodoliInit, ZtkodoliNext, WVInit,
+            WVNext, WVNew, WVChange, WVDelete, SLesenDLL, ALesenDLL, BLesenDLL, BListeInit,
+            BListeNext, GetDokuNr, GetAdrFieldsMain, GetAdressTyp, MainWndProc>(input);
 }
 
 // The configuration, in a registration file of this process's own, and what lies below the mapping

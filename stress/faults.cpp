@@ -1,14 +1,14 @@
-#include "stress/faults.h"
-
 #include <optional>
 #include <ostream>
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "office/file_description.h"
-#include "stress/faulty_files.h"
+#include "stress/hooked_files.h"
 #include "stress/soundness.h"
+#include "stress/trials.h"
 #include "testkit/engine_entry_point.h"
 #include "testkit/party.h"
 
@@ -162,7 +162,68 @@ void ExpectSound(const std::string& path, const Work& work) {
   if (!damage.empty()) throw std::runtime_error(damage);
 }
 
-struct Trial {
+// Which requests may fail, and with what.
+enum class DiskFault {
+  kFull,     // writing: the disk is full
+  kIoError,  // anything but opening: an input/output error
+  kCannotOpen
+};
+
+// How the request fails; SQLITE_OK: not at all.
+int FailureOf(Request::Kind kind, DiskFault fault) {
+  struct Failure {
+    int ioError;
+    int full = SQLITE_OK;
+  };
+  constexpr Failure kFailures[] = {{SQLITE_OK},
+                                   {SQLITE_IOERR_DELETE},
+                                   {SQLITE_IOERR_ACCESS},
+                                   {SQLITE_IOERR_READ},
+                                   {SQLITE_IOERR_WRITE, SQLITE_FULL},
+                                   {SQLITE_IOERR_TRUNCATE},
+                                   {SQLITE_IOERR_FSYNC},
+                                   {SQLITE_IOERR_FSTAT},
+                                   {SQLITE_IOERR_LOCK},
+                                   {SQLITE_IOERR_CHECKRESERVEDLOCK},
+                                   {SQLITE_IOERR_SHMMAP, SQLITE_IOERR_SHMSIZE},
+                                   {SQLITE_IOERR_SHMLOCK}};
+  if (fault == DiskFault::kCannotOpen) return kind == Request::kOpen ? SQLITE_CANTOPEN : SQLITE_OK;
+  return fault == DiskFault::kFull ? kFailures[kind].full : kFailures[kind].ioError;
+}
+
+// A file system that fails on command.
+class FaultyFiles : public HookedFiles {
+ public:
+  // The nth request from now on that may fail so, counted from 1, fails; if `lasting`, all behind
+  // it do too.
+  void Fail(DiskFault fault, int nth, bool lasting) {
+    fault_ = fault;
+    left_ = nth;
+    lasting_ = lasting;
+  }
+
+  // All is well again. False when nothing has failed since Fail.
+  bool Heal() {
+    left_ = 0;
+    return std::exchange(failed_, false);
+  }
+
+  int Answer(const Request& request) override {
+    const int failure = FailureOf(request.kind, fault_);
+    if (failure == SQLITE_OK || left_ == 0 || --left_ > 0) return SQLITE_OK;
+    left_ = lasting_ ? 1 : 0;
+    failed_ = true;
+    return failure;
+  }
+
+ private:
+  DiskFault fault_ = DiskFault::kFull;
+  int left_ = 0;  // requests until the one that fails; 0: none does
+  bool lasting_ = false;
+  bool failed_ = false;
+};
+
+struct FaultTrial {
   const char* name;
   DiskFault fault;
   bool lasting;
@@ -170,7 +231,7 @@ struct Trial {
 };
 
 // Lets every request fail in turn; returns how many there were.
-int TryAll(const Trial& trial, const std::filesystem::path& folder) {
+int TryAll(const FaultTrial& trial, const std::filesystem::path& folder) {
   const std::string sound = (folder / "SOUND.KRV").string();
   const std::string path = (folder / "FAULTY.KRV").string();
   MakeFile(sound);
@@ -195,7 +256,7 @@ int TryAll(const Trial& trial, const std::filesystem::path& folder) {
 }  // namespace
 
 bool RunFaults(const std::filesystem::path& folder, std::ostream& report) {
-  constexpr Trial kTrials[] = {
+  constexpr FaultTrial kFaults[] = {
       {"the disk is full", DiskFault::kFull, true, false},
       {"the disk is full for a moment", DiskFault::kFull, false, false},
       {"an input/output error", DiskFault::kIoError, false, false},
@@ -204,7 +265,7 @@ bool RunFaults(const std::filesystem::path& folder, std::ostream& report) {
   };
   std::filesystem::create_directories(folder);
   bool sound = true;
-  for (Trial trial : kTrials) {
+  for (FaultTrial trial : kFaults) {
     try {
       int faults = TryAll(trial, folder);
       trial.rollbackJournal = true;

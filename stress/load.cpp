@@ -1,5 +1,3 @@
-#include "stress/load.h"
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -14,11 +12,11 @@
 #include <utility>
 #include <vector>
 
-#include "stress/history.h"
 #include "stress/journal.h"
 #include "stress/soundness.h"
 #include "stress/store.h"
 #include "stress/tally.h"
+#include "stress/trials.h"
 #include "stress/worker.h"
 #include "testkit/process.h"
 

@@ -1,5 +1,3 @@
-#include "stress/power.h"
-
 #include <iterator>
 #include <memory>
 #include <optional>
@@ -12,6 +10,7 @@
 #include "stress/soundness.h"
 #include "stress/store.h"
 #include "stress/tally.h"
+#include "stress/trials.h"
 #include "stress/worker.h"
 #include "testkit/engine_entry_point.h"
 

@@ -5,15 +5,17 @@
 #include <deque>
 #include <fstream>
 #include <ostream>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <thread>
 
-#include "stress/history.h"
+#include "stress/journal.h"
 #include "stress/soundness.h"
 #include "stress/store.h"
 #include "stress/tally.h"
 #include "stress/worker.h"
+#include "testkit/process.h"
 
 namespace stress {
 

@@ -13,10 +13,8 @@
 #include "frame/exports.h"
 #include "office/new_office.h"
 #include "office/setup.h"
-#include "stress/history.h"
 #include "stress/journal.h"
 #include "stress/keeper.h"
-#include "stress/onlooker.h"
 #include "stress/store.h"
 #include "testkit/process.h"
 
