@@ -23,9 +23,6 @@ void SetOffices(const std::filesystem::path& folder);
 // From now on the exports work in this office.
 void UseOffice(const std::filesystem::path& office);
 
-// What the registry answers (memory_registry.cpp).
-void SetDataRoot(const std::string& path);
-
 // As the exports read it from the registry.
 qlx99::DataRoot DataRootOf(const std::filesystem::path& office);
 

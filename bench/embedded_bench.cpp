@@ -5,12 +5,13 @@
 #include <stdexcept>
 
 #include "bench/bench_office.h"
-#include "bench/managers.h"
 #include "bench/measurements.h"
 #include "bench/plain_sqlite.h"
 #include "bench/timing.h"
+#include "btrieve/file_description.h"
 #include "caseparties/case_party_file.h"
 #include "recordmanager/key.h"
+#include "testkit/embedded_manager.h"
 
 namespace bench {
 namespace {
@@ -24,13 +25,9 @@ constexpr double kStepLimit = 0.2;  // microseconds
 constexpr int kReads = 50;
 
 // An integer key, as the record manager has it.
-recordmanager::Key IntegerKey(std::uint16_t duplicates) {
-  btrieve::KeyDescription description{};
-  description.position = 1;
-  description.length = sizeof(std::int32_t);
-  description.flags = btrieve::kKeyExtendedType | duplicates;
-  description.extendedType = btrieve::kIntegerKey;
-  return recordmanager::Key(description);
+recordmanager::Key IntegerKey(unsigned flags) {
+  return recordmanager::Key(
+      btrieve::DescribeKey(0, sizeof(std::int32_t), btrieve::kIntegerKey, flags));
 }
 
 Entry EntryOf(std::int32_t number, const recordmanager::Key& key, std::uint64_t change = 0) {
@@ -50,47 +47,31 @@ std::filesystem::path TheirCopy() { return TheOffices().work / "theirs.krv"; }
 // One of them, opened as the library opens files.
 class PartyFile {
  public:
-  PartyFile() : path_(OurCopy().string()) { Open(); }
+  PartyFile() { Open(); }
   ~PartyFile() { Close(); }
   PartyFile(const PartyFile&) = delete;
   PartyFile& operator=(const PartyFile&) = delete;
 
-  void Open() {
-    std::array<char, btrieve::kMaxKeyLength> key{};
-    std::copy(path_.begin(), path_.end(), key.begin());
-    ULONG length = 1;
-    Check(Embedded()(btrieve::kOpen, positionBlock_.data(), record_.data(), &length, key.data(),
-                     kKeyLength, 0));
-  }
-  void Close() { Call(btrieve::kClose); }
+  void Open() { btrieve::Must(client_.Open(path_)); }
+  void Close() { client_.Close(); }
 
   void GetEqual(std::int32_t id) {
-    std::memcpy(key_.data(), &id, sizeof id);
-    Check(Call(btrieve::kGetEqual));
+    std::memcpy(client_.key.data(), &id, sizeof id);
+    Call(btrieve::kGetEqual);
   }
-  void GetFirst() { Check(Call(btrieve::kGetFirst)); }
-  void GetNext() { Check(Call(btrieve::kGetNext)); }
+  void GetFirst() { Call(btrieve::kGetFirst); }
+  void GetNext() { Call(btrieve::kGetNext); }
   void Insert(std::int32_t id) {
     std::memcpy(record_.data(), &id, sizeof id);
-    Check(Call(btrieve::kInsert));
+    Call(btrieve::kInsert);
   }
 
  private:
-  static constexpr auto kKeyLength = static_cast<BYTE>(btrieve::kMaxKeyLength);
+  void Call(WORD operation) { btrieve::Must(client_.Call(operation, 0, record_)); }
 
-  int Call(WORD operation) {
-    ULONG length = CasePartyRecord::file.length;
-    return Embedded()(operation, positionBlock_.data(), record_.data(), &length, key_.data(),
-                      kKeyLength, 0);
-  }
-  static void Check(int status) {
-    if (status != btrieve::kSuccess) throw std::runtime_error("status " + std::to_string(status));
-  }
-
-  std::string path_;
-  std::array<char, btrieve::kPositionBlockSize> positionBlock_{};
+  std::string path_ = OurCopy().string();
+  btrieve::Client client_{btrieve::EntryPointOf(testkit::EmbeddedCall())};
   std::array<char, CasePartyRecord::file.length> record_{};
-  std::array<char, btrieve::kMaxKeyLength> key_{};
 };
 
 constexpr const char* kEqualSql =

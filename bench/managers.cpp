@@ -1,41 +1,28 @@
 #include "bench/managers.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
-#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
-#include "support/scripted_manager/handler.h"
+#include "testkit/embedded_manager.h"
+#include "testkit/found_export.h"
+#include "testkit/scripted_manager/handler.h"
 
 namespace bench {
 namespace {
 
-using qlx99::tests::ManagerHandler;
-using qlx99::tests::SetHandlerFunction;
+btrieve::BtrCall* library = nullptr;  // what the library calls
+testkit::SetHandlerFunction* setHandler = nullptr;
 
-struct Loaded {
-  btrieve::BtrCall* library = nullptr;  // what the library calls
-  btrieve::BtrCall* embedded = nullptr;
-  SetHandlerFunction* setHandler = nullptr;
-};
-
-Loaded loaded;
-
-template <class Function>
-Function* Find(HMODULE module, const char* name) {
-  auto* const found = std::bit_cast<Function*>(GetProcAddress(module, name));
-  if (found == nullptr) throw std::runtime_error(std::string(name) + " is missing");
-  return found;
+const btrieve::EntryPoint& Embedded() {
+  static const auto entryPoint = btrieve::EntryPointOf(testkit::EmbeddedCall());
+  return entryPoint;
 }
 
-short ToEmbedded(void* /*context*/, WORD operation, void* positionBlock, void* dataBuffer,
-                 ULONG* dataLength, void* keyBuffer, BYTE keyLength, char keyNumber,
-                 void* /*clientId*/) {
-  return loaded.embedded(operation, positionBlock, dataBuffer, dataLength, keyBuffer, keyLength,
-                         keyNumber);
+int ToEmbedded(void* /*context*/, const btrieve::Arguments& arguments) {
+  return Embedded()(arguments);
 }
 
 bool BringsData(WORD operation) {
@@ -50,45 +37,36 @@ std::vector<char> Bytes(const void* begin, std::size_t size) {
 
 class Recorder {
  public:
-  static short Handle(void* recorder, WORD operation, void* positionBlock, void* dataBuffer,
-                      ULONG* dataLength, void* keyBuffer, BYTE keyLength, char keyNumber,
-                      void* /*clientId*/) {
-    return static_cast<Recorder*>(recorder)->Record(operation, positionBlock, dataBuffer,
-                                                    dataLength, keyBuffer, keyLength, keyNumber);
+  int Record(const btrieve::Arguments& its) {
+    const WORD operation = its.operation;
+    if (operation == btrieve::kOpen) files_.insert_or_assign(its.positionBlock, opened_++);
+    RecordedCall call{.operation = operation,
+                      .file = files_.at(its.positionBlock),
+                      .data = {},
+                      .key = {},
+                      .length = *its.dataLength,
+                      .keyNumber = its.keyNumber,
+                      .keyIsInserted = false,
+                      .status = 0,
+                      .answer = {},
+                      .answerKey = {}};
+    if (BringsData(operation)) call.data = Bytes(its.dataBuffer, *its.dataLength);
+    std::memcpy(call.key.data(), its.keyBuffer, its.keyLength);
+    call.keyIsInserted = operation == btrieve::kGetEqual && !inserted_.empty() &&
+                         std::equal(inserted_.begin(), inserted_.end(), call.key.begin());
+    call.status = Embedded()(its);
+    if (operation != btrieve::kOpen && operation != btrieve::kClose) {
+      call.answer = Bytes(its.dataBuffer, *its.dataLength);
+    }
+    std::memcpy(call.answerKey.data(), its.keyBuffer, its.keyLength);
+    if (operation == btrieve::kInsert) inserted_ = Bytes(its.dataBuffer, sizeof(std::int32_t));
+    calls.push_back(std::move(call));
+    return calls.back().status;
   }
 
   Calls calls;
 
  private:
-  short Record(WORD operation, void* positionBlock, void* dataBuffer, ULONG* dataLength,
-               void* keyBuffer, BYTE keyLength, char keyNumber) {
-    if (operation == btrieve::kOpen) files_.insert_or_assign(positionBlock, opened_++);
-    RecordedCall call{.operation = operation,
-                      .file = files_.at(positionBlock),
-                      .data = {},
-                      .key = {},
-                      .length = *dataLength,
-                      .keyNumber = keyNumber,
-                      .keyIsInserted = false,
-                      .status = 0,
-                      .answer = {},
-                      .answerKey = {}};
-    if (BringsData(operation)) call.data = Bytes(dataBuffer, *dataLength);
-    std::memcpy(call.key.data(), keyBuffer, keyLength);
-    call.keyIsInserted = operation == btrieve::kGetEqual && !inserted_.empty() &&
-                         std::equal(inserted_.begin(), inserted_.end(), call.key.begin());
-    const short status = loaded.embedded(operation, positionBlock, dataBuffer, dataLength,
-                                         keyBuffer, keyLength, keyNumber);
-    call.status = status;
-    if (operation != btrieve::kOpen && operation != btrieve::kClose) {
-      call.answer = Bytes(dataBuffer, *dataLength);
-    }
-    std::memcpy(call.answerKey.data(), keyBuffer, keyLength);
-    if (operation == btrieve::kInsert) inserted_ = Bytes(dataBuffer, sizeof(std::int32_t));
-    calls.push_back(std::move(call));
-    return status;
-  }
-
   std::map<const void*, std::size_t> files_;
   std::size_t opened_ = 0;
   std::vector<char> inserted_;
@@ -96,19 +74,14 @@ class Recorder {
 
 class Memory {
  public:
-  static short Handle(void* memory, WORD operation, void* /*positionBlock*/, void* dataBuffer,
-                      ULONG* dataLength, void* keyBuffer, BYTE /*keyLength*/, char /*keyNumber*/,
-                      void* /*clientId*/) {
-    auto& self = *static_cast<Memory*>(memory);
-    const RecordedCall& call = (*self.calls)[self.next];
-    if (++self.next == self.calls->size()) self.next = 0;
-    if (call.operation != operation) std::abort();  // not the calls that were recorded
-    if (call.status != btrieve::kSuccess || call.answer.empty()) {
-      return static_cast<short>(call.status);
-    }
-    std::memcpy(dataBuffer, call.answer.data(), call.answer.size());
-    *dataLength = static_cast<ULONG>(call.answer.size());
-    std::memcpy(keyBuffer, call.answerKey.data(), sizeof(std::int32_t));
+  int Answer(const btrieve::Arguments& its) {
+    const RecordedCall& call = (*calls)[next];
+    if (++next == calls->size()) next = 0;
+    if (call.operation != its.operation) std::abort();  // not the calls that were recorded
+    if (call.status != btrieve::kSuccess || call.answer.empty()) return call.status;
+    std::memcpy(its.dataBuffer, call.answer.data(), call.answer.size());
+    *its.dataLength = static_cast<ULONG>(call.answer.size());
+    std::memcpy(its.keyBuffer, call.answerKey.data(), sizeof(std::int32_t));
     return btrieve::kSuccess;
   }
 
@@ -122,29 +95,25 @@ Memory memory;
 }  // namespace
 
 void LoadManagers() {
-  const auto program = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-  SetDllDirectoryA((program.parent_path() / "bench").c_str());
-  HMODULE embedded = LoadLibraryA("atbtrv32.dll");
+  testkit::EmbeddedCall();
+  SetDllDirectoryA((testkit::ProductFolder() / ".." / "bench").c_str());
   HMODULE inFront = LoadLibraryA("w3btrv7.dll");
-  loaded = {Find<btrieve::BtrCall>(inFront, btrieve::kBtrCallName),
-            Find<btrieve::BtrCall>(embedded, btrieve::kBtrCallName),
-            Find<SetHandlerFunction>(inFront, "SetHandler")};
+  library = testkit::FoundExport(inFront, btrieve::kBtrCallName);
+  setHandler = testkit::FoundExport(inFront, "SetHandler");
   UseEmbedded();
 }
 
-btrieve::BtrCall& Embedded() { return *loaded.embedded; }
-
-void UseEmbedded() { loaded.setHandler(&ToEmbedded, nullptr); }
+void UseEmbedded() { setHandler(&ToEmbedded, nullptr); }
 
 void UseMemory(const Calls& calls) {
   memory = {};
   memory.calls = &calls;
-  loaded.setHandler(&Memory::Handle, &memory);
+  setHandler([](void*, const btrieve::Arguments& its) { return memory.Answer(its); }, nullptr);
 }
 
 void StartRecording() {
   recorder = {};
-  loaded.setHandler(&Recorder::Handle, &recorder);
+  setHandler([](void*, const btrieve::Arguments& its) { return recorder.Record(its); }, nullptr);
 }
 
 Calls StopRecording() {
@@ -164,9 +133,8 @@ void BareCalls::Run() {
     ULONG length = call.length;
     std::copy(call.data.begin(), call.data.end(), buffer_.begin());
     if (call.keyIsInserted) std::copy(inserted_.begin(), inserted_.end(), call.key.begin());
-    const int status =
-        loaded.library(call.operation, positionBlocks_[call.file].data(), buffer_.data(), &length,
-                       call.key.data(), kKeyLength, call.keyNumber);
+    const int status = library(call.operation, positionBlocks_[call.file].data(), buffer_.data(),
+                               &length, call.key.data(), kKeyLength, call.keyNumber);
     if (status != call.status) throw std::runtime_error("a repeated call was answered otherwise");
     if (call.operation == btrieve::kInsert) {
       std::copy_n(buffer_.begin(), inserted_.size(), inserted_.begin());

@@ -1,12 +1,12 @@
 // The record managers that the exports are measured with. The library finds one that hands every
-// call to this program (tests/support/scripted_manager); what becomes of the calls is set here.
+// call to this program (testkit/scripted_manager); what becomes of the calls is set here.
 #pragma once
 
 #include <array>
 #include <map>
 #include <vector>
 
-#include "recordmanager/btrieve.h"
+#include "btrieve/btrieve.h"
 
 namespace bench {
 
@@ -29,9 +29,6 @@ using Calls = std::vector<RecordedCall>;
 // Loads the record manager that hands the calls here, and the embedded one behind it. To be called
 // before the first export.
 void LoadManagers();
-
-// The embedded record manager's entry point.
-btrieve::BtrCall& Embedded();
 
 // From now on calls go to the embedded record manager.
 void UseEmbedded();

@@ -1,6 +1,5 @@
 // What does a word processor wait for, when its first macro calls the library?
 #include <array>
-#include <bit>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -13,6 +12,9 @@
 #include "bench/timing.h"
 #include "frame/exports.h"
 #include "store/result_line.h"
+#include "testkit/embedded_manager.h"
+#include "testkit/found_export.h"
+#include "testkit/process.h"
 
 namespace bench {
 namespace {
@@ -25,9 +27,8 @@ struct Start {
 };
 
 Start StartOnce() {
-  const auto program = std::filesystem::read_symlink("/proc/self/exe");
-  const auto library = program.parent_path() / "libqlx99.so";
-  const std::string command = "'" + program.string() + "' " + kStartOption + " '" +
+  const auto library = testkit::ProductFolder() / testkit::LibraryFile("qlx99");
+  const std::string command = "'" + testkit::ProgramPath().string() + "' " + kStartOption + " '" +
                               library.string() + "' '" + TheOffices().usual.string() + "'";
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> output(popen(command.c_str(), "r"), pclose);
   Start start;
@@ -60,8 +61,7 @@ int PrintStart(const char* library, const char* office) {
   Samples attach;
   attach.Time([&] { module = LoadLibraryA(library); });
   if (module == nullptr) throw std::runtime_error(std::string(library) + " cannot be loaded");
-  auto* const read =
-      std::bit_cast<decltype(&qlx99::SLesenDLL)>(GetProcAddress(module, "SLesenDLL"));
+  const decltype(&qlx99::SLesenDLL) read = testkit::FoundExport(module, "SLesenDLL");
   std::array<char, qlx99::kCallerBufferSize> record{};
   Samples first;
   first.Time([&] { read("10000001", record.data()); });

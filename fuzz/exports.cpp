@@ -2,10 +2,6 @@
 // terminators, a record manager that answers anything, records of any bytes, a user who does
 // anything at a dialog; and in the delegated kind a login server that answers anything. No call may
 // crash, look or write where it must not, or leave a file open.
-#include <unistd.h>
-
-#include <bit>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <tuple>
@@ -14,19 +10,24 @@
 
 #include "frame/attach.h"
 #include "frame/exports.h"
-#include "frame/login_window.h"
 #include "frame/registry.h"
 #include "fuzz/input.h"
+#include "fuzz/login_server.h"
 #include "platform/registry_file.h"
 #include "platform/screen.h"
 #include "record_files.h"
-#include "support/scripted_manager/handler.h"
+#include "testkit/files.h"
+#include "testkit/found_export.h"
+#include "testkit/private_registry.h"
+#include "testkit/process.h"
+#include "testkit/scripted_manager/handler.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using fuzz::Found;
 using fuzz::Input;
+using fuzz::LoginServer;
 
 // The record manager: a library beside this program that hands its calls to us.
 class Manager {
@@ -39,20 +40,18 @@ class Manager {
   std::size_t OpenFileCount() const { return open_; }
 
  private:
-  static qlx99::tests::SetHandlerFunction* SetHandler() {
-    static auto* const function = std::bit_cast<qlx99::tests::SetHandlerFunction*>(
-        GetProcAddress(LoadLibraryA(qlx99::kRecordManagerNames[0]), "SetHandler"));
+  static testkit::SetHandlerFunction* SetHandler() {
+    static testkit::SetHandlerFunction* const function =
+        testkit::FoundExport(LoadLibraryA(qlx99::kRecordManagerNames[0]), "SetHandler");
     return function;
   }
 
-  static short Handle(void* self, WORD operation, void* positionBlock, void* dataBuffer,
-                      ULONG* dataLength, void* keyBuffer, BYTE keyLength, char /*keyNumber*/,
-                      void* /*clientId*/) {
-    if (keyLength != btrieve::kMaxKeyLength) Found("another key length");
-    return static_cast<short>(static_cast<Manager*>(self)->Answer(
-        operation, static_cast<char*>(positionBlock),
-        {static_cast<char*>(dataBuffer), static_cast<std::uint16_t>(*dataLength)}, *dataLength,
-        static_cast<char*>(keyBuffer)));
+  static int Handle(void* self, const btrieve::Arguments& its) {
+    if (its.keyLength != btrieve::kMaxKeyLength) Found("another key length");
+    return static_cast<Manager*>(self)->Answer(
+        its.operation, static_cast<char*>(its.positionBlock),
+        {static_cast<char*>(its.dataBuffer), static_cast<std::uint16_t>(*its.dataLength)},
+        *its.dataLength, static_cast<char*>(its.keyBuffer));
   }
 
   int Answer(WORD operation, char* block, std::span<char> data, ULONG& length, char* key) {
@@ -136,62 +135,6 @@ class User final : public platform::Screen {
   Input& input_;
 };
 
-// The login server of the delegated kind, and the user at the login mask: both do what the input
-// says, and at last the mask is closed.
-class LoginServer {
- public:
-  explicit LoginServer(Input& input) {
-    current = &input;
-    qlx99::CreateLoginWindow();
-    if (input.OneIn(4)) {
-      Report(qlx99::LoginState::kCancelled);
-      return;
-    }
-    WNDCLASSA its{};
-    its.lpfnWndProc = Answer;
-    its.hInstance = GetModuleHandleA(nullptr);
-    its.lpszClassName = kName;
-    RegisterClassA(&its);
-    window_ = CreateWindowExA(0, kName, "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, its.hInstance,
-                              nullptr);
-  }
-  ~LoginServer() {
-    if (window_ != nullptr) DestroyWindow(window_);
-    MSG message{};
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
-    fs::current_path(folder_);  // out of the sibling library's
-  }
-  LoginServer(const LoginServer&) = delete;
-  LoginServer& operator=(const LoginServer&) = delete;
-
- private:
-  static constexpr const char* kName = "KRVLOGSRV32";
-
-  static void Report(qlx99::LoginState state) {
-    PostMessageA(FindWindowA("KrvQLX", nullptr), RegisterWindowMessageA("WM_KRV_LOGINMASK"),
-                 static_cast<WPARAM>(state), 0);
-  }
-
-  static void UseMask() {
-    if (current->OneIn(4)) Report(static_cast<qlx99::LoginState>(current->Byte()));
-    Report(current->OneIn(2) ? qlx99::LoginState::kCancelled : qlx99::LoginState::kLoggedIn);
-  }
-
-  static LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
-    constexpr UINT kFirstRegistered = 0xC000;
-    constexpr LRESULT kAnswers[] = {8, 1, 0, 3};  // the first is the product that it should be
-    if (message < kFirstRegistered) return DefWindowProcA(window, message, wordParam, longParam);
-    // Who is not logged in yet is waited for.
-    if (message == RegisterWindowMessageA("WM_ISLOGGEDIN") || current->OneIn(4)) UseMask();
-    if (current->IsSpent()) Report(qlx99::LoginState::kCancelled);
-    return kAnswers[current->Choice(std::size(kAnswers))];
-  }
-
-  static inline Input* current = nullptr;
-  HWND window_ = nullptr;
-  fs::path folder_ = fs::current_path();
-};
-
 // An export's arguments. Texts end where their memory does, with or without a terminator where the
 // export knows how much of them counts.
 class Arguments {
@@ -235,7 +178,7 @@ void Call(std::int32_t(WINAPI* function)(Types...), Input& input) {
 }
 
 // These say how large their buffer is.
-void CallWithLength(std::int32_t(WINAPI* function)(std::int32_t, char*), Input& input) {
+void Call(std::int32_t(WINAPI* function)(std::int32_t, char*), Input& input) {
   constexpr std::int32_t kLengths[] = {0, 1, 13, 259, 260, 261, 1 << 20, -1, -(1 << 30)};
   const std::int32_t length = kLengths[input.Choice(std::size(kLengths))];
   const std::size_t room = length > 0 ? static_cast<std::size_t>(length) : 0;
@@ -243,31 +186,21 @@ void CallWithLength(std::int32_t(WINAPI* function)(std::int32_t, char*), Input& 
   function(length, input.OneIn(16) ? nullptr : buffer.get());
 }
 
+void Call(LRESULT(CALLBACK* function)(HWND, UINT, WPARAM, LPARAM), Input& input) {
+  function(nullptr, input.Word(), input.Word(), 0);
+}
+
+template <auto... exports>
+void CallOneOf(Input& input) {
+  constexpr void (*kCalls[])(Input&) = {[](Input& i) { Call(exports, i); }...};
+  kCalls[input.Choice(sizeof...(exports))](input);
+}
+
 void CallAny(Input& input) {
   using namespace qlx99;
-  constexpr void (*kCalls[])(Input&) = {
-      [](Input& i) { CallWithLength(GetDocuRoot, i); },
-      [](Input& i) { CallWithLength(GetProgramRoot, i); },
-      [](Input& i) { Call(UserInit, i); },
-      [](Input& i) { Call(UserNext, i); },
-      [](Input& i) { Call(ZtkodoliInit, i); },
-      [](Input& i) { Call(ZtkodoliNext, i); },
-      [](Input& i) { Call(WVInit, i); },
-      [](Input& i) { Call(WVNext, i); },
-      [](Input& i) { Call(WVNew, i); },
-      [](Input& i) { Call(WVChange, i); },
-      [](Input& i) { Call(WVDelete, i); },
-      [](Input& i) { Call(SLesenDLL, i); },
-      [](Input& i) { Call(ALesenDLL, i); },
-      [](Input& i) { Call(BLesenDLL, i); },
-      [](Input& i) { Call(BListeInit, i); },
-      [](Input& i) { Call(BListeNext, i); },
-      [](Input& i) { Call(GetDokuNr, i); },
-      [](Input& i) { Call(GetAdrFieldsMain, i); },
-      [](Input& i) { Call(GetAdressTyp, i); },
-      [](Input& i) { MainWndProc(nullptr, i.Word(), i.Word(), 0); },
-  };
-  kCalls[input.Choice(std::size(kCalls))](input);
+  CallOneOf<GetDocuRoot, GetProgramRoot, UserInit, UserNext, ZtkodoliInit, ZtkodoliNext, WVInit,
+            WVNext, WVNew, WVChange, WVDelete, SLesenDLL, ALesenDLL, BLesenDLL, BListeInit,
+            BListeNext, GetDokuNr, GetAdrFieldsMain, GetAdressTyp, MainWndProc>(input);
 }
 
 // The configuration, in a registration file of this process's own, and what lies below the mapping
@@ -275,21 +208,14 @@ void CallAny(Input& input) {
 class Configuration {
  public:
   Configuration() {
-    setenv("QLX99_REGISTRY", file_.c_str(), 1);
-    fs::create_directories(root_ / "bin32");
-    std::ofstream(root_ / "bin32" / "telq32.exe") << "no program";
-    const fs::path programs = fs::canonical("/proc/self/exe").parent_path();
-    fs::copy(programs / "libqlx02.so", root_ / "bin32", fs::copy_options::overwrite_existing);
+    const fs::path programs = root_.Path() / "bin32";
+    fs::create_directories(programs);
+    testkit::WriteAll(programs / "telq32.exe", "no program");
+    fs::copy(testkit::ProgramFolder() / testkit::LibraryFile("qlx02"), programs);
     // For good: the fuzzer's counters lie in it.
-    LoadLibraryA((root_ / "bin32" / "qlx02.dll").c_str());
+    LoadLibraryA((programs / "qlx02.dll").c_str());
     Take({});
   }
-  ~Configuration() {
-    fs::remove(file_);
-    fs::remove_all(root_);
-  }
-  Configuration(const Configuration&) = delete;
-  Configuration& operator=(const Configuration&) = delete;
 
   // What the input makes of it, most often nothing; then what it was before.
   void Change(Input& input) {
@@ -315,16 +241,16 @@ class Configuration {
     for (const char* name : {"DataRoot", "DocuRoot", "ProgramRoot"}) {
       set({name, REG_SZ, std::string("C:\\Akten") + '\0'});
     }
-    set({"MappingRoot", REG_SZ, root_.string() + '\0'});
+    set({"MappingRoot", REG_SZ, root_.Text() + '\0'});
     if (delegated) set({"ProgramName", REG_SZ, std::string("telq32.exe") + '\0'});
     if (!change.name.empty()) set(change);
-    std::ofstream(file_, std::ios::binary) << registry.Format();
+    testkit::WriteAll(registry_.Folder() / "office.reg", registry.Format());
     qlx99::DetachLibrary(qlx99::Detachment::kFreed);
     qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   }
 
-  fs::path root_ = fuzz::FastFolder() / ("qlx_fuzz_" + std::to_string(getpid()));
-  fs::path file_ = root_.string() + ".reg";
+  testkit::PrivateRegistry registry_;
+  testkit::TemporaryFolder root_;
   bool changed_ = false;
 };
 

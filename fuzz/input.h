@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <span>
 #include <string>
 
@@ -54,12 +53,6 @@ class Input {
 [[noreturn]] inline void Found(const char* what) {
   std::fprintf(stderr, "FOUND: %s\n", what);
   std::abort();
-}
-
-// Where files cost least.
-inline std::filesystem::path FastFolder() {
-  const std::filesystem::path memory = "/dev/shm";
-  return exists(memory) ? memory : std::filesystem::temp_directory_path();
 }
 
 }  // namespace fuzz

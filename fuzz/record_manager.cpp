@@ -1,19 +1,19 @@
 // The embedded record manager under rubbish: files that are damaged, operations in any order,
 // position blocks, lengths, buffers and keys of any kind, memory that runs out at any moment. Every
 // call ends with a status, and a file that was sound before is sound afterwards.
-#include <unistd.h>
-
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <vector>
 
+#include "btrieve/file_description.h"
 #include "fuzz/failing_memory.h"
 #include "fuzz/input.h"
-#include "recordmanager/engine.h"
 #include "recordmanager/sql.h"
+#include "testkit/engine_entry_point.h"
+#include "testkit/files.h"
+#include "testkit/temporary_folder.h"
 
 namespace {
 
@@ -42,26 +42,14 @@ std::string Padded(std::string bytes, std::size_t length) {
   return bytes;
 }
 
-btrieve::KeyDescription DescribeKey(int offset, int length, unsigned flags, std::uint8_t type) {
-  btrieve::KeyDescription key{};
-  key.position = static_cast<std::uint16_t>(offset + 1);
-  key.length = static_cast<std::uint16_t>(length);
-  key.flags = static_cast<std::uint16_t>(flags | btrieve::kKeyExtendedType);
-  key.extendedType = type;
-  return key;
-}
-
 // What Create takes: a key of each type.
 std::string Description() {
-  constexpr unsigned kFree = btrieve::kKeyDuplicates | btrieve::kKeyModifiable;
-  struct {
-    btrieve::FileDescription file{kRecordLength, 4096, 4, 0, 0, 0, 0, 0, 0};
-    btrieve::KeyDescription keys[4] = {DescribeKey(0, 4, 0, btrieve::kAutoincrementKey),
-                                       DescribeKey(4, 4, kFree, btrieve::kIntegerKey),
-                                       DescribeKey(8, 8, kFree, btrieve::kStringKey),
-                                       DescribeKey(16, 2, kFree, btrieve::kIntegerKey)};
-  } description;
-  return {reinterpret_cast<const char*>(&description), sizeof description};
+  using namespace btrieve;
+  constexpr unsigned kFree = kKeyDuplicates | kKeyModifiable;
+  return DescribeFile(
+      kRecordLength,
+      {DescribeKey(0, 4, kAutoincrementKey), DescribeKey(4, 4, kIntegerKey, kFree),
+       DescribeKey(8, 8, kStringKey, kFree), DescribeKey(16, 2, kIntegerKey, kFree)});
 }
 
 // The folder with the files, and the bytes of a sound one with some records.
@@ -69,48 +57,34 @@ class Files {
  public:
   Files() {
     fuzz::LetMemoryFail();
-    fs::create_directory(folder_);
     MakeSoundFile();
-    std::ifstream file(Path("A.KRV"), std::ios::binary);
-    sound_.assign(std::istreambuf_iterator<char>(file), {});
+    sound_ = testkit::ReadAll(Path("A.KRV"));
   }
-  ~Files() { fs::remove_all(folder_); }
-  Files(const Files&) = delete;
-  Files& operator=(const Files&) = delete;
 
-  fs::path Path(const std::string& name) const { return folder_ / name; }
+  fs::path Path(const std::string& name) const { return folder_.Path() / name; }
   const std::string& SoundBytes() const { return sound_; }
 
   // A.KRV with these bytes and a folder, nothing else.
   void Arrange(const std::string& bytes) const {
-    for (const auto& entry : fs::directory_iterator(folder_)) fs::remove_all(entry);
+    for (const auto& entry : fs::directory_iterator(folder_.Path())) fs::remove_all(entry);
     fs::create_directory(Path("FOLDER.KRV"));
-    std::ofstream(Path("A.KRV"), std::ios::binary) << bytes;
+    testkit::WriteAll(Path("A.KRV"), bytes);
   }
 
  private:
   void MakeSoundFile() const {
     Engine engine;
-    std::array<std::uint8_t, btrieve::kPositionBlockSize> block{};
-    const auto call = [&](WORD operation, std::string data, std::string key) {
-      auto length = static_cast<std::uint16_t>(data.size());
-      key = Padded(key, btrieve::kMaxKeyLength);
-      engine.Serve({.operation = operation,
-                    .positionBlock = block.data(),
-                    .dataBuffer = reinterpret_cast<std::uint8_t*>(data.data()),
-                    .dataLength = &length,
-                    .keyBuffer = reinterpret_cast<std::uint8_t*>(key.data()),
-                    .keyLength = key.size()});
-    };
-    call(btrieve::kCreate, Description(), Path("A.KRV"));
-    call(btrieve::kOpen, "", Path("A.KRV"));
+    btrieve::Client client(testkit::EntryPointOf(engine));
+    Must(client.Create(Path("A.KRV").string(), Description()));
+    Must(client.Open(Path("A.KRV").string()));
     for (char c = 'a'; c < 'k'; ++c) {
-      call(btrieve::kInsert, Padded(std::string(4, '\0') + std::string(20, c), kRecordLength), "");
+      std::string record = Padded(std::string(4, '\0') + std::string(20, c), kRecordLength);
+      Must(client.Call(btrieve::kInsert, 0, record));
     }
-    call(btrieve::kClose, "", "");
+    Must(client.Close());
   }
 
-  fs::path folder_ = fuzz::FastFolder() / ("qlx_fuzz_" + std::to_string(getpid()));
+  testkit::TemporaryFolder folder_;
   std::string sound_;
 };
 

@@ -1,22 +1,20 @@
 // Two workstations on one file, in turns, while its log is written back at any moment: each call of
 // each of them ends as a model of the file says. A read that one of them holds within a walk must
 // not hide what the other has written since.
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <utility>
 #include <vector>
 
 #include "fuzz/input.h"
 #include "office/file_description.h"
-#include "recordmanager/engine.h"
 #include "recordmanager/sql.h"
-#include "stress/party.h"
+#include "testkit/engine_entry_point.h"
+#include "testkit/files.h"
+#include "testkit/party.h"
+#include "testkit/temporary_folder.h"
 
 namespace {
 
@@ -26,8 +24,8 @@ using fuzz::Found;
 using fuzz::Input;
 using recordmanager::Connection;
 using recordmanager::Engine;
-using stress::Party;
-using stress::PartyRecord;
+using testkit::Party;
+using testkit::PartyRecord;
 
 enum Key { kNoKey = -1, kByNumber, kByCase };
 
@@ -57,28 +55,20 @@ class File {
  public:
   File() {
     Engine engine;
-    std::string description = office::DescribeFile(qlx99::LayoutOf<PartyRecord>());
-    auto length = static_cast<std::uint16_t>(description.size());
-    auto key = PathKey();
-    engine.Serve({.operation = kCreate,
-                  .dataBuffer = reinterpret_cast<std::uint8_t*>(description.data()),
-                  .dataLength = &length,
-                  .keyBuffer = key.data(),
-                  .keyLength = key.size()});
-    std::ifstream file(path_, std::ios::binary);
-    empty_.assign(std::istreambuf_iterator<char>(file), {});
+    Must(Client(testkit::EntryPointOf(engine))
+             .Create(path_, office::DescribeFile(qlx99::LayoutOf<PartyRecord>())));
+    empty_ = testkit::ReadAll(path_);
   }
-  ~File() { Remove(); }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
+
+  const std::string& Path() const { return path_; }
 
   // Without records; with a log or, as on network drives, without.
   void Renew(bool logged) {
     constexpr std::size_t kJournalModes = 18;  // two bytes of SQLite's header
-    Remove();
+    for (const char* suffix : {"", "-wal", "-shm", "-journal"}) fs::remove(path_ + suffix);
     std::string bytes = empty_;
     if (!logged) bytes[kJournalModes] = bytes[kJournalModes + 1] = 1;
-    std::ofstream(path_, std::ios::binary) << bytes;
+    testkit::WriteAll(path_, bytes);
   }
 
   // As a third process may at any moment.
@@ -88,18 +78,9 @@ class File {
     connection.Checkpoint();
   }
 
-  std::array<std::uint8_t, kMaxKeyLength> PathKey() const {
-    std::array<std::uint8_t, kMaxKeyLength> key{};
-    std::ranges::copy(path_, key.begin());
-    return key;
-  }
-
  private:
-  void Remove() const {
-    for (const char* suffix : {"", "-wal", "-shm", "-journal"}) fs::remove(path_ + suffix);
-  }
-
-  std::string path_ = fuzz::FastFolder() / ("qlx_fuzz_" + std::to_string(getpid()) + ".KRV");
+  testkit::TemporaryFolder folder_;
+  std::string path_ = folder_.Path() / PartyRecord::file.name;
   std::string empty_;
 };
 
@@ -108,8 +89,7 @@ class Workstation {
   Workstation(const File& file, Model& model) : file_(file), model_(model) { Open(); }
 
   void Open() {
-    key_ = file_.PathKey();
-    Expect(kSuccess, kOpen, kByNumber);
+    if (client_.Open(file_.Path()) != kSuccess) Found("a file that cannot be opened");
     on_ = kNoKey;
     current_ = {};
   }
@@ -151,7 +131,7 @@ class Workstation {
   }
 
   void GetEqual(int caseId) {
-    std::memcpy(key_.data(), &caseId, sizeof caseId);
+    client_.SetKey(caseId);
     const Stored* const found = Nearest(kByCase, {caseId, 0}, true);
     if (found != nullptr && found->party.caseId == caseId) return Get(kGetEqual, kByCase, *found);
     Expect(kKeyNotFound, kGetEqual, kByCase);
@@ -208,22 +188,13 @@ class Workstation {
   int StatusWithoutCurrent() const { return current_.id == 0 ? kInvalidPositioning : kConflict; }
 
   void Expect(int status, WORD operation, Key key) {
-    auto length = static_cast<std::uint16_t>(sizeof party_);
-    const int got = engine_.Serve({.operation = operation,
-                                   .positionBlock = block_.data(),
-                                   .dataBuffer = reinterpret_cast<std::uint8_t*>(&party_),
-                                   .dataLength = &length,
-                                   .keyBuffer = key_.data(),
-                                   .keyLength = key_.size(),
-                                   .keyNumber = key});
-    if (got != status) Found("another status");
+    if (client_.Call(operation, key, party_) != status) Found("another status");
   }
 
   const File& file_;
   Model& model_;
   Engine engine_;
-  std::array<std::uint8_t, kPositionBlockSize> block_{};
-  std::array<std::uint8_t, kMaxKeyLength> key_{};
+  Client client_{testkit::EntryPointOf(engine_)};
   Party party_;
   int on_ = kNoKey;  // which key the last read went along
   Place place_;

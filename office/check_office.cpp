@@ -76,7 +76,7 @@ std::string KindOfInstallation() {
 }
 
 // The key as the file must have it, or why not.
-std::string KeyProblem(const qlx99::Key& key, const FileFacts& facts) {
+std::string KeyProblem(const qlx99::Key& key, const btrieve::FileFacts& facts) {
   const auto found = std::ranges::find(facts.keys, key.number, &btrieve::KeyDescription::keyNumber);
   const std::string name = "key " + std::to_string(key.number);
   if (found == facts.keys.end()) return "it has no " + name;
@@ -97,7 +97,7 @@ std::string KeyProblem(const qlx99::Key& key, const FileFacts& facts) {
 std::string LookAtFile(const RecordManager& manager, const std::filesystem::path& directory,
                        const RecordLayout& layout) {
   TableFile file(manager, directory, layout);
-  const FileFacts facts = file.Facts();
+  const btrieve::FileFacts facts = file.Facts();
   const std::string length = std::to_string(layout.file.length);
   if (facts.file.recordLength != layout.file.length) {
     Refuse("its records have " + std::to_string(facts.file.recordLength) + " bytes, not " + length);

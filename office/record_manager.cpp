@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <tuple>
 
 #include "office/failure.h"
@@ -15,7 +14,6 @@ namespace office {
 namespace {
 
 using btrieve::Status;
-using KeyBuffer = std::array<char, btrieve::kMaxKeyLength>;
 
 struct StatusWords {
   Status status;
@@ -52,28 +50,17 @@ void Check(Status status, const std::string& doing) {
                 " (status " + std::to_string(status) + ").");
 }
 
-KeyBuffer PathKey(const std::filesystem::path& path) {
-  const std::string native = NativeText(path);
-  KeyBuffer key{};
-  if (native.size() >= key.size()) {
-    throw Failure("The path " + PathText(path) + " is too long for a record manager.");
-  }
-  std::ranges::copy(native, key.begin());
-  return key;
+std::string KeyText(const std::filesystem::path& path) {
+  std::string native = NativeText(path);
+  if (native.size() < btrieve::kMaxKeyLength) return native;
+  throw Failure("The path " + PathText(path) + " is too long for a record manager.");
 }
 
-FARPROC EntryPoint(HMODULE library, const std::string& libraryName, const char* name) {
+FARPROC FindEntryPoint(HMODULE library, const std::string& libraryName, const char* name) {
   FARPROC const address = GetProcAddress(library, name);
   if (address != nullptr) return address;
   throw Failure(libraryName + " is no record manager: it has no entry point " + name +
                 ". Install the office's record manager again, or remove that file.");
-}
-
-Status CallWithoutFile(const RecordManager& manager, WORD operation) {
-  std::array<std::byte, btrieve::kPositionBlockSize> positionBlock{};
-  std::array<char, 1> noData{};
-  KeyBuffer key{};
-  return manager.Call(operation, {positionBlock, noData, key});
 }
 
 }  // namespace
@@ -89,87 +76,58 @@ RecordManager::RecordManager() {
     throw Failure(
         "There is no record manager. Put the embedded one, atbtrv32, beside this program.");
   }
-  call_ = std::bit_cast<btrieve::BtrCall*>(EntryPoint(library, name_, btrieve::kBtrCallName));
-  EntryPoint(library, name_, btrieve::kBtrCallIdName);  // the library will not do without it
+  entryPoint_ = btrieve::EntryPointOf(
+      std::bit_cast<btrieve::BtrCall*>(FindEntryPoint(library, name_, btrieve::kBtrCallName)));
+  FindEntryPoint(library, name_, btrieve::kBtrCallIdName);  // the library will not do without it
 }
 
-Status RecordManager::Call(WORD operation, const Arguments& arguments, std::size_t* length) const {
-  constexpr auto kKeyLength = static_cast<BYTE>(btrieve::kMaxKeyLength);
-  auto dataLength = static_cast<ULONG>(arguments.data.size());
-  const short status = call_(operation, arguments.positionBlock.data(), arguments.data.data(),
-                             &dataLength, arguments.key.data(), kKeyLength, arguments.keyNumber);
-  if (length != nullptr) *length = std::min<std::size_t>(dataLength, arguments.data.size());
-  return static_cast<Status>(status);
-}
-
-Transaction::Transaction(const RecordManager& manager) : manager_(manager) {
-  Check(CallWithoutFile(manager, btrieve::kBeginTransaction), "Beginning to write");
+Transaction::Transaction(const RecordManager& manager) : client_(manager.EntryPoint()) {
+  Check(client_.Call(btrieve::kBeginTransaction), "Beginning to write");
 }
 
 void Transaction::Commit() {
   open_ = false;
-  Check(CallWithoutFile(manager_, btrieve::kEndTransaction), "Completing what was written");
+  Check(client_.Call(btrieve::kEndTransaction), "Completing what was written");
 }
 
 Transaction::~Transaction() {
-  if (open_) std::ignore = CallWithoutFile(manager_, btrieve::kAbortTransaction);
+  if (open_) std::ignore = client_.Call(btrieve::kAbortTransaction);
 }
 
 void TableFile::Create(const RecordManager& manager, const std::filesystem::path& directory,
                        const qlx99::RecordLayout& layout) {
   const std::filesystem::path path = directory / layout.file.name;
-  std::array<std::byte, btrieve::kPositionBlockSize> positionBlock{};
-  std::string description = DescribeFile(layout);
-  KeyBuffer key = PathKey(path);
-  Check(manager.Call(btrieve::kCreate, {positionBlock, description, key, btrieve::kCreateOnly}),
+  btrieve::Client client(manager.EntryPoint());
+  Check(client.Create(KeyText(path), DescribeFile(layout), btrieve::kCreateOnly),
         "Making " + PathText(path));
 }
 
 TableFile::TableFile(const RecordManager& manager, const std::filesystem::path& directory,
                      const qlx99::RecordLayout& layout)
-    : manager_(manager),
+    : client_(manager.EntryPoint()),
       path_(directory / layout.file.name),
-      recordLength_(layout.file.length),
-      key_(PathKey(path_)) {
-  std::array<char, 1> noOwner{};
-  Check(Call(btrieve::kOpen, noOwner), "Opening " + PathText(path_));
+      recordLength_(layout.file.length) {
+  Check(client_.Open(KeyText(path_)), "Opening " + PathText(path_));
 }
 
-TableFile::~TableFile() {
-  std::array<char, 1> noData{};
-  std::ignore = Call(btrieve::kClose, noData);
-}
+TableFile::~TableFile() { std::ignore = client_.Close(); }
 
 void TableFile::Insert(std::span<char> record) {
-  Check(Call(btrieve::kInsert, record), "Writing to " + PathText(path_));
+  Check(client_.Call(btrieve::kInsert, 0, record), "Writing to " + PathText(path_));
 }
 
 std::optional<std::string> TableFile::Read(WORD operation) {
   std::string record(recordLength_, '\0');
-  const Status status = Call(operation, record);
+  const Status status = client_.Call(operation, 0, record);
   if (status == btrieve::kEndOfFile) return std::nullopt;
   Check(status, "Reading " + PathText(path_));
   return record;
 }
 
-FileFacts TableFile::Facts() {
-  constexpr std::size_t kMostKeys = 119;
-  std::array<char, sizeof(btrieve::FileDescription) + kMostKeys * sizeof(btrieve::KeyDescription)>
-      description{};
-  std::size_t length = 0;
-  Check(Call(btrieve::kStat, description, &length), "Examining " + PathText(path_));
-  FileFacts facts;
-  std::memcpy(&facts.file, description.data(), sizeof facts.file);
-  const std::size_t room =
-      (length - std::min(length, sizeof facts.file)) / sizeof(btrieve::KeyDescription);
-  facts.keys.resize(std::min<std::size_t>(facts.file.keyCount, room));
-  std::memcpy(facts.keys.data(), description.data() + sizeof facts.file,
-              facts.keys.size() * sizeof(btrieve::KeyDescription));
-  return facts;
-}
-
-Status TableFile::Call(WORD operation, std::span<char> data, std::size_t* length) {
-  return manager_.Call(operation, {positionBlock_, data, key_}, length);
+btrieve::FileFacts TableFile::Facts() {
+  std::string description(btrieve::kLongestDescription, '\0');
+  Check(client_.Call(btrieve::kStat, 0, description), "Examining " + PathText(path_));
+  return btrieve::FactsIn(std::string_view(description).substr(0, client_.Length()));
 }
 
 }  // namespace office

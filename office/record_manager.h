@@ -2,17 +2,14 @@
 // look what they are. It is the same one that the library loads, by the same names.
 #pragma once
 
-#include <array>
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
-#include <vector>
 
-#include "recordmanager/btrieve.h"
+#include "btrieve/client.h"
+#include "btrieve/file_description.h"
 #include "store/record_layout.h"
 
 namespace office {
@@ -22,28 +19,14 @@ class RecordManager {
  public:
   RecordManager();
 
-  // One whose entry point is known.
-  explicit RecordManager(btrieve::BtrCall* call) : call_(call) {}
-
   // The name by which it was found.
   const std::string& Name() const { return name_; }
 
-  // What one operation takes, beside its code. `data` is both given and received.
-  struct Arguments {
-    std::span<std::byte> positionBlock;
-    std::span<char> data;
-    std::array<char, btrieve::kMaxKeyLength>& key;
-    char keyNumber = 0;
-  };
-
-  // One operation, once. Returns the record manager's status; `length`, when given, receives how
-  // many bytes came back.
-  btrieve::Status Call(WORD operation, const Arguments& arguments,
-                       std::size_t* length = nullptr) const;
+  const btrieve::EntryPoint& EntryPoint() const { return entryPoint_; }
 
  private:
   std::string name_;
-  btrieve::BtrCall* call_ = nullptr;
+  btrieve::EntryPoint entryPoint_;
 };
 
 // Everything between its construction and Commit() is written together or not at all.
@@ -57,14 +40,8 @@ class Transaction {
   void Commit();
 
  private:
-  const RecordManager& manager_;
+  btrieve::Client client_;
   bool open_ = true;
-};
-
-// What a record file says of itself.
-struct FileFacts {
-  btrieve::FileDescription file{};
-  std::vector<btrieve::KeyDescription> keys;
 };
 
 // One open record file, closed by the destructor. Every function fails with the file's path and a
@@ -88,17 +65,15 @@ class TableFile {
   std::optional<std::string> First() { return Read(btrieve::kGetFirst); }
   std::optional<std::string> Next() { return Read(btrieve::kGetNext); }
 
-  FileFacts Facts();
+  // What the file says of itself.
+  btrieve::FileFacts Facts();
 
  private:
   std::optional<std::string> Read(WORD operation);
-  btrieve::Status Call(WORD operation, std::span<char> data, std::size_t* length = nullptr);
 
-  const RecordManager& manager_;
+  btrieve::Client client_;
   std::filesystem::path path_;
   std::size_t recordLength_;
-  std::array<std::byte, btrieve::kPositionBlockSize> positionBlock_{};
-  std::array<char, btrieve::kMaxKeyLength> key_{};
 };
 
 }  // namespace office

@@ -8,7 +8,7 @@
 #include <span>
 #include <string_view>
 
-#include "recordmanager/btrieve.h"
+#include "btrieve/btrieve.h"
 #include "recordmanager/key.h"
 
 namespace recordmanager {

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "recordmanager/btrieve.h"
+#include "btrieve/btrieve.h"
 #include "recordmanager/key.h"
 #include "recordmanager/record_file.h"
 

@@ -4,7 +4,7 @@
 #include <new>
 #include <type_traits>
 
-#include "recordmanager/btrieve.h"
+#include "btrieve/btrieve.h"
 #include "recordmanager/engine.h"
 #include "recordmanager/host_process.h"
 

@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "recordmanager/btrieve.h"
+#include "btrieve/btrieve.h"
 
 namespace recordmanager {
 

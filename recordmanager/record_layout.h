@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "recordmanager/btrieve.h"
+#include "btrieve/btrieve.h"
 #include "recordmanager/key.h"
 
 namespace recordmanager {

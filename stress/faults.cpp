@@ -1,53 +1,33 @@
-#include "stress/faults.h"
-
-#include <array>
-#include <cstring>
 #include <optional>
 #include <ostream>
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "office/file_description.h"
-#include "recordmanager/engine.h"
-#include "stress/faulty_files.h"
-#include "stress/party.h"
+#include "stress/hooked_files.h"
 #include "stress/soundness.h"
+#include "stress/trials.h"
+#include "testkit/engine_entry_point.h"
+#include "testkit/party.h"
 
 namespace stress {
 namespace {
 
 using namespace btrieve;
+using testkit::PartyRecord;
 
 constexpr int kByNumber = PartyRecord::byNumber.number;
 constexpr int kByCase = PartyRecord::byCase.number;
 
 // A process with one file.
-class Client {
+class Client : public btrieve::Client {
  public:
-  int Call(WORD operation, int keyNumber, void* data, std::size_t size) {
-    auto length = static_cast<std::uint16_t>(size);
-    return engine_.Serve({.operation = operation,
-                          .positionBlock = block_.data(),
-                          .dataBuffer = static_cast<std::uint8_t*>(data),
-                          .dataLength = &length,
-                          .keyBuffer = key_.data(),
-                          .keyLength = key_.size(),
-                          .keyNumber = keyNumber});
-  }
+  Client() : btrieve::Client(testkit::EntryPointOf(engine_)) {}
+
   int Call(WORD operation, int keyNumber = kByNumber) {
-    return Call(operation, keyNumber, &record, sizeof record);
-  }
-
-  int Create(const std::string& path) {
-    std::string description = office::DescribeFile(qlx99::LayoutOf<PartyRecord>());
-    SetKey(path);
-    return Call(kCreate, kCreateOver, description.data(), description.size());
-  }
-
-  int Open(const std::string& path) {
-    SetKey(path);
-    return Call(kOpen, kOpenNormal);
+    return btrieve::Client::Call(operation, keyNumber, record);
   }
 
   int Insert(int caseId) {
@@ -56,20 +36,14 @@ class Client {
   }
 
   int Find(int caseId) {
-    std::memcpy(key_.data(), &caseId, sizeof caseId);
+    SetKey(caseId);
     return Call(kGetEqual, kByCase);
   }
 
-  Party record;
+  testkit::Party record;
 
  private:
-  void SetKey(const std::string& path) {
-    path.copy(reinterpret_cast<char*>(key_.data()), key_.size());
-  }
-
   recordmanager::Engine engine_;
-  std::array<std::uint8_t, kPositionBlockSize> block_{};
-  std::array<std::uint8_t, kMaxKeyLength> key_{};
 };
 
 // What is in a file: the cases of its records.
@@ -165,8 +139,8 @@ class Work {
 
 void MakeFile(const std::string& path) {
   Client client;
-  client.Create(path);
-  client.Open(path);
+  Must(client.Create(path, office::DescribeFile(qlx99::LayoutOf<PartyRecord>())));
+  Must(client.Open(path));
   for (const int caseId : {1, 2, 3}) client.Insert(caseId);
   client.Call(kClose);
 }
@@ -188,7 +162,68 @@ void ExpectSound(const std::string& path, const Work& work) {
   if (!damage.empty()) throw std::runtime_error(damage);
 }
 
-struct Trial {
+// Which requests may fail, and with what.
+enum class DiskFault {
+  kFull,     // writing: the disk is full
+  kIoError,  // anything but opening: an input/output error
+  kCannotOpen
+};
+
+// How the request fails; SQLITE_OK: not at all.
+int FailureOf(Request::Kind kind, DiskFault fault) {
+  struct Failure {
+    int ioError;
+    int full = SQLITE_OK;
+  };
+  constexpr Failure kFailures[] = {{SQLITE_OK},
+                                   {SQLITE_IOERR_DELETE},
+                                   {SQLITE_IOERR_ACCESS},
+                                   {SQLITE_IOERR_READ},
+                                   {SQLITE_IOERR_WRITE, SQLITE_FULL},
+                                   {SQLITE_IOERR_TRUNCATE},
+                                   {SQLITE_IOERR_FSYNC},
+                                   {SQLITE_IOERR_FSTAT},
+                                   {SQLITE_IOERR_LOCK},
+                                   {SQLITE_IOERR_CHECKRESERVEDLOCK},
+                                   {SQLITE_IOERR_SHMMAP, SQLITE_IOERR_SHMSIZE},
+                                   {SQLITE_IOERR_SHMLOCK}};
+  if (fault == DiskFault::kCannotOpen) return kind == Request::kOpen ? SQLITE_CANTOPEN : SQLITE_OK;
+  return fault == DiskFault::kFull ? kFailures[kind].full : kFailures[kind].ioError;
+}
+
+// A file system that fails on command.
+class FaultyFiles : public HookedFiles {
+ public:
+  // The nth request from now on that may fail so, counted from 1, fails; if `lasting`, all behind
+  // it do too.
+  void Fail(DiskFault fault, int nth, bool lasting) {
+    fault_ = fault;
+    left_ = nth;
+    lasting_ = lasting;
+  }
+
+  // All is well again. False when nothing has failed since Fail.
+  bool Heal() {
+    left_ = 0;
+    return std::exchange(failed_, false);
+  }
+
+  int Answer(const Request& request) override {
+    const int failure = FailureOf(request.kind, fault_);
+    if (failure == SQLITE_OK || left_ == 0 || --left_ > 0) return SQLITE_OK;
+    left_ = lasting_ ? 1 : 0;
+    failed_ = true;
+    return failure;
+  }
+
+ private:
+  DiskFault fault_ = DiskFault::kFull;
+  int left_ = 0;  // requests until the one that fails; 0: none does
+  bool lasting_ = false;
+  bool failed_ = false;
+};
+
+struct FaultTrial {
   const char* name;
   DiskFault fault;
   bool lasting;
@@ -196,7 +231,7 @@ struct Trial {
 };
 
 // Lets every request fail in turn; returns how many there were.
-int TryAll(const Trial& trial, const std::filesystem::path& folder) {
+int TryAll(const FaultTrial& trial, const std::filesystem::path& folder) {
   const std::string sound = (folder / "SOUND.KRV").string();
   const std::string path = (folder / "FAULTY.KRV").string();
   MakeFile(sound);
@@ -221,7 +256,7 @@ int TryAll(const Trial& trial, const std::filesystem::path& folder) {
 }  // namespace
 
 bool RunFaults(const std::filesystem::path& folder, std::ostream& report) {
-  constexpr Trial kTrials[] = {
+  constexpr FaultTrial kFaults[] = {
       {"the disk is full", DiskFault::kFull, true, false},
       {"the disk is full for a moment", DiskFault::kFull, false, false},
       {"an input/output error", DiskFault::kIoError, false, false},
@@ -230,7 +265,7 @@ bool RunFaults(const std::filesystem::path& folder, std::ostream& report) {
   };
   std::filesystem::create_directories(folder);
   bool sound = true;
-  for (Trial trial : kTrials) {
+  for (FaultTrial trial : kFaults) {
     try {
       int faults = TryAll(trial, folder);
       trial.rollbackJournal = true;

@@ -1,12 +1,12 @@
 #include "stress/frail_disk.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <set>
 #include <utility>
 
 #include "stress/host_files.h"
+#include "testkit/files.h"
 
 namespace stress {
 namespace {
@@ -14,11 +14,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t kSector = 512;
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 // Makes room for what is written behind the end.
 void Overlay(std::string& content, std::int64_t place, std::string_view bytes) {
@@ -43,7 +38,7 @@ FrailDisk::FrailDisk(fs::path folder, unsigned seed, bool forgetful)
       })) {
   fs::create_directories(links_);
   for (const auto& [name, identity] : PresentNames()) {
-    contents_[identity].safe = ReadFile(folder_ / name);
+    contents_[identity].safe = testkit::ReadAll(folder_ / name);
   }
   names_ = PresentNames();
 }
@@ -168,7 +163,7 @@ void FrailDisk::Keep(const Write& write, std::string& content) {
 
 // Any of its pages may have come to the disk, at any time.
 std::string FrailDisk::KeptMemory(const fs::path& path) {
-  std::string bytes = ReadFile(path);
+  std::string bytes = testkit::ReadAll(path);
   const std::string rubbish(static_cast<std::size_t>(kSector), static_cast<char>(random_()));
   const auto sectors = static_cast<unsigned>(bytes.size()) / static_cast<unsigned>(kSector);
   if (sectors != 0 && IsKept(Luck::kSome)) Overlay(bytes, random_() % sectors * kSector, rubbish);
@@ -183,7 +178,7 @@ void FrailDisk::Restart() {
   open_.clear();
   contents_.clear();
   for (const auto& [name, bytes] : kept_) {
-    std::ofstream(folder_ / name, std::ios::binary) << bytes;
+    testkit::WriteAll(folder_ / name, bytes);
     contents_[IdentityOf(folder_ / name)].safe = bytes;
   }
   names_ = PresentNames();

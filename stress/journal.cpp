@@ -1,21 +1,22 @@
 #include "stress/journal.h"
 
-#include <fstream>
+#include <algorithm>
+#include <sstream>
 #include <stdexcept>
 
 namespace stress {
+namespace {
 
-Journal::Journal(const std::filesystem::path& path)
-    : file_(std::fopen(path.string().c_str(), "ab")) {
-  if (file_ == nullptr) throw std::runtime_error("cannot write " + path.string());
+Change ChangeIn(const std::string& line) {
+  Change change;
+  std::istringstream(line) >> change.what >> change.item >> change.by;
+  return change;
 }
 
+}  // namespace
+
 void Journal::Write(const std::string& line) {
-  const std::string bytes = line + '\n';
-  if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size() ||
-      std::fflush(file_.get()) != 0) {
-    throw std::runtime_error("cannot write a journal");
-  }
+  if (!(file_ << line + '\n' << std::flush)) throw std::runtime_error("cannot write a journal");
 }
 
 std::vector<std::string> JournalReader::NewLines() {
@@ -27,6 +28,27 @@ std::vector<std::string> JournalReader::NewLines() {
     lines.push_back(line);
   }
   return lines;
+}
+
+std::string Change::Text() const {
+  return std::string(1, what) + ' ' + std::to_string(item) + ' ' + std::to_string(by);
+}
+
+void Change::ApplyTo(std::set<int>& items) const {
+  if (what != '+') items.erase(item);
+  if (what == '+') items.insert(item);
+  if (what == '=') items.insert(by);
+}
+
+std::set<int> History::ReadOn() {
+  std::set<int> concerned{open_.item, open_.by};
+  for (const std::string& line : journal_.NewLines()) {
+    if (line == kDone) open_.ApplyTo(items_);
+    open_ = line == kDone || line == kNotDone ? Change{} : ChangeIn(line);
+    concerned.insert({open_.item, open_.by});
+    lastItem_ = std::max({lastItem_, open_.item, open_.by});
+  }
+  return concerned;
 }
 
 }  // namespace stress

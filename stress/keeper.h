@@ -3,9 +3,11 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <random>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "stress/journal.h"
 #include "stress/store.h"
@@ -29,6 +31,24 @@ class Keeper {
   int lastItem_ = 0;  // never used again
   Journal journal_;
   std::mt19937 random_;
+};
+
+// Reads a slot's items beside their keeper.
+class Onlooker {
+ public:
+  Onlooker(std::unique_ptr<Store> store, const std::filesystem::path& keepersJournal)
+      : store_(std::move(store)), history_(keepersJournal) {}
+
+  // Reads them. Throws a Fault when what was acknowledged before is not among them, or what had
+  // gone before is; of what changes meanwhile either may be.
+  void Look();
+
+ private:
+  static void Expect(const std::set<int>& items, const std::set<int>& among,
+                     const std::set<int>& changing, const char* otherwise);
+
+  std::unique_ptr<Store> store_;
+  History history_;
 };
 
 }  // namespace stress

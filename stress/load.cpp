@@ -1,5 +1,3 @@
-#include "stress/load.h"
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -14,19 +12,20 @@
 #include <utility>
 #include <vector>
 
-#include "stress/history.h"
-#include "stress/host.h"
 #include "stress/journal.h"
 #include "stress/soundness.h"
 #include "stress/store.h"
 #include "stress/tally.h"
+#include "stress/trials.h"
 #include "stress/worker.h"
+#include "testkit/process.h"
 
 namespace stress {
 namespace {
 
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
+using testkit::Process;
 
 // What was done, and what should not have happened.
 struct Findings {

@@ -5,9 +5,6 @@
 #include <iostream>
 #include <random>
 
-#include "stress/faults.h"
-#include "stress/load.h"
-#include "stress/power.h"
 #include "stress/store.h"
 #include "stress/trials.h"
 #include "stress/worker.h"

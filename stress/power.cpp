@@ -1,5 +1,3 @@
-#include "stress/power.h"
-
 #include <iterator>
 #include <memory>
 #include <optional>
@@ -7,62 +5,34 @@
 #include <random>
 #include <string>
 
-#include "recordmanager/engine.h"
 #include "stress/frail_disk.h"
 #include "stress/keeper.h"
 #include "stress/soundness.h"
 #include "stress/store.h"
 #include "stress/tally.h"
+#include "stress/trials.h"
 #include "stress/worker.h"
+#include "testkit/engine_entry_point.h"
 
 namespace stress {
 namespace {
 
 namespace fs = std::filesystem;
 
-// The record manager of the workstation whose turn it is.
-recordmanager::Engine* engine = nullptr;
-
-short WINAPI CallEngine(WORD operation, void* positionBlock, void* dataBuffer, ULONG* dataLength,
-                        void* keyBuffer, BYTE keyLength, char keyNumber) {
-  return static_cast<short>(
-      engine->Serve({.operation = operation,
-                     .positionBlock = static_cast<std::uint8_t*>(positionBlock),
-                     .dataBuffer = static_cast<std::uint8_t*>(dataBuffer),
-                     .dataLength = dataLength,
-                     .keyBuffer = static_cast<std::uint8_t*>(keyBuffer),
-                     .keyLength = keyLength,
-                     .keyNumber = static_cast<signed char>(keyNumber)}));
-}
-
-// Keeps a slot. Its construction finds out whether all is there.
+// Keeps a slot, with a record manager of its own. Its construction finds out whether all is there.
 class Workstation {
  public:
-  Workstation(const fs::path& folder, int slot, unsigned seed) {
-    engine = &engine_;
-    store_ = OpenRecords(OfficeIn(folder), slot);
-    keeper_.emplace(*store_, JournalOf({kRecords, folder, slot}), seed);
-  }
-  ~Workstation() {
-    engine = &engine_;
-    store_.reset();
-  }
-  Workstation(const Workstation&) = delete;
-  Workstation& operator=(const Workstation&) = delete;
+  Workstation(const fs::path& folder, int slot, unsigned seed)
+      : store_(OpenRecords(OfficeIn(folder), slot, testkit::EntryPointOf(engine_))),
+        keeper_(*store_, JournalOf({kRecords, folder, slot}), seed) {}
 
-  void Write() {
-    engine = &engine_;
-    keeper_->Step();
-  }
-  void Look() {
-    engine = &engine_;
-    store_->Items();
-  }
+  void Write() { keeper_.Step(); }
+  void Look() { store_->Items(); }
 
  private:
   recordmanager::Engine engine_;
   std::unique_ptr<Store> store_;
-  std::optional<Keeper> keeper_;
+  Keeper keeper_;
 };
 
 // A record file from its creation on, through several losses of power.
@@ -104,8 +74,7 @@ class Life {
     if (created_) throw Fault(Fault::kLost, "the file has gone");
     {
       recordmanager::Engine own;
-      engine = &own;
-      CreateRecords(OfficeIn(folder_));
+      CreateRecords(OfficeIn(folder_), testkit::EntryPointOf(own));
     }
     created_ = !disk_.IsOff();  // what nobody can have seen is not acknowledged
     if (random_() % 2 == 0) UseRollbackJournal(file_);
@@ -141,7 +110,6 @@ class Life {
 
 bool RunPower(const PowerPlan& plan, std::ostream& report) {
   constexpr int kLossesOfALife = 20;
-  UseRecordManager(&CallEngine);
   Tally tally;
   unsigned seed = plan.seed;
   for (int losses = 0; losses < plan.losses; losses += kLossesOfALife, ++seed) {

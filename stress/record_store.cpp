@@ -3,6 +3,7 @@
 #include <cstring>
 #include <optional>
 
+#include "office/file_description.h"
 #include "office/record_manager.h"
 #include "stress/store.h"
 
@@ -74,46 +75,26 @@ void Must(int status, const char* what) {
   throw Fault(Fault::kRefused, std::string(what) + " gave status " + std::to_string(status));
 }
 
-btrieve::BtrCall* ownManager = nullptr;
-
-// There until the very end of the process.
-const office::RecordManager& Manager() {
-  static const auto& manager =
-      ownManager == nullptr ? *new office::RecordManager() : *new office::RecordManager(ownManager);
-  return manager;
-}
-
 bool IsBusy(int status) { return status == btrieve::kRecordInUse || status == btrieve::kFileInUse; }
 
 // The file, opened for one stretch of work as an export would.
 class RecordCursor {
  public:
-  explicit RecordCursor(const std::filesystem::path& office) {
+  RecordCursor(const std::filesystem::path& office, const btrieve::EntryPoint& manager)
+      : client_(manager) {
     const std::string path = (office / kRecordsFile).string();
-    std::ranges::copy(path, key_.begin());
-    Must(Call(btrieve::kOpen, kByNumber), "Open");
+    Must(Patiently([&] { return client_.Open(path); }), "Open");
   }
   ~RecordCursor() { Call(btrieve::kClose, kByNumber); }
   RecordCursor(const RecordCursor&) = delete;
   RecordCursor& operator=(const RecordCursor&) = delete;
 
-  // Tries again while others are using the file, as the library does.
   int Call(WORD operation, Key key) {
-    constexpr int kMostAttempts = 1000;
-    int status = btrieve::kRecordInUse;
-    for (int i = 0; i < kMostAttempts && IsBusy(status); ++i) status = CallOnce(operation, key);
-    return status;
+    return Patiently([&] { return CallOnce(operation, key); });
   }
+  int CallOnce(WORD operation, Key key) { return client_.Call(operation, key, record); }
 
-  int CallOnce(WORD operation, Key key) {
-    std::array<char, sizeof(Record)> data{};
-    std::memcpy(data.data(), &record, sizeof record);
-    const int status = Manager().Call(operation, {block_, data, key_, key});
-    std::memcpy(&record, data.data(), sizeof record);
-    return status;
-  }
-
-  void SetKey(std::int32_t value) { std::memcpy(key_.data(), &value, sizeof value); }
+  void SetKey(std::int32_t value) { client_.SetKey(value); }
 
   int Find(Key key, std::int32_t value) {
     SetKey(value);
@@ -125,16 +106,25 @@ class RecordCursor {
   Record record;
 
  private:
-  std::array<std::byte, btrieve::kPositionBlockSize> block_{};
-  std::array<char, btrieve::kMaxKeyLength> key_{};
+  // Tries again while others are using the file, as the library does.
+  template <class Action>
+  static int Patiently(const Action& action) {
+    constexpr int kMostAttempts = 1000;
+    int status = btrieve::kRecordInUse;
+    for (int i = 0; i < kMostAttempts && IsBusy(status); ++i) status = action();
+    return status;
+  }
+
+  btrieve::Client client_;
 };
 
 class Records : public Store {
  public:
-  Records(std::filesystem::path office, int slot) : office_(std::move(office)), slot_(slot) {}
+  Records(std::filesystem::path office, int slot, btrieve::EntryPoint manager)
+      : office_(std::move(office)), slot_(slot), manager_(std::move(manager)) {}
 
   void Add(int item) override {
-    RecordCursor records(office_);
+    RecordCursor records(office_, manager_);
     records.record = MakeRecord(slot_, item);
     Must(records.Call(btrieve::kInsert, kByNumber), "Insert");
   }
@@ -142,7 +132,7 @@ class Records : public Store {
   // In turns in one write, and as a transaction of which nobody may see a half.
   void Replace(int item, int by) override {
     if (by % 2 == 0) return Rewrite(item, by);
-    RecordCursor records(office_);
+    RecordCursor records(office_, manager_);
     int status = btrieve::kRecordInUse;
     while (IsBusy(status)) {
       Must(records.Call(btrieve::kBeginTransaction, kByNumber), "Begin Transaction");
@@ -154,7 +144,7 @@ class Records : public Store {
   }
 
   void Remove(int item) override {
-    RecordCursor records(office_);
+    RecordCursor records(office_, manager_);
     Must(records.Find(kByName, NameOf(slot_, item)), "Get Equal");
     Must(records.Call(btrieve::kDelete, kByName), "Delete");
   }
@@ -171,7 +161,7 @@ class Records : public Store {
                              {btrieve::kGetFirst, btrieve::kGetNext, kByNumber},
                              {btrieve::kGetLast, btrieve::kGetPrevious, kByNumber}};
     const Way& way = kWays[turn_++ % std::size(kWays)];
-    if (!walker_) walker_.emplace(office_);
+    if (!walker_) walker_.emplace(office_, manager_);
     RecordCursor& records = *walker_;
     records.SetKey(slot_);
     std::set<int> items;
@@ -190,7 +180,7 @@ class Records : public Store {
 
  private:
   void Rewrite(int item, int by) {
-    RecordCursor records(office_);
+    RecordCursor records(office_, manager_);
     Must(records.Find(kByName, NameOf(slot_, item)), "Get Equal");
     const auto number = records.record.number;
     records.record = MakeRecord(slot_, by);
@@ -205,36 +195,44 @@ class Records : public Store {
 
   std::filesystem::path office_;
   int slot_;
+  btrieve::EntryPoint manager_;
   std::optional<RecordCursor> walker_;
   std::size_t turn_ = 0;
 };
 
 }  // namespace
 
-void UseRecordManager(btrieve::BtrCall* call) { ownManager = call; }
+const btrieve::EntryPoint& InstalledManager() {
+  static const auto& manager = *new office::RecordManager;
+  return manager.EntryPoint();
+}
 
-void CreateRecords(const std::filesystem::path& office) {
-  office::TableFile::Create(Manager(), office, qlx99::LayoutOf<Item>());
+void CreateRecords(const std::filesystem::path& office, const btrieve::EntryPoint& manager) {
+  Must(btrieve::Client(manager).Create((office / kRecordsFile).string(),
+                                       office::DescribeFile(qlx99::LayoutOf<Item>()),
+                                       btrieve::kCreateOnly),
+       "Create");
 }
 
 void StartCounter(const std::filesystem::path& office) {
-  RecordCursor counter(office);
+  RecordCursor counter(office, InstalledManager());
   counter.record = MakeRecord(kCounterSlot, 0);
   Must(counter.Call(btrieve::kInsert, kByNumber), "Insert");
 }
 
-std::unique_ptr<Store> OpenRecords(const std::filesystem::path& office, int slot) {
-  return std::make_unique<Records>(office, slot);
+std::unique_ptr<Store> OpenRecords(const std::filesystem::path& office, int slot,
+                                   const btrieve::EntryPoint& manager) {
+  return std::make_unique<Records>(office, slot, manager);
 }
 
 int CounterValue(const std::filesystem::path& office) {
-  RecordCursor counter(office);
+  RecordCursor counter(office, InstalledManager());
   Must(counter.Find(kByName, kCounterName), "Get Equal");
   return counter.record.item;
 }
 
 void IncrementCounter(const std::filesystem::path& office) {
-  RecordCursor counter(office);
+  RecordCursor counter(office, InstalledManager());
   int status = btrieve::kConflict;
   while (status == btrieve::kConflict) {  // another worker has counted meanwhile
     Must(counter.Find(kByName, kCounterName), "Get Equal");

@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "recordmanager/btrieve.h"
+#include "btrieve/client.h"
 
 namespace stress {
 
@@ -49,13 +49,15 @@ std::unique_ptr<Store> OpenFollowUps(int slot);
 
 // The records' file in the office's folder.
 inline constexpr const char* kRecordsFile = "STRESS.KRV";
-void CreateRecords(const std::filesystem::path& office);
 
-// To be called first: records are kept by this record manager, not by the one that the library
-// loads.
-void UseRecordManager(btrieve::BtrCall* call);
+// The record manager that the library loads, there until the very end of the process.
+const btrieve::EntryPoint& InstalledManager();
 
-std::unique_ptr<Store> OpenRecords(const std::filesystem::path& office, int slot);
+void CreateRecords(const std::filesystem::path& office,
+                   const btrieve::EntryPoint& manager = InstalledManager());
+std::unique_ptr<Store> OpenRecords(const std::filesystem::path& office, int slot,
+                                   const btrieve::EntryPoint& manager = InstalledManager());
+
 // A record of that file beside the items: a counter that all workers add to.
 void StartCounter(const std::filesystem::path& office);
 int CounterValue(const std::filesystem::path& office);

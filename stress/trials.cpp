@@ -5,22 +5,24 @@
 #include <deque>
 #include <fstream>
 #include <ostream>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <thread>
 
-#include "stress/history.h"
-#include "stress/host.h"
+#include "stress/journal.h"
 #include "stress/soundness.h"
 #include "stress/store.h"
 #include "stress/tally.h"
 #include "stress/worker.h"
+#include "testkit/process.h"
 
 namespace stress {
 
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
+using testkit::Process;
 
 // A record file of its own, and those who work on it.
 class Round {

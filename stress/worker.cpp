@@ -13,12 +13,10 @@
 #include "frame/exports.h"
 #include "office/new_office.h"
 #include "office/setup.h"
-#include "stress/history.h"
-#include "stress/host.h"
 #include "stress/journal.h"
 #include "stress/keeper.h"
-#include "stress/onlooker.h"
 #include "stress/store.h"
+#include "testkit/process.h"
 
 namespace stress {
 namespace {
@@ -33,13 +31,13 @@ constexpr auto kLongestStay = 60s;
 class Installation {
  public:
   explicit Installation(const std::filesystem::path& folder) {
-    UsePrivateRegistry(folder);
+    testkit::UsePrivateRegistry(folder);
     office::SetUp(OfficeIn(folder));
     qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   }
   ~Installation() {
     qlx99::DetachLibrary(qlx99::Detachment::kFreed);
-    DropPrivateRegistry();
+    testkit::DropPrivateRegistry();
   }
   Installation(const Installation&) = delete;
   Installation& operator=(const Installation&) = delete;
@@ -128,7 +126,7 @@ void ForkAtWork(const Assignment& assignment) {
   const auto store = OpenStore(kRecords, assignment.folder, assignment.slot);
   Keeper keeper(*store, JournalOf({kRecords, assignment.folder, assignment.slot}));
   keeper.Step();
-  if (Fork().value_or(true)) {
+  if (testkit::Fork().value_or(true)) {
     std::mt19937 random{std::random_device()()};
     const unsigned most = 2U * static_cast<unsigned>(assignment.milliseconds);
     Work({kRecords, assignment.folder, assignment.slot + 1, assignment.slots,

@@ -35,7 +35,7 @@ std::vector<std::string> ArgumentsOf(const Assignment& assignment);
 Assignment AssignmentOf(const std::vector<std::string>& arguments);
 
 // Where the record files lie, and what the workers write down in the same folder: what they did,
-// with kDone (history.h) behind each write that was acknowledged, "CASE NUMBER" for document
+// with kDone (journal.h) behind each write that was acknowledged, "CASE NUMBER" for document
 // numbers and, at a counter's end, kCounted and its value; and what they measured, "step" and
 // "longest N" in microseconds, with kEnded when all was done and closed.
 std::filesystem::path OfficeIn(const std::filesystem::path& folder);

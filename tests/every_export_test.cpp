@@ -10,9 +10,9 @@
 #include "cases/case_file.h"
 #include "followups/follow_up_file.h"
 #include "office/export_table.h"
-#include "support/embedded_manager.h"
 #include "support/example_office.h"
 #include "support/world.h"
+#include "testkit/embedded_manager.h"
 
 namespace qlx99::tests {
 namespace {

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "btrieve/btrieve.h"
 #include "frame/registry.h"
-#include "recordmanager/btrieve.h"
 
 namespace qlx99 {
 

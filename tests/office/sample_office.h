@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "support/private_registry.h"
+#include "testkit/private_registry.h"
 
 // What one command did.
 struct Outcome {
@@ -19,8 +19,8 @@ struct Outcome {
 // The arguments are divided by bars: "letter|12345678|--role|M ".
 Outcome Qlx(const std::string& command);
 
-using qlx99::tests::PrivateRegistry;
-using qlx99::tests::TemporaryFolder;
+using testkit::PrivateRegistry;
+using testkit::TemporaryFolder;
 
 // One office for all tests of a suite; tests that write choose cases of their own.
 class SampleOffice : public testing::Test {

@@ -7,7 +7,7 @@
 
 #include "platform/registry_file.h"
 #include "platform/windows_api.h"
-#include "support/private_registry.h"
+#include "testkit/private_registry.h"
 
 namespace {
 
@@ -82,7 +82,7 @@ class RegistrationFile : public testing::Test {
     return status;
   }
 
-  qlx99::tests::PrivateRegistry registry_;
+  testkit::PrivateRegistry registry_;
 };
 
 TEST_F(RegistrationFile, IsMadeByTheFirstKeyAndKeepsWhatAChangeDoesNotConcern) {

@@ -5,11 +5,11 @@
 #include <string_view>
 
 #include "platform/windows_api.h"
-#include "support/private_registry.h"
+#include "testkit/private_registry.h"
 
 namespace {
 
-using qlx99::tests::PrivateRegistry;
+using testkit::PrivateRegistry;
 
 using namespace std::string_view_literals;
 

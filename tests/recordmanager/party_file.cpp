@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <sstream>
 #include <thread>
 
@@ -57,26 +56,6 @@ void WaitUntilRemoved(const std::string& flag) {
 
 }  // namespace
 
-KeyDescription DescribeKey(std::size_t offset, std::size_t length, unsigned type, unsigned flags) {
-  KeyDescription key{};
-  key.position = static_cast<std::uint16_t>(offset + 1);
-  key.length = static_cast<std::uint16_t>(length);
-  key.flags = static_cast<std::uint16_t>(flags | kKeyExtendedType);
-  key.extendedType = static_cast<std::uint8_t>(type);
-  return key;
-}
-
-std::string DescribeFile(std::size_t recordLength, const std::vector<KeyDescription>& keys,
-                         unsigned fileFlags) {
-  FileDescription file{};
-  file.recordLength = static_cast<std::uint16_t>(recordLength);
-  file.keyCount = static_cast<std::uint8_t>(keys.size());
-  file.fileFlags = static_cast<std::uint16_t>(fileFlags);
-  std::string bytes(reinterpret_cast<const char*>(&file), sizeof(file));
-  for (const auto& key : keys) bytes.append(reinterpret_cast<const char*>(&key), sizeof(key));
-  return bytes;
-}
-
 std::string DescribeParties() {
   std::vector<KeyDescription> keys;
   for (const auto& [name, offset, length, type] : kFields) {
@@ -86,22 +65,8 @@ std::string DescribeParties() {
   return DescribeFile(kPartyLength, keys);
 }
 
-int Create(const std::string& path, const std::string& description, char keyNumber) {
-  Client one;
-  std::string data = description;
-  auto length = static_cast<ULONG>(data.size());
-  path.copy(one.key.data(), one.key.size());
-  return qlx99::tests::EmbeddedCall()(kCreate, one.block.data(), data.data(), &length,
-                                      one.key.data(), kMaxKeyLength, keyNumber);
-}
-
-std::string ReadAll(const std::string& name) {
-  std::ifstream file(name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void WriteAll(const std::string& name, const std::string& bytes) {
-  std::ofstream(name, std::ios::binary) << bytes;
+int Create(const std::string& path, const std::string& description, char way) {
+  return btrieve::Client(testkit::EmbeddedEntryPoint()).Create(path, description, way);
 }
 
 std::string OfFirstFormat(std::string bytes) {
@@ -128,14 +93,8 @@ void WaitUntilHeld(const std::string& flag) {
 }
 
 int Client::Call(WORD operation, int keyNumber) {
-  return qlx99::tests::EmbeddedCallId()(operation, block.data(), record.data(), &length, key.data(),
-                                        kMaxKeyLength, static_cast<char>(keyNumber), id.data());
-}
-
-int Client::Open(const std::string& path, char mode) {
-  key = {};
-  path.copy(key.data(), key.size());
-  return Call(kOpen, mode);
+  return testkit::EmbeddedCallId()(operation, block.data(), record.data(), &length, key.data(),
+                                   kMaxKeyLength, static_cast<char>(keyNumber), id.data());
 }
 
 std::int32_t Client::Integer(std::size_t offset) const {
@@ -202,7 +161,7 @@ PartyFile::PartyFile() {
 PartyFile::~PartyFile() {
   client.Do("close");
   for (Client& other : others_) other.Do("close");
-  qlx99::tests::ReleaseEmbedded();  // which keeps files open for a while
+  testkit::ReleaseEmbedded();  // which keeps files open for a while
 }
 
 Client& PartyFile::Opened(const std::string& name, char mode) {

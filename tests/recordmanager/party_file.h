@@ -11,30 +11,30 @@
 #include <deque>
 #include <filesystem>
 #include <string>
-#include <vector>
 
-#include "recordmanager/btrieve.h"
-#include "support/embedded_manager.h"
-#include "support/temporary_folder.h"
+#include "btrieve/client.h"
+#include "btrieve/file_description.h"
+#include "testkit/embedded_manager.h"
+#include "testkit/files.h"
+#include "testkit/temporary_folder.h"
+
+namespace qlx99::tests {
+using namespace testkit;
+}
 
 namespace recordmanager_tests {
+
+using testkit::ReadAll;
+using testkit::WriteAll;
 
 inline constexpr std::size_t kPartyLength = 20;
 inline constexpr std::size_t kCounterOffset = 16;
 
-btrieve::KeyDescription DescribeKey(std::size_t offset, std::size_t length,
-                                    unsigned type = btrieve::kStringKey, unsigned flags = 0);
-
-// The buffer that Create takes, for that record length and those keys.
-std::string DescribeFile(std::size_t recordLength, const std::vector<btrieve::KeyDescription>& keys,
-                         unsigned fileFlags = 0);
+// The buffer that Create takes.
 std::string DescribeParties();
 
 int Create(const std::string& path, const std::string& description = DescribeParties(),
-           char keyNumber = btrieve::kCreateOver);
-
-std::string ReadAll(const std::string& name);
-void WriteAll(const std::string& name, const std::string& bytes);
+           char way = btrieve::kCreateOver);
 
 // A record file's bytes as the first format had them: without states.
 std::string OfFirstFormat(std::string bytes);
@@ -42,18 +42,21 @@ std::string OfFirstFormat(std::string bytes);
 // Until a client's "wait" has made the file.
 void WaitUntilHeld(const std::string& flag);
 
-// One position block with the buffers of its calls. A copy is a client with a copy of the block.
-class Client {
+// A client of the embedded record manager with a record. A copy has a copy of the position block.
+class Client : public btrieve::Client {
  public:
-  std::array<std::uint8_t, btrieve::kPositionBlockSize> block{};
+  Client() : btrieve::Client(testkit::EmbeddedEntryPoint()) {}
+
   std::array<std::uint8_t, btrieve::kClientIdSize> id{};
   std::array<char, 1024> record{};
   ULONG length = 1024;
-  std::array<char, btrieve::kMaxKeyLength> key{};
 
-  // One operation with the members above. Returns its status.
+  // One operation with the members of both classes. Returns its status.
   int Call(WORD operation, int keyNumber);
-  int Open(const std::string& path, char mode = btrieve::kOpenNormal);
+  int Open(const std::string& path, char mode = btrieve::kOpenNormal) {
+    SetKey(path);
+    return Call(btrieve::kOpen, mode);
+  }
 
   // Takes the steps of a script and returns what came of each: the number of the record that was
   // read or inserted, "ok", or "!" and the status.
@@ -77,7 +80,7 @@ class Client {
 };
 
 class PartyFile : public testing::Test {
-  const qlx99::tests::TemporaryFolder temporaryFolder_;
+  const testkit::TemporaryFolder temporaryFolder_;
 
  protected:
   PartyFile();

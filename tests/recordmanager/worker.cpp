@@ -32,7 +32,7 @@ class Late {
 }  // namespace
 
 Worker::Worker(std::vector<std::string> arguments, const char* option)
-    : stress::Process(Preceded(std::move(arguments), option)) {}
+    : testkit::Process(Preceded(std::move(arguments), option)) {}
 
 int Leave(const std::vector<std::string>& arguments) {
   static Late late;

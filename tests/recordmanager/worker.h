@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "stress/host.h"
+#include "testkit/process.h"
 
 namespace recordmanager_tests {
 
@@ -22,7 +22,7 @@ inline constexpr const char* kLeaverOption = "--leaver";
 int Leave(const std::vector<std::string>& arguments);
 
 // Its exit code is 0 when all went well.
-class Worker : public stress::Process {
+class Worker : public testkit::Process {
  public:
   explicit Worker(std::vector<std::string> arguments, const char* option = kWorkerOption);
 };

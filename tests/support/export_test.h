@@ -25,7 +25,11 @@ namespace qlx99::tests {
 // With the embedded record manager.
 class ExportTest : public testing::Test {
  protected:
-  void TearDown() override;
+  void TearDown() override {
+    library.Free();
+    UnloadRecordManagers();
+    user.ExpectNothingLeft();
+  }
 
   FoundManagers managers;
   Office office;
@@ -36,7 +40,10 @@ class ExportTest : public testing::Test {
 // With the scripted one, over the embedded one.
 class ScriptedExportTest : public ExportTest {
  protected:
-  void TearDown() override;
+  void TearDown() override {
+    EXPECT_THAT(manager.OpenFiles(), testing::IsEmpty());
+    ExportTest::TearDown();
+  }
 
   ManagerScript manager{managers};
 };

@@ -10,11 +10,6 @@
 
 namespace qlx99::tests {
 
-FoundExport::FoundExport(HMODULE module, const char* name)
-    : address_(GetProcAddress(module, name)) {
-  if (address_ == nullptr) throw std::runtime_error(std::string(name) + " is not exported");
-}
-
 const Exports* Library::operator->() {
   if (!exports_) {
     const std::string path = (LibraryFolder() / world::LibraryFile("qlx99")).string();

@@ -1,28 +1,14 @@
 // The library under test, used as a macro's host uses it: loaded, its exports found by name, freed.
 #pragma once
 
-#include <bit>
 #include <optional>
 
 #include "frame/exports.h"
-#include "platform/windows_api.h"
+#include "testkit/found_export.h"
 
 namespace qlx99::tests {
 
-// A function that a library exports, whatever the type it is taken for. Throws when the library has
-// none of that name.
-class FoundExport {
- public:
-  FoundExport(HMODULE module, const char* name);
-
-  template <class Function>
-  operator Function*() const {
-    return std::bit_cast<Function*>(address_);
-  }
-
- private:
-  FARPROC address_;
-};
+using testkit::FoundExport;
 
 // The exports under their own names.
 struct Exports {

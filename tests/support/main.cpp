@@ -2,8 +2,8 @@
 
 #include "support/record_managers.h"
 #include "support/screen.h"
-#include "support/temporary_folder.h"
 #include "support/world.h"
+#include "testkit/temporary_folder.h"
 #include "tests/recordmanager/worker.h"
 
 namespace qlx99::tests {

@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <utility>
 
 #include "support/world.h"
+#include "testkit/found_export.h"
 
 namespace qlx99::tests {
 namespace {
@@ -38,9 +38,12 @@ std::string ManagerCall::Text() const {
 ManagerScript::ManagerScript(FoundManagers& managers) {
   const std::string file = (managers.Are({{"w3btrv7"}}) / world::LibraryFile("w3btrv7")).string();
   HMODULE library = LoadLibraryA(file.c_str());
-  auto* const setHandler =
-      std::bit_cast<SetHandlerFunction*>(GetProcAddress(library, "SetHandler"));
-  setHandler(&ManagerScript::Handle, this);
+  SetHandlerFunction* const setHandler = FoundExport(library, "SetHandler");
+  setHandler(
+      [](void* script, const btrieve::Arguments& arguments) {
+        return static_cast<ManagerScript*>(script)->Answer(arguments);
+      },
+      this);
 }
 
 void ManagerScript::Answers(WORD operation, const std::string& file, int status, int times) {
@@ -120,35 +123,34 @@ void ManagerScript::Keep(const ManagerCall& call, const void* positionBlock) {
   calls_.push_back(call);
 }
 
-short ManagerScript::Handle(void* script, WORD operation, void* positionBlock, void* dataBuffer,
-                            ULONG* dataLength, void* keyBuffer, BYTE keyLength, char keyNumber,
-                            void* clientId) {
-  auto& self = *static_cast<ManagerScript*>(script);
-  ManagerCall call{.operation = operation,
+int ManagerScript::Answer(const btrieve::Arguments& arguments) {
+  ManagerCall call{.operation = arguments.operation,
                    .file = {},
                    .path = {},
-                   .key = {static_cast<const char*>(keyBuffer), keyLength},
-                   .keyNumber = static_cast<signed char>(keyNumber),
-                   .keyLength = keyLength,
-                   .dataLength = *dataLength,
+                   .key = {static_cast<const char*>(arguments.keyBuffer), arguments.keyLength},
+                   .keyNumber = static_cast<signed char>(arguments.keyNumber),
+                   .keyLength = arguments.keyLength,
+                   .dataLength = *arguments.dataLength,
                    .data = {},
-                   .plain = clientId == nullptr};
-  if (operation == btrieve::kOpen) call.path = call.key.substr(0, call.key.find('\0'));
-  call.file = operation == btrieve::kOpen ? call.path.substr(call.path.find_last_of("\\/") + 1)
-                                          : self.FileOf(positionBlock);
-  EXPECT_NE(call.file, "") << "operation " << operation << " on a file that is not open";
-  if (BringsData(operation)) call.data.assign(static_cast<const char*>(dataBuffer), *dataLength);
+                   .plain = arguments.clientId == nullptr};
+  if (call.operation == btrieve::kOpen) call.path = call.key.substr(0, call.key.find('\0'));
+  call.file = call.operation == btrieve::kOpen ? call.path.substr(call.path.find_last_of("\\/") + 1)
+                                               : FileOf(arguments.positionBlock);
+  EXPECT_NE(call.file, "") << "operation " << call.operation << " on a file that is not open";
+  if (BringsData(call.operation)) {
+    call.data.assign(static_cast<const char*>(arguments.dataBuffer), call.dataLength);
+  }
 
-  self.RunActions(call);
-  const std::optional<int> scripted = self.ScriptedStatus(call);
-  call.status = scripted ? *scripted
-                         : EmbeddedCall()(operation, positionBlock, dataBuffer, dataLength,
-                                          keyBuffer, keyLength, keyNumber);
-  const bool reads = operation >= btrieve::kGetEqual && call.status == btrieve::kSuccess;
-  if (reads && self.filler_) std::memset(dataBuffer, *self.filler_, *dataLength);
-  if (reads && self.longest_) *dataLength = std::min(*dataLength, *self.longest_);
-  self.Keep(call, positionBlock);
-  return static_cast<short>(call.status);
+  RunActions(call);
+  const std::optional<int> scripted = ScriptedStatus(call);
+  call.status = scripted ? *scripted : EmbeddedEntryPoint()(arguments);
+  if (call.operation >= btrieve::kGetEqual && call.status == btrieve::kSuccess) {
+    ULONG& length = *arguments.dataLength;
+    if (filler_) std::memset(arguments.dataBuffer, *filler_, length);
+    if (longest_) length = std::min(length, *longest_);
+  }
+  Keep(call, arguments.positionBlock);
+  return call.status;
 }
 
 }  // namespace qlx99::tests

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "support/record_managers.h"
-#include "support/scripted_manager/handler.h"
+#include "testkit/scripted_manager/handler.h"
 
 namespace qlx99::tests {
 
@@ -76,9 +76,7 @@ class ManagerScript {
     int times;
   };
 
-  static short Handle(void* script, WORD operation, void* positionBlock, void* dataBuffer,
-                      ULONG* dataLength, void* keyBuffer, BYTE keyLength, char keyNumber,
-                      void* clientId);
+  int Answer(const btrieve::Arguments& arguments);
 
   std::string FileOf(const void* positionBlock);
   std::optional<int> ScriptedStatus(const ManagerCall& call);

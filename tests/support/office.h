@@ -14,9 +14,11 @@
 
 #include "store/record.h"
 #include "store/record_layout.h"
-#include "support/private_registry.h"
+#include "testkit/private_registry.h"
 
 namespace qlx99::tests {
+
+using namespace testkit;
 
 class Office {
  public:

@@ -13,9 +13,11 @@
 
 #include "platform/windows_api.h"
 #include "support/office.h"
-#include "support/office_programs/qlx02.h"
+#include "testkit/qlx02.h"
 
 namespace qlx99::tests {
+
+using namespace testkit;
 
 // By the classes of their windows.
 inline constexpr const char* kLoginServer = "KRVLOGSRV32";

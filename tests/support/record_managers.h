@@ -5,10 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "support/embedded_manager.h"
-#include "support/temporary_folder.h"
+#include "testkit/embedded_manager.h"
+#include "testkit/temporary_folder.h"
 
 namespace qlx99::tests {
+
+using namespace testkit;
 
 // Unload what the library under test leaves loaded by design, so that each test starts anew.
 void UnloadRecordManager(const char* name);

@@ -70,12 +70,8 @@ void ForEachControl(HWND dialog, Action action) {
 }
 
 ShownControl LookAt(HWND control) {
-  ShownControl shown{GetDlgCtrlID(control),
-                     TextOf(control),
-                     static_cast<DWORD>(GetWindowLongA(control, GWL_STYLE)),
-                     {},
-                     -1,
-                     0};
+  const auto style = static_cast<DWORD>(GetWindowLongA(control, GWL_STYLE));
+  ShownControl shown{GetDlgCtrlID(control), TextOf(control), style, {}, -1, 0};
   if (!HasClass(control, "LISTBOX")) return shown;
   const auto count = static_cast<WPARAM>(Ask(control, LB_GETCOUNT).value_or(0));
   for (WPARAM i = 0; i < count; ++i) shown.lines.push_back(LineOf(control, i));
@@ -111,11 +107,8 @@ class Dialog final : public OpenDialog {
 
   // By the close box where there is one, or else by the Escape key.
   void Cancel() override {
-    if (HasStyle(window_, WS_SYSMENU)) {
-      PostMessageA(window_, WM_SYSCOMMAND, SC_CLOSE, 0);
-    } else {
-      PostMessageA(window_, WM_KEYDOWN, VK_ESCAPE, 0);
-    }
+    const bool closes = HasStyle(window_, WS_SYSMENU);
+    PostMessageA(window_, closes ? WM_SYSCOMMAND : WM_KEYDOWN, closes ? SC_CLOSE : VK_ESCAPE, 0);
     for (UINT waited = 0; IsOpen() && waited < kPatience; ++waited) {
       std::this_thread::sleep_for(1ms);
     }

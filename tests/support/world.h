@@ -3,21 +3,19 @@
 
 #include <chrono>
 #include <cstddef>
-#include <filesystem>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "platform/windows_api.h"
+#include "testkit/process.h"
 
 namespace qlx99::tests::world {
 
-// The folder of this program. The products do not lie in it, or no test could have an office
-// without a record manager: libraries are looked for beside the program first.
-std::filesystem::path ProgramFolder();
-
-// The file's name of a library that Windows knows as `name`.dll.
-std::string LibraryFile(const std::string& name);
+// The products do not lie in this program's folder, or no test could have an office without a
+// record manager: libraries are looked for beside the program first.
+using testkit::LibraryFile;
+using testkit::ProgramFolder;
 
 // The template among the library's resources.
 std::span<const std::byte> DialogTemplate(HMODULE library, WORD id);

@@ -21,12 +21,6 @@ void EndProcess(int /*signal*/) {
 
 }  // namespace
 
-std::filesystem::path ProgramFolder() {
-  return std::filesystem::read_symlink("/proc/self/exe").parent_path();
-}
-
-std::string LibraryFile(const std::string& name) { return "lib" + name + ".so"; }
-
 std::span<const std::byte> DialogTemplate(HMODULE library, WORD id) {
   constexpr WORD kDialog = 5;
   return platform::FindResourceOf(library, kDialog, id);

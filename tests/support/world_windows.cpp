@@ -16,14 +16,6 @@ void CALLBACK EndProcess(void* /*parameter*/, BOOLEAN /*fired*/) {
 
 }  // namespace
 
-std::filesystem::path ProgramFolder() {
-  std::string path(MAX_PATH, '\0');
-  path.resize(GetModuleFileNameA(nullptr, path.data(), MAX_PATH));
-  return std::filesystem::path(path).parent_path();
-}
-
-std::string LibraryFile(const std::string& name) { return name + ".dll"; }
-
 std::span<const std::byte> DialogTemplate(HMODULE library, WORD id) {
   HRSRC resource = FindResourceA(library, MAKEINTRESOURCEA(id), RT_DIALOG);
   if (resource == nullptr) return {};

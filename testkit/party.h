@@ -1,11 +1,11 @@
-// A small record file for trials of the record manager by itself.
+// A small record file for trials and fuzzers of the record manager by itself.
 #pragma once
 
 #include <cstdint>
 
 #include "store/record_layout.h"
 
-namespace stress {
+namespace testkit {
 
 struct Party {
   std::int32_t number = 0;  // given by the record manager
@@ -24,4 +24,4 @@ struct PartyRecord : qlx99::RecordDeclaration<PartyRecord> {
   static constexpr auto keys = qlx99::Keys(byNumber, byCase);
 };
 
-}  // namespace stress
+}  // namespace testkit

@@ -3,6 +3,6 @@
 extern "C" short WINAPI BTRCALLID(WORD operation, void* positionBlock, void* dataBuffer,
                                   ULONG* dataLength, void* keyBuffer, BYTE keyLength,
                                   char keyNumber, void* clientId) {
-  return qlx99::tests::Handle(operation, positionBlock, dataBuffer, dataLength, keyBuffer,
-                              keyLength, keyNumber, clientId);
+  return testkit::Handle({operation, positionBlock, dataBuffer, dataLength, keyBuffer, keyLength,
+                          keyNumber, clientId});
 }

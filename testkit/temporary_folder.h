@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-namespace qlx99::tests {
+namespace testkit {
 
 // An empty folder that nobody else uses, until the end of its scope. What cannot be removed then,
 // because a file is still open, goes with RemoveTemporaryFolders.
@@ -24,4 +24,4 @@ class TemporaryFolder {
 // Once, when all tests have run.
 void RemoveTemporaryFolders();
 
-}  // namespace qlx99::tests
+}  // namespace testkit

@@ -1,4 +1,5 @@
-// What the stress run needs of the host: processes that can be killed, and a registry of its own.
+// What tests, trials, fuzzers and measurements need of the host: this program, processes that can
+// be killed, and a registry of one's own.
 #pragma once
 
 #include <chrono>
@@ -6,16 +7,27 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
-namespace stress {
+namespace testkit {
+
+// This program's file, and its folder.
+std::filesystem::path ProgramPath();
+inline std::filesystem::path ProgramFolder() { return ProgramPath().parent_path(); }
+
+// The file's name of a library that Windows knows as `name`.dll.
+std::string LibraryFile(const std::string& name);
 
 // This program, started once more with these arguments. Killed when it still runs at its end.
 class Process {
  public:
   explicit Process(const std::vector<std::string>& arguments);
-  Process(Process&& other) noexcept;
-  Process& operator=(Process&& other) noexcept;
+  Process(Process&& other) noexcept : process_(std::exchange(other.process_, 0)) {}
+  Process& operator=(Process&& other) noexcept {
+    std::swap(process_, other.process_);
+    return *this;
+  }
   ~Process() { Kill(); }
 
   // How it ended, if not with an exit code.
@@ -40,8 +52,8 @@ class Process {
 std::optional<bool> Fork();
 
 // From now on the registry of this process is one of its own, empty at first; where that is a file,
-// it lies in `folder`.
+// it is "office.reg" in `folder`.
 void UsePrivateRegistry(const std::filesystem::path& folder);
 void DropPrivateRegistry();
 
-}  // namespace stress
+}  // namespace testkit

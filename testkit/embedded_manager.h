@@ -1,11 +1,11 @@
-// The embedded record manager, found by its file, for the tests' own use.
+// The embedded record manager, found by its file.
 #pragma once
 
 #include <filesystem>
 
-#include "recordmanager/btrieve.h"
+#include "btrieve/client.h"
 
-namespace qlx99::tests {
+namespace testkit {
 
 // Where qlx99.dll and atbtrv32.dll lie.
 std::filesystem::path ProductFolder();
@@ -15,4 +15,7 @@ btrieve::BtrCall* EmbeddedCall();
 btrieve::BtrCallId* EmbeddedCallId();
 void ReleaseEmbedded();
 
-}  // namespace qlx99::tests
+// For clients, which may outlive that.
+btrieve::EntryPoint EmbeddedEntryPoint();
+
+}  // namespace testkit

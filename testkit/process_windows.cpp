@@ -2,31 +2,33 @@
 #include <utility>
 
 #include "platform/windows_api.h"
-#include "stress/host.h"
+#include "testkit/process.h"
 
-namespace stress {
+namespace testkit {
 namespace {
 
 constexpr UINT kExitCodeOfKilled = 0xDEAD;
 
 HANDLE ToHandle(std::intptr_t process) { return std::bit_cast<HANDLE>(process); }
 
-std::string ProgramPath() {
+// A key of the user, which for this process stands in the place of the machine's part of the
+// registry.
+std::string KeyOfThisProcess() {
+  return "Software\\qlx99 testkit " + std::to_string(GetCurrentProcessId());
+}
+
+}  // namespace
+
+std::filesystem::path ProgramPath() {
   std::string path(MAX_PATH, '\0');
   path.resize(GetModuleFileNameA(nullptr, path.data(), MAX_PATH));
   return path;
 }
 
-// A key of the user, which for this process stands in the place of the machine's part of the
-// registry.
-std::string KeyOfThisProcess() {
-  return "Software\\qlx99 stress " + std::to_string(GetCurrentProcessId());
-}
-
-}  // namespace
+std::string LibraryFile(const std::string& name) { return name + ".dll"; }
 
 Process::Process(const std::vector<std::string>& arguments) {
-  std::string command = '"' + ProgramPath() + '"';
+  std::string command = '"' + ProgramPath().string() + '"';
   for (const std::string& argument : arguments) command += " \"" + argument + '"';
   STARTUPINFOA startup{};
   startup.cb = sizeof startup;
@@ -36,13 +38,6 @@ Process::Process(const std::vector<std::string>& arguments) {
     CloseHandle(started.hThread);
     process_ = std::bit_cast<std::intptr_t>(started.hProcess);
   }
-}
-
-Process::Process(Process&& other) noexcept : process_(std::exchange(other.process_, 0)) {}
-
-Process& Process::operator=(Process&& other) noexcept {
-  std::swap(process_, other.process_);
-  return *this;
 }
 
 int Process::Wait() {
@@ -83,4 +78,4 @@ void DropPrivateRegistry() {
   RegDeleteTreeA(HKEY_CURRENT_USER, KeyOfThisProcess().c_str());
 }
 
-}  // namespace stress
+}  // namespace testkit

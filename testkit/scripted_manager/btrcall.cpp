@@ -3,6 +3,6 @@
 extern "C" short WINAPI BTRCALL(WORD operation, void* positionBlock, void* dataBuffer,
                                 ULONG* dataLength, void* keyBuffer, BYTE keyLength,
                                 char keyNumber) {
-  return qlx99::tests::Handle(operation, positionBlock, dataBuffer, dataLength, keyBuffer,
-                              keyLength, keyNumber, nullptr);
+  return testkit::Handle(
+      {operation, positionBlock, dataBuffer, dataLength, keyBuffer, keyLength, keyNumber});
 }

@@ -7,7 +7,7 @@
 #include <thread>
 #include <utility>
 
-#include "stress/host.h"
+#include "testkit/process.h"
 
 namespace {
 
@@ -19,10 +19,14 @@ bool isCopy = false;
 // NOLINTNEXTLINE(bugprone-reserved-identifier, readability-identifier-naming): its name
 extern "C" int __lsan_is_turned_off() { return isCopy ? 1 : 0; }
 
-namespace stress {
+namespace testkit {
+
+std::filesystem::path ProgramPath() { return std::filesystem::read_symlink("/proc/self/exe"); }
+
+std::string LibraryFile(const std::string& name) { return "lib" + name + ".so"; }
 
 Process::Process(const std::vector<std::string>& arguments) {
-  std::string program = std::filesystem::read_symlink("/proc/self/exe");
+  std::string program = ProgramPath();
   std::vector<std::string> texts = arguments;
   std::vector<char*> argv{program.data()};
   for (std::string& text : texts) argv.push_back(text.data());
@@ -31,13 +35,6 @@ Process::Process(const std::vector<std::string>& arguments) {
   if (posix_spawn(&pid, program.c_str(), nullptr, nullptr, argv.data(), environ) == 0) {
     process_ = pid;
   }
-}
-
-Process::Process(Process&& other) noexcept : process_(std::exchange(other.process_, 0)) {}
-
-Process& Process::operator=(Process&& other) noexcept {
-  std::swap(process_, other.process_);
-  return *this;
 }
 
 int Process::Wait() {
@@ -77,4 +74,4 @@ void UsePrivateRegistry(const std::filesystem::path& folder) {
 
 void DropPrivateRegistry() { unsetenv("QLX99_REGISTRY"); }
 
-}  // namespace stress
+}  // namespace testkit

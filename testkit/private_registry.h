@@ -1,9 +1,9 @@
 #pragma once
 
-#include "stress/host.h"
-#include "support/temporary_folder.h"
+#include "testkit/process.h"
+#include "testkit/temporary_folder.h"
 
-namespace qlx99::tests {
+namespace testkit {
 
 // As long as it exists, this process has a registry of its own, empty at first. One at a time.
 class PrivateRegistry {
@@ -11,8 +11,8 @@ class PrivateRegistry {
   // A key for tests that need just any.
   static constexpr auto kKey = "SOFTWARE\\qlx99 tests";
 
-  PrivateRegistry() { stress::UsePrivateRegistry(Folder()); }
-  ~PrivateRegistry() { stress::DropPrivateRegistry(); }
+  PrivateRegistry() { UsePrivateRegistry(Folder()); }
+  ~PrivateRegistry() { DropPrivateRegistry(); }
   PrivateRegistry(const PrivateRegistry&) = delete;
   PrivateRegistry& operator=(const PrivateRegistry&) = delete;
 
@@ -23,4 +23,4 @@ class PrivateRegistry {
   TemporaryFolder folder_;
 };
 
-}  // namespace qlx99::tests
+}  // namespace testkit

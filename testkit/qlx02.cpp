@@ -4,7 +4,7 @@
 
 #include "platform/windows_api.h"
 
-namespace qlx99::tests {
+namespace testkit {
 namespace {
 
 using Argument = const void*;
@@ -66,4 +66,4 @@ std::int32_t WINAPI GetDocuRoot(Argument a, Argument b) { return Remember("GetDo
 
 }  // extern "C"
 
-}  // namespace qlx99::tests
+}  // namespace testkit

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace qlx99::tests {
+namespace testkit {
 
 struct DelegateCall {
   const char* name;  // null: not called yet
@@ -22,4 +22,4 @@ inline constexpr const char* kWithMessage = "message";
 // Exported beside the delegates, under the name "LastCall".
 using LastCallFunction = const DelegateCall*();
 
-}  // namespace qlx99::tests
+}  // namespace testkit

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <bit>
+#include <stdexcept>
+#include <string>
+
+#include "platform/windows_api.h"
+
+namespace testkit {
+
+// A function that a library exports, whatever the type it is taken for. Throws when the library has
+// none of that name.
+class FoundExport {
+ public:
+  FoundExport(HMODULE library, const char* name) : address_(GetProcAddress(library, name)) {
+    if (address_ == nullptr) throw std::runtime_error(std::string(name) + " is not exported");
+  }
+
+  template <class Function>
+  operator Function*() const {  // NOLINT(google-explicit-constructor)
+    return std::bit_cast<Function*>(address_);
+  }
+
+ private:
+  FARPROC address_;
+};
+
+}  // namespace testkit
