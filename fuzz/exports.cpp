@@ -1,196 +1,19 @@
-// Every export under rubbish: arguments that are null, endless or no numbers, configuration without
-// terminators, a record manager that answers anything, records of any bytes, a user who does
-// anything at a dialog; and in the delegated kind a login server that answers anything. No call may
-// crash, look or write where it must not, or leave a file open.
-#include <unistd.h>
-
-#include <bit>
-#include <fstream>
+// Every export under rubbish: arguments that are null, endless or no numbers, in an office where
+// nothing is as it should be. No call may crash, look or write where it must not, or leave a file
+// open.
 #include <memory>
 #include <optional>
 #include <tuple>
-#include <utility>
 #include <vector>
 
-#include "frame/attach.h"
+#include "frame/export_list.h"
 #include "frame/exports.h"
-#include "frame/login_window.h"
-#include "frame/registry.h"
-#include "fuzz/input.h"
-#include "platform/registry_file.h"
-#include "platform/screen.h"
-#include "record_files.h"
-#include "support/scripted_manager/handler.h"
+#include "fuzz/hostile_office.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using fuzz::Found;
 using fuzz::Input;
-
-// The record manager: a library beside this program that hands its calls to us.
-class Manager {
- public:
-  explicit Manager(Input& input) : input_(input) { SetHandler()(&Manager::Handle, this); }
-  ~Manager() { SetHandler()(nullptr, nullptr); }
-  Manager(const Manager&) = delete;
-  Manager& operator=(const Manager&) = delete;
-
-  std::size_t OpenFileCount() const { return open_; }
-
- private:
-  static qlx99::tests::SetHandlerFunction* SetHandler() {
-    static auto* const function = std::bit_cast<qlx99::tests::SetHandlerFunction*>(
-        GetProcAddress(LoadLibraryA(qlx99::kRecordManagerNames[0]), "SetHandler"));
-    return function;
-  }
-
-  static short Handle(void* self, WORD operation, void* positionBlock, void* dataBuffer,
-                      ULONG* dataLength, void* keyBuffer, BYTE keyLength, char /*keyNumber*/,
-                      void* /*clientId*/) {
-    if (keyLength != btrieve::kMaxKeyLength) Found("another key length");
-    return static_cast<short>(static_cast<Manager*>(self)->Answer(
-        operation, static_cast<char*>(positionBlock),
-        {static_cast<char*>(dataBuffer), static_cast<std::uint16_t>(*dataLength)}, *dataLength,
-        static_cast<char*>(keyBuffer)));
-  }
-
-  int Answer(WORD operation, char* block, std::span<char> data, ULONG& length, char* key) {
-    constexpr char kOpenMark = 'o';
-    const int status = Status();
-    if (operation == btrieve::kOpen) {
-      if (status == btrieve::kSuccess) {
-        *block = kOpenMark;
-        ++open_;
-      }
-      return status;
-    }
-    if (*block != kOpenMark) Found("a call on a file that is not open");
-    if (operation == btrieve::kClose && status != btrieve::kRecordInUse) {
-      *block = 'c';
-      --open_;
-    }
-    if (status == btrieve::kSuccess && operation >= btrieve::kGetEqual) Give(data, length, key);
-    return status;
-  }
-
-  int Status() {
-    constexpr int kStatuses[] = {2, 3, 4, 8, 9, 22, 80, 84, 94, -1, 32767};
-    if (input_.IsSpent()) return calls_++ < 40 ? btrieve::kSuccess : btrieve::kEndOfFile;
-    return input_.OneIn(10) ? kStatuses[input_.Choice(std::size(kStatuses))] : btrieve::kSuccess;
-  }
-
-  // A record, most often with the key that was asked for, and any length.
-  void Give(std::span<char> data, ULONG& length, const char* key) {
-    const std::size_t run = input_.Choice(256);
-    std::fill(data.begin(), data.end(), static_cast<char>(input_.Byte()));
-    const std::string bytes = input_.Bytes(run);
-    std::copy_n(bytes.begin(), std::min(bytes.size(), data.size()), data.begin());
-    if (!input_.OneIn(4) && data.size() >= 8) {
-      std::copy_n(key, 4, data.begin());
-      std::copy_n(key, 4, data.begin() + 4);
-    }
-    if (input_.OneIn(8)) length = input_.Word();
-  }
-
-  Input& input_;
-  std::size_t open_ = 0;
-  int calls_ = 0;
-};
-
-// The user: does what the input says, and at last gives up.
-class User final : public platform::Screen {
- public:
-  explicit User(Input& input) : input_(input) { platform::SetScreen(this); }
-  ~User() override { platform::SetScreen(nullptr); }
-  User(const User&) = delete;
-  User& operator=(const User&) = delete;
-
-  int ShowMessage(const platform::MessageBoxView& message) override {
-    if (message.text.empty()) Found("an empty message");
-    return IDOK;
-  }
-
-  void ShowDialog(platform::DialogView& dialog) override {
-    while (dialog.IsOpen() && !input_.IsSpent()) {
-      const auto& control = dialog.Controls()[input_.Choice(dialog.Controls().size())];
-      const int index = input_.Byte() - 128;
-      switch (input_.Choice(4)) {
-        case 0:
-          dialog.Select(control.id, index);
-          break;
-        case 1:
-          dialog.DoubleClick(control.id, index);
-          break;
-        case 2:
-          dialog.Press(control.id);
-          break;
-        default:
-          dialog.Cancel();
-      }
-    }
-    if (dialog.IsOpen()) dialog.Cancel();
-  }
-
- private:
-  Input& input_;
-};
-
-// The login server of the delegated kind, and the user at the login mask: both do what the input
-// says, and at last the mask is closed.
-class LoginServer {
- public:
-  explicit LoginServer(Input& input) {
-    current = &input;
-    qlx99::CreateLoginWindow();
-    if (input.OneIn(4)) {
-      Report(qlx99::LoginState::kCancelled);
-      return;
-    }
-    WNDCLASSA its{};
-    its.lpfnWndProc = Answer;
-    its.hInstance = GetModuleHandleA(nullptr);
-    its.lpszClassName = kName;
-    RegisterClassA(&its);
-    window_ = CreateWindowExA(0, kName, "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, its.hInstance,
-                              nullptr);
-  }
-  ~LoginServer() {
-    if (window_ != nullptr) DestroyWindow(window_);
-    MSG message{};
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
-    fs::current_path(folder_);  // out of the sibling library's
-  }
-  LoginServer(const LoginServer&) = delete;
-  LoginServer& operator=(const LoginServer&) = delete;
-
- private:
-  static constexpr const char* kName = "KRVLOGSRV32";
-
-  static void Report(qlx99::LoginState state) {
-    PostMessageA(FindWindowA("KrvQLX", nullptr), RegisterWindowMessageA("WM_KRV_LOGINMASK"),
-                 static_cast<WPARAM>(state), 0);
-  }
-
-  static void UseMask() {
-    if (current->OneIn(4)) Report(static_cast<qlx99::LoginState>(current->Byte()));
-    Report(current->OneIn(2) ? qlx99::LoginState::kCancelled : qlx99::LoginState::kLoggedIn);
-  }
-
-  static LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
-    constexpr UINT kFirstRegistered = 0xC000;
-    constexpr LRESULT kAnswers[] = {8, 1, 0, 3};  // the first is the product that it should be
-    if (message < kFirstRegistered) return DefWindowProcA(window, message, wordParam, longParam);
-    // Who is not logged in yet is waited for.
-    if (message == RegisterWindowMessageA("WM_ISLOGGEDIN") || current->OneIn(4)) UseMask();
-    if (current->IsSpent()) Report(qlx99::LoginState::kCancelled);
-    return kAnswers[current->Choice(std::size(kAnswers))];
-  }
-
-  static inline Input* current = nullptr;
-  HWND window_ = nullptr;
-  fs::path folder_ = fs::current_path();
-};
 
 // An export's arguments. Texts end where their memory does, with or without a terminator where the
 // export knows how much of them counts.
@@ -235,7 +58,7 @@ void Call(std::int32_t(WINAPI* function)(Types...), Input& input) {
 }
 
 // These say how large their buffer is.
-void CallWithLength(std::int32_t(WINAPI* function)(std::int32_t, char*), Input& input) {
+void Call(std::int32_t(WINAPI* function)(std::int32_t, char*), Input& input) {
   constexpr std::int32_t kLengths[] = {0, 1, 13, 259, 260, 261, 1 << 20, -1, -(1 << 30)};
   const std::int32_t length = kLengths[input.Choice(std::size(kLengths))];
   const std::size_t room = length > 0 ? static_cast<std::size_t>(length) : 0;
@@ -243,103 +66,28 @@ void CallWithLength(std::int32_t(WINAPI* function)(std::int32_t, char*), Input& 
   function(length, input.OneIn(16) ? nullptr : buffer.get());
 }
 
+// The export that only Windows calls.
+void SendToWindow(Input& input) { qlx99::MainWndProc(nullptr, input.Word(), input.Word(), 0); }
+
 void CallAny(Input& input) {
-  using namespace qlx99;
-  constexpr void (*kCalls[])(Input&) = {
-      [](Input& i) { CallWithLength(GetDocuRoot, i); },
-      [](Input& i) { CallWithLength(GetProgramRoot, i); },
-      [](Input& i) { Call(UserInit, i); },
-      [](Input& i) { Call(UserNext, i); },
-      [](Input& i) { Call(ZtkodoliInit, i); },
-      [](Input& i) { Call(ZtkodoliNext, i); },
-      [](Input& i) { Call(WVInit, i); },
-      [](Input& i) { Call(WVNext, i); },
-      [](Input& i) { Call(WVNew, i); },
-      [](Input& i) { Call(WVChange, i); },
-      [](Input& i) { Call(WVDelete, i); },
-      [](Input& i) { Call(SLesenDLL, i); },
-      [](Input& i) { Call(ALesenDLL, i); },
-      [](Input& i) { Call(BLesenDLL, i); },
-      [](Input& i) { Call(BListeInit, i); },
-      [](Input& i) { Call(BListeNext, i); },
-      [](Input& i) { Call(GetDokuNr, i); },
-      [](Input& i) { Call(GetAdrFieldsMain, i); },
-      [](Input& i) { Call(GetAdressTyp, i); },
-      [](Input& i) { MainWndProc(nullptr, i.Word(), i.Word(), 0); },
-  };
+#define CALL(name, delegate, arguments, fields, result) [](Input& i) { Call(qlx99::name, i); },
+  constexpr void (*kCalls[])(Input&) = {QLX99_EXPORTS(CALL) SendToWindow};
+#undef CALL
   kCalls[input.Choice(std::size(kCalls))](input);
 }
-
-// The configuration, in a registration file of this process's own, and what lies below the mapping
-// root.
-class Configuration {
- public:
-  Configuration() {
-    setenv("QLX99_REGISTRY", file_.c_str(), 1);
-    fs::create_directories(root_ / "bin32");
-    std::ofstream(root_ / "bin32" / "telq32.exe") << "no program";
-    const fs::path programs = fs::canonical("/proc/self/exe").parent_path();
-    fs::copy(programs / "libqlx02.so", root_ / "bin32", fs::copy_options::overwrite_existing);
-    // For good: the fuzzer's counters lie in it.
-    LoadLibraryA((root_ / "bin32" / "qlx02.dll").c_str());
-    Take({});
-  }
-  ~Configuration() {
-    fs::remove(file_);
-    fs::remove_all(root_);
-  }
-  Configuration(const Configuration&) = delete;
-  Configuration& operator=(const Configuration&) = delete;
-
-  // What the input makes of it, most often nothing; then what it was before.
-  void Change(Input& input) {
-    if (changed_) Take({});
-    changed_ = input.OneIn(8);
-    if (!changed_) return;
-    constexpr const char* kNames[] = {"DocuRoot", "DataRoot", "MappingRoot", "ProgramName"};
-    std::string bytes = input.Text();
-    std::replace(bytes.begin(), bytes.end(), '"', '_');  // no path has any
-    if (input.OneIn(4)) bytes += std::string(300, 'x');
-    Take({kNames[input.Choice(std::size(kNames))], REG_SZ, bytes}, input.OneIn(2));
-  }
-
- private:
-  // And attaches the library, which looks for the kind of installation then.
-  void Take(const platform::RegistryValue& change, bool delegated = false) const {
-    platform::RegistryFile registry;
-    const auto set = [&](const platform::RegistryValue& value) {
-      const bool maps = value.name == qlx99::kMappingRoot.name;
-      const char* key = maps ? qlx99::kMappingKey : qlx99::kOptionsKey;
-      registry.Set(std::string("HKEY_LOCAL_MACHINE\\") + key, value);
-    };
-    for (const char* name : {"DataRoot", "DocuRoot", "ProgramRoot"}) {
-      set({name, REG_SZ, std::string("C:\\Akten") + '\0'});
-    }
-    set({"MappingRoot", REG_SZ, root_.string() + '\0'});
-    if (delegated) set({"ProgramName", REG_SZ, std::string("telq32.exe") + '\0'});
-    if (!change.name.empty()) set(change);
-    std::ofstream(file_, std::ios::binary) << registry.Format();
-    qlx99::DetachLibrary(qlx99::Detachment::kFreed);
-    qlx99::AttachLibrary(GetModuleHandleA(nullptr));
-  }
-
-  fs::path root_ = fuzz::FastFolder() / ("qlx_fuzz_" + std::to_string(getpid()));
-  fs::path file_ = root_.string() + ".reg";
-  bool changed_ = false;
-};
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-  static Configuration configuration;
+  static fuzz::Configuration configuration;
   Input input(bytes, size);
   configuration.Change(input);
-  const User user(input);
-  const Manager manager(input);
+  const fuzz::User user(input);
+  const fuzz::Manager manager(input);
   const bool delegated = qlx99::CurrentAttachment().installKind == qlx99::InstallKind::kDelegated;
   // Several, as some exports remember something of the one before.
   for (int i = 1 + input.Byte() % 3; i > 0; --i) {
-    std::optional<LoginServer> server;
+    std::optional<fuzz::LoginServer> server;
     if (delegated) server.emplace(input);
     CallAny(input);
     if (manager.OpenFileCount() != 0) Found("a file stays open");
