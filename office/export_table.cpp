@@ -34,7 +34,7 @@ std::vector<std::string> WordsOf(const char* text) {
 // "userId:number"
 Field FieldIn(const std::string& text) {
   const std::size_t colon = text.find(':');
-  if (colon == text.npos) return {text};
+  if (colon == std::string::npos) return {text};
   static const std::map<std::string, Form> forms{
       {"freeText", Form::kFreeText},         {"filled", Form::kFilled}, {"number", Form::kNumber},
       {"numberOrNone", Form::kNumberOrNone}, {"date", Form::kDate},     {"amount", Form::kAmount},
