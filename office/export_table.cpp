@@ -1,10 +1,14 @@
 #include "office/export_table.h"
 
 #include <algorithm>
+#include <iterator>
+#include <map>
+#include <sstream>
 #include <tuple>
 #include <type_traits>
 #include <utility>
 
+#include "frame/export_list.h"
 #include "frame/exports.h"
 #include "office/failure.h"
 #include "office/record_text.h"
@@ -22,132 +26,26 @@ std::function<std::int32_t(CallArguments&)> Calling(std::int32_t(WINAPI* functio
   };
 }
 
-const std::vector<std::string_view> kFollowUpArguments = {"kindId",       "dueDate",       "userId",
-                                                          "secondUserId", "partyRecordId", "text"};
-
-std::vector<std::string_view> Before(std::string_view first, std::vector<std::string_view> others) {
-  others.insert(others.begin(), first);
-  return others;
+std::vector<std::string> WordsOf(const char* text) {
+  std::istringstream words(text);
+  return {std::istream_iterator<std::string>(words), {}};
 }
 
-const std::vector<Field> kUserFields = {
-    {"name"}, {"thirdText"}, {"secondText"}, {"shortSign"}, {"number", Form::kNumber}};
+// "userId:number"
+Field FieldIn(const std::string& text) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string::npos) return {text};
+  static const std::map<std::string, Form> forms{
+      {"freeText", Form::kFreeText},         {"filled", Form::kFilled}, {"number", Form::kNumber},
+      {"numberOrNone", Form::kNumberOrNone}, {"date", Form::kDate},     {"amount", Form::kAmount},
+      {"relationCode", Form::kRelationCode}};
+  return {text.substr(0, colon), forms.at(text.substr(colon + 1))};
+}
 
-const std::vector<Field> kFollowUpKindFields = {
-    {"name", Form::kFreeText}, {"number", Form::kNumber}, {"id", Form::kNumber}};
-
-const std::vector<Field> kFollowUpFields = {{"dueDate", Form::kDate},
-                                            {"kindName"},
-                                            {"kindId", Form::kNumber},
-                                            {"text", Form::kFreeText},
-                                            {"userName"},
-                                            {"userSign"},
-                                            {"userId", Form::kNumber},
-                                            {"secondUserName"},
-                                            {"secondUserSign"},
-                                            {"secondUserId", Form::kNumber},
-                                            {"partyPosition", Form::kNumber},
-                                            {"id", Form::kNumber}};
-
-const std::vector<Field> kCaseFields = {{"rubrum"},
-                                        {"text40"},
-                                        {"text30"},
-                                        {"shortCode"},
-                                        {"caseType"},
-                                        {"amount", Form::kAmount},
-                                        {"firstDate", Form::kDate},
-                                        {"secondDate", Form::kDate},
-                                        {"longText", Form::kFreeText},
-                                        {"userName"},
-                                        {"userSign"},
-                                        {"archiveDate", Form::kDate},
-                                        {"archiveMark"},
-                                        {"partyCount", Form::kNumber},
-                                        {"currencyCode"}};
-
-const std::vector<Field> kAddressFields = {{"firstName"},
-                                           {"name"},
-                                           {"letterSalutation"},
-                                           {"title"},
-                                           {"nameAddition"},
-                                           {"freeText"},
-                                           {"shortField1"},
-                                           {"shortField2"},
-                                           {"shortField3"},
-                                           {"shortField4"},
-                                           {"shortField5"},
-                                           {"wideField"},
-                                           {"street"},
-                                           {"postalCode"},
-                                           {"place"},
-                                           {"secondPostalCode"},
-                                           {"secondPlace"},
-                                           {"addressAddition"},
-                                           {"nationality"},
-                                           {"bankName"},
-                                           {"bankCode"},
-                                           {"accountNumber"},
-                                           {"contactAddition"},
-                                           {"linkText"},
-                                           {"relationDesignation"}};
-
-const std::vector<Field> kReferenceFields = {{"addressNumber", Form::kNumber},
-                                             {"relationCode"},
-                                             {"always0", Form::kNumber},
-                                             {"linkNumber", Form::kNumberOrNone}};
-
-const std::vector<Field> kPartyListFields = {{"relationCode", Form::kRelationCode},
-                                             {"salutation"},
-                                             {"name"},
-                                             {"nameAddition"},
-                                             {"street", Form::kFilled},
-                                             {"place"},
-                                             {"addressNumber", Form::kNumber},
-                                             {"linkNumber", Form::kNumberOrNone},
-                                             {"partyRecordId", Form::kNumber}};
-
-constexpr std::string_view kDelivered = "-1: delivered";
-constexpr std::string_view kDone = "-1: done";
-
-std::vector<Export> MakeExports() {
-  using namespace qlx99;
-  return {
-      {"GetDocuRoot", {"length"}, {{"path"}}, "1: delivered", Calling(GetDocuRoot)},
-      {"GetProgramRoot",
-       {"length"},
-       {{"path"}},
-       "1: there is such a folder",
-       Calling(GetProgramRoot)},
-      {"UserInit", {}, {}, "number of users", Calling(UserInit)},
-      {"UserNext", {"index"}, kUserFields, kDelivered, Calling(UserNext)},
-      {"ZtkodoliInit", {}, {}, "number of follow-up kinds", Calling(ZtkodoliInit)},
-      {"ZtkodoliNext", {"index"}, kFollowUpKindFields, kDelivered, Calling(ZtkodoliNext)},
-      {"WVInit", {"caseNumber"}, {}, "number of follow-ups", Calling(WVInit)},
-      {"WVNext", {"caseNumber", "index"}, kFollowUpFields, kDelivered, Calling(WVNext)},
-      {"WVNew", Before("caseNumber", kFollowUpArguments), {}, kDone, Calling(WVNew)},
-      {"WVChange", Before("followUpId", kFollowUpArguments), {}, kDone, Calling(WVChange)},
-      {"WVDelete", {"followUpId"}, {}, kDone, Calling(WVDelete)},
-      {"SLesenDLL", {"caseNumber"}, kCaseFields, kDelivered, Calling(SLesenDLL)},
-      {"ALesenDLL",
-       {"caseNumber", "addressNumber", "linkNumber"},
-       kAddressFields,
-       kDelivered,
-       Calling(ALesenDLL)},
-      {"BLesenDLL",
-       {"role", "caseNumber", "spare", "noDialog"},
-       kReferenceFields,
-       kDelivered,
-       Calling(BLesenDLL)},
-      {"BListeInit", {"caseNumber"}, {}, "number of parties", Calling(BListeInit)},
-      {"BListeNext", {"caseNumber", "index"}, kPartyListFields, kDelivered, Calling(BListeNext)},
-      {"GetAdrFieldsMain",
-       {"first", "second", "third", "fourth"},
-       {},
-       kDone,
-       Calling(GetAdrFieldsMain)},
-      {"GetAdressTyp", {"first", "second"}, {}, kDone, Calling(GetAdressTyp)},
-      {"GetDokuNr", {"caseNumber"}, {}, "the next document number", Calling(GetDokuNr)},
-  };
+std::vector<Field> FieldsIn(const char* text) {
+  std::vector<Field> fields;
+  std::ranges::transform(WordsOf(text), std::back_inserter(fields), FieldIn);
+  return fields;
 }
 
 std::int32_t WholeNumber(const std::string& text) {
@@ -185,7 +83,10 @@ std::optional<std::string> CallArguments::Record() const {
 }
 
 std::span<const Export> Exports() {
-  static const std::vector<Export> exports = MakeExports();
+#define ROW(name, delegate, arguments, fields, result) \
+  Export{#name, WordsOf(arguments), FieldsIn(fields), result, Calling(qlx99::name)},
+  static const std::vector<Export> exports{QLX99_EXPORTS(ROW)};
+#undef ROW
   return exports;
 }
 
@@ -193,7 +94,7 @@ std::string ExportList() {
   std::string list;
   for (const Export& one : Exports()) {
     list.append("\n  ").append(one.name);
-    for (const std::string_view argument : one.arguments) list.append(" ").append(argument);
+    for (const std::string& argument : one.arguments) list.append(" ").append(argument);
   }
   return list;
 }

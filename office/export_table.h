@@ -1,5 +1,4 @@
-// The library's exports as data: what each takes and what the fields of its record mean. Whatever
-// the tool knows about calling the library stands here.
+// The library's list of exports as data, and calls of any of them with texts.
 #pragma once
 
 #include <array>
@@ -49,19 +48,19 @@ enum class Form : std::uint8_t {
 };
 
 struct Field {
-  std::string_view name;
+  std::string name;
   Form form = Form::kText;
 };
 
 struct Export {
   std::string_view name;
-  std::vector<std::string_view> arguments;  // without the buffer
-  std::vector<Field> fields;                // of the record; none: there is no buffer
-  std::string_view meaning;                 // of what it answers
+  std::vector<std::string> arguments;  // without the buffer
+  std::vector<Field> fields;           // of the record; none: there is no buffer
+  std::string_view meaning;            // of its result
   std::function<std::int32_t(CallArguments&)> function;
 };
 
-// Every export that a macro can call, in the order of exports.h.
+// Every export that a macro can call, in the order of their list.
 std::span<const Export> Exports();
 
 // A line for each, with its arguments, behind a line break.

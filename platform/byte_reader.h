@@ -1,3 +1,4 @@
+// Numbers and texts of a resource, taken off one after another.
 #pragma once
 
 #include <cstddef>
@@ -13,8 +14,10 @@ class ByteReader {
  public:
   explicit ByteReader(std::span<const std::byte> bytes) : bytes_(bytes) {}
 
+  // Fails for good, too, when what was read is not as it must be.
+  void Expect(bool sound) { ok_ = ok_ && sound; }
+
   bool Ok() const { return ok_; }
-  std::size_t Position() const { return position_; }
   std::size_t Left() const { return bytes_.size() - position_; }
 
   std::span<const std::byte> Take(std::size_t length) {

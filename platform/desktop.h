@@ -1,3 +1,4 @@
+// The windows of this process, and the queues of their messages.
 #pragma once
 
 #include <condition_variable>

@@ -1,9 +1,9 @@
 #include "platform/dialog.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "platform/desktop.h"
+#include "platform/recoding.h"
 #include "platform/unsupported.h"
 
 namespace platform {
@@ -16,15 +16,25 @@ std::vector<Dialog*>& Existing() {
   return existing;
 }
 
+ControlKind KindOf(const std::u16string& windowClass) {
+  if (windowClass == u"BUTTON") return ControlKind::kButton;
+  if (windowClass == u"EDIT") return ControlKind::kEdit;
+  if (windowClass == u"LISTBOX") return ControlKind::kListBox;
+  return ControlKind::kStatic;
+}
+
 bool CanBeUsed(const Control* control, ControlKind kind) {
-  return control != nullptr && control->kind == kind && control->IsVisible() &&
-         (control->style & WS_DISABLED) == 0;
+  return control != nullptr && control->kind == kind && control->IsVisible();
 }
 
 }  // namespace
 
-Dialog::Dialog(DialogTemplate form, DLGPROC procedure)
-    : form_(std::move(form)), procedure_(procedure) {
+Dialog::Dialog(const DialogTemplate& form, DLGPROC procedure)
+    : title_(AnsiText(form.title.c_str())), procedure_(procedure) {
+  for (const ControlTemplate& control : form.controls) {
+    controls_.push_back({control.id, KindOf(control.windowClass), AnsiText(control.text.c_str()),
+                         control.style, ListBox(control.style)});
+  }
   Existing().push_back(this);
 }
 
@@ -45,12 +55,11 @@ void Dialog::End(INT_PTR result) {
   result_ = result;
 }
 
-void Dialog::SetTitle(const std::string& title) { form_.title = title; }
+void Dialog::SetTitle(const std::string& title) { title_ = title; }
 
 Control* Dialog::FindControl(int id) {
-  const auto found = std::find_if(form_.controls.begin(), form_.controls.end(),
-                                  [id](const Control& control) { return control.id == id; });
-  return found == form_.controls.end() ? nullptr : &*found;
+  const auto found = std::ranges::find(controls_, id, &Control::id);
+  return found == controls_.end() ? nullptr : &*found;
 }
 
 void Dialog::Notify(int id, WORD code) {
@@ -94,10 +103,8 @@ void Dialog::Cancel() {
 }
 
 Dialog* DialogOf(HWND window) {
-  const std::vector<Dialog*>& existing = Existing();
-  const auto found = std::find_if(existing.begin(), existing.end(),
-                                  [window](Dialog* dialog) { return dialog->Handle() == window; });
-  return found == existing.end() ? nullptr : *found;
+  const auto found = std::ranges::find(Existing(), window, &Dialog::Handle);
+  return found == Existing().end() ? nullptr : *found;
 }
 
 }  // namespace platform

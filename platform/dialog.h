@@ -1,3 +1,4 @@
+// A dialog box while it is open: what its procedure and the person before it do to it.
 #pragma once
 
 #include <string>
@@ -12,7 +13,7 @@ namespace platform {
 // A modal dialog from its template to EndDialog. While it exists, its handle is known to DialogOf.
 class Dialog final : public DialogView {
  public:
-  Dialog(DialogTemplate form, DLGPROC procedure);
+  Dialog(const DialogTemplate& form, DLGPROC procedure);
   ~Dialog() override;
   Dialog(const Dialog&) = delete;
   Dialog& operator=(const Dialog&) = delete;
@@ -28,8 +29,8 @@ class Dialog final : public DialogView {
   // Null when the dialog has no control of that id.
   Control* FindControl(int id);
 
-  const std::string& Title() const override { return form_.title; }
-  const std::vector<Control>& Controls() const override { return form_.controls; }
+  const std::string& Title() const override { return title_; }
+  const std::vector<Control>& Controls() const override { return controls_; }
   bool IsOpen() const override { return !ended_; }
   bool Select(int listId, int index) override;
   bool DoubleClick(int listId, int index) override;
@@ -41,7 +42,8 @@ class Dialog final : public DialogView {
   bool Click(int listId, int index);
   void Notify(int id, WORD code);
 
-  DialogTemplate form_;
+  std::string title_;
+  std::vector<Control> controls_;
   DLGPROC procedure_;
   bool ended_ = false;
   INT_PTR result_ = 0;

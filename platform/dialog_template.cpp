@@ -1,96 +1,37 @@
 #include "platform/dialog_template.h"
 
-#include <array>
+#include <iterator>
 #include <utility>
 
 #include "platform/byte_reader.h"
-#include "platform/recoding.h"
 
 namespace platform {
 
 namespace {
 
-constexpr WORD kNumberMark = 0xFFFF;
-
-// A text, or in its place the number of a resource or of a class.
-struct TextOrNumber {
-  std::string text;
-  WORD number = 0;
-};
-
-TextOrNumber TakeTextOrNumber(ByteReader& reader) {
-  const WORD first = reader.U16();
-  if (first == 0) return {};
-  if (first == kNumberMark) return {"", reader.U16()};
-  const std::u16string wide = static_cast<char16_t>(first) + reader.WideText();
-  return {FromUtf16(Encoding::kAnsi, wide, "?").text, 0};
-}
-
-struct ControlClass {
-  WORD number;
-  const char* name;
-  ControlKind kind;
-};
-
-constexpr std::array kClasses{ControlClass{0x80, "BUTTON", ControlKind::kButton},
-                              ControlClass{0x81, "EDIT", ControlKind::kEdit},
-                              ControlClass{0x82, "STATIC", ControlKind::kStatic},
-                              ControlClass{0x83, "LISTBOX", ControlKind::kListBox}};
-
-std::optional<ControlKind> KindOf(TextOrNumber controlClass) {
-  CharUpperBuffA(controlClass.text.data(), static_cast<DWORD>(controlClass.text.size()));
-  for (const ControlClass& known : kClasses) {
-    if (controlClass.number == known.number || controlClass.text == known.name) return known.kind;
-  }
-  return std::nullopt;
-}
-
 Place TakePlace(ByteReader& reader) {
-  // One after another: an initializer list is evaluated in order.
+  // In braces, so that the numbers are taken in their order.
   return Place{reader.I16(), reader.I16(), reader.I16(), reader.I16()};
 }
 
-// Style and extended style stand in different orders in the two forms.
-DWORD TakeStyle(ByteReader& reader, bool extended) {
-  if (extended) {
-    reader.U32();  // help id
-    reader.U32();  // extended style
-    return reader.U32();
-  }
-  const DWORD style = reader.U32();
-  reader.U32();  // extended style
-  return style;
+// A text, or in its place the number of a control's class.
+std::u16string TakeText(ByteReader& reader) {
+  constexpr WORD kNumberMark = 0xFFFF;
+  constexpr WORD kFirstClass = 0x80;
+  constexpr const char16_t* kClasses[] = {u"BUTTON", u"EDIT", u"STATIC", u"LISTBOX"};
+  const WORD first = reader.U16();
+  if (first == kNumberMark) return kClasses[(reader.U16() - kFirstClass) % std::size(kClasses)];
+  return first == 0 ? u"" : static_cast<char16_t>(first) + reader.WideText();
 }
 
-void SkipFont(ByteReader& reader, bool extended) {
-  reader.Take(extended ? 6 : 2);  // size; and weight, italic, character set
-  reader.WideText();
-}
-
-// Data for the control's creation, whose length counts the length itself in the plain form only.
-void SkipCreationData(ByteReader& reader, bool extended) {
-  const WORD length = reader.U16();
-  const WORD counted = extended ? 0 : sizeof length;
-  reader.Take(length > counted ? length - counted : 0);
-}
-
-std::optional<Control> TakeControl(ByteReader& reader, bool extended) {
+ControlTemplate TakeControl(ByteReader& reader) {
   reader.Align();
-  const DWORD style = TakeStyle(reader, extended);
-  const Place place = TakePlace(reader);
-  const int id = extended ? static_cast<int>(reader.U32()) : reader.U16();
-  const std::optional<ControlKind> kind = KindOf(TakeTextOrNumber(reader));
-  std::string text = TakeTextOrNumber(reader).text;
-  SkipCreationData(reader, extended);
-  if (!reader.Ok() || !kind) return std::nullopt;
-  return Control{id, *kind, std::move(text), style, place, ListBox(style)};
-}
-
-bool TakeIsExtended(ByteReader& reader, std::span<const std::byte> bytes) {
-  ByteReader beginning(bytes);
-  const bool extended = beginning.U16() == 1 && beginning.U16() == kNumberMark;
-  reader.Take(extended ? beginning.Position() : 0);
-  return extended;
+  const DWORD style = reader.U32();
+  reader.Expect(reader.U32() == 0);  // extended style
+  ControlTemplate control{style, TakePlace(reader), reader.U16(), TakeText(reader),
+                          TakeText(reader)};
+  reader.Expect(reader.U16() == 0);  // length of its data
+  return control;
 }
 
 }  // namespace
@@ -98,19 +39,17 @@ bool TakeIsExtended(ByteReader& reader, std::span<const std::byte> bytes) {
 std::optional<DialogTemplate> ParseDialogTemplate(std::span<const std::byte> bytes) {
   constexpr DWORD kHasFont = 0x40;  // DS_SETFONT
   ByteReader reader(bytes);
-  const bool extended = TakeIsExtended(reader, bytes);
-  DialogTemplate dialog;
-  dialog.style = TakeStyle(reader, extended);
+  DialogTemplate dialog{};
+  dialog.style = reader.U32();
+  reader.Expect((dialog.style & kHasFont) != 0 && reader.U32() == 0);
   const WORD controlCount = reader.U16();
   dialog.place = TakePlace(reader);
-  TakeTextOrNumber(reader);  // menu
-  TakeTextOrNumber(reader);  // window class
-  dialog.title = TakeTextOrNumber(reader).text;
-  if ((dialog.style & kHasFont) != 0) SkipFont(reader, extended);
-  for (WORD i = 0; i < controlCount; ++i) {
-    std::optional<Control> control = TakeControl(reader, extended);
-    if (!control) return std::nullopt;
-    dialog.controls.push_back(*std::move(control));
+  reader.Expect(TakeText(reader).empty() && TakeText(reader).empty());  // menu, class
+  dialog.title = TakeText(reader);
+  dialog.fontSize = reader.U16();
+  dialog.font = reader.WideText();
+  for (WORD i = 0; reader.Ok() && i < controlCount; ++i) {
+    dialog.controls.push_back(TakeControl(reader));
   }
   return reader.Ok() ? std::optional(std::move(dialog)) : std::nullopt;
 }

@@ -33,10 +33,7 @@ LONG Scaled(LONG units, int pixels, int unitsPerPixels) {
 HGDIOBJ platform::DialogFont() { return &dialogFont; }
 
 BOOL WINAPI MapDialogRect(HWND dialog, RECT* rect) {
-  if (platform::DialogOf(dialog) == nullptr) {
-    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
-    return FALSE;
-  }
+  if (platform::DialogOf(dialog) == nullptr) return FALSE;
   for (LONG* x : {&rect->left, &rect->right}) *x = Scaled(*x, kCharacterWidth, kUnitsPerWidth);
   for (LONG* y : {&rect->top, &rect->bottom}) *y = Scaled(*y, kCharacterHeight, kUnitsPerHeight);
   return TRUE;
@@ -51,13 +48,12 @@ HDC WINAPI GetDC(HWND window) {
 }
 
 int WINAPI ReleaseDC(HWND window, HDC context) {
-  if (context == nullptr || context->window != window) return 0;
+  if (context->window != window) return 0;
   const std::unique_ptr<HDC__> released(context);
   return 1;
 }
 
 HGDIOBJ WINAPI SelectObject(HDC context, HGDIOBJ object) {
-  if (context == nullptr || object == nullptr) return nullptr;
   if (object != &systemFont && object != &dialogFont) {
     platform::Unsupported("SelectObject", "anything but a font of this layer");
   }
@@ -66,7 +62,6 @@ HGDIOBJ WINAPI SelectObject(HDC context, HGDIOBJ object) {
 
 DWORD WINAPI GetTabbedTextExtentW(HDC context, LPCWSTR text, int length, int tabStopCount,
                                   const int* tabStops) {
-  if (context == nullptr) return 0;
   if (context->font != &dialogFont || tabStopCount != 1 || *tabStops <= 0) {
     platform::Unsupported("GetTabbedTextExtentW", "another font, or other tab stops than one");
   }

@@ -1,3 +1,4 @@
+// The one font that dialogs have here.
 #pragma once
 
 #include "platform/windows_api.h"

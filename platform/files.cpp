@@ -1,7 +1,7 @@
+// Paths: whether there is one, and which folder is the current one.
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <filesystem>
 #include <string>
 
@@ -19,19 +19,10 @@ std::string NativePath(const char* path) {
 }  // namespace
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the C runtime's own name
-int _access(const char* path, int mode) {
-  constexpr int kReadAndWrite = 6;  // the two bits mean the same on both systems
-  if (path == nullptr || (mode & ~kReadAndWrite) != 0) {
-    errno = EINVAL;
-    return -1;
-  }
-  return access(NativePath(path).c_str(), mode);
-}
+int _access(const char* path, int mode) { return access(NativePath(path).c_str(), mode); }
 
 BOOL WINAPI SetCurrentDirectoryA(LPCSTR path) {
-  if (path != nullptr && chdir(NativePath(path).c_str()) == 0) return TRUE;
-  SetLastError(ERROR_FILE_NOT_FOUND);
-  return FALSE;
+  return chdir(NativePath(path).c_str()) == 0 ? TRUE : FALSE;
 }
 
 BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path) {

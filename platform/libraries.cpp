@@ -175,7 +175,7 @@ HMODULE platform::ModuleAt(const void* address) {
 
 HMODULE WINAPI LoadLibraryA(LPCSTR fileName) {
   if (fileName == nullptr || *fileName == '\0') {
-    return Fail<HMODULE>(ERROR_INVALID_PARAMETER, nullptr);
+    return Fail<HMODULE>(ERROR_MOD_NOT_FOUND, nullptr);
   }
   const std::string path = Locate(LibraryFile(fileName));
   void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);

@@ -1,3 +1,4 @@
+// Which library an address belongs to.
 #pragma once
 
 #include "platform/windows_api.h"

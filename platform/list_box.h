@@ -1,3 +1,4 @@
+// A list box of a dialog: its lines and what is selected.
 #pragma once
 
 #include <optional>
@@ -11,19 +12,23 @@ namespace platform {
 // The lines of a list box and what its messages did to them.
 class ListBox {
  public:
-  // `style`: the control's, of which LBS_SORT and LBS_USETABSTOPS count.
+  // `style`: the control's, of which LBS_USETABSTOPS counts.
   explicit ListBox(DWORD style) : style_(style) {}
 
-  // Windows' answer to an LB_ message; nothing for a message that this layer does not know.
+  // Returns the new line's index.
+  int Add(std::string line);
+
+  // Windows' answer to an LB_ message without a text; nothing for a message that this layer does
+  // not know.
   std::optional<LRESULT> Receive(UINT message, WPARAM wordParam, LPARAM longParam);
 
   int Count() const { return static_cast<int>(lines_.size()); }
   const std::string& Line(int index) const {
     return lines_.at(static_cast<std::size_t>(index)).text;
   }
-  int Selected() const { return selected_; }                      // -1: no line
-  const std::vector<int>& TabStops() const { return tabStops_; }  // in dialog units
-  int HorizontalExtent() const { return horizontalExtent_; }      // in pixels
+  int Selected() const { return selected_; }                  // -1: no line
+  int TabStop() const { return tabStop_; }                    // in dialog units; 0: none is set
+  int HorizontalExtent() const { return horizontalExtent_; }  // in pixels
 
   // False, and nothing changes, when there is no such line; -1 takes the selection away.
   bool Select(int index);
@@ -35,14 +40,12 @@ class ListBox {
   };
 
   Entry* EntryAt(WPARAM index);
-  LRESULT Add(const char* text);
-  LRESULT CopyText(const Entry* entry, LPARAM buffer) const;
   LRESULT SetTabStops(WPARAM count, LPARAM stops);
 
   DWORD style_;
   std::vector<Entry> lines_;
   int selected_ = -1;
-  std::vector<int> tabStops_;
+  int tabStop_ = 0;
   int horizontalExtent_ = 0;
 };
 

@@ -24,10 +24,7 @@ using Lock = std::unique_lock<std::mutex>;
 // The window's answer, or 0 when it is gone. The lock is open while the window's procedure runs.
 LRESULT CallWindow(Lock& lock, const MSG& message) {
   const platform::Window* window = TheDesktop().Find(message.hwnd);
-  if (window == nullptr) {
-    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
-    return 0;
-  }
+  if (window == nullptr) return 0;
   const WNDPROC procedure = window->procedure;
   lock.unlock();
   const LRESULT answer = procedure(message.hwnd, message.message, message.wParam, message.lParam);
@@ -80,15 +77,10 @@ bool HasMessages(const MessageQueue& queue) {
 
 UINT WINAPI RegisterWindowMessageA(LPCSTR name) {
   constexpr UINT kFirst = 0xC000;
-  constexpr UINT kLast = 0xFFFF;
   static auto& numbers = *new std::map<std::string, UINT>;
   const std::string key = platform::UpperCase(name);
   const std::lock_guard lock(TheDesktop().mutex);
   const UINT next = kFirst + static_cast<UINT>(numbers.size());
-  if (key.empty() || next > kLast) {
-    SetLastError(ERROR_INVALID_PARAMETER);
-    return 0;
-  }
   return numbers.try_emplace(key, next).first->second;
 }
 
@@ -103,10 +95,7 @@ LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wordParam, LPARAM 
 BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
   const Lock lock(TheDesktop().mutex);
   const platform::Window* to = TheDesktop().Find(window);
-  if (to == nullptr && window != nullptr) {
-    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
-    return FALSE;
-  }
+  if (to == nullptr && window != nullptr) return FALSE;
   MessageQueue& queue = to == nullptr ? *QueueOfThisThread() : *to->queue;
   queue.posted.push_back({window, message, wordParam, longParam});
   TheDesktop().changed.notify_all();
@@ -151,12 +140,9 @@ LRESULT WINAPI CallNextHookEx(HHOOK /*hook*/, int /*code*/, WPARAM /*wordParam*/
 
 BOOL WINAPI UnhookWindowsHookEx(HHOOK hook) {
   MessageQueue& queue = *QueueOfThisThread();
-  if (hook != reinterpret_cast<HHOOK>(&queue) || queue.hook == nullptr) {
-    SetLastError(ERROR_INVALID_HOOK_HANDLE);
-    return FALSE;
-  }
-  queue.hook = nullptr;
-  return TRUE;
+  const bool isThere = hook == reinterpret_cast<HHOOK>(&queue) && queue.hook != nullptr;
+  if (isThere) queue.hook = nullptr;
+  return isThere ? TRUE : FALSE;
 }
 
 // There is no keyboard to translate.

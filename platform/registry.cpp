@@ -12,7 +12,6 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -26,15 +25,10 @@ namespace {
 using platform::RegistryFile;
 using platform::RegistryValue;
 
-struct OpenKey {
-  std::string path;
-  REGSAM access;
-};
-
 struct OpenKeys {
   std::mutex mutex;
   std::uintptr_t lastNumber = 0;
-  std::map<HKEY, OpenKey> byHandle;
+  std::map<HKEY, std::string> paths;
 };
 
 // Never destroyed: libraries may still close keys while the process ends.
@@ -45,19 +39,20 @@ OpenKeys& Keys() {
 
 constexpr LSTATUS Status(DWORD error) { return static_cast<LSTATUS>(error); }
 
-std::optional<OpenKey> Look(HKEY key) {
-  if (key == HKEY_LOCAL_MACHINE) return OpenKey{"HKEY_LOCAL_MACHINE", KEY_READ | KEY_WRITE};
+std::string PathOf(HKEY key) {
+  if (key == HKEY_LOCAL_MACHINE) return "HKEY_LOCAL_MACHINE";
   OpenKeys& keys = Keys();
   const std::lock_guard lock(keys.mutex);
-  const auto found = keys.byHandle.find(key);
-  return found == keys.byHandle.end() ? std::nullopt : std::optional(found->second);
+  const auto found = keys.paths.find(key);
+  if (found == keys.paths.end()) platform::Unsupported("the registry", "a key that is not open");
+  return found->second;
 }
 
-HKEY NewHandle(OpenKey key) {
+HKEY NewHandle(std::string path) {
   OpenKeys& keys = Keys();
   const std::lock_guard lock(keys.mutex);
   auto* handle = reinterpret_cast<HKEY>(keys.lastNumber += 4);
-  keys.byHandle.emplace(handle, std::move(key));
+  keys.paths.emplace(handle, std::move(path));
   return handle;
 }
 
@@ -169,82 +164,55 @@ LSTATUS Deliver(const RegistryValue& value, DWORD* type, BYTE* data, DWORD* size
 
 }  // namespace
 
-LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD /*options*/, REGSAM access,
+LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD /*options*/, REGSAM /*access*/,
                              HKEY* result) {
-  if (result == nullptr) return Status(ERROR_INVALID_PARAMETER);
-  const std::optional<OpenKey> parent = Look(key);
-  if (!parent) return Status(ERROR_INVALID_HANDLE);
-  const std::string path = Below(parent->path, subKey);
-  if (path != "HKEY_LOCAL_MACHINE" && !Read()->Has(path)) {
-    *result = nullptr;
-    return Status(ERROR_FILE_NOT_FOUND);
-  }
-  *result = NewHandle({path, access});
-  return ERROR_SUCCESS;
+  const std::string path = Below(PathOf(key), subKey);
+  const bool isThere = Read()->Has(path);
+  *result = isThere ? NewHandle(path) : nullptr;
+  return isThere ? ERROR_SUCCESS : Status(ERROR_FILE_NOT_FOUND);
 }
 
 // NOLINTNEXTLINE(readability-non-const-parameter): `reserved` has Windows' type
-LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* reserved, DWORD* type,
+LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* /*reserved*/, DWORD* type,
                                 BYTE* data, DWORD* size) {
-  if (reserved != nullptr || (data != nullptr && size == nullptr)) {
-    return Status(ERROR_INVALID_PARAMETER);
-  }
-  const std::optional<OpenKey> open = Look(key);
-  if (!open) return Status(ERROR_INVALID_HANDLE);
-  if ((open->access & KEY_QUERY_VALUE) == 0) return Status(ERROR_ACCESS_DENIED);
   const std::shared_ptr<const RegistryFile> registry = Read();
-  const RegistryValue* value = registry->Find(open->path, Text(valueName));
+  const RegistryValue* value = registry->Find(PathOf(key), Text(valueName));
   return value == nullptr ? Status(ERROR_FILE_NOT_FOUND) : Deliver(*value, type, data, size);
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): `disposition` has Windows' type
 LSTATUS WINAPI RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD /*reserved*/, LPSTR /*keyClass*/,
-                               DWORD options, REGSAM access, void* security, HKEY* result,
+                               DWORD options, REGSAM /*access*/, void* security, HKEY* result,
                                DWORD* disposition) {
-  if (options != REG_OPTION_NON_VOLATILE || security != nullptr) {
-    platform::Unsupported("RegCreateKeyExA", "a key with options or a security descriptor");
+  if (options != REG_OPTION_NON_VOLATILE || security != nullptr || disposition != nullptr) {
+    platform::Unsupported("RegCreateKeyExA", "anything but a plain key");
   }
-  if (subKey == nullptr || result == nullptr) return Status(ERROR_INVALID_PARAMETER);
-  const std::optional<OpenKey> parent = Look(key);
-  if (!parent) return Status(ERROR_INVALID_HANDLE);
-  const std::string path = Below(parent->path, subKey);
+  const std::string path = Below(PathOf(key), subKey);
   RegistryFile registry = *Read();
-  const bool present = registry.Has(path);
-  if (!present) {
+  if (!registry.Has(path)) {
     registry.CreateKey(path);
     if (const LSTATUS status = Write(registry); status != ERROR_SUCCESS) return status;
   }
-  if (disposition != nullptr) {
-    *disposition = present ? REG_OPENED_EXISTING_KEY : REG_CREATED_NEW_KEY;
-  }
-  *result = NewHandle({path, access});
+  *result = NewHandle(path);
   return ERROR_SUCCESS;
 }
 
 LSTATUS WINAPI RegSetValueExA(HKEY key, LPCSTR valueName, DWORD /*reserved*/, DWORD type,
                               const BYTE* data, DWORD size) {
-  const std::optional<OpenKey> open = Look(key);
-  if (!open) return Status(ERROR_INVALID_HANDLE);
-  if ((open->access & KEY_SET_VALUE) == 0) return Status(ERROR_ACCESS_DENIED);
-  if (data == nullptr && size != 0) return Status(ERROR_INVALID_PARAMETER);
-  std::string bytes;
-  if (size != 0) bytes.assign(reinterpret_cast<const char*>(data), size);
   RegistryFile registry = *Read();
-  registry.Set(open->path, {Text(valueName), type, bytes});
+  registry.Set(PathOf(key), {Text(valueName), type, std::string(data, data + size)});
   return Write(registry);
 }
 
 LSTATUS WINAPI RegDeleteValueA(HKEY key, LPCSTR valueName) {
-  const std::optional<OpenKey> open = Look(key);
-  if (!open) return Status(ERROR_INVALID_HANDLE);
-  if ((open->access & KEY_SET_VALUE) == 0) return Status(ERROR_ACCESS_DENIED);
   RegistryFile registry = *Read();
-  if (!registry.Remove(open->path, Text(valueName))) return Status(ERROR_FILE_NOT_FOUND);
+  if (!registry.Remove(PathOf(key), Text(valueName))) return Status(ERROR_FILE_NOT_FOUND);
   return Write(registry);
 }
 
 LSTATUS WINAPI RegCloseKey(HKEY key) {
-  if (key == HKEY_LOCAL_MACHINE) return ERROR_SUCCESS;
   OpenKeys& keys = Keys();
   const std::lock_guard lock(keys.mutex);
-  return keys.byHandle.erase(key) == 1 ? ERROR_SUCCESS : Status(ERROR_INVALID_HANDLE);
+  keys.paths.erase(key);
+  return ERROR_SUCCESS;
 }

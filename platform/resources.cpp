@@ -1,6 +1,5 @@
 #include "platform/resources.h"
 
-#include <algorithm>
 #include <mutex>
 #include <optional>
 #include <vector>
@@ -37,23 +36,22 @@ std::optional<WORD> TakeNumber(ByteReader& reader) {
   return std::nullopt;
 }
 
-}  // namespace
-
 ResourceBytes FindResourceIn(ResourceBytes script, WORD type, WORD id) {
   ByteReader reader(script);
   while (reader.Ok() && reader.Left() > 0) {
     const DWORD dataSize = reader.U32();
     const DWORD headerSize = reader.U32();
-    constexpr DWORD kSizes = 2 * sizeof(DWORD);
-    ByteReader header(reader.Take(std::max(headerSize, kSizes) - kSizes));
+    ByteReader header(reader.Take(headerSize - 2 * sizeof(DWORD)));
     const ResourceBytes data = reader.Take(dataSize);
     reader.Align();
     const std::optional<WORD> foundType = TakeNumber(header);
     const std::optional<WORD> foundId = TakeNumber(header);
-    if (reader.Ok() && header.Ok() && foundType == type && foundId == id) return data;
+    if (foundType == type && foundId == id) return data;
   }
   return {};
 }
+
+}  // namespace
 
 ResourceBytes FindResourceOf(HMODULE module, WORD type, WORD id) {
   AllEmbedded& all = All();

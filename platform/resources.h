@@ -10,11 +10,8 @@ namespace platform {
 
 using ResourceBytes = std::span<const std::byte>;
 
-// The resource of this type and id in a compiled resource script; empty when there is none. Broken
-// entries and all behind them are passed over.
-ResourceBytes FindResourceIn(ResourceBytes script, WORD type, WORD id);
-
-// The same, in the scripts that `module` has embedded.
+// The resource of this type and id in the scripts that `module` has embedded; empty when there is
+// none.
 ResourceBytes FindResourceOf(HMODULE module, WORD type, WORD id);
 
 // Belongs to a module as long as it is mapped; see embedded_resources.cpp.in.

@@ -19,20 +19,11 @@ struct MessageBoxView {
 
 enum class ControlKind { kButton, kEdit, kStatic, kListBox };
 
-// In dialog units, from the dialog's upper left corner.
-struct Place {
-  int x;
-  int y;
-  int width;
-  int height;
-};
-
 struct Control {
   int id;
   ControlKind kind;
   std::string text;
   DWORD style;
-  Place place;
   ListBox list;  // without lines unless this is a list box
 
   bool IsVisible() const { return (style & WS_VISIBLE) != 0; }

@@ -26,30 +26,20 @@ std::string Shown(std::string text) {
   return FromUtf16(Encoding::kUtf8, wide, "?").text;
 }
 
-// The column that a tab leads to. A single stop stands for all its multiples, as in a list box.
-std::size_t NextColumn(const std::vector<int>& stops, std::size_t column) {
-  constexpr std::size_t kUnitsPerCharacter =
-      4;  // a dialog unit is a quarter of a character's width
-  constexpr std::size_t kUsualStop = 8;
-  if (stops.size() <= 1) {
-    const std::size_t units =
-        stops.empty() ? 0 : static_cast<std::size_t>(std::max(stops.front(), 0));
-    const std::size_t step =
-        std::max<std::size_t>(units / kUnitsPerCharacter, stops.empty() ? kUsualStop : 1);
-    return (column / step + 1) * step;
-  }
-  for (const int stop : stops) {
-    const std::size_t stopColumn = static_cast<std::size_t>(std::max(stop, 0)) / kUnitsPerCharacter;
-    if (stopColumn > column) return stopColumn;
-  }
-  return column + 1;
+// The column that a tab leads to: the next multiple of the list's tab stop.
+std::size_t NextColumn(int tabStop, std::size_t column) {
+  constexpr int kUnitsPerCharacter = 4;  // a dialog unit is a quarter of a character's width
+  constexpr int kUsualStop = 8;
+  const auto step =
+      static_cast<std::size_t>(tabStop > 0 ? tabStop / kUnitsPerCharacter : kUsualStop);
+  return (column / step + 1) * step;
 }
 
-std::string WithColumns(const std::string& line, const std::vector<int>& stops) {
+std::string WithColumns(const std::string& line, int tabStop) {
   std::string columns;
   for (const char c : line) {
     if (c == '\t') {
-      columns.resize(NextColumn(stops, columns.size()), ' ');
+      columns.resize(NextColumn(tabStop, columns.size()), ' ');
     } else {
       columns += c;
     }
@@ -83,7 +73,7 @@ void PrintTexts(std::ostream& out, const DialogView& dialog) {
 void PrintLines(std::ostream& out, const ListBox& list) {
   for (int index = 0; index < list.Count(); ++index) {
     out << (index == list.Selected() ? "> " : "  ") << index + 1 << "  "
-        << Shown(WithColumns(list.Line(index), list.TabStops())) << '\n';
+        << Shown(WithColumns(list.Line(index), list.TabStop())) << '\n';
   }
 }
 

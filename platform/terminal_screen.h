@@ -1,3 +1,4 @@
+// The screen of a person at a terminal.
 #pragma once
 
 #include <iosfwd>

@@ -1,6 +1,5 @@
 // Code pages. All conversions go by way of UTF-16, as on Windows.
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,14 +10,9 @@
 namespace {
 
 using platform::Encoding;
+using platform::Unsupported;
 
-int Fail(DWORD error) {
-  SetLastError(error);
-  return 0;
-}
-
-// Nothing for a code page that this layer does not know.
-std::optional<Encoding> EncodingOf(UINT codePage) {
+Encoding EncodingOf(UINT codePage) {
   switch (codePage) {
     case CP_UTF8:
       return Encoding::kUtf8;
@@ -27,19 +21,11 @@ std::optional<Encoding> EncodingOf(UINT codePage) {
     case 850:
       return Encoding::kOem;
     default:
-      return std::nullopt;
+      Unsupported("code pages", std::to_string(codePage));
   }
 }
 
-// The arguments that both conversions share. A length of -1 means up to and including the
-// terminator.
-template <class Source, class Destination>
-bool AreSound(const Source* source, int sourceLength, const Destination* destination,
-              int destinationLength) {
-  return source != nullptr && sourceLength != 0 && sourceLength >= -1 && destinationLength >= 0 &&
-         (destination != nullptr || destinationLength == 0);
-}
-
+// A length of -1 means up to and including the terminator.
 template <class Char>
 std::basic_string_view<Char> Input(const Char* source, int length) {
   const std::size_t size =
@@ -52,7 +38,7 @@ template <class Char>
 int Deliver(const std::basic_string<Char>& result, Char* destination, int room) {
   const int length = static_cast<int>(result.size());
   if (room == 0) return length;
-  if (room < length) return Fail(ERROR_INSUFFICIENT_BUFFER);
+  if (room < length) return 0;
   std::copy(result.begin(), result.end(), destination);
   return length;
 }
@@ -76,38 +62,25 @@ constexpr unsigned char UpperInAnsi(unsigned char c) {
 
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR source, int sourceLength,
                                LPWSTR destination, int destinationLength) {
-  const std::optional<Encoding> encoding = EncodingOf(codePage);
-  if (!encoding || !AreSound(source, sourceLength, destination, destinationLength)) {
-    return Fail(ERROR_INVALID_PARAMETER);
-  }
-  if ((flags & ~MB_ERR_INVALID_CHARS) != 0) return Fail(ERROR_INVALID_FLAGS);
-  const platform::WideText wide = platform::ToUtf16(*encoding, Input(source, sourceLength));
-  if (wide.broken && flags == MB_ERR_INVALID_CHARS) return Fail(ERROR_NO_UNICODE_TRANSLATION);
+  if (sourceLength == 0) return 0;
+  const platform::WideText wide =
+      platform::ToUtf16(EncodingOf(codePage), Input(source, sourceLength));
+  if (wide.broken && flags == MB_ERR_INVALID_CHARS) return 0;
   return Deliver(wide.text, destination, destinationLength);
 }
 
 int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR source, int sourceLength,
                                LPSTR destination, int destinationLength, LPCSTR defaultChar,
                                BOOL* usedDefaultChar) {
-  const std::optional<Encoding> encoding = EncodingOf(codePage);
-  const bool toUtf8 = encoding == Encoding::kUtf8;
-  if (!encoding || !AreSound(source, sourceLength, destination, destinationLength) ||
-      (toUtf8 && (defaultChar != nullptr || usedDefaultChar != nullptr))) {
-    return Fail(ERROR_INVALID_PARAMETER);
+  const bool toUtf8 = codePage == CP_UTF8;
+  if (flags != (toUtf8 ? 0 : WC_NO_BEST_FIT_CHARS)) {
+    Unsupported("WideCharToMultiByte", "a conversion to lookalikes (without WC_NO_BEST_FIT_CHARS)");
   }
-  if ((flags & ~(toUtf8 ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS)) != 0) {
-    return Fail(ERROR_INVALID_FLAGS);
-  }
-  if (!toUtf8 && flags != WC_NO_BEST_FIT_CHARS) {
-    platform::Unsupported("WideCharToMultiByte",
-                          "a conversion to lookalikes (without WC_NO_BEST_FIT_CHARS)");
-  }
-  const char* substitute = toUtf8 ? "\xEF\xBF\xBD" : "?";
-  const platform::NarrowText narrow = platform::FromUtf16(
-      *encoding, Input(source, sourceLength), defaultChar != nullptr ? defaultChar : substitute);
-  if (narrow.substituted && flags == WC_ERR_INVALID_CHARS) {
-    return Fail(ERROR_NO_UNICODE_TRANSLATION);
-  }
+  if (sourceLength == 0) return 0;
+  const char* const substitute = toUtf8 ? "\xEF\xBF\xBD" : "?";
+  const platform::NarrowText narrow =
+      platform::FromUtf16(EncodingOf(codePage), Input(source, sourceLength),
+                          defaultChar != nullptr ? defaultChar : substitute);
   if (usedDefaultChar != nullptr) *usedDefaultChar = narrow.substituted ? TRUE : FALSE;
   return Deliver(narrow.text, destination, destinationLength);
 }

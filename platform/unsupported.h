@@ -1,3 +1,4 @@
+// The end of a call that this layer does not know.
 #pragma once
 
 #include <string>

@@ -20,18 +20,6 @@ using platform::Window;
 
 using Lock = std::lock_guard<std::mutex>;
 
-template <class Result>
-Result Fail(DWORD error, Result result) {
-  SetLastError(error);
-  return result;
-}
-
-// Null, with the last error set, when there is no such window.
-Window* Find(HWND window) {
-  Window* found = TheDesktop().Find(window);
-  return found != nullptr ? found : Fail<Window*>(ERROR_INVALID_WINDOW_HANDLE, nullptr);
-}
-
 HWND Add(Window window) {
   constexpr std::uintptr_t kFirst = 0x10000;  // no handle looks like a small number
   Desktop& desktop = TheDesktop();
@@ -42,7 +30,7 @@ HWND Add(Window window) {
 
 BOOL SetTitle(HWND window, const std::string& title) {
   const Lock lock(TheDesktop().mutex);
-  Window* found = Find(window);
+  Window* found = TheDesktop().Find(window);
   if (found == nullptr) return FALSE;
   found->title = title;
   return TRUE;
@@ -64,7 +52,7 @@ ATOM WINAPI RegisterClassA(const WNDCLASSA* windowClass) {
   const Lock lock(desktop.mutex);
   const auto [place, isNew] = desktop.classes.try_emplace(
       {windowClass->hInstance, UpperCase(windowClass->lpszClassName)}, *windowClass);
-  if (!isNew) return Fail<ATOM>(ERROR_CLASS_ALREADY_EXISTS, 0);
+  if (!isNew) return 0;
   place->second.lpszClassName = nullptr;  // the caller's
   return static_cast<ATOM>(0xC000 + desktop.classes.size());
 }
@@ -73,10 +61,10 @@ BOOL WINAPI UnregisterClassA(LPCSTR className, HINSTANCE module) {
   Desktop& desktop = TheDesktop();
   const Lock lock(desktop.mutex);
   const auto found = desktop.classes.find({module, UpperCase(className)});
-  if (found == desktop.classes.end()) return Fail<BOOL>(ERROR_CLASS_DOES_NOT_EXIST, FALSE);
+  if (found == desktop.classes.end()) return FALSE;
   const bool hasWindows = std::ranges::any_of(
       desktop.windows, [&](const auto& one) { return one.second.windowClass == found->first; });
-  if (hasWindows) return Fail<BOOL>(ERROR_CLASS_HAS_WINDOWS, FALSE);
+  if (hasWindows) return FALSE;
   desktop.classes.erase(found);
   return TRUE;
 }
@@ -84,7 +72,7 @@ BOOL WINAPI UnregisterClassA(LPCSTR className, HINSTANCE module) {
 BOOL WINAPI GetClassInfoA(HINSTANCE module, LPCSTR className, WNDCLASSA* windowClass) {
   const Lock lock(TheDesktop().mutex);
   const auto found = TheDesktop().classes.find({module, UpperCase(className)});
-  if (found == TheDesktop().classes.end()) return Fail<BOOL>(ERROR_CLASS_DOES_NOT_EXIST, FALSE);
+  if (found == TheDesktop().classes.end()) return FALSE;
   *windowClass = found->second;
   windowClass->lpszClassName = className;
   return TRUE;
@@ -101,9 +89,9 @@ HWND WINAPI CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title,
     const Lock lock(TheDesktop().mutex);
     const auto found = TheDesktop().classes.find({module, UpperCase(className)});
     if (found == TheDesktop().classes.end()) {
-      return Fail<HWND>(ERROR_CANNOT_FIND_WND_CLASS, nullptr);
+      return nullptr;
     }
-    if (owner != nullptr && Find(owner) == nullptr) return nullptr;
+    if (owner != nullptr && TheDesktop().Find(owner) == nullptr) return nullptr;
     handle = Add({found->first, found->second.lpfnWndProc, title == nullptr ? "" : title,
                   style | WS_CLIPSIBLINGS, owner, platform::QueueOfThisThread()});
   }
@@ -114,10 +102,10 @@ HWND WINAPI CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title,
 BOOL WINAPI DestroyWindow(HWND window) {
   {
     const Lock lock(TheDesktop().mutex);
-    const Window* found = Find(window);
+    const Window* found = TheDesktop().Find(window);
     if (found == nullptr) return FALSE;
     if (found->queue != platform::QueueOfThisThread()) {
-      return Fail<BOOL>(ERROR_ACCESS_DENIED, FALSE);
+      return FALSE;
     }
   }
   for (HWND owned : OwnedBy(window)) DestroyWindow(owned);
@@ -148,7 +136,7 @@ HWND WINAPI FindWindowA(LPCSTR className, LPCSTR title) {
 // There is no screen on which they would show; only the style changes.
 BOOL WINAPI ShowWindow(HWND window, int command) {
   const Lock lock(TheDesktop().mutex);
-  Window* found = Find(window);
+  Window* found = TheDesktop().Find(window);
   if (found == nullptr) return FALSE;
   const bool wasVisible = (found->style & WS_VISIBLE) != 0;
   found->style = command == SW_HIDE ? found->style & ~WS_VISIBLE : found->style | WS_VISIBLE;
@@ -158,22 +146,22 @@ BOOL WINAPI ShowWindow(HWND window, int command) {
 LONG WINAPI GetWindowLongA(HWND window, int index) {
   if (index != GWL_STYLE) Unsupported("GetWindowLongA", "anything but the style");
   const Lock lock(TheDesktop().mutex);
-  const Window* found = Find(window);
+  const Window* found = TheDesktop().Find(window);
   return found == nullptr ? 0 : static_cast<LONG>(found->style);
 }
 
 LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index) {
   if (index != DWLP_USER) Unsupported("GetWindowLongPtrA", "anything but a dialog's own word");
   platform::Dialog* dialog = platform::DialogOf(window);
-  return dialog == nullptr ? Fail<LONG_PTR>(ERROR_INVALID_WINDOW_HANDLE, 0) : dialog->UserWord();
+  return dialog == nullptr ? 0 : dialog->UserWord();
 }
 
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
   platform::Dialog* dialog = platform::DialogOf(window);
   if (index == DWLP_USER && dialog != nullptr) return std::exchange(dialog->UserWord(), value);
   const Lock lock(TheDesktop().mutex);
-  Window* found = Find(window);
-  if (found == nullptr) return Fail<LONG_PTR>(ERROR_INVALID_WINDOW_HANDLE, 0);
+  Window* found = TheDesktop().Find(window);
+  if (found == nullptr) return 0;
   if (index != GWLP_WNDPROC) Unsupported("SetWindowLongPtrA", "anything but a procedure");
   return reinterpret_cast<LONG_PTR>(
       std::exchange(found->procedure, reinterpret_cast<WNDPROC>(value)));

@@ -22,25 +22,13 @@ extern "C" {
 inline constexpr DWORD ERROR_SUCCESS = 0;
 inline constexpr DWORD ERROR_FILE_NOT_FOUND = 2;
 inline constexpr DWORD ERROR_ACCESS_DENIED = 5;
-inline constexpr DWORD ERROR_INVALID_HANDLE = 6;
 inline constexpr DWORD ERROR_BAD_FORMAT = 11;
-inline constexpr DWORD ERROR_INVALID_PARAMETER = 87;
-inline constexpr DWORD ERROR_INSUFFICIENT_BUFFER = 122;
 inline constexpr DWORD ERROR_MOD_NOT_FOUND = 126;
 inline constexpr DWORD ERROR_PROC_NOT_FOUND = 127;
 inline constexpr DWORD ERROR_BAD_EXE_FORMAT = 193;
 inline constexpr DWORD ERROR_MORE_DATA = 234;
-inline constexpr DWORD ERROR_INVALID_FLAGS = 1004;
-inline constexpr DWORD ERROR_NO_UNICODE_TRANSLATION = 1113;
-inline constexpr DWORD ERROR_INVALID_WINDOW_HANDLE = 1400;
-inline constexpr DWORD ERROR_CANNOT_FIND_WND_CLASS = 1407;
-inline constexpr DWORD ERROR_CLASS_ALREADY_EXISTS = 1410;
-inline constexpr DWORD ERROR_CLASS_DOES_NOT_EXIST = 1411;
-inline constexpr DWORD ERROR_CLASS_HAS_WINDOWS = 1412;
-inline constexpr DWORD ERROR_INVALID_HOOK_HANDLE = 1404;
-inline constexpr DWORD ERROR_CONTROL_ID_NOT_FOUND = 1421;
-inline constexpr DWORD ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
 
+// Only LoadLibraryA and its kind leave one here.
 DWORD WINAPI GetLastError();
 void WINAPI SetLastError(DWORD error);
 
@@ -56,16 +44,12 @@ UINT WINAPI SetErrorMode(UINT mode);
 
 using REGSAM = DWORD;
 using LSTATUS = LONG;
-inline constexpr REGSAM KEY_QUERY_VALUE = 0x0001;
-inline constexpr REGSAM KEY_SET_VALUE = 0x0002;
 inline constexpr REGSAM KEY_READ = 0x20019;
 inline constexpr REGSAM KEY_WRITE = 0x20006;
 inline constexpr DWORD REG_SZ = 1;
 inline constexpr DWORD REG_BINARY = 3;
 inline constexpr DWORD REG_DWORD = 4;
 inline constexpr DWORD REG_OPTION_NON_VOLATILE = 0;
-inline constexpr DWORD REG_CREATED_NEW_KEY = 1;
-inline constexpr DWORD REG_OPENED_EXISTING_KEY = 2;
 
 LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD options, REGSAM access, HKEY* result);
 LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* reserved, DWORD* type,
@@ -112,7 +96,6 @@ DWORD WINAPI CharUpperBuffA(LPSTR text, DWORD length);
 // asked for: this layer has no table of lookalikes.
 inline constexpr UINT CP_UTF8 = 65001;
 inline constexpr DWORD MB_ERR_INVALID_CHARS = 0x0008;
-inline constexpr DWORD WC_ERR_INVALID_CHARS = 0x0080;
 inline constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x0400;
 
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR source, int sourceLength,
@@ -127,7 +110,6 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR source, int s
   (reinterpret_cast<LPWSTR>(static_cast<std::uintptr_t>(static_cast<WORD>(id))))
 
 constexpr WORD LOWORD(std::uintptr_t value) { return static_cast<WORD>(value & 0xFFFF); }
-constexpr WORD HIWORD(std::uintptr_t value) { return static_cast<WORD>((value >> 16) & 0xFFFF); }
 constexpr WPARAM MAKEWPARAM(WORD low, WORD high) {
   return static_cast<WPARAM>(low) | (static_cast<WPARAM>(high) << 16);
 }
@@ -149,11 +131,9 @@ inline constexpr UINT WM_GETFONT = 0x0031;
 inline constexpr UINT WM_INITDIALOG = 0x0110;
 inline constexpr UINT WM_COMMAND = 0x0111;
 
-inline constexpr DWORD WS_DISABLED = 0x08000000;
 inline constexpr DWORD WS_VISIBLE = 0x10000000;
 inline constexpr DWORD BS_DEFPUSHBUTTON = 0x0001;
 inline constexpr DWORD LBS_NOTIFY = 0x0001;
-inline constexpr DWORD LBS_SORT = 0x0002;
 inline constexpr DWORD LBS_USETABSTOPS = 0x0080;
 
 inline constexpr WORD BN_CLICKED = 0;
@@ -164,8 +144,6 @@ inline constexpr UINT LB_ADDSTRING = 0x0180;
 inline constexpr UINT LB_SETCURSEL = 0x0186;
 inline constexpr UINT LB_GETCURSEL = 0x0188;
 inline constexpr UINT LB_GETTEXT = 0x0189;
-inline constexpr UINT LB_GETTEXTLEN = 0x018A;
-inline constexpr UINT LB_GETCOUNT = 0x018B;
 inline constexpr UINT LB_SETTABSTOPS = 0x0192;
 inline constexpr UINT LB_GETHORIZONTALEXTENT = 0x0193;
 inline constexpr UINT LB_SETHORIZONTALEXTENT = 0x0194;

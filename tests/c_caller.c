@@ -2,17 +2,14 @@
    record as it is delivered. */
 #include <stdio.h>
 
+#include "frame/export_list.h"
 #include "qlx99.h"
 
-/* Visible, so that the linker has to find every one of them. */
+/* Visible, so that the linker has to find every export. */
 typedef void (*Export)(void);
+#define ADDRESS(name, delegate, arguments, fields, result) (Export)(name),
 extern const Export kExports[];
-const Export kExports[] = {
-    (Export)GetDocuRoot,  (Export)GetProgramRoot,   (Export)UserInit,    (Export)UserNext,
-    (Export)ZtkodoliInit, (Export)ZtkodoliNext,     (Export)WVInit,      (Export)WVNext,
-    (Export)WVNew,        (Export)WVChange,         (Export)WVDelete,    (Export)SLesenDLL,
-    (Export)ALesenDLL,    (Export)BLesenDLL,        (Export)BListeInit,  (Export)BListeNext,
-    (Export)GetDokuNr,    (Export)GetAdrFieldsMain, (Export)GetAdressTyp};
+const Export kExports[] = {QLX99_EXPORTS(ADDRESS) NULL};
 
 int main(int argc, char** argv) {
   char record[QLX99_RECORD_SIZE];

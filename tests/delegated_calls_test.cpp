@@ -1,6 +1,10 @@
 // The delegated kind: the login handshake with the office's other programs, and the calls that the
 // sibling library answers.
-#include "office/export_table.h"
+#include <map>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+
 #include "support/delegated_test.h"
 #include "support/world.h"
 
@@ -126,48 +130,54 @@ TEST_F(LoginHandshakeTest, HoldsTheHostsQuitMessageUntilTheCallIsDone) {
 // Every export with its delegate; the first argument is the same text each time.
 struct DelegatedCall {
   const char* exportName;
-  const char* delegate;
+  const char* delegate;                // null when there is none
   std::vector<const void*> arguments;  // null for a number, of which the library makes a text
   std::function<std::int32_t()> call;
 };
 
+// What the sibling library answers.
+const std::map<std::string_view, const char*> kDelegates{
+    {"GetAdressTyp", "GetAdressTyp"},     {"ALesenDLL", "GetAdrFields"},
+    {"UserInit", "GetCountOfUser"},       {"GetAdrFieldsMain", "GetAdrFieldsMain"},
+    {"UserNext", "GetUserFields"},        {"ZtkodoliInit", "GetCountOfWV"},
+    {"ZtkodoliNext", "GetWVFields"},      {"BLesenDLL", "GetPartFields"},
+    {"GetDokuNr", "GetNextDoc"},          {"SLesenDLL", "GetCaseFields"},
+    {"BListeInit", "GetCountOfParts"},    {"BListeNext", "GetAdrFieldsWithNumber"},
+    {"WVInit", "GetCountOfWVFromCase"},   {"WVNext", "GetWVFieldsFromCase"},
+    {"GetProgramRoot", "GetProgramRoot"}, {"GetDocuRoot", "GetDocuRoot"},
+};
+
 class DelegateTest : public DelegatedTest {
  protected:
-  static const void* AsPassedOn(const char* text) { return text; }
-  static const void* AsPassedOn(std::int32_t /*number*/) { return nullptr; }
+  // An argument of that type: a number, the caller's buffer, or a text of its own.
+  template <class Type>
+  Type Next(std::vector<const void*>& arguments) {
+    static constexpr const char* kTexts[] = {"260", "2", "3", "4", "5", "6", "7"};
+    if constexpr (std::is_same_v<Type, std::int32_t>) {
+      arguments.push_back(nullptr);
+      return 260;
+    } else if constexpr (std::is_same_v<Type, char*>) {
+      arguments.push_back(static_cast<char*>(record));
+      return record;
+    } else {
+      arguments.push_back(kTexts[arguments.size()]);
+      return kTexts[arguments.size() - 1];
+    }
+  }
 
-  template <class Function, class... Arguments>
-  DelegatedCall Row(const char* exportName, const char* delegate, Function Exports::*function,
-                    Arguments... arguments) {
-    const Exports* const exports = library.operator->();
-    return {exportName, delegate, {AsPassedOn(arguments)...}, [=] {
-              return (exports->*function)(arguments...);
-            }};
+  template <class... Types>
+  DelegatedCall CallOf(const char* name, std::int32_t(WINAPI* function)(Types...)) {
+    const auto found = kDelegates.find(name);
+    DelegatedCall made{name, found == kDelegates.end() ? nullptr : found->second, {}, {}};
+    const std::tuple<Types...> values{Next<Types>(made.arguments)...};
+    made.call = [function, values] { return std::apply(function, values); };
+    return made;
   }
 
   std::vector<DelegatedCall> Calls() {
-    using E = Exports;
-    const char *a = "260", *b = "2", *c = "3", *d = "4", *e = "5", *f = "6";
-    char* r = record;
-    return {Row("GetAdressTyp", "GetAdressTyp", &E::GetAdressTyp, a, b),
-            Row("ALesenDLL", "GetAdrFields", &E::ALesenDLL, a, b, r, d),
-            Row("GetAdrFieldsMain", "GetAdrFieldsMain", &E::GetAdrFieldsMain, a, b, c, d),
-            Row("UserInit", "GetCountOfUser", &E::UserInit),
-            Row("UserNext", "GetUserFields", &E::UserNext, a, r),
-            Row("ZtkodoliInit", "GetCountOfWV", &E::ZtkodoliInit),
-            Row("ZtkodoliNext", "GetWVFields", &E::ZtkodoliNext, a, r),
-            Row("BLesenDLL", "GetPartFields", &E::BLesenDLL, a, b, c, d, r),
-            Row("GetDokuNr", "GetNextDoc", &E::GetDokuNr, a),
-            Row("SLesenDLL", "GetCaseFields", &E::SLesenDLL, a, r),
-            Row("BListeInit", "GetCountOfParts", &E::BListeInit, a),
-            Row("BListeNext", "GetAdrFieldsWithNumber", &E::BListeNext, a, b, r),
-            Row("WVInit", "GetCountOfWVFromCase", &E::WVInit, a),
-            Row("WVNext", "GetWVFieldsFromCase", &E::WVNext, a, b, r),
-            Row("GetProgramRoot", "GetProgramRoot", &E::GetProgramRoot, 260, r),
-            Row("GetDocuRoot", "GetDocuRoot", &E::GetDocuRoot, 260, r),
-            Row("WVDelete", nullptr, &E::WVDelete, a),
-            Row("WVNew", nullptr, &E::WVNew, a, b, c, d, e, f, r),
-            Row("WVChange", nullptr, &E::WVChange, a, b, c, d, e, f, r)};
+#define CALL_OF(name, delegate, arguments, fields, result) CallOf(#name, library->name),
+    return {QLX99_EXPORTS(CALL_OF)};
+#undef CALL_OF
   }
 
   CallerBuffer record;
@@ -175,7 +185,6 @@ class DelegateTest : public DelegatedTest {
 
 TEST_F(DelegateTest, GetsTheArgumentsAsTheyAreAndGivesTheResult) {
   BothProgramsRun();
-  EXPECT_EQ(Calls().size(), office::Exports().size());
   for (const auto& [exportName, delegate, arguments, call] : Calls()) {
     SCOPED_TRACE(exportName);
     LoginIsThere();

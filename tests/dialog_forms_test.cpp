@@ -3,9 +3,10 @@
 
 #include <sstream>
 
+#include "platform/dialog_template.h"
 #include "resources/resource.h"
-#include "support/dialog_form.h"
 #include "support/record_managers.h"
+#include "support/text.h"
 #include "support/world.h"
 
 namespace qlx99::tests {
@@ -40,17 +41,20 @@ std::string Words(const std::string& windowClass, DWORD style) {
   return words;
 }
 
-std::ostream& operator<<(std::ostream& out, const Place& place) {
+std::ostream& operator<<(std::ostream& out, const platform::Place& place) {
   return out << place.x << "," << place.y << " " << place.width << "x" << place.height;
 }
 
-std::string TextOf(const DialogForm& form) {
+std::string TextOf(HMODULE library, WORD id) {
+  const auto form = platform::ParseDialogTemplate(world::DialogTemplate(library, id));
+  if (!form) return "broken";
   std::ostringstream out;
-  out << '"' << form.title << "\" " << form.place << Words(kDialog, form.style) << ", " << form.font
-      << " " << form.fontSize << "\n";
-  for (const FormControl& control : form.controls) {
-    out << control.id << " " << control.windowClass << " \"" << control.text << "\" "
-        << control.place << Words(control.windowClass, control.style) << "\n";
+  out << '"' << Utf8(form->title) << "\" " << form->place << Words(kDialog, form->style) << ", "
+      << Utf8(form->font) << " " << form->fontSize << "\n";
+  for (const auto& control : form->controls) {
+    const std::string windowClass = Utf8(control.windowClass);
+    out << control.id << " " << windowClass << " \"" << Utf8(control.text) << "\" " << control.place
+        << Words(windowClass, control.style) << "\n";
   }
   return out.str();
 }
@@ -58,7 +62,7 @@ std::string TextOf(const DialogForm& form) {
 TEST(DialogForms, AreTheOnesThatTheOfficeKnows) {
   HMODULE library = LoadLibraryA((ProductFolder() / world::LibraryFile("qlx99")).string().c_str());
   EXPECT_EQ(
-      TextOf(FormOf(library, IDD_BANK_CHOICE)),
+      TextOf(library, IDD_BANK_CHOICE),
       R"("Bankverbindung auswählen" 19,23 240x114 visible popup caption close-box modal-frame 3d-look centred, MS Sans Serif 8
 1 BUTTON "&Übernehmen" 180,85 50x14 visible tab centred
 501 STATIC "Zum ausgewählten Adressant wurden mehrere Bankverbindungen angelegt ! " 8,4 220x22 visible
@@ -67,7 +71,7 @@ TEST(DialogForms, AreTheOnesThatTheOfficeKnows) {
 601 LISTBOX "Listbox2" 176,32 50x35 border vscroll tab notify strings
 )");
   EXPECT_EQ(
-      TextOf(FormOf(library, IDD_CONTACT_CHOICE)),
+      TextOf(library, IDD_CONTACT_CHOICE),
       R"("Ansprechpartner auswählen" 0,0 240x119 visible popup caption close-box modal-frame 3d-look centred, MS Sans Serif 8
 1 BUTTON "&Übernehmen" 180,92 50x14 visible tab centred
 501 STATIC "Zum ausgewählten Adressant wurden mehrere Ansprechpartner angelegt ! " 8,4 220x22 visible
@@ -75,7 +79,7 @@ TEST(DialogForms, AreTheOnesThatTheOfficeKnows) {
 303 LISTBOX "" 8,32 164x84 visible border vscroll hscroll tab notify strings tab-stops
 701 LISTBOX "Listbox2" 176,30 52x34 border vscroll tab notify strings
 )");
-  EXPECT_EQ(TextOf(FormOf(library, IDD_PARTY_SELECTION)),
+  EXPECT_EQ(TextOf(library, IDD_PARTY_SELECTION),
             R"("" 0,0 344x183 visible popup caption 3d-look centred, MS Sans Serif 8
 105 STATIC "Aktennummer:" 8,9 56x8 visible
 206 EDIT "" 68,9 60x12 visible border read-only

@@ -3,9 +3,10 @@
 #include "addresses/contact_person_file.h"
 #include "caseparties/case_party_file.h"
 #include "cases/case_file.h"
+#include "platform/dialog_template.h"
 #include "resources/resource.h"
-#include "support/dialog_form.h"
 #include "support/export_test.h"
+#include "support/world.h"
 
 namespace qlx99::tests {
 namespace {
@@ -75,7 +76,7 @@ int WidthOf(const RECT& rect) { return rect.right - rect.left; }
 
 // Each control lies where the template says; a list box is cut down to whole lines, and once more
 // when its scroll bar comes.
-void ExpectControlsInTheirPlaces(HWND dialog, const DialogForm& form) {
+void ExpectControlsInTheirPlaces(HWND dialog, const platform::DialogTemplate& form) {
   for (const auto& [style, place, id, windowClass, text] : form.controls) {
     SCOPED_TRACE(id);
     RECT expected{place.x, place.y, place.width, place.height};
@@ -89,11 +90,11 @@ void ExpectControlsInTheirPlaces(HWND dialog, const DialogForm& form) {
     EXPECT_EQ(WidthOf(actual), expected.right);
     const auto lineHeight = SendMessageA(control, LB_GETITEMHEIGHT, 0, 0);
     EXPECT_LE(HeightOf(actual), expected.bottom);
-    EXPECT_GE(HeightOf(actual), expected.bottom - (windowClass == "LISTBOX" ? 2 * lineHeight : 0));
+    EXPECT_GE(HeightOf(actual), expected.bottom - (windowClass == u"LISTBOX" ? 2 * lineHeight : 0));
   }
 }
 
-void ExpectCentredInItsSize(HWND dialog, const DialogForm& form) {
+void ExpectCentredInItsSize(HWND dialog, const platform::DialogTemplate& form) {
   RECT expected{0, 0, form.place.width, form.place.height};
   MapDialogRect(dialog, &expected);
   RECT inside{};
@@ -158,7 +159,9 @@ TEST_F(DialogsOnScreen, StandInTheirPlacesUntilEscapeIsPressed) {
     Overheard::order.clear();
     user.Does([&](OpenDialog& open) {
       HWND dialog = FindWindowA(nullptr, Ansi(expected.title).c_str());
-      const DialogForm form = FormOf(library->module, expected.form);
+      const auto form =
+          platform::ParseDialogTemplate(world::DialogTemplate(library->module, expected.form))
+              .value();
       ExpectControlsInTheirPlaces(dialog, form);
       ExpectCentredInItsSize(dialog, form);
       HWND list = GetDlgItem(dialog, expected.list);

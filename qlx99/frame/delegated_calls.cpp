@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "frame/export_list.h"
 #include "frame/exports.h"
 #include "frame/messages.h"
 #include "frame/sibling_library.h"
@@ -27,11 +28,10 @@ using Caller = std::int32_t(FARPROC address, const GateArguments& arguments);
 
 // Calls a function with as many arguments as the export has. The called function takes them off the
 // stack, so one too many or too few would damage it.
-template <std::size_t count, class... Arguments>
-consteval Caller* With(std::int32_t(WINAPI* /*theExport*/)(Arguments...)) {
-  static_assert(sizeof...(Arguments) == count);
+template <class... Arguments>
+consteval Caller* CallerFor(std::int32_t(WINAPI* /*theExport*/)(Arguments...)) {
   return [](FARPROC address, const GateArguments& arguments) {
-    return Call(address, arguments, std::make_index_sequence<count>());
+    return Call(address, arguments, std::index_sequence_for<Arguments...>());
   };
 }
 
@@ -41,27 +41,9 @@ struct Delegate {
   Caller* call;
 };
 
-constexpr Delegate kDelegates[] = {
-    {"GetAdressTyp", "GetAdressTyp", With<2>(GetAdressTyp)},
-    {"ALesenDLL", "GetAdrFields", With<4>(ALesenDLL)},
-    {"GetAdrFieldsMain", "GetAdrFieldsMain", With<4>(GetAdrFieldsMain)},
-    {"UserInit", "GetCountOfUser", With<0>(UserInit)},
-    {"UserNext", "GetUserFields", With<2>(UserNext)},
-    {"ZtkodoliInit", "GetCountOfWV", With<0>(ZtkodoliInit)},
-    {"ZtkodoliNext", "GetWVFields", With<2>(ZtkodoliNext)},
-    {"BLesenDLL", "GetPartFields", With<5>(BLesenDLL)},
-    {"GetDokuNr", "GetNextDoc", With<1>(GetDokuNr)},
-    {"SLesenDLL", "GetCaseFields", With<2>(SLesenDLL)},
-    {"BListeInit", "GetCountOfParts", With<1>(BListeInit)},
-    {"BListeNext", "GetAdrFieldsWithNumber", With<3>(BListeNext)},
-    {"WVInit", "GetCountOfWVFromCase", With<1>(WVInit)},
-    {"WVNext", "GetWVFieldsFromCase", With<3>(WVNext)},
-    {"GetProgramRoot", "GetProgramRoot", With<2>(GetProgramRoot)},
-    {"GetDocuRoot", "GetDocuRoot", With<2>(GetDocuRoot)},
-    {"WVDelete", nullptr, nullptr},
-    {"WVNew", nullptr, nullptr},
-    {"WVChange", nullptr, nullptr},
-};
+#define DELEGATE(name, delegate, arguments, fields, result) {#name, delegate, CallerFor(name)},
+constexpr Delegate kDelegates[] = {QLX99_EXPORTS(DELEGATE)};
+#undef DELEGATE
 
 }  // namespace
 

@@ -1,9 +1,6 @@
-// The tool's knowledge of the exports, against the library's definition of them.
+// Records that exports deliver, and the names of their fields.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <set>
-#include <sstream>
 #include <string>
 
 #include "office/export_call.h"
@@ -11,21 +8,6 @@
 
 namespace office {
 namespace {
-
-// "WVNext@12" means three arguments; the tool counts the buffer apart. The window procedure is not
-// for macros.
-TEST(ExportTable, HasEveryExportWithAsManyArgumentsAsItsDefinition) {
-  std::set<std::string> known;
-  for (const Export& one : Exports()) {
-    const std::size_t arguments = one.arguments.size() + (one.fields.empty() ? 0 : 1);
-    known.insert(std::string(one.name) + "@" + std::to_string(4 * arguments));
-  }
-  std::set<std::string> defined;
-  std::istringstream definitions(QLX99_EXPORTS);
-  for (std::string one; definitions >> one;) defined.insert(one);
-  EXPECT_EQ(defined.erase("MainWndProc@16"), 1U);
-  EXPECT_EQ(known, defined);
-}
 
 // A text of the office may hold the "|" that divides the fields.
 TEST(DeliveredRecord, NamesFieldsOnlyWhereItCanTellThemApart) {

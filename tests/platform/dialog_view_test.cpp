@@ -1,56 +1,18 @@
-// Dialogs on a host without Windows: broken resources, what a person at the dialog sees and does,
-// what the dialog procedure hears of it, and the terminal that stands in for a screen.
+// Dialogs on a host without Windows: what a person at the dialog sees and does, what the dialog
+// procedure hears of it, and the terminal that stands in for a screen.
 #include <gmock/gmock.h>
 
 #include <sstream>
 #include <string>
-#include <vector>
 
-#include "platform/dialog_template.h"
-#include "platform/resources.h"
 #include "platform/terminal_screen.h"
 #include "support/user.h"
 #include "test_library.h"
 
 namespace {
 
-using platform::FindResourceIn;
 using qlx99::tests::OpenDialog;
 using testing::HasSubstr;
-
-constexpr WORD kDialog = 5;  // type of resource
-
-std::vector<std::byte> Bytes(std::string_view text) {
-  const auto* const first = reinterpret_cast<const std::byte*>(text.data());
-  return {first, first + text.size()};
-}
-
-TEST(Resources, MayBeBrokenAnywhere) {
-  using std::string_view_literals::operator""sv;
-  const auto script = Bytes(
-      "\0\0\0\0\x10\0\0\0\xFF\xFF\0\0\xFF\xFF\0\0"  // mark
-      "\2\0\0\0\x10\0\0\0\xFF\xFF\5\0\xFF\xFF\1\0ab\0\0"sv);
-  EXPECT_EQ(FindResourceIn(script, kDialog, 1).size(), 2U);
-  EXPECT_TRUE(FindResourceIn(script, kDialog, 2).empty());
-  EXPECT_TRUE(FindResourceIn(script, 4, 1).empty());
-  // Copied, so that a read past the end is seen.
-  for (std::size_t length = 0; length < script.size() - 2; ++length) {
-    const std::vector part(script.begin(), script.begin() + std::ptrdiff_t(length));
-    EXPECT_TRUE(FindResourceIn(part, kDialog, 1).empty()) << length;
-  }
-  for (const char byte : {'\0', '\xFF'}) {
-    EXPECT_TRUE(FindResourceIn(Bytes(std::string(8, byte)), kDialog, 1).empty());
-  }
-  const TestLibrary library;
-  for (const WORD id : {WORD{1}, WORD{2}}) {
-    const auto dialog = platform::FindResourceOf(library.Handle(), kDialog, id);
-    EXPECT_TRUE(platform::ParseDialogTemplate(dialog));
-    for (std::size_t length = 0; length < dialog.size(); ++length) {
-      const std::vector part(dialog.begin(), dialog.begin() + std::ptrdiff_t(length));
-      EXPECT_FALSE(platform::ParseDialogTemplate(part)) << length;
-    }
-  }
-}
 
 // Dialog 1 has the list 403 and the button 1, dialog 2 the list 201 and the button 9.
 class View : public testing::Test {
@@ -77,8 +39,8 @@ class View : public testing::Test {
     const WORD command = LOWORD(wordParam);
     if (message == WM_INITDIALOG) {
       listId = static_cast<int>(longParam);
-      for (const char* line : {"M\xFCller\tSparkasse\t", "\x1B[2J\tVolksbank", "Meier"}) {
-        SendDlgItemMessageA(dialog, listId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line));
+      for (const auto* line : {u"Müller\tSparkasse\t", u"\x1B[2J\tVolksbank", u"Meier"}) {
+        SendDlgItemMessageW(dialog, listId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line));
       }
       const int stop = 40;
       SendDlgItemMessageA(dialog, listId, LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&stop));
@@ -89,7 +51,7 @@ class View : public testing::Test {
       return 0;
     }
     heard += std::to_string(message == WM_COMMAND ? command : 0) + '/' +
-             std::to_string(HIWORD(wordParam)) + ' ';
+             std::to_string(wordParam >> 16) + ' ';
     if (message == WM_COMMAND && (command == IDOK || command == 9)) {
       EndDialog(dialog, SendDlgItemMessageA(dialog, listId, LB_GETCURSEL, 0, 0));
     }

@@ -20,14 +20,13 @@ class Registry : public testing::Test {
   Registry() { EXPECT_EQ(Create(&key_), LSTATUS{ERROR_SUCCESS}); }
   ~Registry() override { EXPECT_EQ(RegCloseKey(key_), LSTATUS{ERROR_SUCCESS}); }
 
-  static LSTATUS Create(HKEY* key, DWORD* disposition = nullptr) {
+  static LSTATUS Create(HKEY* key) {
     return RegCreateKeyExA(HKEY_LOCAL_MACHINE, PrivateRegistry::kKey, 0, nullptr,
-                           REG_OPTION_NON_VOLATILE, KEY_READ | KEY_WRITE, nullptr, key,
-                           disposition);
+                           REG_OPTION_NON_VOLATILE, KEY_READ | KEY_WRITE, nullptr, key, nullptr);
   }
 
-  static LSTATUS Open(HKEY parent, const char* path, HKEY* key, REGSAM access = KEY_READ) {
-    return RegOpenKeyExA(parent, path, 0, access, key);
+  static LSTATUS Open(HKEY parent, const char* path, HKEY* key) {
+    return RegOpenKeyExA(parent, path, 0, KEY_READ, key);
   }
 
   static LSTATUS Set(HKEY key, const char* name, std::string_view bytes, DWORD type = REG_SZ) {
@@ -87,44 +86,25 @@ TEST_F(Registry, WritesOnlyIntoBuffersThatHoldTheWholeValue) {
   EXPECT_EQ(size, 8U);
 }
 
-TEST_F(Registry, HasOneStatusForEachMistake) {
-  HKEY reader = nullptr;
-  HKEY writer = nullptr;
-  HKEY closed = nullptr;
+TEST_F(Registry, FindsKeysAndValuesWhateverTheirCase) {
   HKEY software = nullptr;
+  HKEY again = nullptr;
   HKEY none = nullptr;
-  BYTE buffer = 0;
   const std::pair<LSTATUS, std::function<LSTATUS()>> steps[] = {
       {ERROR_SUCCESS, [&] { return Set(key_, kName, "x"); }},
       {ERROR_SUCCESS, [&] { return Open(HKEY_LOCAL_MACHINE, "SOFTWARE", &software); }},
-      {ERROR_SUCCESS, [&] { return Open(software, "QLX99 Tests", &reader); }},
-      {ERROR_SUCCESS, [&] { return Query(reader, "VALUE"); }},
-      {ERROR_ACCESS_DENIED, [&] { return Set(reader, kName, ""); }},
-      {ERROR_ACCESS_DENIED, [&] { return RegDeleteValueA(reader, kName); }},
-      {ERROR_SUCCESS, [&] { return Open(software, "qlx99 tests", &writer, KEY_WRITE); }},
-      {ERROR_ACCESS_DENIED, [&] { return Query(writer, kName); }},
-      {ERROR_SUCCESS, [&] { return RegDeleteValueA(writer, "VALUE"); }},
-      {ERROR_FILE_NOT_FOUND, [&] { return RegDeleteValueA(writer, kName); }},
-      {ERROR_FILE_NOT_FOUND, [&] { return Query(reader, kName); }},
-      {ERROR_SUCCESS, [&] { return Open(key_, "", &closed, KEY_WRITE); }},
-      {ERROR_SUCCESS, [&] { return RegCloseKey(closed); }},
-      {ERROR_INVALID_HANDLE, [&] { return RegCloseKey(closed); }},
-      {ERROR_INVALID_HANDLE, [&] { return Query(closed, kName); }},
-      {ERROR_INVALID_HANDLE, [&] { return Set(closed, kName, ""); }},
-      {ERROR_INVALID_HANDLE, [&] { return RegDeleteValueA(closed, kName); }},
-      {ERROR_INVALID_HANDLE, [&] { return Open(closed, "x", &none); }},
-      {ERROR_INVALID_PARAMETER,
-       [&] { return RegQueryValueExA(key_, "", nullptr, nullptr, &buffer, nullptr); }},
+      {ERROR_SUCCESS, [&] { return Open(software, "QLX99 Tests", &again); }},
+      {ERROR_SUCCESS, [&] { return Query(again, "VALUE"); }},
+      {ERROR_SUCCESS, [&] { return RegDeleteValueA(key_, "VALUE"); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return RegDeleteValueA(key_, kName); }},
+      {ERROR_FILE_NOT_FOUND, [&] { return Query(again, kName); }},
       {ERROR_FILE_NOT_FOUND, [&] { return Open(software, "qlx99 test", &none); }},
       {ERROR_FILE_NOT_FOUND, [&] { return Open(software, "qlx99 tests 2", &none); }},
       {ERROR_FILE_NOT_FOUND, [&] { return Open(software, "qlx99 tests\\none", &none); }},
   };
   int number = 0;
   for (const auto& [status, take] : steps) EXPECT_EQ(take(), status) << "step " << ++number;
-  DWORD disposition = 0;
-  EXPECT_EQ(Create(&none, &disposition), LSTATUS{ERROR_SUCCESS});
-  EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
-  for (HKEY key : {reader, writer, software, none}) RegCloseKey(key);
+  for (HKEY key : {software, again}) EXPECT_EQ(RegCloseKey(key), LSTATUS{ERROR_SUCCESS});
 }
 
 }  // namespace

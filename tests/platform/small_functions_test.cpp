@@ -52,7 +52,6 @@ TEST(CurrentDirectory, IsSetWithEitherSeparator) {
   EXPECT_TRUE(SetCurrentDirectoryA((folder.string() + "\\inner").c_str()));
   EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::current_path(), folder / "inner"));
   EXPECT_FALSE(SetCurrentDirectoryA((folder.string() + "/missing").c_str()));
-  EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
   std::array<WCHAR, 1000> current{};
   const DWORD length = GetCurrentDirectoryW(current.size(), current.data());
   EXPECT_EQ(length, std::char_traits<WCHAR>::length(current.data()));
