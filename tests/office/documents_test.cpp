@@ -181,7 +181,7 @@ TEST(Documents, QuoteTheLibraryWordForWord) {
   EXPECT_THAT(QuotesIn("docs/exports.md"), IsSupersetOf(messages));
 }
 
-class Examples : public SampleOffice {};
+class QlxExamples : public SampleOffice {};
 
 // "GetDocuRoot(260, path)" without the buffer: the texts and numbers.
 std::vector<std::string> ArgumentsIn(const std::string& call) {
@@ -195,7 +195,7 @@ std::vector<std::string> ArgumentsIn(const std::string& call) {
 
 // In one order, as macros would run them in the sample office of the package. Behind a call stands
 // its record, or else its result; "..." stands for any fields.
-TEST_F(Examples, GiveWhatIsWrittenBehindThem) {
+TEST_F(QlxExamples, GiveWhatIsWrittenBehindThem) {
   const std::string document = ProjectFile("docs/exports.md");
   const std::regex example("\n    [^'\n]*?(\\w+)\\(([^'\n]*)\\)[^'\n]*(?:\n   )? *' ([^\n]*)");
   std::set<std::string_view> shown;

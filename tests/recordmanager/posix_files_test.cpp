@@ -2,7 +2,9 @@
 // and processes are copied with what they have open.
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <linux/capability.h>
 #include <sys/inotify.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,10 +23,20 @@ using namespace btrieve;
 
 class PosixFiles : public PartyFile {
  protected:
-  // Whom the rights on files concern.
-  static void BecomeOrdinaryUser() { EXPECT_TRUE(geteuid() != 0 || seteuid(65534) == 0); }
-  static void BecomeOneselfAgain() { EXPECT_EQ(seteuid(getuid()), 0); }
+  // Whom the rights on files concern. Root gives up no more than writing in spite of them: another
+  // user may not even be let into the folder that the tests run in.
+  static void BecomeOrdinaryUser() { KeepCapabilitiesBut(1U << CAP_DAC_OVERRIDE); }
+  static void BecomeOneselfAgain() { KeepCapabilitiesBut(0); }
   void TearDown() override { BecomeOneselfAgain(); }
+
+ private:
+  static void KeepCapabilitiesBut(unsigned given) {
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    std::array<__user_cap_data_struct, 2> sets{};
+    EXPECT_EQ(syscall(SYS_capget, &header, sets.data()), 0);
+    sets[0].effective = sets[0].permitted & ~given;
+    EXPECT_EQ(syscall(SYS_capset, &header, sets.data()), 0);
+  }
 };
 
 TEST_F(PosixFiles, ThatHaveGoneOrWereReplacedAreNoticed) {
