@@ -58,9 +58,7 @@ TEST_F(LoginWindowTest, IsHiddenAndMadeAgainWhenItsOwnerHasGone) {
   EXPECT_EQ(its.style, CS_HREDRAW);
   EXPECT_EQ(its.lpfnWndProc, library->MainWndProc);
   EXPECT_EQ(its.hbrBackground, GetStockObject(WHITE_BRUSH));
-  EXPECT_EQ(its.hIcon, nullptr);
-  EXPECT_EQ(its.hCursor, nullptr);
-  EXPECT_EQ(its.lpszMenuName, nullptr);
+  EXPECT_TRUE(its.hIcon == nullptr && its.hCursor == nullptr && its.lpszMenuName == nullptr);
   EXPECT_EQ(its.cbClsExtra + its.cbWndExtra, 0);
 
   DestroyWindow(host);

@@ -23,59 +23,6 @@ TEST(Tool, WorksInAProcessOfItsOwn) {
             0);
 }
 
-// Before and behind the document number.
-constexpr const char* kLetterBegin = R"(Herrn
-Dr. Klaus Brandstätter
-c/o Praxis Dr. Brandstätter
-Hinterhaus, 2. Etage
-Lindenthaler Gürtel 84 a
-50935 Köln
-
-
-Unser Zeichen:      12345678/JM
-Dokument Nr.:       )";
-constexpr const char* kLetterEnd = R"(
-Bearbeitet von:     Rechtsanwalt Dr. Jan Merten
-Ihr Zeichen:        Vers.-Nr. RS 24-118-3307
-
-
-Brandstätter ./. Wernicke
-wegen Schadensersatz aus Verkehrsunfall
-Landgericht Köln, 5 O 217/24
-
-
-Sehr geehrter Herr Dr. Brandstätter,
-
-in der vorbezeichneten Angelegenheit (Verkehrsunfallsache) nehmen wir
-Bezug auf den bei uns geführten Vorgang. Der Gegenstandswert beträgt
-derzeit 12.345,67 EUR. Als Daten sind der 19.02.2024 und der 15.05.2024
-vermerkt.
-
-Für Zahlungen an Sie ist bei uns folgende Bankverbindung hinterlegt:
-
-    Stadtsparkasse Köln
-    Bankleitzahl 370 501 98
-    Konto 1900 456 712
-
-Bitte teilen Sie uns mit, falls diese Angaben nicht mehr zutreffen.
-
-Bei Antworten und Rückfragen geben Sie bitte unser Zeichen an.
-
-Mit freundlichen Grüßen
-
-
-Rechtsanwalt Dr. Jan Merten
-)";
-
-TEST_F(QlxCommands, LetterGoesToTheClientUnderTheNextDocumentNumber) {
-  const std::string result = Qlx("call|GetDokuNr|12345678").out;
-  const int last = std::stoi(result.substr(result.find("result: ") + 8));
-  const Outcome letter = Qlx("letter|12345678");
-  EXPECT_EQ(letter.out, kLetterBegin + std::to_string(last + 1) + kLetterEnd);
-  EXPECT_EQ(letter.err, "");
-  EXPECT_EQ(letter.code, office::kDone);
-}
-
 TEST_F(QlxCommands, SayWhatTheyDeliverOrWhyTheyDoNot) {
   using namespace office;
   const std::string numbersBefore = Qlx("office|show|zthisto").out;

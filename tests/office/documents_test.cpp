@@ -183,6 +183,19 @@ TEST(Documents, QuoteTheLibraryWordForWord) {
 
 class QlxExamples : public SampleOffice {};
 
+TEST_F(QlxExamples, LetterIsTheOneThatIsShownToNewcomers) {
+  const std::string document = ProjectFile("README.md");
+  const std::size_t begin = document.find("\n    Herrn\n");
+  const std::string shown = document.substr(begin, document.find("\n\nThe same", begin) - begin);
+  const int last = CallExport(ExportNamed("GetDokuNr"), {"12345678"}).result;
+  const std::string number = "Nr.:       " + std::to_string(last + 1);
+  const Outcome letter = Qlx("letter|12345678");
+  EXPECT_EQ("\n" + letter.out,
+            Replaced(shown, {{"\n    ", "\n"}, {"Nr.:       1", number.c_str()}}) + "\n");
+  EXPECT_EQ(letter.err, "");
+  EXPECT_EQ(letter.code, 0);
+}
+
 // "GetDocuRoot(260, path)" without the buffer: the texts and numbers.
 std::vector<std::string> ArgumentsIn(const std::string& call) {
   std::vector<std::string> arguments;
