@@ -41,6 +41,8 @@ class Overheard {
   HHOOK hook_;
 };
 
+const std::string kLongName(115, 'n');
+
 class DialogsOnScreen : public ScriptedExportTest {
  protected:
   DialogsOnScreen() {
@@ -48,7 +50,7 @@ class DialogsOnScreen : public ScriptedExportTest {
     for (const std::string id : {"1", "2"}) {
       office.Has<CasePartyRecord>("id: " + id + ", caseId: 7");
       office.Has<ContactPersonRecord>(
-          "number: " + id + ", addressNumber: 4711, name: " + longName_ + ", firstName: Hans");
+          "number: " + id + ", addressNumber: 4711, name: " + kLongName + ", firstName: Hans");
       office.Has<BankConnectionRecord>("number: " + id +
                                        ", addressNumber: 4712, bankName: Bank, accountNumber: 47");
     }
@@ -63,8 +65,6 @@ class DialogsOnScreen : public ScriptedExportTest {
       library->ALesenDLL("", dialog == IDD_CONTACT_CHOICE ? "4711" : "4712", buffer, "");
     }
   }
-
-  const std::string longName_ = std::string(115, 'n');
 };
 
 int WidthOf(HWND list, const std::string& text) {
@@ -90,28 +90,29 @@ HWND FocusOf(HWND dialog) {
   return thread.hwndFocus;
 }
 
+const struct {
+  WORD form;
+  const char* title;
+  int list;
+  int tabStop;
+  std::string first;
+  std::string second;
+  const char* order;
+} kDialogs[] = {{IDD_BANK_CHOICE, "Bankverbindung auswählen", IDC_BANK_LINES, 100, "Bank", "47",
+                 "next stops line hidden next select stops line hidden next select "},
+                {IDD_CONTACT_CHOICE, "Ansprechpartner auswählen", IDC_CONTACT_LINES, 80, kLongName,
+                 "Hans", "next stops line hidden next select stops line hidden next select "},
+                {IDD_PARTY_SELECTION, "Adressat auswählen", IDC_PARTY_LINES, 120, "", "",
+                 "stops line hidden select line hidden select "}};
+
 TEST_F(DialogsOnScreen, ScrollToTheirLongestLineAndEndAtEscape) {
-  const struct {
-    WORD form;
-    const char* title;
-    int list;
-    int tabStop;
-    std::string first;
-    std::string second;
-    const char* order;
-  } dialogs[] = {{IDD_BANK_CHOICE, "Bankverbindung auswählen", IDC_BANK_LINES, 100, "Bank", "47",
-                  "next stops line hidden next select stops line hidden next select "},
-                 {IDD_CONTACT_CHOICE, "Ansprechpartner auswählen", IDC_CONTACT_LINES, 80, longName_,
-                  "Hans", "next stops line hidden next select stops line hidden next select "},
-                 {IDD_PARTY_SELECTION, "Adressat auswählen", IDC_PARTY_LINES, 120, "", "",
-                  "stops line hidden select line hidden select "}};
   for (const auto* file : {"ZTBANK.KRV", "ZTPART.KRV"}) {
     for (int i = 0; i < 3; ++i) {
       manager.Meanwhile(btrieve::kGetNext, file, [] { Overheard::order += "next "; });
     }
   }
   const Overheard overheard;
-  for (const auto& expected : dialogs) {
+  for (const auto& expected : kDialogs) {
     SCOPED_TRACE(expected.title);
     Overheard::order.clear();
     user.Does([&](OpenDialog& open) {

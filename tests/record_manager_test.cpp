@@ -27,7 +27,7 @@ using LoadingTest = ExportTest;
 
 TEST_F(LoadingTest, TakesTheFirstNameThatIsThereAndLooksAgainWhileThereIsNone) {
   const std::vector<std::string> names{"w3btrv7", "wbtrv32", "atbtrv32"};
-  UnloadRecordManagers();  // tests of the tool leave one loaded
+  UnloadRecordManagers();  // tests of the embedded one leave it loaded
   for (std::size_t first = 0; first < names.size(); ++first) {
     managers.Are({});
     EXPECT_EQ(library->UserInit(), 0);

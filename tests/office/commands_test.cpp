@@ -10,6 +10,9 @@
 
 namespace {
 
+using office::kDone;
+using office::kFailed;
+using office::kWrongUsage;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -23,55 +26,56 @@ TEST(Tool, WorksInAProcessOfItsOwn) {
             0);
 }
 
+const struct {
+  const char* command;
+  int code;
+  const char* part;  // of what it prints: when it is done, on stdout, and otherwise on stderr
+} kOutcomes[] = {
+    {"--version", kDone, "qlx "},
+    {"--help", kDone, "qlx letter 12345678"},
+    {"call|BLesenDLL|M |12345678", kDone,
+     "kind: local\nresult: -1  (-1: delivered)\nrecord: 4711|25|0|815\n   1  addressNumber       "
+     "  4711\n"},
+    {"call|UserInit", kDone, "kind: local\nresult: 5  (number of users)\n"},
+    // Two parties, and no dialog allowed: nothing is written.
+    {"call|BLesenDLL|G |23001124||1", kDone,
+     "kind: local\nresult: 0  (-1: delivered)\nrecord: none; the buffer was left as it was\n"},
+    {"call|SLesenDLL|99999999", kDone, "record: 0|\n"},
+    {"call|SLesenDLL|99999999", kDone, "go without names"},
+    {"call|WVNext|24000317|-5", kDone, "(§ 4 KSchG)"},
+    {"call|GetDocuRoot|260", kDone, "Dokumente\n   1  path "},
+    {"followups|24000402", kDone, "Versorgungsausgleich klären"},  // without date and kind
+    {"office|check", kDone, "ZTCASE.KRV"},
+    {"office|show|ztablag", kDone,
+     "  1  A-117  12.12.2003\n          2  Kö/08  30.06.1999\n          3  "},
+    {"office|show|ZTCASE.KRV", kDone, "\n\nid: 5\ncaseNumber: 98010042\nuserId: 1\n"},
+    {"followups|99999999", kFailed, "Case 99999999 has no follow-ups"},
+    {"letter|99999999", kFailed, "There is no case 99999999"},
+    {"letter|25000001", kFailed, "None of the 0 parties of case 25000001 is in the role \"M \""},
+    {"letter|12345678|--role|§G", kFailed, "None of the 7 parties"},
+    {"letter|98010042|--role|G", kFailed, "Address 4806, of Roßbach, has no place"},
+    {"", kWrongUsage, "subcommand is required"},
+    {"letter", kWrongUsage, "CASE is required"},
+    {"letter|12345678|--rolle|M", kWrongUsage, "--rolle"},
+    {"call|Blubb", kWrongUsage, "There is no export \"Blubb\". There are:\n  GetDocuRoot length\n"},
+    {"call|UserInit|1", kWrongUsage, "UserInit takes 0 arguments, not 1"},
+    {"call|GetDocuRoot|x", kWrongUsage, "\"x\" is not a whole number"},
+    {"office|show|ZTNIX", kWrongUsage, "There are: ZTUSER ZTTCASE"},
+    {"office|create|nowhere|--cases|0", kWrongUsage, "--cases"},
+};
+
 TEST_F(QlxCommands, SayWhatTheyDeliverOrWhyTheyDoNot) {
-  using namespace office;
   const std::string numbersBefore = Qlx("office|show|zthisto").out;
-  const struct {
-    std::string command;
-    int code;
-    const char* part;  // of what it prints: when it is done, on stdout, and otherwise on stderr
-  } rows[] = {
-      {"--version", kDone, "qlx "},
-      {"--help", kDone, "qlx letter 12345678"},
-      {"call|BLesenDLL|M |12345678", kDone,
-       "kind: local\nresult: -1  (-1: delivered)\nrecord: 4711|25|0|815\n   1  addressNumber       "
-       "  4711\n"},
-      {"call|UserInit", kDone, "kind: local\nresult: 5  (number of users)\n"},
-      // Two parties, and no dialog allowed: nothing is written.
-      {"call|BLesenDLL|G |23001124||1", kDone,
-       "kind: local\nresult: 0  (-1: delivered)\nrecord: none; the buffer was left as it was\n"},
-      {"call|SLesenDLL|99999999", kDone, "record: 0|\n"},
-      {"call|SLesenDLL|99999999", kDone, "go without names"},
-      {"call|WVNext|24000317|-5", kDone, "(§ 4 KSchG)"},
-      {"call|GetDocuRoot|260", kDone, "Dokumente\n   1  path "},
-      {"followups|24000402", kDone, "Versorgungsausgleich klären"},  // without date and kind
-      {"office|check", kDone, "ZTCASE.KRV"},
-      {"office|show|ztablag", kDone,
-       "  1  A-117  12.12.2003\n          2  Kö/08  30.06.1999\n          3  "},
-      {"office|show|ZTCASE.KRV", kDone, "\n\nid: 5\ncaseNumber: 98010042\nuserId: 1\n"},
-      {"office|create|" + Folder(), kFailed, "Nothing was changed"},
-      {"followups|99999999", kFailed, "Case 99999999 has no follow-ups"},
-      {"letter|99999999", kFailed, "There is no case 99999999"},
-      {"letter|25000001", kFailed, "None of the 0 parties of case 25000001 is in the role \"M \""},
-      {"letter|12345678|--role|§G", kFailed, "None of the 7 parties"},
-      {"letter|98010042|--role|G", kFailed, "Address 4806, of Roßbach, has no place"},
-      {"", kWrongUsage, "subcommand is required"},
-      {"letter", kWrongUsage, "CASE is required"},
-      {"letter|12345678|--rolle|M", kWrongUsage, "--rolle"},
-      {"call|Blubb", kWrongUsage,
-       "There is no export \"Blubb\". There are:\n  GetDocuRoot length\n"},
-      {"call|UserInit|1", kWrongUsage, "UserInit takes 0 arguments, not 1"},
-      {"call|GetDocuRoot|x", kWrongUsage, "\"x\" is not a whole number"},
-      {"office|show|ZTNIX", kWrongUsage, "There are: ZTUSER ZTTCASE"},
-      {"office|create|nowhere|--cases|0", kWrongUsage, "--cases"},
-  };
-  for (const auto& [command, code, part] : rows) {
+  for (const auto& [command, code, part] : kOutcomes) {
     SCOPED_TRACE(command);
     const Outcome outcome = Qlx(command);
     EXPECT_EQ(outcome.code, code);
     EXPECT_THAT(code == kDone ? outcome.out : outcome.err, HasSubstr(part));
     EXPECT_EQ(code == kDone ? outcome.err : outcome.out, "");
   }
+  const Outcome again = Qlx("office|create|" + Folder());
+  EXPECT_EQ(again.code, kFailed);
+  EXPECT_THAT(again.err, HasSubstr("Nothing was changed"));
   EXPECT_EQ(Qlx("office|show|ZTHISTO.KRV").out, numbersBefore) << "of refused letters";
 }
 
