@@ -54,6 +54,8 @@ TEST_F(AddressReadingTest, DeliversTheAddressAsTheCaseKnowsIt) {
 
 TEST_F(AddressReadingTest, LeavesFieldsEmptyForWhatIsNotThere) {
   EXPECT_EQ(Address("4710"), "0 " + std::string(24, '|') + "<end>");
+  office.Has<P>("number: 101, addressNumber: 4710, name: Meier");
+  EXPECT_EQ(Address("4710"), "-1 |Meier" + std::string(23, '|') + "<end>");
   EXPECT_EQ(Address("4712"), "-1 |Groß & Klein|||||||||||Am Weg ||Köln||||||||||<end>");
   EXPECT_EQ(library->ALesenDLL("12345678", "4711", nullptr, "815"), 0);
   // The address's salutation is for a contact person without one, not for one whose is missing.

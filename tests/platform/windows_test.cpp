@@ -199,9 +199,12 @@ TEST(Message, OfOneThreadReachesTheWindowsOfAnother) {
   const TestClass testClass;
   HWND own = testClass.Create("");
   std::promise<HWND> created;
+  HWND second = nullptr;  // of the other thread, too; still there when the first is closed
   std::thread other([&] {
+    second = testClass.Create("");
     created.set_value(testClass.Create(""));
     while (Dispatch() != 7) MsgWaitForMultipleObjects(0, nullptr, FALSE, 10'000, QS_ALLINPUT);
+    DestroyWindow(second);
   });
   HWND foreign = created.get_future().get();
   // While this thread waits for the answer, it is asked itself.
@@ -212,7 +215,7 @@ TEST(Message, OfOneThreadReachesTheWindowsOfAnother) {
   EXPECT_EQ(old, reinterpret_cast<LONG_PTR>(Procedure));
   EXPECT_EQ(SendMessageA(foreign, kFirst, 21, 0), 0);
   EXPECT_TRUE(PostMessageA(foreign, WM_CLOSE, 0, 0));
-  EXPECT_TRUE(PostMessageA(foreign, WM_QUIT, 7, 0));
+  EXPECT_TRUE(PostMessageA(second, WM_QUIT, 7, 0));
   other.join();
   EXPECT_FALSE(IsWindow(foreign));
   DestroyWindow(own);
