@@ -181,9 +181,9 @@ TEST(Documents, QuoteTheLibraryWordForWord) {
   EXPECT_THAT(QuotesIn("docs/exports.md"), IsSupersetOf(messages));
 }
 
-class QlxExamples : public SampleOffice {};
+class QlxLetter : public SampleOffice {};
 
-TEST_F(QlxExamples, LetterIsTheOneThatIsShownToNewcomers) {
+TEST_F(QlxLetter, IsTheOneThatIsShownToNewcomers) {
   const std::string document = ProjectFile("README.md");
   const std::size_t begin = document.find("\n    Herrn\n");
   const std::string shown = document.substr(begin, document.find("\n\nThe same", begin) - begin);
@@ -195,6 +195,9 @@ TEST_F(QlxExamples, LetterIsTheOneThatIsShownToNewcomers) {
   EXPECT_EQ(letter.err, "");
   EXPECT_EQ(letter.code, 0);
 }
+
+// Numbers its documents from 1.
+class QlxExamples : public SampleOffice {};
 
 // "GetDocuRoot(260, path)" without the buffer: the texts and numbers.
 std::vector<std::string> ArgumentsIn(const std::string& call) {
