@@ -28,8 +28,6 @@ class PosixFiles : public PartyFile {
   static void BecomeOrdinaryUser() { KeepCapabilitiesBut(1U << CAP_DAC_OVERRIDE); }
   static void BecomeOneselfAgain() { KeepCapabilitiesBut(0); }
   void TearDown() override { BecomeOneselfAgain(); }
-
- private:
   static void KeepCapabilitiesBut(unsigned given) {
     __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
     std::array<__user_cap_data_struct, 2> sets{};
