@@ -9,7 +9,6 @@
 #include <array>
 #include <csignal>
 #include <optional>
-#include <set>
 
 #include "party_file.h"
 #include "worker.h"
