@@ -27,9 +27,19 @@ bool IsDenied(const std::string& name, const std::string& database, int flags) {
   return sharesMemory && AccessTo(database + "-shm", true) == Access::kDenied;
 }
 
-int OpenPatiently(const char* name, sqlite3_file* file, int flags, int* outFlags) {
+// A log made by who may not write the database would be his, and nobody else could write it.
+int WithoutMakingLogsForOthers(const std::string& database, int flags) {
+  int mayWrite = 1;
+  if ((flags & SQLITE_OPEN_WAL) != 0) {
+    realFiles->xAccess(realFiles, database.c_str(), SQLITE_ACCESS_READWRITE, &mayWrite);
+  }
+  return mayWrite != 0 ? flags : flags & ~SQLITE_OPEN_CREATE;
+}
+
+int OpenPatiently(const char* name, sqlite3_file* file, int wantedFlags, int* outFlags) {
   const std::string path = name;
-  const std::string database = DatabaseOf(path, flags);
+  const std::string database = DatabaseOf(path, wantedFlags);
+  const int flags = WithoutMakingLogsForOthers(database, wantedFlags);
   const bool toWrite = (flags & SQLITE_OPEN_READWRITE) != 0;
   const Patience patience(database);
   do {

@@ -1,4 +1,6 @@
 // Files that somebody may not write, or in whose folder he may make none.
+#include <sys/inotify.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "party_file.h"
@@ -13,7 +15,9 @@ using std::filesystem::perms;
 class ProtectedFiles : public PartyFile {
  protected:
   // Whom the rights on files concern.
-  static void BecomeOrdinaryUser() { EXPECT_TRUE(geteuid() != 0 || seteuid(65534) == 0); }
+  static void BecomeOrdinaryUser(uid_t user = 65534) {
+    EXPECT_TRUE(geteuid() != 0 || seteuid(user) == 0);
+  }
   static void BecomeOneselfAgain() { EXPECT_EQ(seteuid(getuid()), 0); }
   static std::string DoAsOrdinaryUser(Client& one, const std::string& script) {
     BecomeOrdinaryUser();
@@ -97,6 +101,63 @@ TEST_F(ProtectedFiles, AreReadWithAllThatOthersWriteWhoCameLater) {
   std::filesystem::remove(flag);
   EXPECT_EQ(writer.Wait(), 0);
   EXPECT_EQ(DoAsOrdinaryUser(reader, "next, next, close"), "5 !9 ok");
+}
+
+// A log that a reader made would be his, and nobody else could write it.
+TEST_F(ProtectedFiles, CanBeWrittenByTheirOwnerWhoeverHasOpenedThem) {
+  constexpr uid_t kOwner = 65533;
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  std::filesystem::permissions(folder, perms::all);
+  for (const char mode : {kOpenReadOnly, kOpenNormal}) {
+    const std::string file = InFolder("FILE.KRV") + std::to_string(-mode);
+    std::filesystem::copy_file(path, file);
+    std::filesystem::permissions(file, perms{0644});
+    EXPECT_TRUE(geteuid() != 0 || chown(file.c_str(), kOwner, kOwner) == 0);
+    BecomeOrdinaryUser();
+    EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
+    if (mode == kOpenNormal) EXPECT_EQ(Client().Open(file), kPermissionError);
+    BecomeOneselfAgain();
+    BecomeOrdinaryUser(kOwner);
+    EXPECT_EQ(Opened(file).Do("insert, close"), "2 ok");
+    BecomeOneselfAgain();
+  }
+}
+
+// The first look finds out whether the file fits the log, the second uses it. Makes `flag` when it
+// has begun to watch.
+bool RemoveAfterTwoLooks(const std::string& log, const std::string& flag) {
+  const int watch = inotify_init1(0);
+  inotify_add_watch(watch, log.c_str(), IN_OPEN | IN_CLOSE);  // equal ones in a row would be one
+  WriteAll(flag, "");
+  for (int closed = 0; closed < 2;) {
+    alignas(inotify_event) std::array<char, 4096> events{};
+    const ssize_t size = read(watch, events.data(), events.size());
+    if (size <= 0) return false;
+    for (ssize_t i = 0; i < size;) {
+      const auto* event = reinterpret_cast<const inotify_event*>(events.data() + i);
+      if ((event->mask & IN_CLOSE) != 0) ++closed;
+      i += static_cast<ssize_t>(sizeof *event + event->len);
+    }
+  }
+  return std::filesystem::remove(log);
+}
+
+TEST_F(ProtectedFiles, AreReadBesideALogThatGoesWhileTheyAreOpened) {
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const std::string file = InFolder("FILE.KRV");
+  std::filesystem::copy_file(path, file);
+  std::filesystem::permissions(file, perms{0644});
+  WriteAll(file + "-wal", std::string(5000, 'x'));  // which cannot be played in here
+  std::filesystem::permissions(folder, perms{0755});
+  const pid_t writer = fork();
+  if (writer == 0) _exit(RemoveAfterTwoLooks(file + "-wal", InFolder("flag")) ? 0 : 1);
+  WaitUntilHeld(InFolder("flag"));
+  BecomeOrdinaryUser();
+  EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
+  BecomeOneselfAgain();
+  int outcome = -1;
+  EXPECT_EQ(waitpid(writer, &outcome, 0), writer);
+  EXPECT_EQ(outcome, 0);
 }
 
 }  // namespace
