@@ -205,7 +205,9 @@ bool UseMark::Set(const std::string& path) {
   }
   const std::string noted = NotedPath(file);
   if (noted == path) return true;
-  if (IsAt(file, noted) && PlaceOf(noted) != place && HasLeftovers(noted)) return false;
+  // Nothing there: the file was moved away from what lies beside.
+  const bool isItsOwn = IsAt(file, noted) || InspectFile(noted).kind == FileKind::kMissing;
+  if (isItsOwn && PlaceOf(noted) != place && HasLeftovers(noted)) return false;
   fsetxattr(file, kPathNote, path.data(), path.size(), 0);
   return true;
 }
