@@ -222,6 +222,11 @@ bool CanMakeFilesBeside(const std::string& path) {
   return faccessat(AT_FDCWD, FolderOf(path).c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
+// It gets the file's rights, but belongs to whoever makes it.
+bool CanMakeLogFor(const std::string& path) {
+  return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
 bool AreFileHandlesUsedUp() {
   const int spare = open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (spare < 0) return errno == EMFILE || errno == ENFILE;

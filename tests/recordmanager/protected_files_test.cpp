@@ -105,14 +105,16 @@ TEST_F(ProtectedFiles, AreReadWithAllThatOthersWriteWhoCameLater) {
 
 // A log that a reader made would be his, and nobody else could write it.
 TEST_F(ProtectedFiles, CanBeWrittenByTheirOwnerWhoeverHasOpenedThem) {
+  if (geteuid() != 0) GTEST_SKIP() << "takes two users";
   constexpr uid_t kOwner = 65533;
   EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const std::string flag = InFolder("flag");
   std::filesystem::permissions(folder, perms::all);
   for (const char mode : {kOpenReadOnly, kOpenNormal}) {
     const std::string file = InFolder("FILE.KRV") + std::to_string(-mode);
     std::filesystem::copy_file(path, file);
     std::filesystem::permissions(file, perms{0644});
-    EXPECT_TRUE(geteuid() != 0 || chown(file.c_str(), kOwner, kOwner) == 0);
+    EXPECT_EQ(chown(file.c_str(), kOwner, kOwner), 0);
     BecomeOrdinaryUser();
     EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
     if (mode == kOpenNormal) EXPECT_EQ(Client().Open(file), kPermissionError);
@@ -120,7 +122,26 @@ TEST_F(ProtectedFiles, CanBeWrittenByTheirOwnerWhoeverHasOpenedThem) {
     BecomeOrdinaryUser(kOwner);
     EXPECT_EQ(Opened(file).Do("insert, close"), "2 ok");
     BecomeOneselfAgain();
+    Worker idle({file, "wait " + flag});
+    WaitUntilHeld(flag);
+    BecomeOrdinaryUser();
+    EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next*, close"), "1 2 !9 ok");
+    BecomeOneselfAgain();
+    EXPECT_EQ(idle.Kill(), Worker::kKilled);
+    std::filesystem::remove(flag);
   }
+  const std::string file = InFolder("FILE.KRV");
+  std::filesystem::copy_file(path, file);
+  std::filesystem::permissions(file, perms{0644});
+  Worker writer({file, "insert, wait " + flag});
+  WaitUntilHeld(flag);
+  EXPECT_EQ(writer.Kill(), Worker::kKilled);
+  std::filesystem::remove(file + "-shm");
+  BecomeOrdinaryUser();
+  EXPECT_EQ(Client().Open(file, kOpenReadOnly), kPermissionError) << "the log's memory is missing";
+  EXPECT_FALSE(std::filesystem::exists(file + "-shm"));
+  BecomeOneselfAgain();
+  EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next*, close"), "1 2 !9 ok");
 }
 
 // The first look finds out whether the file fits the log, the second uses it. Makes `flag` when it
