@@ -1,6 +1,9 @@
 // Files that somebody may not write, or in whose folder he may make none.
+#include <fcntl.h>
 #include <linux/capability.h>
+#include <sys/inotify.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -20,8 +23,19 @@ class ProtectedFiles : public PartyFile {
   // Whom the rights on files concern. Root gives up no more than writing in spite of them: another
   // user may not even be let into the folder that the tests run in.
   static void BecomeOrdinaryUser() { KeepCapabilitiesBut(1U << CAP_DAC_OVERRIDE); }
-  static void BecomeOneselfAgain() { KeepCapabilitiesBut(0); }
+  static void BecomeUser(uid_t user) { EXPECT_EQ(seteuid(user), 0); }
+  static void BecomeOneselfAgain() {
+    BecomeUser(getuid());
+    KeepCapabilitiesBut(0);
+  }
   void TearDown() override { BecomeOneselfAgain(); }
+
+  static bool MayBeEntered(const std::filesystem::path& folder, uid_t user) {
+    BecomeUser(user);
+    const bool may = faccessat(AT_FDCWD, folder.c_str(), X_OK, AT_EACCESS) == 0;
+    BecomeOneselfAgain();
+    return may;
+  }
 
   // While it is done, neither the file nor its folder may be written.
   static std::string DoAsReader(const std::string& file, const std::function<std::string()>& work) {
@@ -120,6 +134,83 @@ TEST_F(ProtectedFiles, AreReadWithAllThatOthersWriteWhoCameLater) {
   std::filesystem::remove(flag);
   EXPECT_EQ(writer.Wait(), 0);
   EXPECT_EQ(read("next, next, close"), "5 !9 ok");
+}
+
+// A log that a reader made would be his, and nobody else could write it.
+TEST_F(ProtectedFiles, CanBeWrittenByTheirOwnerWhoeverHasOpenedThem) {
+  constexpr uid_t kOwner = 65533;
+  constexpr uid_t kReader = 65534;
+  if (geteuid() != 0 || !MayBeEntered(folder, kReader)) GTEST_SKIP() << "takes two users";
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const std::string flag = InFolder("flag");
+  std::filesystem::permissions(folder, perms::all);
+  for (const char mode : {kOpenReadOnly, kOpenNormal}) {
+    const std::string file = InFolder("FILE.KRV") + std::to_string(-mode);
+    std::filesystem::copy_file(path, file);
+    std::filesystem::permissions(file, perms{0644});
+    EXPECT_EQ(chown(file.c_str(), kOwner, kOwner), 0);
+    BecomeUser(kReader);
+    EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
+    if (mode == kOpenNormal) EXPECT_EQ(Client().Open(file), kPermissionError);
+    BecomeOneselfAgain();
+    BecomeUser(kOwner);
+    EXPECT_EQ(Opened(file).Do("insert, close"), "2 ok");
+    BecomeOneselfAgain();
+    Worker idle({file, "wait " + flag});
+    WaitUntilHeld(flag);
+    BecomeUser(kReader);
+    EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next*, close"), "1 2 !9 ok");
+    BecomeOneselfAgain();
+    EXPECT_EQ(idle.Kill(), Worker::kKilled);
+    std::filesystem::remove(flag);
+  }
+  const std::string file = InFolder("FILE.KRV");
+  std::filesystem::copy_file(path, file);
+  std::filesystem::permissions(file, perms{0644});
+  Worker writer({file, "insert, wait " + flag});
+  WaitUntilHeld(flag);
+  EXPECT_EQ(writer.Kill(), Worker::kKilled);
+  std::filesystem::remove(file + "-shm");
+  BecomeUser(kReader);
+  EXPECT_EQ(Client().Open(file, kOpenReadOnly), kPermissionError) << "the log's memory is missing";
+  EXPECT_FALSE(std::filesystem::exists(file + "-shm"));
+  BecomeOneselfAgain();
+  EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next*, close"), "1 2 !9 ok");
+}
+
+// The first look finds out whether the file fits the log, the second uses it. Makes `flag` when it
+// has begun to watch.
+bool RemoveAfterTwoLooks(const std::string& log, const std::string& flag) {
+  const int watch = inotify_init1(0);
+  inotify_add_watch(watch, log.c_str(), IN_OPEN | IN_CLOSE);  // equal ones in a row would be one
+  WriteAll(flag, "");
+  for (int closed = 0; closed < 2;) {
+    alignas(inotify_event) std::array<char, 4096> events{};
+    const ssize_t size = read(watch, events.data(), events.size());
+    if (size <= 0) return false;
+    for (ssize_t i = 0; i < size;) {
+      const auto* event = reinterpret_cast<const inotify_event*>(events.data() + i);
+      if ((event->mask & IN_CLOSE) != 0) ++closed;
+      i += static_cast<ssize_t>(sizeof *event + event->len);
+    }
+  }
+  std::filesystem::permissions(std::filesystem::path(log).parent_path(), perms{0755});
+  return std::filesystem::remove(log);
+}
+
+TEST_F(ProtectedFiles, AreReadBesideALogThatGoesWhileTheyAreOpened) {
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const std::string file = InFolder("FILE.KRV");
+  std::filesystem::copy_file(path, file);
+  WriteAll(file + "-wal", std::string(5000, 'x'));  // which cannot be played in here
+  const pid_t writer = fork();
+  if (writer == 0) _exit(RemoveAfterTwoLooks(file + "-wal", InFolder("flag")) ? 0 : 1);
+  WaitUntilHeld(InFolder("flag"));
+  EXPECT_EQ(DoAsReader(file, [&] { return Opened(file, kOpenReadOnly).Do("first, next, close"); }),
+            "1 !9 ok");
+  int outcome = -1;
+  EXPECT_EQ(waitpid(writer, &outcome, 0), writer);
+  EXPECT_EQ(outcome, 0);
 }
 
 }  // namespace
