@@ -206,6 +206,7 @@ void Connection::ForgetPages() {
 }
 
 std::size_t Connection::PageBytes() const {
+  if (handle_ == nullptr) return 0;
   int bytes = 0;
   int ignored = 0;
   sqlite3_db_status(handle_, SQLITE_DBSTATUS_CACHE_USED, &bytes, &ignored, 0);
