@@ -202,7 +202,10 @@ int Connection::QueryText(const char* sql, std::string& text) {
 }
 
 void Connection::ForgetPages() {
-  if (handle_ != nullptr) sqlite3_db_release_memory(handle_);
+  if (handle_ == nullptr) return;
+  // A rollback journal's users would find the file locked until the transaction ends.
+  if (logged_) sqlite3_db_cacheflush(handle_);
+  sqlite3_db_release_memory(handle_);
 }
 
 std::size_t Connection::PageBytes() const {
