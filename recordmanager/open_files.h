@@ -43,7 +43,7 @@ class OpenFiles {
     if (hasParents_) ReplaceParents();
   }
 
-  // Gives back the memory of all that has only been read, and can be read again.
+  // Gives back the memory of all that can be read again.
   void ForgetRecords();
 
   // Ends the transactions of all files. The first that fails takes the remaining ones back.

@@ -74,7 +74,11 @@ int RecordFile::Prepare() {
 // open.
 template <typename Body>
 int RecordFile::Write(Body body) {
-  if (inTransaction_) return connection_.IsInTransaction() ? body() : btrieve::kIoError;
+  if (inTransaction_) {
+    const int status = connection_.IsInTransaction() ? body() : btrieve::kIoError;
+    memory_.Note(*this);
+    return status;
+  }
   if (const int status = BeginWriting(); status != btrieve::kSuccess) return status;
   const UnlessCommitted takenBack(connection_, rollBack_);
   int status = body();

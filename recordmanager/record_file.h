@@ -81,8 +81,7 @@ class RecordFile {
   void RollBack();
   bool IsInTransaction() const { return inTransaction_; }
 
-  // Gives back the memory of all that has only been read, and can be read again; and how much that
-  // is.
+  // Gives back the memory of all that can be read again; and how much that is.
   void ForgetRecords();
   std::size_t KeptBytes() const { return readAhead_.Bytes() + connection_.PageBytes(); }
 

@@ -202,10 +202,14 @@ int Connection::QueryText(const char* sql, std::string& text) {
 }
 
 void Connection::ForgetPages() {
-  if (handle_ != nullptr) sqlite3_db_release_memory(handle_);
+  if (handle_ == nullptr) return;
+  // A rollback journal's users would find the file locked until the transaction ends.
+  if (logged_) sqlite3_db_cacheflush(handle_);
+  sqlite3_db_release_memory(handle_);
 }
 
 std::size_t Connection::PageBytes() const {
+  if (handle_ == nullptr) return 0;
   int bytes = 0;
   int ignored = 0;
   sqlite3_db_status(handle_, SQLITE_DBSTATUS_CACHE_USED, &bytes, &ignored, 0);

@@ -121,7 +121,8 @@ class Connection {
   int QueryInteger(const char* sql, std::int64_t& value);
   int QueryText(const char* sql, std::string& text);
 
-  // Gives back the memory of all pages that are neither in use nor changed; and how much all take.
+  // Gives back the memory of all pages that are not in use; and how much all take. What a
+  // transaction has changed goes to the log before; without a log it stays.
   void ForgetPages();
   std::size_t PageBytes() const;
 

@@ -63,5 +63,36 @@ TEST_F(Memory, IsTakenWithinOneLimitForAllFilesThatAreOpen) {
   EXPECT_LT(most, 28 * kMegabyte);
 }
 
+TEST_F(Memory, IsTakenWithinThatLimitAlsoByATransactionOverManyFiles) {
+  constexpr int kFiles = 16;
+  constexpr std::int32_t kRecords = 2500;
+  std::vector<Client*> writers;
+  for (int i = 0; i < kFiles; ++i) {
+    const std::string name = InFolder(std::to_string(i) + ".KRV");
+    ASSERT_EQ(Create(name, DescribeFile(client.length, {DescribeKey(0, 4, kIntegerKey)})),
+              kSuccess);
+    writers.push_back(&Opened(name));
+  }
+  const std::size_t before = AllocatedBytes();
+  std::size_t most = 0;
+  client.Call(kBeginTransaction, 0);
+  for (Client* writer : writers) {
+    for (std::int32_t i = 0; i < kRecords; ++i) {
+      std::memcpy(writer->record.data(), &i, sizeof i);
+      ASSERT_EQ(writer->Call(kInsert, 0), kSuccess);
+    }
+    most = std::max(most, AllocatedBytes());
+  }
+  EXPECT_EQ(client.Call(kEndTransaction, 0), kSuccess);
+  EXPECT_LT(most, before + 28 * kMegabyte);
+  for (Client* writer : writers) {
+    int count = 0;
+    for (int s = writer->Call(kGetFirst, 0); s == kSuccess; s = writer->Call(kGetNext, 0)) {
+      ASSERT_EQ(writer->Number(), count++);
+    }
+    EXPECT_EQ(count, kRecords);
+  }
+}
+
 }  // namespace
 }  // namespace recordmanager_tests
