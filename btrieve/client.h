@@ -74,21 +74,22 @@ class Client {
     char nothing = 0;
     if (data.empty()) data = {&nothing, 1};
     auto length = static_cast<ULONG>(data.size());
-    const auto status = static_cast<Status>(entryPoint_({.operation = operation,
-                                    .positionBlock = block.data(),
-                                    .dataBuffer = data.data(),
-                                    .dataLength = &length,
-                                    .keyBuffer = key.data(),
-                                    .keyLength = static_cast<BYTE>(key.size()),
-                                    .keyNumber = static_cast<char>(keyNumber)}));
+    const auto status =
+        static_cast<Status>(entryPoint_({.operation = operation,
+                                         .positionBlock = block.data(),
+                                         .dataBuffer = data.data(),
+                                         .dataLength = &length,
+                                         .keyBuffer = key.data(),
+                                         .keyLength = static_cast<BYTE>(key.size()),
+                                         .keyNumber = static_cast<char>(keyNumber)}));
     length_ = std::min<std::size_t>(length, data.size());
     return status;
   }
 
   // The same with a record that is a plain struct.
   template <class Record>
-  requires std::is_trivially_copyable_v<Record>
-  Status Call(WORD operation, int keyNumber, Record& record) {
+  requires std::is_trivially_copyable_v<Record> Status Call(WORD operation, int keyNumber,
+                                                            Record& record) {
     return Call(operation, keyNumber,
                 std::span<char>(reinterpret_cast<char*>(&record), sizeof record));
   }

@@ -79,4 +79,7 @@ bool CanMakeLogFor(const std::string& path);
 // Whether nothing can be opened any more because too much is open, in this process or altogether.
 bool AreFileHandlesUsedUp();
 
+// Whether the process has no room left for the memory that the users of a log share.
+bool AreAddressesUsedUp();
+
 }  // namespace recordmanager

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
 #include <sys/xattr.h>
@@ -39,6 +40,9 @@ constexpr std::array<std::uint32_t, 10> kRemoteFileSystems = {
 constexpr off_t kSqliteLocks = 0x40000000;
 constexpr off_t kUseMarks = kSqliteLocks + 1024;
 constexpr off_t kToTheEnd = 0;
+
+// SQLite's own limit, with the terminator.
+constexpr std::size_t kLongestPath = 512;
 
 // A note on the file: the path by which it was opened last.
 constexpr const char* kPathNote = "user.recordmanager.path";
@@ -145,6 +149,7 @@ FileFacts InspectFile(const std::string& path) {
 }
 
 bool IsShortEnough(const std::string& path) {
+  if (path.size() + std::strlen("-journal") >= kLongestPath) return false;
   struct stat ignored {};
   return stat((path + "-journal").c_str(), &ignored) == 0 || errno != ENAMETOOLONG;
 }
@@ -196,7 +201,7 @@ bool IsInUse(const std::string& path) {
 bool UseMark::Set(const std::string& path) {
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   file_ = file;
-  if (file < 0) return true;
+  if (file < 0) return errno != EMFILE && errno != ENFILE;
   const off_t place = PlaceOf(path);
   if (!Lock(file, F_RDLCK, place, 1)) return errno != EAGAIN && errno != EACCES;
   if (IsLockedByOthers(file, kUseMarks, place - kUseMarks) ||
@@ -232,6 +237,13 @@ bool AreFileHandlesUsedUp() {
   if (spare < 0) return errno == EMFILE || errno == ENFILE;
   close(spare);
   return false;
+}
+
+bool AreAddressesUsedUp() {
+  constexpr std::size_t kOneView = 32768;
+  void* const room = mmap(nullptr, kOneView, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (room != MAP_FAILED) munmap(room, kOneView);
+  return room == MAP_FAILED;
 }
 
 }  // namespace recordmanager

@@ -226,4 +226,11 @@ bool CanMakeLogFor(const std::string& /*path*/) { return true; }
 // There is no limit that is reached before memory ends.
 bool AreFileHandlesUsedUp() { return false; }
 
+bool AreAddressesUsedUp() {
+  constexpr SIZE_T kOneView = 65536;
+  void* const room = VirtualAlloc(nullptr, kOneView, MEM_RESERVE, PAGE_NOACCESS);
+  if (room != nullptr) VirtualFree(room, 0, MEM_RELEASE);
+  return room == nullptr;
+}
+
 }  // namespace recordmanager

@@ -20,6 +20,7 @@ constexpr std::size_t kLargestBlock = std::size_t{64} * 1024;  // bytes of data
 constexpr std::size_t kMostBytes = std::size_t{10} * 1024 * 1024;
 constexpr std::size_t kMostBlocks = 512;
 constexpr std::size_t kMostLookedUp = 256;
+constexpr std::size_t kMostLookedUpBytes = std::size_t{4} * 1024 * 1024;
 
 }  // namespace
 
@@ -35,6 +36,7 @@ const RecordBlock* LookedUp::Find(std::size_t key, const Cut& cut, Direction dir
 }
 
 LookedUp::Place& LookedUp::PlaceFor(std::size_t key, const Cut& cut) {
+  if (bytes_ > kMostLookedUpBytes) places_ = {};
   if (places_.empty()) {
     places_.resize(kMostLookedUp);
     bytes_ = places_.size() * sizeof(Place);

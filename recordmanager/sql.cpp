@@ -32,6 +32,7 @@ int StatusOf(int sqliteCode) {
   if (sqliteCode == SQLITE_IOERR_SHMSIZE) {  // no room for the memory that users of a log share
     return btrieve::kDiskFull;
   }
+  if (sqliteCode == SQLITE_IOERR_SHMMAP && AreAddressesUsedUp()) return btrieve::kOutOfMemory;
   switch (sqliteCode & 0xFF) {  // the rest of an extended code tells apart what has one status
     case SQLITE_OK:
     case SQLITE_ROW:
@@ -117,11 +118,12 @@ int Connection::Open(const std::string& path, Way way) {
     sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
   }
   const bool isReplaced = result == SQLITE_OK && way != Way::kNew && !MarkUse();
-  return isReplaced ? btrieve::kRecordInUse : StatusOf(result);
+  if (!isReplaced) return StatusOf(result);
+  return AreFileHandlesUsedUp() ? btrieve::kFileTableFull : btrieve::kRecordInUse;
 }
 
-// False when the file is just being replaced, or was since it was opened. What lies beside it
-// belongs to the other one then.
+// False when the file is just being replaced, or was since it was opened: what lies beside it
+// belongs to the other one then. And when there is no handle left for the mark.
 bool Connection::MarkUse() {
   int hasMoved = 0;
   if (!useMark_.Set(sqlite3_db_filename(handle_, "main"))) return false;

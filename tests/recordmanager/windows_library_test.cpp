@@ -2,6 +2,8 @@
 #include <malloc.h>
 
 #include <array>
+#include <cstdlib>
+#include <vector>
 
 #include "party_file.h"
 #include "platform/windows_api.h"
@@ -30,10 +32,14 @@ Possessions CountPossessions() {
   return have;
 }
 
-void TakeAllMemory() {
+void TakeAllAddresses() {
   for (SIZE_T size = 1U << 28U; size >= 4096; size /= 2) {
     while (VirtualAlloc(nullptr, size, MEM_RESERVE, PAGE_NOACCESS) != nullptr) continue;
   }
+}
+
+void TakeAllMemory() {
+  TakeAllAddresses();
   for (const HANDLE heap : {GetProcessHeap(), reinterpret_cast<HANDLE>(_get_heap_handle())}) {
     for (SIZE_T size = 1U << 20U; size >= 8; size /= 2) {
       while (HeapAlloc(heap, 0, size) != nullptr) continue;
@@ -66,6 +72,20 @@ TEST_F(WindowsLibrary, SaysSoWhenThereIsNoMemoryForItsFirstCall) {
   const auto call = [this] {
     qlx99::tests::EmbeddedCallId();
     TakeAllMemory();
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(client.Open(path)));
+  };
+  EXPECT_EXIT(call(), testing::ExitedWithCode(btrieve::kOutOfMemory), "");
+}
+
+// The log's users share memory that needs addresses of its own.
+TEST_F(WindowsLibrary, SaysSoWhenOnlyItsHeapHasMemoryLeft) {
+  qlx99::tests::ReleaseEmbedded();
+  const auto call = [this] {
+    qlx99::tests::EmbeddedCallId();
+    std::vector<void*> room(2000);
+    for (void*& part : room) part = std::malloc(4000);
+    TakeAllAddresses();
+    for (std::size_t i = 0; i < room.size(); i += 2) std::free(room[i]);  // the heap keeps its own
     TerminateProcess(GetCurrentProcess(), static_cast<UINT>(client.Open(path)));
   };
   EXPECT_EXIT(call(), testing::ExitedWithCode(btrieve::kOutOfMemory), "");
