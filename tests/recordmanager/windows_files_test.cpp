@@ -26,6 +26,7 @@ class Onlooker {
     GoAway();
   }
 
+  void Lock() { EXPECT_TRUE(LockFile(file_, 0, 0, MAXDWORD, MAXLONG)); }
   void GoAway() {
     if (file_ != INVALID_HANDLE_VALUE) CloseHandle(std::exchange(file_, INVALID_HANDLE_VALUE));
   }
@@ -79,10 +80,22 @@ TEST_F(WindowsFiles, AreWaitedForWhileSomebodyLooksAtThem) {
 
 TEST_F(WindowsFiles, AreReplacedWhenNobodyLooksAtThemAnyMore) {
   const std::string name = InFolder("OLD.KRV");
-  WriteAll(name, "old");
+  for (const DWORD more : {0, FILE_SHARE_DELETE}) {
+    WriteAll(name, "old");
+    Onlooker onlooker(name, FILE_SHARE_READ | FILE_SHARE_WRITE | more);
+    onlooker.GoAwayAfter(300ms);
+    EXPECT_EQ(Create(name), kSuccess) << more;
+  }
+}
+
+// As a backup may, and whoever opens a file with several names does for a moment.
+TEST_F(WindowsFiles, AreWaitedForWhileSomebodyLocksAllOfThem) {
+  const std::string name = InFolder("LOCKED.KRV");
+  WriteAll(name, ReadAll(path));
   Onlooker onlooker(name, FILE_SHARE_READ | FILE_SHARE_WRITE);
+  onlooker.Lock();
   onlooker.GoAwayAfter(300ms);
-  EXPECT_EQ(Create(name), kSuccess);
+  EXPECT_EQ(Opened(name).Do("first"), "1");
 }
 
 TEST_F(WindowsFiles, AreInUseWhileSomebodyDeniesThemForLong) {
