@@ -88,6 +88,16 @@ std::wstring FinalPath(HANDLE file) {
   return path;
 }
 
+// Of a file or a folder, whoever has it open; empty where it cannot be told.
+std::wstring FinalPathOf(const std::wstring& path) {
+  const HANDLE file = CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return {};
+  std::wstring final = FinalPath(file);
+  CloseHandle(file);
+  return final;
+}
+
 // Use marks lie behind all that SQLite locks; each name has a place of its own there, as good as
 // certainly.
 constexpr std::uint64_t kUseMarks = 0x40000000 + 1024;
@@ -162,6 +172,13 @@ FileFacts InspectFile(const std::string& path) {
   return {FileKind::kFile, ToUtf8(wide)};
 }
 
+std::string PathOfFile(const std::string& path) {
+  const std::wstring final = FinalPathOf(ToWide(path));
+  if (final.starts_with(LR"(\\?\UNC\)")) return ToUtf8(WithoutLimit(LR"(\\)" + final.substr(8)));
+  const bool isOnDrive = final.size() > 5 && final[5] == L':';
+  return isOnDrive ? ToUtf8(WithoutLimit(final.substr(4))) : path;
+}
+
 bool IsShortEnough(const std::string& path) {
   constexpr std::size_t kLongest = 255;
   const std::wstring wide = ToWide(path + "-journal");
@@ -170,11 +187,7 @@ bool IsShortEnough(const std::string& path) {
 
 // The drive is asked for by the path that links in folders lead to, which may be a share's.
 bool IsOnLocalDisk(const std::string& path) {
-  const HANDLE file = CreateFileW(ToWide(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
-                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return false;
-  const std::wstring final = FinalPath(file);
-  CloseHandle(file);
+  const std::wstring final = FinalPathOf(ToWide(path));
   std::vector<wchar_t> root(final.size() + 2);
   if (GetVolumePathNameW(final.c_str(), root.data(), static_cast<DWORD>(root.size())) == 0) {
     return false;
