@@ -19,9 +19,10 @@ alignas(Engine) std::byte engineMemory[sizeof(Engine)];
 Engine* engine = nullptr;
 
 short Serve(const Call& call) noexcept {
-  if (!recordmanager::TakeTurn()) return btrieve::kOutOfMemory;
+  int status = recordmanager::TakeTurn();
+  if (status != btrieve::kSuccess) return static_cast<short>(status);
   if (engine == nullptr) engine = new (engineMemory) Engine;
-  const int status = engine->Serve(call);
+  status = engine->Serve(call);
   recordmanager::EndTurn();
   return static_cast<short>(status);
 }

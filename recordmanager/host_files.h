@@ -23,6 +23,10 @@ std::string HostPath(std::string_view path);
 
 FileFacts InspectFile(const std::string& path);
 
+// Where the file itself lies to which links or a drive of another name lead, and so its log, for
+// hosts where SQLite does not follow them itself. `path` where that cannot be told.
+std::string PathOfFile(const std::string& path);
+
 // Whether a file may have so long a name, with the endings that SQLite adds to it.
 bool IsShortEnough(const std::string& path);
 

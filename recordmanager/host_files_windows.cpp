@@ -29,15 +29,18 @@ std::string ToUtf8(const std::wstring& wide) {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-Access Probe(const std::wstring& path, DWORD access) {
-  const HANDLE file =
-      CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+Access Probe(const std::wstring& path, DWORD access, DWORD shared = kShareAll) {
+  const HANDLE file = CreateFileW(path.c_str(), access, shared, nullptr, OPEN_EXISTING, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
     return GetLastError() == ERROR_SHARING_VIOLATION ? Access::kDenied : Access::kImpossible;
   }
   CloseHandle(file);
   return Access::kFree;
 }
+
+// Whether somebody has it open, also one who would let others delete it: Windows replaces it
+// neither way.
+bool IsOpen(const std::wstring& path) { return Probe(path, DELETE, 0) == Access::kDenied; }
 
 std::wstring ToWide(const std::string& path) { return Widen(path, CP_UTF8); }
 
@@ -69,8 +72,7 @@ MoveResult Move(const std::wstring& from, const std::wstring& to, bool replace) 
     if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) {
       return MoveResult::kTargetExists;
     }
-    const bool isDenied =
-        Probe(from, DELETE) == Access::kDenied || (replace && Probe(to, DELETE) == Access::kDenied);
+    const bool isDenied = Probe(from, DELETE) == Access::kDenied || (replace && IsOpen(to));
     if (isDenied && !patience.Lasts()) return MoveResult::kTargetInUse;
     // Who was in the way may have gone a moment ago: not denied once more, it fails for another
     // reason.
@@ -84,6 +86,16 @@ std::wstring FinalPath(HANDLE file) {
   std::wstring path(GetFinalPathNameByHandleW(file, nullptr, 0, 0), L'\0');
   path.resize(GetFinalPathNameByHandleW(file, path.data(), static_cast<DWORD>(path.size()), 0));
   return path;
+}
+
+// Of a file or a folder, whoever has it open; empty where it cannot be told.
+std::wstring FinalPathOf(const std::wstring& path) {
+  const HANDLE file = CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return {};
+  std::wstring final = FinalPath(file);
+  CloseHandle(file);
+  return final;
 }
 
 // Use marks lie behind all that SQLite locks; each name has a place of its own there, as good as
@@ -124,6 +136,21 @@ bool HasOneName(HANDLE file) {
   return GetFileInformationByHandle(file, &facts) == 0 || facts.nNumberOfLinks < 2;
 }
 
+// Of two who come at the same time by different names, at least one sees the other's mark.
+bool Mark(HANDLE file) {
+  const std::uint64_t place = PlaceOf(file);
+  OVERLAPPED at = At(place);
+  if (LockFileEx(file, LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &at) == 0) {
+    return GetLastError() != ERROR_LOCK_VIOLATION;
+  }
+  if (HasOneName(file) || (!IsLockedByOthers(file, kUseMarks, place) &&
+                           !IsLockedByOthers(file, place + 1, kUseMarks + 2 + kPlaces))) {
+    return true;
+  }
+  UnlockFileEx(file, 0, 1, 0, &at);
+  return false;
+}
+
 }  // namespace
 
 std::string HostPath(std::string_view path) {
@@ -145,6 +172,13 @@ FileFacts InspectFile(const std::string& path) {
   return {FileKind::kFile, ToUtf8(wide)};
 }
 
+std::string PathOfFile(const std::string& path) {
+  const std::wstring final = FinalPathOf(ToWide(path));
+  if (final.starts_with(LR"(\\?\UNC\)")) return ToUtf8(WithoutLimit(LR"(\\)" + final.substr(8)));
+  const bool isOnDrive = final.size() > 5 && final[5] == L':';
+  return isOnDrive ? ToUtf8(WithoutLimit(final.substr(4))) : path;
+}
+
 bool IsShortEnough(const std::string& path) {
   constexpr std::size_t kLongest = 255;
   const std::wstring wide = ToWide(path + "-journal");
@@ -153,11 +187,7 @@ bool IsShortEnough(const std::string& path) {
 
 // The drive is asked for by the path that links in folders lead to, which may be a share's.
 bool IsOnLocalDisk(const std::string& path) {
-  const HANDLE file = CreateFileW(ToWide(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
-                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return false;
-  const std::wstring final = FinalPath(file);
-  CloseHandle(file);
+  const std::wstring final = FinalPathOf(ToWide(path));
   std::vector<wchar_t> root(final.size() + 2);
   if (GetVolumePathNameW(final.c_str(), root.data(), static_cast<DWORD>(root.size())) == 0) {
     return false;
@@ -181,27 +211,25 @@ MoveResult ReplaceFile(const std::string& from, const std::string& to) {
 
 bool IsInUse(const std::string& path) {
   const Patience patience(path);
-  while (Probe(ToWide(path), DELETE) == Access::kDenied) {
+  while (IsOpen(ToWide(path))) {
     if (!patience.Lasts()) return true;
   }
   return false;
 }
 
-// Nobody renames a file that is open, so only one with several names can be open by another. Of two
-// who come at the same time by different names, at least one sees the other's mark.
+// Nobody renames a file that is open, so only one with several names can be open by another. Who
+// looks for marks locks them all for a moment, and is waited for.
 bool UseMark::Set(const std::string& path) {
   const HANDLE file =
       CreateFileW(ToWide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                   OPEN_EXISTING, 0, nullptr);
   file_ = reinterpret_cast<std::intptr_t>(file);
   if (file == INVALID_HANDLE_VALUE) return true;
-  const std::uint64_t place = PlaceOf(file);
-  OVERLAPPED at = At(place);
-  if (LockFileEx(file, LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &at) == 0) {
-    return GetLastError() != ERROR_LOCK_VIOLATION;
+  const Patience patience(path);
+  while (!Mark(file)) {
+    if (!patience.Lasts()) return false;
   }
-  return HasOneName(file) || (!IsLockedByOthers(file, kUseMarks, place) &&
-                              !IsLockedByOthers(file, place + 1, kUseMarks + 2 + kPlaces));
+  return true;
 }
 
 void UseMark::End() {

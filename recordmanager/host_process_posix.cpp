@@ -2,6 +2,7 @@
 
 #include <mutex>
 
+#include "recordmanager/btrieve.h"
 #include "recordmanager/host_process.h"
 
 extern "C" void ForgetParent();  // inherited_locks.c
@@ -29,12 +30,12 @@ __attribute__((destructor)) void End() {
 
 }  // namespace
 
-bool TakeTurn() {
+int TakeTurn() {
   static bool seesForks = false;
   turns.lock();
   seesForks = seesForks || pthread_atfork(&LockTurns, &UnlockTurns, &BecomeChild) == 0;
   if (!seesForks) turns.unlock();
-  return seesForks;
+  return seesForks ? btrieve::kSuccess : btrieve::kOutOfMemory;
 }
 
 void EndTurn() { turns.unlock(); }

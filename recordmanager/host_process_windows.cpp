@@ -1,7 +1,10 @@
 #include <sqlite3.h>
 
 #include "platform/windows_api.h"
+#include "recordmanager/btrieve.h"
 #include "recordmanager/host_process.h"
+
+extern "C" BOOLEAN NTAPI RtlDllShutdownInProgress();  // documented, but declared for drivers alone
 
 namespace __gnu_cxx {
 void __freeres();  // gives back what the compiler's runtime keeps for exceptions without memory
@@ -15,9 +18,12 @@ SRWLOCK turns = SRWLOCK_INIT;
 
 namespace recordmanager {
 
-bool TakeTurn() {
+// While the process ends, only one thread is left: a turn that is taken then never ends.
+int TakeTurn() {
+  if (TryAcquireSRWLockExclusive(&turns) != 0) return btrieve::kSuccess;
+  if (RtlDllShutdownInProgress() != 0) return btrieve::kFileInUse;
   AcquireSRWLockExclusive(&turns);
-  return true;
+  return btrieve::kSuccess;
 }
 
 void EndTurn() { ReleaseSRWLockExclusive(&turns); }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "recordmanager/host_files.h"
+#include "recordmanager/patience.h"
 
 namespace recordmanager {
 namespace {
@@ -56,8 +57,12 @@ int OpenFiles::Provide(const std::string& path, bool readOnly, Database*& databa
 
 int OpenFiles::OpenAnew(const std::string& path, const std::string& identity, bool readOnly,
                         Database*& database) {
+  const Patience patience(path);
+  if (patience.IsSpent())
+    return btrieve::kFileInUse;  // asking for the file's path costs an opening
   auto opened = std::make_unique<Database>();
-  const int status = RecordFile::Open(path, readOnly, memory_, opened->file);
+  const int status = RecordFile::Open(PathOfFile(path), readOnly, memory_, opened->file);
+  if (status == btrieve::kFileInUse) patience.GiveUp();
   if (InspectFile(path).identity != identity) {
     return btrieve::kFileInUse;  // replaced in this very moment
   }

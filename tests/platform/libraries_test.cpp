@@ -38,9 +38,9 @@ TEST(Library, IsLoadedAgainByThePathThatItTells) {
 }
 
 TEST(Library, IsDetachedWhenTheLastUserFreesIt) {
-  int detachments = 0;
+  static int detachments = 0;
   HMODULE library = LoadLibraryA(TestLibrary::kName);
-  TestLibrary().Heard().detachments = &detachments;
+  TestLibrary().Heard().atDetachment = [] { ++detachments; };
   EXPECT_EQ(detachments, 0);
   EXPECT_TRUE(FreeLibrary(library));
   EXPECT_EQ(detachments, 1);

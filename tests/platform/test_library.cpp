@@ -18,8 +18,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved
   if (reason == DLL_PROCESS_ATTACH) {
     attachment = {module, attachment.count + 1, objectsAreThere, nullptr};
   }
-  if (reason == DLL_PROCESS_DETACH && attachment.detachments != nullptr && objectsAreThere) {
-    ++*attachment.detachments;
+  if (reason == DLL_PROCESS_DETACH && attachment.atDetachment != nullptr && objectsAreThere) {
+    attachment.atDetachment();
   }
   return TRUE;
 }

@@ -9,7 +9,7 @@ struct Attachment {
   HINSTANCE module = nullptr;
   int count = 0;
   bool objectsWereReady = false;
-  int* detachments = nullptr;  // counted by whoever sets it
+  void (*atDetachment)() = nullptr;
 };
 
 // The test library, loaded for the life of the object.

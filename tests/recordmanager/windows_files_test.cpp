@@ -26,6 +26,7 @@ class Onlooker {
     GoAway();
   }
 
+  void Lock() { EXPECT_TRUE(LockFile(file_, 0, 0, MAXDWORD, MAXLONG)); }
   void GoAway() {
     if (file_ != INVALID_HANDLE_VALUE) CloseHandle(std::exchange(file_, INVALID_HANDLE_VALUE));
   }
@@ -43,6 +44,19 @@ class Onlooker {
 
 class WindowsFiles : public PartyFile {
  protected:
+  // Wine makes no links and removes none, but follows those of its host.
+  bool RunOnHostOfWine(std::string command) const {
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION ignored{};
+    return CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                          folder.string().c_str(), &startup, &ignored) != 0;
+  }
+  static void WaitForFile(const std::string& name, bool isThere) {
+    for (int i = 0; i < 500 && std::filesystem::exists(name) != isThere; ++i) Sleep(10);
+    ASSERT_EQ(std::filesystem::exists(name), isThere);
+  }
+
   WindowsFiles() { EXPECT_EQ(client.Do("insert, close"), "1 ok"); }
 };
 
@@ -79,10 +93,22 @@ TEST_F(WindowsFiles, AreWaitedForWhileSomebodyLooksAtThem) {
 
 TEST_F(WindowsFiles, AreReplacedWhenNobodyLooksAtThemAnyMore) {
   const std::string name = InFolder("OLD.KRV");
-  WriteAll(name, "old");
+  for (const DWORD more : {0, FILE_SHARE_DELETE}) {
+    WriteAll(name, "old");
+    Onlooker onlooker(name, FILE_SHARE_READ | FILE_SHARE_WRITE | more);
+    onlooker.GoAwayAfter(300ms);
+    EXPECT_EQ(Create(name), kSuccess) << more;
+  }
+}
+
+// As a backup may, and whoever opens a file with several names does for a moment.
+TEST_F(WindowsFiles, AreWaitedForWhileSomebodyLocksAllOfThem) {
+  const std::string name = InFolder("LOCKED.KRV");
+  WriteAll(name, ReadAll(path));
   Onlooker onlooker(name, FILE_SHARE_READ | FILE_SHARE_WRITE);
+  onlooker.Lock();
   onlooker.GoAwayAfter(300ms);
-  EXPECT_EQ(Create(name), kSuccess);
+  EXPECT_EQ(Opened(name).Do("first"), "1");
 }
 
 TEST_F(WindowsFiles, AreInUseWhileSomebodyDeniesThemForLong) {
@@ -161,6 +187,25 @@ TEST_F(WindowsFiles, AreInUseByOneNameAtATime) {
   EXPECT_EQ(writer.Wait(), 0);
   EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 !9");
   EXPECT_EQ(Client().Open(file), kFileInUse) << "in the same process, too";
+}
+
+// By whatever links or drives they are reached: the log lies beside the file itself.
+TEST_F(WindowsFiles, AreTheSameByTheirSymbolicLinks) {
+  const std::string file = InFolder("FILE.KRV");
+  const std::string link = InFolder("LINK.KRV");
+  const std::string flag = InFolder("flag");
+  ASSERT_EQ(Create(file), kSuccess);
+  if (!CreateSymbolicLinkA(link.c_str(), file.c_str(), 0) || !std::filesystem::exists(link)) {
+    RunOnHostOfWine("/bin/ln -s FILE.KRV LINK.KRV");
+  }
+  WaitForFile(link, true);
+  Worker writer({file, "insert, wait " + flag + ", insert"});
+  WaitUntilHeld(flag);
+  EXPECT_EQ(Opened(link).Do("first, insert"), "1 2");
+  std::filesystem::remove(flag);
+  EXPECT_EQ(writer.Wait(), 0);
+  EXPECT_EQ(Opened(link).Do("first, next*"), "1 2 3 !9");
+  if (RunOnHostOfWine("/bin/rm LINK.KRV")) WaitForFile(link, false);
 }
 
 }  // namespace

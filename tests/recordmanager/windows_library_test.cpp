@@ -3,10 +3,11 @@
 
 #include <array>
 #include <cstdlib>
+#include <thread>
 #include <vector>
 
 #include "party_file.h"
-#include "platform/windows_api.h"
+#include "platform/test_library.h"
 
 namespace recordmanager_tests {
 namespace {
@@ -89,6 +90,25 @@ TEST_F(WindowsLibrary, SaysSoWhenOnlyItsHeapHasMemoryLeft) {
     TerminateProcess(GetCurrentProcess(), static_cast<UINT>(client.Open(path)));
   };
   EXPECT_EXIT(call(), testing::ExitedWithCode(btrieve::kOutOfMemory), "");
+}
+
+// Others that are detached still call, and no turn of an ended thread ever comes to an end.
+TEST_F(WindowsLibrary, KeepsNoProcessThatEndsWithinACall) {
+  const auto leave = [this] {
+    CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    static Client waiting;
+    static std::string file = path;
+    LoadLibraryA(TestLibrary::kName);
+    TestLibrary().Heard().atDetachment = [] {
+      TerminateProcess(GetCurrentProcess(), static_cast<UINT>(Client().Open(file)));
+    };
+    std::thread([] { waiting.Open(file); }).detach();
+    Sleep(500);
+    ExitProcess(0);
+  };
+  client.Do("close");
+  qlx99::tests::ReleaseEmbedded();
+  EXPECT_EXIT(leave(), testing::ExitedWithCode(btrieve::kFileInUse), "");
 }
 
 }  // namespace
