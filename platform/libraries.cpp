@@ -36,7 +36,7 @@ ExtraDirectory& Extra() {
 // "dir\NAME.dll" as "dir/libNAME.so"; a name with another extension stays.
 fs::path LibraryFile(std::string name) {
   std::replace(name.begin(), name.end(), '\\', '/');
-  const fs::path path = name;
+  fs::path path = name;
   if (path.extension() != ".dll") return path;
   return path.parent_path() / ("lib" + path.stem().string() + ".so");
 }

@@ -84,7 +84,6 @@ LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD /*options*/, REGSAM 
   return isThere ? ERROR_SUCCESS : Status(ERROR_FILE_NOT_FOUND);
 }
 
-// NOLINTNEXTLINE(readability-non-const-parameter): `reserved` has Windows' type
 LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* /*reserved*/, DWORD* type,
                                 BYTE* data, DWORD* size) {
   const RegistryFile registry = Read();
@@ -97,11 +96,10 @@ LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* /*reserved*/,
   return ERROR_SUCCESS;
 }
 
-// NOLINTNEXTLINE(readability-non-const-parameter): `disposition` has Windows' type
 LSTATUS WINAPI RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD /*reserved*/, LPSTR /*keyClass*/,
                                DWORD options, REGSAM /*access*/, void* security, HKEY* result,
-                               DWORD* disposition) {
-  if (options != REG_OPTION_NON_VOLATILE || security != nullptr || disposition != nullptr) {
+                               DWORD* /*disposition*/) {
+  if (options != REG_OPTION_NON_VOLATILE || security != nullptr) {
     platform::Unsupported("RegCreateKeyExA", "anything but a plain key");
   }
   const std::string path = Below(key, subKey);
