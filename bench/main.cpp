@@ -20,7 +20,7 @@ class NobodyThere final : public platform::Screen {
   int ShowMessage(const platform::MessageBoxView& message) override {
     throw std::runtime_error("message: " + message.text);
   }
-  void ShowDialog(platform::DialogView& dialog) override {
+  void ShowDialog(platform::Dialog& dialog) override {
     dialog.Cancel();
     throw std::runtime_error("dialog: " + dialog.Title());
   }

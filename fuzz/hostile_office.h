@@ -107,7 +107,7 @@ class User final : public platform::Screen {
     return IDOK;
   }
 
-  void ShowDialog(platform::DialogView& dialog) override {
+  void ShowDialog(platform::Dialog& dialog) override {
     while (dialog.IsOpen() && !input_.IsSpent()) {
       const auto& control = dialog.Controls()[input_.Choice(dialog.Controls().size())];
       const int index = input_.Byte() - 128;
@@ -155,7 +155,7 @@ class Configuration {
     std::string bytes = input.Text();
     std::replace(bytes.begin(), bytes.end(), '"', '_');  // no path has any
     if (input.OneIn(4)) bytes += std::string(300, 'x');
-    Take({kNames[input.Choice(std::size(kNames))], REG_SZ, bytes}, input.OneIn(2));
+    Take({kNames[input.Choice(std::size(kNames))], bytes}, input.OneIn(2));
   }
 
  private:
@@ -168,10 +168,10 @@ class Configuration {
       registry.Set(std::string("HKEY_LOCAL_MACHINE\\") + key, value);
     };
     for (const char* name : {"DataRoot", "DocuRoot", "ProgramRoot"}) {
-      set({name, REG_SZ, std::string("C:\\Akten") + '\0'});
+      set({name, std::string("C:\\Akten") + '\0'});
     }
-    set({"MappingRoot", REG_SZ, root_.Text() + '\0'});
-    if (delegated) set({"ProgramName", REG_SZ, std::string("telq32.exe") + '\0'});
+    set({"MappingRoot", root_.Text() + '\0'});
+    if (delegated) set({"ProgramName", std::string("telq32.exe") + '\0'});
     if (!change.name.empty()) set(change);
     testkit::WriteAll(registry_.Folder() / "office.reg", registry.Format());
     qlx99::DetachLibrary(qlx99::Detachment::kFreed);

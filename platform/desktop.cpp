@@ -1,6 +1,7 @@
 #include "platform/desktop.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace platform {
 
@@ -46,7 +47,8 @@ void RetireQueue(MessageQueue& queue) {
 
 std::string UpperCase(LPCSTR text) {
   std::string upper = text == nullptr ? "" : text;
-  CharUpperBuffA(upper.data(), static_cast<DWORD>(upper.size()));
+  std::transform(upper.begin(), upper.end(), upper.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
   return upper;
 }
 

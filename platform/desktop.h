@@ -35,7 +35,6 @@ struct Window {
   std::pair<HINSTANCE, std::string> windowClass;
   WNDPROC procedure;
   std::string title;
-  DWORD style;
   HWND owner;
   std::shared_ptr<MessageQueue> queue;
 };

@@ -4,11 +4,14 @@
 
 #include "platform/desktop.h"
 #include "platform/recoding.h"
+#include "platform/screen.h"
 #include "platform/unsupported.h"
 
 namespace platform {
 
 namespace {
+
+constexpr auto kList = u"LISTBOX";
 
 // The dialogs that exist, each opened by the one before it.
 std::vector<Dialog*>& Existing() {
@@ -16,24 +19,13 @@ std::vector<Dialog*>& Existing() {
   return existing;
 }
 
-ControlKind KindOf(const std::u16string& windowClass) {
-  if (windowClass == u"BUTTON") return ControlKind::kButton;
-  if (windowClass == u"EDIT") return ControlKind::kEdit;
-  if (windowClass == u"LISTBOX") return ControlKind::kListBox;
-  return ControlKind::kStatic;
-}
-
-bool CanBeUsed(const Control* control, ControlKind kind) {
-  return control != nullptr && control->kind == kind && control->IsVisible();
-}
-
 }  // namespace
 
 Dialog::Dialog(const DialogTemplate& form, DLGPROC procedure)
     : title_(AnsiText(form.title.c_str())), procedure_(procedure) {
   for (const ControlTemplate& control : form.controls) {
-    controls_.push_back({control.id, KindOf(control.windowClass), AnsiText(control.text.c_str()),
-                         control.style, ListBox(control.style)});
+    controls_.push_back(
+        {control.id, control.windowClass, AnsiText(control.text.c_str()), control.style});
   }
   Existing().push_back(this);
 }
@@ -55,8 +47,6 @@ void Dialog::End(INT_PTR result) {
   result_ = result;
 }
 
-void Dialog::SetTitle(const std::string& title) { title_ = title; }
-
 Control* Dialog::FindControl(int id) {
   const auto found = std::ranges::find(controls_, id, &Control::id);
   return found == controls_.end() ? nullptr : &*found;
@@ -74,15 +64,17 @@ bool Dialog::Hears() {
   return !ended_;
 }
 
-bool Dialog::Click(int listId, int index) {
-  Control* control = FindControl(listId);
-  return Hears() && CanBeUsed(control, ControlKind::kListBox) && index >= 0 &&
-         control->list.Select(index);
+bool Dialog::CanBeUsed(int id, const char16_t* windowClass) {
+  const Control* control = FindControl(id);
+  return Hears() && control != nullptr && control->windowClass == windowClass &&
+         control->IsVisible();
 }
 
 bool Dialog::Select(int listId, int index) {
-  if (!Click(listId, index)) return false;
-  if ((FindControl(listId)->style & LBS_NOTIFY) != 0) Notify(listId, LBN_SELCHANGE);
+  Control* list = FindControl(listId);
+  if (!CanBeUsed(listId, kList) || !list->HasLine(static_cast<WPARAM>(index))) return false;
+  list->selected = index;
+  if ((list->style & LBS_NOTIFY) != 0) Notify(listId, LBN_SELCHANGE);
   return true;
 }
 
@@ -93,7 +85,7 @@ bool Dialog::DoubleClick(int listId, int index) {
 }
 
 bool Dialog::Press(int buttonId) {
-  if (!Hears() || !CanBeUsed(FindControl(buttonId), ControlKind::kButton)) return false;
+  if (!CanBeUsed(buttonId, u"BUTTON")) return false;
   Notify(buttonId, BN_CLICKED);
   return true;
 }

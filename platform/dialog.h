@@ -5,16 +5,40 @@
 #include <vector>
 
 #include "platform/dialog_template.h"
-#include "platform/screen.h"
 #include "platform/windows_api.h"
 
 namespace platform {
 
+class Screen;
+
+// All texts are Windows-1252 bytes, at full length.
+
+struct Line {
+  std::string text;
+  LPARAM data = 0;
+};
+
+struct Control {
+  int id;
+  std::u16string windowClass;  // in capitals
+  std::string text;
+  DWORD style;
+
+  // Of a list box:
+  std::vector<Line> lines = {};
+  int selected = -1;         // -1: no line
+  int tabStop = 0;           // in dialog units; 0: none is set
+  int horizontalExtent = 0;  // in pixels
+
+  bool IsVisible() const { return (style & WS_VISIBLE) != 0; }
+  bool HasLine(WPARAM index) const { return index < lines.size(); }
+};
+
 // A modal dialog from its template to EndDialog. While it exists, its handle is known to DialogOf.
-class Dialog final : public DialogView {
+class Dialog {
  public:
   Dialog(const DialogTemplate& form, DLGPROC procedure);
-  ~Dialog() override;
+  ~Dialog();
   Dialog(const Dialog&) = delete;
   Dialog& operator=(const Dialog&) = delete;
 
@@ -24,22 +48,27 @@ class Dialog final : public DialogView {
   void End(INT_PTR result);
   HWND Handle();
   LONG_PTR& UserWord() { return userWord_; }
-  void SetTitle(const std::string& title);
+  std::string& Title() { return title_; }
+
+  // In the order of the template.
+  const std::vector<Control>& Controls() const { return controls_; }
 
   // Null when the dialog has no control of that id.
   Control* FindControl(int id);
 
-  const std::string& Title() const override { return title_; }
-  const std::vector<Control>& Controls() const override { return controls_; }
-  bool IsOpen() const override { return !ended_; }
-  bool Select(int listId, int index) override;
-  bool DoubleClick(int listId, int index) override;
-  bool Press(int buttonId) override;
-  void Cancel() override;
+  // True until the dialog procedure has ended the dialog. Nothing can be done to a closed dialog.
+  bool IsOpen() const { return !ended_; }
+
+  // What a person does. It reaches the dialog procedure before the call returns. Each returns false
+  // when there is nothing of the kind to click.
+  bool Select(int listId, int index);
+  bool DoubleClick(int listId, int index);  // which selects the line first
+  bool Press(int buttonId);
+  void Cancel();  // the Escape key or the close box
 
  private:
   bool Hears();
-  bool Click(int listId, int index);
+  bool CanBeUsed(int id, const char16_t* windowClass);
   void Notify(int id, WORD code);
 
   std::string title_;
@@ -52,5 +81,8 @@ class Dialog final : public DialogView {
 
 // Null when the handle is no dialog's that exists.
 Dialog* DialogOf(HWND window);
+
+// The font of every dialog and its controls, for SelectObject.
+HGDIOBJ DialogFont();
 
 }  // namespace platform

@@ -1,7 +1,5 @@
 // The sizes of texts. Nothing is drawn here: each character of a dialog's font is as wide as four
 // dialog units, which is what they are made of.
-#include "platform/drawing.h"
-
 #include <memory>
 #include <utility>
 

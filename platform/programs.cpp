@@ -7,7 +7,6 @@
 #include <thread>
 
 #include "platform/desktop.h"
-#include "platform/unsupported.h"
 #include "platform/windows_api.h"
 
 namespace {
@@ -17,25 +16,14 @@ using platform::TheDesktop;
 
 using Main = int WINAPI(HINSTANCE, HINSTANCE, LPSTR, int);
 
-// The program's file: what stands in quotation marks, or everything.
-std::string ProgramOf(const std::string& commandLine) {
-  if (!commandLine.starts_with('"')) return commandLine;
-  if (commandLine.find('"', 1) + 1 != commandLine.size()) {
-    platform::Unsupported("WinExec", "a program with arguments");
-  }
-  return commandLine.substr(1, commandLine.size() - 2);
-}
-
 void Run(HMODULE program, Main* main, int showCommand, const std::shared_ptr<MessageQueue>& queue) {
   std::string noArguments;
   platform::AdoptQueue(queue);
   main(program, nullptr, noArguments.data(), showCommand);
   platform::RetireQueue(*queue);
-  {
-    const std::lock_guard lock(TheDesktop().mutex);
-    std::erase_if(TheDesktop().classes,
-                  [&](const auto& one) { return one.first.first == program; });
-  }
+  std::unique_lock lock(TheDesktop().mutex);
+  std::erase_if(TheDesktop().classes, [&](const auto& one) { return one.first.first == program; });
+  lock.unlock();
   FreeLibrary(program);
 }
 
@@ -44,12 +32,11 @@ void Run(HMODULE program, Main* main, int showCommand, const std::shared_ptr<Mes
 UINT WINAPI WinExec(LPCSTR commandLine, UINT showCommand) {
   constexpr UINT kStarted = 33;  // any number above 31
   constexpr std::chrono::seconds kPatience{30};
-  const std::string file = ProgramOf(commandLine);
-  if (_access(file.c_str(), 0) != 0) return ERROR_FILE_NOT_FOUND;
+  std::string file = commandLine;
+  std::erase(file, '"');
   HMODULE program = LoadLibraryA(file.c_str());
-  if (program == nullptr) return ERROR_BAD_FORMAT;
+  if (program == nullptr) return ERROR_FILE_NOT_FOUND;
   auto* main = std::bit_cast<Main*>(GetProcAddress(program, "WinMain"));
-  if (main == nullptr) platform::Unsupported("WinExec", "a program without a WinMain");
   const auto queue = std::make_shared<MessageQueue>();
   std::thread(Run, program, main, static_cast<int>(showCommand), queue).detach();
   // As on Windows, until it is ready for its first message.

@@ -1,154 +1,161 @@
+// Code pages. All conversions go by way of UTF-16, as on Windows.
 #include "platform/recoding.h"
 
 #include <iconv.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstddef>
 #include <cstring>
+#include <optional>
 
 #include "platform/unsupported.h"
-
-namespace platform {
+#include "platform/windows_api.h"
 
 namespace {
 
-// As iconv_open names them.
+constexpr UINT kAnsi = 1252;
+constexpr UINT kOem = 850;
 constexpr auto kUtf16 = "UTF-16LE";
 
-const char* NameOf(Encoding encoding) {
-  switch (encoding) {
-    case Encoding::kAnsi:
-      return "CP1252";
-    case Encoding::kOem:
-      return "CP850";
-    case Encoding::kUtf8:
-      return "UTF-8";
-  }
-  return "";
+// Nothing when some of it has no counterpart.
+std::optional<std::string> Convert(const char* to, const char* from, std::string_view input) {
+  std::string output(2 * input.size(), '\0');      // none of our encodings takes more
+  auto* source = const_cast<char*>(input.data());  // iconv writes nothing there
+  std::size_t sourceLeft = input.size();
+  char* target = output.data();
+  std::size_t targetLeft = output.size();
+  iconv_t converter = iconv_open(to, from);
+  const bool isWhole =
+      iconv(converter, &source, &sourceLeft, &target, &targetLeft) != static_cast<std::size_t>(-1);
+  iconv_close(converter);
+  output.resize(output.size() - targetLeft);
+  return isWhole ? std::optional(output) : std::nullopt;
 }
 
-class Converter {
- public:
-  Converter(const char* to, const char* from) : iconv_(iconv_open(to, from)) {
-    if (iconv_ == reinterpret_cast<iconv_t>(-1)) {
-      Unsupported("iconv_open", std::string(from) + " to " + to);
-    }
-  }
-  ~Converter() { iconv_close(iconv_); }
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
-
-  // Takes what can be converted off the front of `input` and appends the result to `output`.
-  void Convert(std::string_view& input, std::string& output) {
-    int error = E2BIG;
-    while (error == E2BIG) {
-      std::array<char, 1024> chunk{};
-      auto* source = const_cast<char*>(input.data());  // iconv writes nothing there
-      std::size_t sourceLeft = input.size();
-      char* target = chunk.data();
-      std::size_t targetLeft = chunk.size();
-      const bool done =
-          iconv(iconv_, &source, &sourceLeft, &target, &targetLeft) != static_cast<std::size_t>(-1);
-      error = done ? 0 : errno;
-      output.append(chunk.data(), chunk.size() - targetLeft);
-      input.remove_prefix(input.size() - sourceLeft);
-    }
-  }
-
- private:
-  iconv_t iconv_;
-};
-
-// `substituteFor(rest)` takes at least one byte off the front of `rest` and returns what stands
-// for it.
-std::string Recode(const char* to, const char* from, std::string_view input,
-                   const auto& substituteFor) {
-  Converter converter(to, from);
-  std::string output;
-  converter.Convert(input, output);
-  while (!input.empty()) {
-    output += substituteFor(input);
-    converter.Convert(input, output);
-  }
-  return output;
+std::u16string Units(std::string_view bytes) {
+  std::u16string units(bytes.size() / sizeof(char16_t), u'\0');
+  std::memcpy(units.data(), bytes.data(), bytes.size());
+  return units;
 }
 
-bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+using Table = std::array<char16_t, 256>;
 
-// A broken UTF-8 sequence counts as one character, however many of its bytes are there.
-void SkipBrokenSequence(std::string_view& rest) {
-  rest.remove_prefix(1);
-  while (!rest.empty() && IsContinuation(rest.front())) rest.remove_prefix(1);
+// The five bytes that Windows-1252 leaves free stand for the control characters of the same
+// numbers, as Windows has it.
+Table MakeTable(const char* name) {
+  Table table{};
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    const auto byte = static_cast<char>(i);
+    const auto converted = Convert(kUtf16, name, {&byte, 1});
+    table[i] = converted ? Units(*converted).front() : static_cast<char16_t>(i);
+  }
+  return table;
 }
 
-std::string Bytes(char16_t unit) {
-  std::string bytes(sizeof unit, '\0');
-  std::memcpy(bytes.data(), &unit, sizeof unit);
+const Table& TableOf(UINT codePage) {
+  static const Table ansi = MakeTable("CP1252");
+  static const Table oem = MakeTable("CP850");
+  if (codePage != kAnsi && codePage != kOem) {
+    platform::Unsupported("code pages", std::to_string(codePage));
+  }
+  return codePage == kAnsi ? ansi : oem;
+}
+
+std::u16string FromCodePage(UINT codePage, std::string_view bytes) {
+  const Table& table = TableOf(codePage);
+  std::u16string text;
+  for (const char byte : bytes) text += table[static_cast<unsigned char>(byte)];
+  return text;
+}
+
+std::string ToCodePage(UINT codePage, std::u16string_view text, bool& substituted) {
+  const Table& table = TableOf(codePage);
+  std::string bytes;
+  for (const char16_t unit : text) {
+    const auto* const found = std::find(table.begin(), table.end(), unit);
+    substituted = substituted || found == table.end();
+    bytes += found == table.end() ? '?' : static_cast<char>(found - table.begin());
+  }
   return bytes;
 }
 
-char16_t TakeUnit(std::string_view& rest) {
-  char16_t unit = 0;
-  std::memcpy(&unit, rest.data(), std::min(rest.size(), sizeof unit));
-  rest.remove_prefix(std::min(rest.size(), sizeof unit));
-  return unit;
+std::optional<std::u16string> FromUtf8(std::string_view bytes) {
+  const auto converted = Convert(kUtf16, "UTF-8", bytes);
+  return converted ? std::optional(Units(*converted)) : std::nullopt;
 }
 
-bool IsFreeInAnsi(char16_t unit) {
-  return unit == 0x81 || unit == 0x8D || unit == 0x8F || unit == 0x90 || unit == 0x9D;
+std::string ToUtf8(std::u16string_view text) {
+  const std::string_view bytes(reinterpret_cast<const char*>(text.data()),
+                               text.size() * sizeof(char16_t));
+  const auto converted = Convert("UTF-8", kUtf16, bytes);
+  if (!converted) platform::Unsupported("UTF-16", "half a character");
+  return *converted;
+}
+
+// A length of -1 means up to and including the terminator.
+template <class Char>
+std::basic_string_view<Char> Input(const Char* source, int length) {
+  const std::size_t size =
+      length < 0 ? std::char_traits<Char>::length(source) + 1 : static_cast<std::size_t>(length);
+  return {source, size};
+}
+
+// Windows' convention: no room asked for means that only the length is wanted.
+template <class Char>
+int Deliver(const std::basic_string<Char>& result, Char* destination, int room) {
+  const int length = static_cast<int>(result.size());
+  if (room == 0) return length;
+  if (room < length) return 0;
+  std::copy(result.begin(), result.end(), destination);
+  return length;
 }
 
 }  // namespace
 
-WideText ToUtf16(Encoding encoding, std::string_view bytes) {
-  constexpr char16_t kReplacement = 0xFFFD;
-  bool broken = false;
-  const std::string wide = Recode(kUtf16, NameOf(encoding), bytes, [&](std::string_view& rest) {
-    if (encoding == Encoding::kUtf8) {
-      broken = true;
-      SkipBrokenSequence(rest);
-      return Bytes(kReplacement);
-    }
-    const auto freeByte = static_cast<unsigned char>(rest.front());
-    rest.remove_prefix(1);
-    return Bytes(freeByte);
-  });
-  std::u16string text(wide.size() / sizeof(char16_t), u'\0');
-  std::memcpy(text.data(), wide.data(), text.size() * sizeof(char16_t));
-  return {text, broken};
+int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR source, int sourceLength,
+                               LPWSTR destination, int destinationLength) {
+  const std::string_view bytes = Input(source, sourceLength);
+  if (codePage != CP_UTF8) {
+    return Deliver(FromCodePage(codePage, bytes), destination, destinationLength);
+  }
+  const std::optional<std::u16string> text = FromUtf8(bytes);
+  if (!text && flags != MB_ERR_INVALID_CHARS) {
+    platform::Unsupported("MultiByteToWideChar", "a substitute for what is no UTF-8");
+  }
+  return text ? Deliver(*text, destination, destinationLength) : 0;
 }
 
-NarrowText FromUtf16(Encoding encoding, std::u16string_view text, std::string_view substitute) {
+int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR source, int sourceLength,
+                               LPSTR destination, int destinationLength, LPCSTR defaultChar,
+                               BOOL* usedDefaultChar) {
+  const bool toUtf8 = codePage == CP_UTF8;
+  if (flags != (toUtf8 ? 0 : WC_NO_BEST_FIT_CHARS) || defaultChar != nullptr) {
+    platform::Unsupported("WideCharToMultiByte", "a substitute but the question mark");
+  }
+  const std::u16string_view text = Input(source, sourceLength);
   bool substituted = false;
-  const std::string_view bytes(reinterpret_cast<const char*>(text.data()),
-                               text.size() * sizeof(char16_t));
-  std::string narrow = Recode(NameOf(encoding), kUtf16, bytes, [&](std::string_view& rest) {
-    const char16_t unit = TakeUnit(rest);
-    if (encoding == Encoding::kAnsi && IsFreeInAnsi(unit)) {
-      return std::string(1, static_cast<char>(unit));
-    }
-    substituted = true;
-    return std::string(substitute);
-  });
-  return {std::move(narrow), substituted};
+  const std::string bytes = toUtf8 ? ToUtf8(text) : ToCodePage(codePage, text, substituted);
+  if (usedDefaultChar != nullptr) *usedDefaultChar = substituted ? TRUE : FALSE;
+  return Deliver(bytes, destination, destinationLength);
 }
 
-std::string Utf8(const char16_t* text) {
-  return text == nullptr ? "" : FromUtf16(Encoding::kUtf8, text, "\xEF\xBF\xBD").text;
+namespace platform {
+
+std::string AnsiText(const char16_t* text) {
+  bool substituted = false;
+  return text == nullptr ? "" : ToCodePage(kAnsi, text, substituted);
 }
+
+std::u16string WideOfAnsi(std::string_view text) { return FromCodePage(kAnsi, text); }
+
+std::string Utf8(const char16_t* text) { return ToUtf8(text); }
 
 std::uint32_t CopyPath(const std::string& utf8, char16_t* path, std::uint32_t room) {
-  const std::u16string wide = ToUtf16(Encoding::kUtf8, utf8).text;
+  const std::u16string wide = FromUtf8(utf8).value_or(u"");
   const auto length = static_cast<std::uint32_t>(wide.size());
   if (length >= room) return length + 1;
   std::copy_n(wide.c_str(), length + 1, path);
   return length;
-}
-
-std::string AnsiText(const char16_t* text) {
-  return text == nullptr ? "" : FromUtf16(Encoding::kAnsi, text, "?").text;
 }
 
 }  // namespace platform

@@ -3,28 +3,22 @@
 //   REGEDIT4
 //
 //   [HKEY_LOCAL_MACHINE\SOFTWARE\Example]
-//   @="value without a name"
 //   "DataRoot"="C:\\data"
-//   "Count"=dword:0000000a
-//   "Blob"=hex:01,02,03
 //   "Unterminated"=hex(1):61,62
 //
-// A list of numbers may go on in the next line after a backslash. Texts are the bytes of the file
-// as they are (Windows-1252 by custom).
+// Texts are the bytes of the file as they are (Windows-1252 by custom). No other kind of value is
+// ever asked for.
 #pragma once
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/windows_api.h"
-
 namespace platform {
 
 struct RegistryValue {
-  std::string name;  // empty: the key's value without a name
-  DWORD type;
-  std::string bytes;  // as stored; the terminator of a text, if it has one, included
+  std::string name;
+  std::string bytes;  // as stored; the terminator, if the text has one, included
 };
 
 struct RegistryKey {
@@ -48,15 +42,12 @@ class RegistryFile {
   // Null when the key has no value of that name or does not exist. Valid until the next change.
   const RegistryValue* Find(const std::string& path, const std::string& name) const;
 
-  void CreateKey(const std::string& path);
+  // The key of that path, which it makes if it is not there.
+  RegistryKey& KeyAt(const std::string& path);
   void Set(const std::string& path, RegistryValue value);
-
-  // False when there is no such value.
-  bool Remove(const std::string& path, const std::string& name);
+  void Remove(const std::string& path, const std::string& name);
 
  private:
-  RegistryKey& KeyAt(const std::string& path);
-
   std::vector<RegistryKey> keys_;
 };
 

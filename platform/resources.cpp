@@ -1,8 +1,7 @@
 #include "platform/resources.h"
 
+#include <map>
 #include <mutex>
-#include <optional>
-#include <vector>
 
 #include "platform/byte_reader.h"
 #include "platform/libraries.h"
@@ -11,29 +10,22 @@ namespace platform {
 
 namespace {
 
-struct Embedded {
-  HMODULE module;
-  ResourceBytes script;
-};
-
-struct AllEmbedded {
+struct Scripts {
   std::mutex mutex;
-  std::vector<Embedded> scripts;
+  std::map<HMODULE, ResourceBytes> byModule;
 };
 
 // Never destroyed: libraries may still take theirs out while the process ends.
-AllEmbedded& All() {
-  static auto& all = *new AllEmbedded;
-  return all;
+Scripts& AllScripts() {
+  static auto& scripts = *new Scripts;
+  return scripts;
 }
 
-// A type or a name is a number behind a mark, or a text, which stands for none of our numbers.
-std::optional<WORD> TakeNumber(ByteReader& reader) {
+// A type or a name as a number, which stands behind a mark. A text fails the reader.
+WORD TakeNumber(ByteReader& reader) {
   constexpr WORD kNumberMark = 0xFFFF;
-  const WORD first = reader.U16();
-  if (first == kNumberMark) return reader.U16();
-  if (first != 0) reader.WideText();
-  return std::nullopt;
+  reader.Expect(reader.U16() == kNumberMark);
+  return reader.U16();
 }
 
 ResourceBytes FindResourceIn(ResourceBytes script, WORD type, WORD id) {
@@ -44,9 +36,9 @@ ResourceBytes FindResourceIn(ResourceBytes script, WORD type, WORD id) {
     ByteReader header(reader.Take(headerSize - 2 * sizeof(DWORD)));
     const ResourceBytes data = reader.Take(dataSize);
     reader.Align();
-    const std::optional<WORD> foundType = TakeNumber(header);
-    const std::optional<WORD> foundId = TakeNumber(header);
-    if (foundType == type && foundId == id) return data;
+    const WORD foundType = TakeNumber(header);
+    const WORD foundId = TakeNumber(header);
+    if (header.Ok() && foundType == type && foundId == id) return data;
   }
   return {};
 }
@@ -54,27 +46,21 @@ ResourceBytes FindResourceIn(ResourceBytes script, WORD type, WORD id) {
 }  // namespace
 
 ResourceBytes FindResourceOf(HMODULE module, WORD type, WORD id) {
-  AllEmbedded& all = All();
-  const std::lock_guard lock(all.mutex);
-  for (const Embedded& embedded : all.scripts) {
-    const ResourceBytes found =
-        embedded.module == module ? FindResourceIn(embedded.script, type, id) : ResourceBytes{};
-    if (!found.empty()) return found;
-  }
-  return {};
+  Scripts& scripts = AllScripts();
+  const std::lock_guard lock(scripts.mutex);
+  const auto found = scripts.byModule.find(module);
+  return found == scripts.byModule.end() ? ResourceBytes{}
+                                         : FindResourceIn(found->second, type, id);
 }
 
-EmbeddedResources::EmbeddedResources(ResourceBytes script) : script_(script) {
-  AllEmbedded& all = All();
-  const std::lock_guard lock(all.mutex);
-  all.scripts.push_back({ModuleAt(script.data()), script});
+EmbeddedResources::EmbeddedResources(ResourceBytes script) : module_(ModuleAt(script.data())) {
+  const std::lock_guard lock(AllScripts().mutex);
+  AllScripts().byModule[module_] = script;
 }
 
 EmbeddedResources::~EmbeddedResources() {
-  AllEmbedded& all = All();
-  const std::lock_guard lock(all.mutex);
-  std::erase_if(all.scripts,
-                [this](const Embedded& known) { return known.script.data() == script_.data(); });
+  const std::lock_guard lock(AllScripts().mutex);
+  AllScripts().byModule.erase(module_);
 }
 
 }  // namespace platform

@@ -1,4 +1,4 @@
-// The resources of each module: a compiled resource script (.res) within the module's own data.
+// The resources of each module: one compiled resource script (.res) within the module's own data.
 #pragma once
 
 #include <cstddef>
@@ -10,8 +10,7 @@ namespace platform {
 
 using ResourceBytes = std::span<const std::byte>;
 
-// The resource of this type and id in the scripts that `module` has embedded; empty when there is
-// none.
+// The resource of this type and id in the script of `module`; empty when there is none.
 ResourceBytes FindResourceOf(HMODULE module, WORD type, WORD id);
 
 // Belongs to a module as long as it is mapped; see embedded_resources.cpp.in.
@@ -24,7 +23,7 @@ class EmbeddedResources {
   EmbeddedResources& operator=(const EmbeddedResources&) = delete;
 
  private:
-  ResourceBytes script_;
+  HMODULE module_;
 };
 
 }  // namespace platform

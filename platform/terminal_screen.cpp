@@ -1,45 +1,36 @@
 // Message boxes and dialogs for a person at a terminal. The dialogs of this house let the user take
 // one line of a list; that is what the terminal offers.
-#include "platform/terminal_screen.h"
-
 #include <algorithm>
+#include <atomic>
 #include <charconv>
-#include <istream>
-#include <optional>
-#include <ostream>
+#include <iostream>
 #include <string>
-#include <string_view>
 
 #include "platform/recoding.h"
+#include "platform/screen.h"
 
 namespace platform {
 
 namespace {
 
-// Records may hold any byte; none of them may give orders to the terminal.
-std::string Shown(std::string text) {
-  const auto isOrder = [](unsigned char c) { return (c < ' ' && c != '\n') || c == 0x7F; };
-  std::replace_if(text.begin(), text.end(), isOrder, ' ');
-  std::u16string wide = ToUtf16(Encoding::kAnsi, text).text;
-  const auto isHighOrder = [](char16_t c) { return c >= 0x80 && c < 0xA0; };
-  std::replace_if(wide.begin(), wide.end(), isHighOrder, u' ');
-  return FromUtf16(Encoding::kUtf8, wide, "?").text;
+// As UTF-8. Records may hold any byte; none of them may give orders to the terminal.
+std::string Shown(const std::string& text) {
+  std::u16string wide = WideOfAnsi(text);
+  const auto isOrder = [](char16_t c) {
+    return (c < u' ' && c != u'\n') || (c >= 0x7F && c < 0xA0);
+  };
+  std::replace_if(wide.begin(), wide.end(), isOrder, u' ');
+  return Utf8(wide.c_str());
 }
 
-// The column that a tab leads to: the next multiple of the list's tab stop.
-std::size_t NextColumn(int tabStop, std::size_t column) {
-  constexpr int kUnitsPerCharacter = 4;  // a dialog unit is a quarter of a character's width
-  constexpr int kUsualStop = 8;
-  const auto step =
-      static_cast<std::size_t>(tabStop > 0 ? tabStop / kUnitsPerCharacter : kUsualStop);
-  return (column / step + 1) * step;
-}
-
+// A tab leads to the next multiple of the tab stop, which is in dialog units.
 std::string WithColumns(const std::string& line, int tabStop) {
+  constexpr int kUnitsPerCharacter = 4;
+  const auto step = static_cast<std::size_t>(std::max(tabStop / kUnitsPerCharacter, 1));
   std::string columns;
   for (const char c : line) {
     if (c == '\t') {
-      columns.resize(NextColumn(tabStop, columns.size()), ' ');
+      columns.resize((columns.size() / step + 1) * step, ' ');
     } else {
       columns += c;
     }
@@ -48,95 +39,69 @@ std::string WithColumns(const std::string& line, int tabStop) {
   return columns;
 }
 
-// The list that the user chooses from; null when the dialog shows none.
-const Control* VisibleList(const DialogView& dialog) {
-  const std::vector<Control>& controls = dialog.Controls();
-  const auto list = std::find_if(controls.begin(), controls.end(), [](const Control& control) {
-    return control.kind == ControlKind::kListBox && control.IsVisible();
-  });
-  return list == controls.end() ? nullptr : &*list;
-}
-
-void PrintTexts(std::ostream& out, const DialogView& dialog) {
-  out << '\n' << Shown(dialog.Title());
-  for (const Control& control : dialog.Controls()) {
-    if (!control.IsVisible()) continue;
-    if (control.kind == ControlKind::kStatic) {
-      out << '\n' << Shown(control.text);
-    } else if (control.kind == ControlKind::kEdit) {
-      out << ' ' << Shown(control.text);  // behind the label that it follows
-    }
-  }
-  out << '\n';
-}
-
-void PrintLines(std::ostream& out, const ListBox& list) {
-  for (int index = 0; index < list.Count(); ++index) {
-    out << (index == list.Selected() ? "> " : "  ") << index + 1 << "  "
-        << Shown(WithColumns(list.Line(index), list.TabStop())) << '\n';
-  }
-}
-
-void PrintPrompt(std::ostream& out, const Control* list) {
-  if (list == nullptr || list->list.Count() == 0) {
-    out << "Eingabe = weiter, 0 = Abbruch: ";
-  } else if (list->list.Selected() < 0) {
-    out << "Nummer (0 = Abbruch): ";
-  } else {
-    out << "Nummer (Eingabe = " << list->list.Selected() + 1 << ", 0 = Abbruch): ";
-  }
-  out << std::flush;
-}
-
-bool PressDefault(DialogView& dialog) {
-  constexpr DWORD kButtonType = 0x000F;
-  for (const Control& control : dialog.Controls()) {
-    if (control.kind == ControlKind::kButton && (control.style & kButtonType) == BS_DEFPUSHBUTTON) {
-      return dialog.Press(control.id);
-    }
-  }
-  return dialog.Press(IDOK);
-}
-
-std::optional<int> NumberIn(std::string_view answer) {
+void Print(std::ostream& out, const Control& control) {
+  if (control.windowClass == u"STATIC") out << '\n' << Shown(control.text);
+  if (control.windowClass == u"EDIT") out << ' ' << Shown(control.text);  // behind its label
   int number = 0;
-  const auto [end, error] = std::from_chars(answer.data(), answer.data() + answer.size(), number);
-  return error == std::errc{} && end == answer.data() + answer.size() ? std::optional(number)
-                                                                      : std::nullopt;
+  for (const Line& line : control.lines) {
+    out << (number == control.selected ? "\n> " : "\n  ") << number + 1 << "  "
+        << Shown(WithColumns(line.text, control.tabStop));
+    ++number;
+  }
 }
 
 // False when the answer means nothing here.
-bool Act(DialogView& dialog, const std::string& answer) {
-  if (answer.empty()) return PressDefault(dialog);
-  const std::optional<int> number = NumberIn(answer);
+bool Act(Dialog& dialog, const std::string& answer) {
+  if (answer.empty()) return dialog.Press(IDOK);
+  int number = 0;
+  const char* end = answer.data() + answer.size();
+  const auto [stop, error] = std::from_chars(answer.data(), end, number);
+  if (error != std::errc{} || stop != end) return false;
   if (number == 0) {
     dialog.Cancel();
     return true;
   }
-  const Control* list = VisibleList(dialog);
-  return number && list != nullptr && dialog.Select(list->id, *number - 1) && PressDefault(dialog);
+  return std::ranges::any_of(
+             dialog.Controls(),
+             [&](const Control& control) { return dialog.Select(control.id, number - 1); }) &&
+         dialog.Press(IDOK);
 }
+
+// On stderr, because stdout is for a program's data.
+class TerminalScreen final : public Screen {
+ public:
+  int ShowMessage(const MessageBoxView& message) override {
+    std::cerr << '\n' << Shown(message.title) << '\n' << Shown(message.text) << '\n' << std::flush;
+    return IDOK;
+  }
+
+  void ShowDialog(Dialog& dialog) override {
+    std::cerr << '\n' << Shown(dialog.Title());
+    for (const Control& control : dialog.Controls()) {
+      if (control.IsVisible()) Print(std::cerr, control);
+    }
+    constexpr int kAttempts = 10;  // a script that answers nonsense must come to an end, too
+    for (int attempt = 0; attempt < kAttempts && dialog.IsOpen(); ++attempt) {
+      std::cerr << "\nNummer (Eingabe = markierte Zeile, 0 = Abbruch): " << std::flush;
+      std::string answer;
+      if (!std::getline(std::cin, answer)) break;
+      std::erase_if(answer, [](char c) { return c == ' ' || c == '\r'; });
+      if (!Act(dialog, answer)) std::cerr << "Diese Nummer steht nicht zur Wahl.";
+    }
+    dialog.Cancel();
+  }
+};
+
+std::atomic<Screen*> chosenScreen = nullptr;
 
 }  // namespace
 
-int TerminalScreen::ShowMessage(const MessageBoxView& message) {
-  out_ << '\n' << Shown(message.title) << '\n' << Shown(message.text) << '\n' << std::flush;
-  return IDOK;
-}
+void SetScreen(Screen* screen) { chosenScreen = screen; }
 
-void TerminalScreen::ShowDialog(DialogView& dialog) {
-  const Control* list = VisibleList(dialog);
-  PrintTexts(out_, dialog);
-  if (list != nullptr) PrintLines(out_, list->list);
-  constexpr int kAttempts = 10;  // a script that answers nonsense must come to an end, too
-  for (int attempt = 0; attempt < kAttempts && dialog.IsOpen(); ++attempt) {
-    PrintPrompt(out_, list);
-    std::string answer;
-    if (!std::getline(in_, answer)) break;
-    std::erase_if(answer, [](char c) { return c == ' ' || c == '\r'; });
-    if (!Act(dialog, answer)) out_ << "Diese Nummer steht nicht zur Wahl.\n";
-  }
-  dialog.Cancel();
+Screen& CurrentScreen() {
+  static TerminalScreen terminal;
+  Screen* screen = chosenScreen;
+  return screen != nullptr ? *screen : terminal;
 }
 
 }  // namespace platform

@@ -6,7 +6,6 @@
 
 #include "platform/desktop.h"
 #include "platform/dialog.h"
-#include "platform/recoding.h"
 #include "platform/unsupported.h"
 #include "platform/windows_api.h"
 
@@ -26,14 +25,6 @@ HWND Add(Window window) {
   auto* handle = reinterpret_cast<HWND>(kFirst + 2 * ++desktop.lastHandle);
   desktop.windows.emplace(handle, std::move(window));
   return handle;
-}
-
-BOOL SetTitle(HWND window, const std::string& title) {
-  const Lock lock(TheDesktop().mutex);
-  Window* found = TheDesktop().Find(window);
-  if (found == nullptr) return FALSE;
-  found->title = title;
-  return TRUE;
 }
 
 std::vector<HWND> OwnedBy(HWND owner) {
@@ -88,12 +79,9 @@ HWND WINAPI CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title,
   {
     const Lock lock(TheDesktop().mutex);
     const auto found = TheDesktop().classes.find({module, UpperCase(className)});
-    if (found == TheDesktop().classes.end()) {
-      return nullptr;
-    }
-    if (owner != nullptr && TheDesktop().Find(owner) == nullptr) return nullptr;
-    handle = Add({found->first, found->second.lpfnWndProc, title == nullptr ? "" : title,
-                  style | WS_CLIPSIBLINGS, owner, platform::QueueOfThisThread()});
+    if (found == TheDesktop().classes.end()) return nullptr;
+    handle = Add({found->first, found->second.lpfnWndProc, title == nullptr ? "" : title, owner,
+                  platform::QueueOfThisThread()});
   }
   SendMessageA(handle, WM_CREATE, 0, 0);
   return handle;
@@ -103,10 +91,7 @@ BOOL WINAPI DestroyWindow(HWND window) {
   {
     const Lock lock(TheDesktop().mutex);
     const Window* found = TheDesktop().Find(window);
-    if (found == nullptr) return FALSE;
-    if (found->queue != platform::QueueOfThisThread()) {
-      return FALSE;
-    }
+    if (found == nullptr || found->queue != platform::QueueOfThisThread()) return FALSE;
   }
   for (HWND owned : OwnedBy(window)) DestroyWindow(owned);
   SendMessageA(window, WM_DESTROY, 0, 0);
@@ -117,8 +102,7 @@ BOOL WINAPI DestroyWindow(HWND window) {
 
 BOOL WINAPI IsWindow(HWND window) {
   const Lock lock(TheDesktop().mutex);
-  return TheDesktop().Find(window) != nullptr || platform::DialogOf(window) != nullptr ? TRUE
-                                                                                       : FALSE;
+  return TheDesktop().Find(window) != nullptr ? TRUE : FALSE;
 }
 
 HWND WINAPI FindWindowA(LPCSTR className, LPCSTR title) {
@@ -133,28 +117,8 @@ HWND WINAPI FindWindowA(LPCSTR className, LPCSTR title) {
   return nullptr;
 }
 
-// There is no screen on which they would show; only the style changes.
-BOOL WINAPI ShowWindow(HWND window, int command) {
-  const Lock lock(TheDesktop().mutex);
-  Window* found = TheDesktop().Find(window);
-  if (found == nullptr) return FALSE;
-  const bool wasVisible = (found->style & WS_VISIBLE) != 0;
-  found->style = command == SW_HIDE ? found->style & ~WS_VISIBLE : found->style | WS_VISIBLE;
-  return wasVisible ? TRUE : FALSE;
-}
-
-LONG WINAPI GetWindowLongA(HWND window, int index) {
-  if (index != GWL_STYLE) Unsupported("GetWindowLongA", "anything but the style");
-  const Lock lock(TheDesktop().mutex);
-  const Window* found = TheDesktop().Find(window);
-  return found == nullptr ? 0 : static_cast<LONG>(found->style);
-}
-
-LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index) {
-  if (index != DWLP_USER) Unsupported("GetWindowLongPtrA", "anything but a dialog's own word");
-  platform::Dialog* dialog = platform::DialogOf(window);
-  return dialog == nullptr ? 0 : dialog->UserWord();
-}
+// There is no screen on which they would show.
+BOOL WINAPI ShowWindow(HWND /*window*/, int /*command*/) { return FALSE; }
 
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
   platform::Dialog* dialog = platform::DialogOf(window);
@@ -167,28 +131,18 @@ LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
       std::exchange(found->procedure, reinterpret_cast<WNDPROC>(value)));
 }
 
-BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text) {
-  if (platform::Dialog* dialog = platform::DialogOf(window); dialog != nullptr) {
-    dialog->SetTitle(platform::AnsiText(text));
-    return TRUE;
-  }
-  return SetTitle(window, platform::AnsiText(text));
-}
-
 LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM /*wordParam*/, LPARAM longParam) {
-  if (message == WM_SETTEXT) {
-    const auto* const text = reinterpret_cast<LPCSTR>(longParam);
-    return SetTitle(window, text == nullptr ? "" : text);
-  }
   if (message == WM_CLOSE) DestroyWindow(window);
+  if (message != WM_SETTEXT) return 0;
+  const Lock lock(TheDesktop().mutex);
+  Window* found = TheDesktop().Find(window);
+  if (found != nullptr) found->title = reinterpret_cast<LPCSTR>(longParam);
   return 0;
 }
 
 // Nothing is ever painted, so the brush only has to be told from others.
 HGDIOBJ WINAPI GetStockObject(int object) {
-  if (object != WHITE_BRUSH) {
-    Unsupported("GetStockObject", "stock object " + std::to_string(object));
-  }
+  if (object != WHITE_BRUSH) Unsupported("GetStockObject", std::to_string(object));
   static char whiteBrush = 0;
   return &whiteBrush;
 }

@@ -22,15 +22,12 @@ extern "C" {
 inline constexpr DWORD ERROR_SUCCESS = 0;
 inline constexpr DWORD ERROR_FILE_NOT_FOUND = 2;
 inline constexpr DWORD ERROR_ACCESS_DENIED = 5;
-inline constexpr DWORD ERROR_BAD_FORMAT = 11;
 inline constexpr DWORD ERROR_MOD_NOT_FOUND = 126;
-inline constexpr DWORD ERROR_PROC_NOT_FOUND = 127;
 inline constexpr DWORD ERROR_BAD_EXE_FORMAT = 193;
 inline constexpr DWORD ERROR_MORE_DATA = 234;
 
-// Only LoadLibraryA and its kind leave one here.
+// Only LoadLibraryA leaves one here.
 DWORD WINAPI GetLastError();
-void WINAPI SetLastError(DWORD error);
 
 inline constexpr UINT SEM_FAILCRITICALERRORS = 0x0001;
 inline constexpr UINT SEM_NOOPENFILEERRORBOX = 0x8000;
@@ -47,8 +44,6 @@ using LSTATUS = LONG;
 inline constexpr REGSAM KEY_READ = 0x20019;
 inline constexpr REGSAM KEY_WRITE = 0x20006;
 inline constexpr DWORD REG_SZ = 1;
-inline constexpr DWORD REG_BINARY = 3;
-inline constexpr DWORD REG_DWORD = 4;
 inline constexpr DWORD REG_OPTION_NON_VOLATILE = 0;
 
 LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD options, REGSAM access, HKEY* result);
@@ -90,7 +85,6 @@ int _access(const char* path, int mode);
 DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR path);
 BOOL WINAPI SetCurrentDirectoryA(LPCSTR path);
 BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path);
-DWORD WINAPI CharUpperBuffA(LPSTR text, DWORD length);
 
 // Code pages 850, 1252 and 65001 (UTF-8) only. Towards the first two, WC_NO_BEST_FIT_CHARS must be
 // asked for: this layer has no table of lookalikes.
@@ -132,7 +126,6 @@ inline constexpr UINT WM_INITDIALOG = 0x0110;
 inline constexpr UINT WM_COMMAND = 0x0111;
 
 inline constexpr DWORD WS_VISIBLE = 0x10000000;
-inline constexpr DWORD BS_DEFPUSHBUTTON = 0x0001;
 inline constexpr DWORD LBS_NOTIFY = 0x0001;
 inline constexpr DWORD LBS_USETABSTOPS = 0x0080;
 
@@ -179,14 +172,12 @@ inline constexpr DWORD WS_MINIMIZEBOX = 0x00020000;
 inline constexpr DWORD WS_THICKFRAME = 0x00040000;
 inline constexpr DWORD WS_SYSMENU = 0x00080000;
 inline constexpr DWORD WS_CAPTION = 0x00C00000;
-inline constexpr DWORD WS_CLIPSIBLINGS = 0x04000000;
 inline constexpr DWORD WS_CHILD = 0x40000000;
 inline constexpr DWORD WS_POPUP = 0x80000000;
 inline constexpr int CW_USEDEFAULT = static_cast<int>(0x80000000);
 inline constexpr int SW_HIDE = 0;
 inline constexpr int SW_SHOW = 5;
 inline constexpr int SW_MINIMIZE = 6;
-inline constexpr int GWL_STYLE = -16;
 inline constexpr int GWLP_WNDPROC = -4;
 inline constexpr int DWLP_USER = sizeof(LRESULT) + sizeof(DLGPROC);  // of dialogs
 inline constexpr int WHITE_BRUSH = 0;
@@ -229,7 +220,6 @@ BOOL WINAPI DestroyWindow(HWND window);
 BOOL WINAPI IsWindow(HWND window);
 HWND WINAPI FindWindowA(LPCSTR className, LPCSTR title);
 BOOL WINAPI ShowWindow(HWND window, int command);
-LONG WINAPI GetWindowLongA(HWND window, int index);
 LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index);
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
 BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text);

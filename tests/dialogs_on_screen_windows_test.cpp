@@ -3,6 +3,8 @@
 #include "addresses/contact_person_file.h"
 #include "caseparties/case_party_file.h"
 #include "cases/case_file.h"
+#include "frame/attach.h"
+#include "frame/login_window.h"
 #include "platform/dialog_template.h"
 #include "resources/resource.h"
 #include "support/export_test.h"
@@ -138,6 +140,16 @@ TEST_F(DialogsOnScreen, ScrollToTheirLongestLineAndEndAtEscape) {
     EXPECT_EQ(Overheard::order, expected.order);
     EXPECT_EQ(user.OnlyDialog().title, expected.title);
   }
+}
+
+// By the library that is built into this program.
+TEST(LoginWindow, HasAnOrdinaryFrameThatIsHidden) {
+  AttachLibrary(GetModuleHandleA(nullptr));
+  CreateLoginWindow();
+  HWND window = FindWindowA("KrvQLX", nullptr);
+  EXPECT_EQ(static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)),
+            WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX | WS_CLIPSIBLINGS);
+  DetachLibrary(Detachment::kFreed);
 }
 
 }  // namespace

@@ -1,3 +1,6 @@
+// The registration text file that stands in for a registry.
+#include "platform/registry_file.h"
+
 #include <gmock/gmock.h>
 
 #include <cstdlib>
@@ -5,7 +8,6 @@
 #include <iterator>
 #include <string>
 
-#include "platform/registry_file.h"
 #include "platform/windows_api.h"
 #include "testkit/private_registry.h"
 
@@ -13,26 +15,21 @@ namespace {
 
 using platform::RegistryFile;
 
+using namespace std::string_literals;
+
 constexpr auto kAsWritten =
     "REGEDIT4\r\n"
     "; the office's folders in C:\\hex\\\r\n"
     "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Options]\r\n"
-    "@=\"unnamed\"\r\n"
     "\"DataRoot\"=\"C:\\\\data \\\"new\\\"\"\r\n"
     "  \"Spaced\" = \"x=1\" \r\n"
-    "\"Count\"=dword:0000010a\r\n"
-    "\"Bytes\"=hex:01,ff,\\\r\n"
-    "  00\r\n"
-    "\"Unterminated\"=hex(1):61,62\r\n"
+    "\"Unterminated\"=hex(1):61, 62\r\n"
     "[HKEY_CURRENT_USER\\Other]\r\n";
 constexpr auto kAsFormatted =
     "REGEDIT4\r\n\r\n"
     "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Options]\r\n"
-    "@=\"unnamed\"\r\n"
     "\"DataRoot\"=\"C:\\\\data \\\"new\\\"\"\r\n"
     "\"Spaced\"=\"x=1\"\r\n"
-    "\"Count\"=hex(4):0a,01,00,00\r\n"
-    "\"Bytes\"=hex:01,ff,00\r\n"
     "\"Unterminated\"=hex(1):61,62\r\n\r\n"
     "[HKEY_CURRENT_USER\\Other]\r\n";
 
@@ -51,9 +48,9 @@ TEST(RegistrationText, IsUnderstoodInEveryFormAndWrittenInOne) {
 TEST(RegistrationText, MayHaveLinesThatMeanNothing) {
   const std::string key = "[HKEY_LOCAL_MACHINE\\Key]\r\n";
   for (const char* line :
-       {"rubbish", R"("x)", R"("x")", R"("x"=)", R"("x"="open)", R"("x"="a"b)", R"("x"=dword:xyz)",
-        R"("x"=dword:123456789)", R"("x"=hex:1g)", R"("x"=hex:100)", R"("x"=hex():00)",
-        R"("x"=hex(:00)", R"("x"=-)", "=", R"("\)", "[", "@", "\xFF\xFE"}) {
+       {"rubbish", R"("x)", R"("x")", R"("x"=)", R"("x"="open)", R"("x"="a"b)", R"("x"=dword:1)",
+        R"("x"=hex(1):1g)", R"("x"=hex(1):100)", R"("x"=hex(1:00)", R"("x"=-)", "=", R"("\)", "[",
+        "[]", "@", "\xFF\xFE"}) {
     EXPECT_EQ(
         RegistryFile::Parse("\"of no\"=\"key\"\r\n" + key + line + "\r\n\"a\"=\"b\"").Format(),
         "REGEDIT4\r\n\r\n" + key + "\"a\"=\"b\"\r\n")
@@ -61,14 +58,24 @@ TEST(RegistrationText, MayHaveLinesThatMeanNothing) {
   }
 }
 
+TEST(RegistrationText, GivesBackTheBytesThatWereStoredWhateverTheCaseOfTheirName) {
+  for (const std::string& bytes :
+       {"C:\\data \"old\"\0"s, "\0"s, ""s, "two\r\nlines\0"s, "M\xFCller [x]=1;\0"s, "open"s}) {
+    RegistryFile file;
+    file.Set("HKEY_LOCAL_MACHINE\\Key\\Options", {"Value", bytes});
+    file = RegistryFile::Parse(file.Format());
+    const auto* value = file.Find("hkey_local_machine\\key\\OPTIONS", "vALUE");
+    ASSERT_NE(value, nullptr) << bytes;
+    EXPECT_EQ(value->bytes, bytes);
+    EXPECT_TRUE(file.Has("HKEY_LOCAL_MACHINE\\key"));
+    EXPECT_FALSE(file.Has("HKEY_LOCAL_MACHINE\\Ke"));
+    EXPECT_FALSE(file.Has("HKEY_LOCAL_MACHINE\\Key\\Options 2"));
+  }
+}
+
 class RegistrationFile : public testing::Test {
  protected:
   std::filesystem::path Path() const { return registry_.Folder() / "office.reg"; }
-
-  std::string Text() const {
-    std::ifstream stream(Path(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
 
   // Creates the key and, when that succeeds, sets the value to "new".
   static LSTATUS Set(const char* name) {
@@ -85,19 +92,13 @@ class RegistrationFile : public testing::Test {
   testkit::PrivateRegistry registry_;
 };
 
-TEST_F(RegistrationFile, IsMadeByTheFirstKeyAndKeepsWhatAChangeDoesNotConcern) {
-  HKEY key = nullptr;
-  EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE", 0, KEY_READ, &key),
-            LSTATUS{ERROR_FILE_NOT_FOUND});
-  EXPECT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
-  EXPECT_EQ(Text(),
-            "REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Options]\r\n\"value\"=\"new\"\r\n");
-
+TEST_F(RegistrationFile, KeepsWhatAChangeDoesNotConcern) {
   std::ofstream(Path(), std::ios::binary) << kAsWritten;  // by hand
   EXPECT_EQ(Set("spaced"), LSTATUS{ERROR_SUCCESS});
   std::string expected = kAsFormatted;
   expected.replace(expected.find("x=1"), 3, "new");
-  EXPECT_EQ(Text(), expected);
+  std::ifstream stream(Path(), std::ios::binary);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), expected);
   const std::filesystem::directory_iterator files(registry_.Folder());
   EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "a draft was left behind";
 }

@@ -2,12 +2,13 @@
 #include <malloc.h>
 
 #include <array>
+#include <bit>
 #include <cstdlib>
 #include <thread>
 #include <vector>
 
 #include "party_file.h"
-#include "platform/test_library.h"
+#include "platform/windows_api.h"
 
 namespace recordmanager_tests {
 namespace {
@@ -98,8 +99,8 @@ TEST_F(WindowsLibrary, KeepsNoProcessThatEndsWithinACall) {
     CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     static Client waiting;
     static std::string file = path;
-    LoadLibraryA(TestLibrary::kName);
-    TestLibrary().Heard().atDetachment = [] {
+    using Callback = void (*)();
+    *std::bit_cast<Callback*>(GetProcAddress(LoadLibraryA("last_caller"), "AtDetachment")) = [] {
       TerminateProcess(GetCurrentProcess(), static_cast<UINT>(Client().Open(file)));
     };
     std::thread([] { waiting.Open(file); }).detach();

@@ -9,16 +9,15 @@ namespace qlx99::tests {
 namespace {
 
 ShownControl Shown(const platform::Control& control) {
-  const platform::ListBox& list = control.list;
   ShownControl shown{control.id, Utf8(control.text), control.style,
-                     {},         list.Selected(),    list.HorizontalExtent()};
-  for (int i = 0; i < list.Count(); ++i) shown.lines.push_back(Utf8(list.Line(i)));
+                     {},         control.selected,   control.horizontalExtent};
+  for (const platform::Line& line : control.lines) shown.lines.push_back(Utf8(line.text));
   return shown;
 }
 
 class Dialog final : public OpenDialog {
  public:
-  explicit Dialog(platform::DialogView& view) : view_(view) {}
+  explicit Dialog(platform::Dialog& view) : view_(view) {}
 
   ShownDialog Look() const override {
     ShownDialog shown{Utf8(view_.Title()), {}};
@@ -32,7 +31,7 @@ class Dialog final : public OpenDialog {
   void Cancel() override { view_.Cancel(); }
 
  private:
-  platform::DialogView& view_;
+  platform::Dialog& view_;
 };
 
 }  // namespace
@@ -48,7 +47,7 @@ class Screen::Implementation final : public platform::Screen {
     watcher_.Sees({Utf8(message.text), Utf8(message.title), message.style});
     return IDOK;
   }
-  void ShowDialog(platform::DialogView& view) override {
+  void ShowDialog(platform::Dialog& view) override {
     Dialog dialog(view);
     watcher_.Sees(dialog);
   }

@@ -1,0 +1,84 @@
+// The terminal that stands in for a screen on a host without Windows.
+#include <iostream>
+#include <sstream>
+
+#include "addresses/bank_connection_file.h"
+#include "addresses/contact_person_file.h"
+#include "platform/screen.h"
+#include "support/example_office.h"
+
+namespace qlx99::tests {
+namespace {
+
+using testing::HasSubstr;
+
+class Terminal : public ExampleOfficeTest {
+ protected:
+  Terminal() : keys_(std::cin.rdbuf()), display_(std::cerr.rdbuf(shown_.rdbuf())) {
+    platform::SetScreen(nullptr);
+  }
+  ~Terminal() override {
+    std::cin.rdbuf(keys_);
+    std::cin.clear();
+    std::cerr.rdbuf(display_);
+  }
+
+  // What the call gives to somebody who types `answers`.
+  std::string Typing(const std::string& answers, const std::function<std::int32_t(char*)>& call) {
+    std::istringstream typed(answers);
+    std::cin.rdbuf(typed.rdbuf());
+    std::cin.clear();
+    return OutcomeOf(call);
+  }
+
+  std::string Shown() const { return shown_.str(); }
+
+ private:
+  std::ostringstream shown_;
+  std::streambuf* keys_;
+  std::streambuf* display_;
+};
+
+TEST_F(Terminal, TakesTheLineOfTheNumberAndAsksAgainButNotForEver) {
+  for (const std::string bank :
+       {"number: 201, bankName: Volksbank", "number: 202, bankName: \x1B[2J"}) {
+    office.Has<BankConnectionRecord>("addressNumber: 4711, accountNumber: 8, " + bank);
+  }
+  std::string nonsense;
+  for (int i = 0; i < 1000; ++i) nonsense += "99\n";
+  const std::pair<std::string, const char*> rows[] = {{"\n", "Sparkasse"},
+                                                      {"2\n", "Volksbank"},
+                                                      {" 2 \r\n", "Volksbank"},
+                                                      {"2", "Volksbank"},
+                                                      {"0\n", "Sparkasse"},
+                                                      {"", "Sparkasse"},
+                                                      {"4\nx\n-1\n2\n", "Volksbank"},
+                                                      {nonsense, "Sparkasse"}};
+  for (const auto& [answers, bank] : rows) {
+    EXPECT_THAT(Typing(answers, [&](char* b) { return library->ALesenDLL("", "4711", b, ""); }),
+                HasSubstr(bank))
+        << answers;
+  }
+  EXPECT_THAT(
+      Shown(),
+      testing::StartsWith("\nBankverbindung auswählen\n"
+                          "Zum ausgewählten Adressant wurden mehrere Bankverbindungen angelegt ! \n"
+                          "Bitte wählen Sie eine Bankverbindung aus.\n"
+                          "> 1  Sparkasse                47 11\n"
+                          "  2  Volksbank                8\n"
+                          "  3   [2J                     8\n"
+                          "Nummer (Eingabe = markierte Zeile, 0 = Abbruch): "));
+  EXPECT_THAT(Shown(), HasSubstr("Diese Nummer steht nicht zur Wahl."));
+}
+
+TEST_F(Terminal, ShowsMessagesAndWhatStandsBesideLabels) {
+  Typing("0\n", [&](char* b) { return library->BLesenDLL("  ", "12345678", "", "", b); });
+  EXPECT_THAT(Shown(), HasSubstr("\nAktennummer: 12345678  \nRubrum: Müller ./. Schmidt"));
+  office.IsNotConfigured("DataRoot");
+  EXPECT_EQ(library->UserInit(), 0);
+  EXPECT_THAT(Shown(), testing::EndsWith("\nSystemmeldung !\nDatenpfad nicht gefunden !\n "
+                                         "User können nicht übernommen werden ! \n"));
+}
+
+}  // namespace
+}  // namespace qlx99::tests
