@@ -75,20 +75,18 @@ class FollowUps : public Store {
     return items;
   }
 
-  bool ReadsInOneWalk() const override { return false; }
-
  private:
   static void Must(std::int32_t result, const char* what) {
-    if (result != kDone) throw Fault(Fault::kRefused, std::string(what) + " was refused");
+    if (result != kDone) throw Refusal(what, result);
   }
 
   int Take(const std::vector<std::string>& fields) {
     const int item = NumberIn(std::string_view(fields[kText]).substr(5));
     if (fields[kText] != TextOf(slot_, item) || fields[kSecondUserId] != std::to_string(item)) {
-      throw Fault(Fault::kTorn, "follow-up " + fields[kId] + " is torn: " + fields[kText]);
+      throw Fault("follow-up " + fields[kId] + " is torn: " + fields[kText]);
     }
     if (!ids_.emplace(item, fields[kId]).second) {
-      throw Fault(Fault::kDoubled, "item " + std::to_string(item) + " is there twice");
+      throw Fault("item " + std::to_string(item) + " is there twice");
     }
     return item;
   }
@@ -98,7 +96,7 @@ class FollowUps : public Store {
     if (!ids_.contains(item)) Items();
     const auto found = ids_.find(item);
     if (found != ids_.end()) return found->second;
-    throw Fault(Fault::kLost, "item " + std::to_string(item) + " has gone");
+    throw Fault("item " + std::to_string(item) + " has gone");
   }
 
   int slot_;

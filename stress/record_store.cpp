@@ -10,9 +10,6 @@
 namespace stress {
 namespace {
 
-constexpr int kCounterSlot = -1;
-constexpr int kCounterName = 0;
-
 struct Record {
   std::int32_t number = 0;
   std::int32_t slot = 0;
@@ -45,7 +42,7 @@ enum Key : char { kByNumber, kBySlot, kByName };
 
 int NameOf(int slot, int item) {
   constexpr int kItemsPerSlot = 10'000'000;
-  return slot == kCounterSlot ? kCounterName : (slot + 1) * kItemsPerSlot + item;
+  return (slot + 1) * kItemsPerSlot + item;
 }
 
 Record MakeRecord(int slot, int item) {
@@ -66,13 +63,12 @@ void ExpectWhole(const Record& record) {
   Record whole = MakeRecord(record.slot, record.item);
   whole.number = record.number;
   if (std::memcmp(&record, &whole, sizeof record) != 0) {
-    throw Fault(Fault::kTorn, "record " + std::to_string(record.number) + " is torn");
+    throw Fault("record " + std::to_string(record.number) + " is torn");
   }
 }
 
 void Must(int status, const char* what) {
-  if (status == btrieve::kSuccess) return;
-  throw Fault(Fault::kRefused, std::string(what) + " gave status " + std::to_string(status));
+  if (status != btrieve::kSuccess) throw Refusal(what, status);
 }
 
 bool IsBusy(int status) { return status == btrieve::kRecordInUse || status == btrieve::kFileInUse; }
@@ -96,11 +92,10 @@ class RecordCursor {
 
   void SetKey(std::int32_t value) { client_.SetKey(value); }
 
-  int Find(Key key, std::int32_t value) {
-    SetKey(value);
-    const int status = Call(btrieve::kGetEqual, key);
-    if (status == btrieve::kSuccess) ExpectWhole(record);
-    return status;
+  void Find(std::int32_t name) {
+    SetKey(name);
+    Must(Call(btrieve::kGetEqual, kByName), "Get Equal");
+    ExpectWhole(record);
   }
 
   Record record;
@@ -145,7 +140,7 @@ class Records : public Store {
 
   void Remove(int item) override {
     RecordCursor records(office_, manager_);
-    Must(records.Find(kByName, NameOf(slot_, item)), "Get Equal");
+    records.Find(NameOf(slot_, item));
     Must(records.Call(btrieve::kDelete, kByName), "Delete");
   }
 
@@ -176,12 +171,10 @@ class Records : public Store {
     return items;
   }
 
-  bool ReadsInOneWalk() const override { return true; }
-
  private:
   void Rewrite(int item, int by) {
     RecordCursor records(office_, manager_);
-    Must(records.Find(kByName, NameOf(slot_, item)), "Get Equal");
+    records.Find(NameOf(slot_, item));
     const auto number = records.record.number;
     records.record = MakeRecord(slot_, by);
     records.record.number = number;
@@ -190,7 +183,7 @@ class Records : public Store {
 
   static void Take(std::set<int>& items, int item) {
     if (items.insert(item).second) return;
-    throw Fault(Fault::kDoubled, "item " + std::to_string(item) + " is there twice");
+    throw Fault("item " + std::to_string(item) + " is there twice");
   }
 
   std::filesystem::path office_;
@@ -214,34 +207,9 @@ void CreateRecords(const std::filesystem::path& office, const btrieve::EntryPoin
        "Create");
 }
 
-void StartCounter(const std::filesystem::path& office) {
-  RecordCursor counter(office, InstalledManager());
-  counter.record = MakeRecord(kCounterSlot, 0);
-  Must(counter.Call(btrieve::kInsert, kByNumber), "Insert");
-}
-
 std::unique_ptr<Store> OpenRecords(const std::filesystem::path& office, int slot,
                                    const btrieve::EntryPoint& manager) {
   return std::make_unique<Records>(office, slot, manager);
-}
-
-int CounterValue(const std::filesystem::path& office) {
-  RecordCursor counter(office, InstalledManager());
-  Must(counter.Find(kByName, kCounterName), "Get Equal");
-  return counter.record.item;
-}
-
-void IncrementCounter(const std::filesystem::path& office) {
-  RecordCursor counter(office, InstalledManager());
-  int status = btrieve::kConflict;
-  while (status == btrieve::kConflict) {  // another worker has counted meanwhile
-    Must(counter.Find(kByName, kCounterName), "Get Equal");
-    const auto number = counter.record.number;
-    counter.record = MakeRecord(kCounterSlot, counter.record.item + 1);
-    counter.record.number = number;
-    status = counter.Call(btrieve::kUpdate, kByName);
-  }
-  Must(status, "Update");
 }
 
 }  // namespace stress

@@ -1,10 +1,7 @@
-#include "stress/soundness.h"
-
 #include <sqlite3.h>
 
-#include <stdexcept>
-
 #include "recordmanager/file_format.h"
+#include "stress/store.h"
 
 namespace stress {
 namespace {
@@ -36,23 +33,24 @@ int FindStrayKey(Connection& connection, const RecordLayout& layout) {
 
 }  // namespace
 
-std::string DamageOf(const std::filesystem::path& file) {
+void ExpectUndamaged(const std::filesystem::path& file) {
+  const std::string name = file.string();
   Connection connection;
   RecordLayout layout;
-  const int status = recordmanager::OpenDatabase(file.string(), connection, layout);
-  if (status != btrieve::kSuccess) return "it cannot be opened: status " + std::to_string(status);
+  const int status = recordmanager::OpenDatabase(name, connection, layout);
+  if (status != btrieve::kSuccess) throw Refusal("opening " + name, status);
   std::string verdict;
   connection.QueryText("PRAGMA integrity_check", verdict);
-  if (verdict != "ok") return verdict;
+  if (verdict != "ok") throw Fault(name + ": " + verdict);
   const int stray = FindStrayKey(connection, layout);
-  return stray == 0 ? "" : "record " + std::to_string(stray) + " has keys that are not its own";
+  if (stray != 0) throw Fault(name + ": keys of record " + std::to_string(stray));
 }
 
 void UseRollbackJournal(const std::filesystem::path& file) {
   Connection connection;
   if (connection.Open(file.string(), Connection::Way::kExisting) != btrieve::kSuccess ||
       connection.Execute("PRAGMA journal_mode = TRUNCATE") != btrieve::kSuccess) {
-    throw std::runtime_error(file.string() + " stays as it is");
+    throw Fault(file.string() + " stays as it is");
   }
 }
 

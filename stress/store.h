@@ -7,39 +7,24 @@
 #include <filesystem>
 #include <memory>
 #include <set>
-#include <stdexcept>
 #include <string>
 
 #include "btrieve/client.h"
+#include "stress/findings.h"
 
 namespace stress {
-
-// What must never happen.
-class Fault : public std::runtime_error {
- public:
-  // Also the exit codes of workers; kCrashed is any other. kGrown: a log that nobody empties.
-  enum Kind { kLost = 101, kDoubled, kTorn, kDamaged, kRefused, kGrown, kCrashed };
-
-  Fault(Kind faultKind, const std::string& what) : std::runtime_error(what), kind(faultKind) {}
-
-  Kind kind;
-};
 
 class Store {
  public:
   virtual ~Store() = default;
 
-  // Each throws a Fault when it is refused.
+  // Each throws a Refusal when it is refused.
   virtual void Add(int item) = 0;
   virtual void Replace(int item, int by) = 0;
   virtual void Remove(int item) = 0;
 
   // The slot's items; each record is looked at byte by byte.
   virtual std::set<int> Items() = 0;
-
-  // Whether Items walks along them once. What reads them one by one, by their positions, misses
-  // others when one goes meanwhile.
-  virtual bool ReadsInOneWalk() const = 0;
 };
 
 // The case that a slot stands for, in an office with at least as many cases as slots.
@@ -58,9 +43,12 @@ void CreateRecords(const std::filesystem::path& office,
 std::unique_ptr<Store> OpenRecords(const std::filesystem::path& office, int slot,
                                    const btrieve::EntryPoint& manager = InstalledManager());
 
-// A record of that file beside the items: a counter that all workers add to.
-void StartCounter(const std::filesystem::path& office);
-int CounterValue(const std::filesystem::path& office);
-void IncrementCounter(const std::filesystem::path& office);
+// Looks at a record file from behind the record manager: throws a Fault when its pages, its indexes
+// or a key of a record are not sound. Nobody may have it open.
+void ExpectUndamaged(const std::filesystem::path& file);
+
+// Makes the file work with a rollback journal, as record files on network drives do. Nobody may
+// have it open.
+void UseRollbackJournal(const std::filesystem::path& file);
 
 }  // namespace stress
