@@ -23,25 +23,12 @@ enum class DiskFault {
 };
 
 // How the request fails; SQLITE_OK: not at all.
-int FailureOf(Request::Kind kind, DiskFault fault) {
-  struct Failure {
-    int ioError;
-    int full = SQLITE_OK;
-  };
-  constexpr Failure kFailures[] = {{SQLITE_OK},
-                                   {SQLITE_IOERR_DELETE},
-                                   {SQLITE_IOERR_ACCESS},
-                                   {SQLITE_IOERR_READ},
-                                   {SQLITE_IOERR_WRITE, SQLITE_FULL},
-                                   {SQLITE_IOERR_TRUNCATE},
-                                   {SQLITE_IOERR_FSYNC},
-                                   {SQLITE_IOERR_FSTAT},
-                                   {SQLITE_IOERR_LOCK},
-                                   {SQLITE_IOERR_CHECKRESERVEDLOCK},
-                                   {SQLITE_IOERR_SHMMAP, SQLITE_IOERR_SHMSIZE},
-                                   {SQLITE_IOERR_SHMLOCK}};
-  if (fault == DiskFault::kCannotOpen) return kind == Request::kOpen ? SQLITE_CANTOPEN : SQLITE_OK;
-  return fault == DiskFault::kFull ? kFailures[kind].full : kFailures[kind].ioError;
+int FailureOf(int kind, DiskFault fault) {
+  const bool opens = kind == SQLITE_CANTOPEN;
+  if (fault == DiskFault::kCannotOpen) return opens ? kind : SQLITE_OK;
+  if (fault == DiskFault::kIoError) return opens ? SQLITE_OK : kind;
+  if (kind == SQLITE_IOERR_WRITE) return SQLITE_FULL;
+  return kind == SQLITE_IOERR_SHMMAP ? SQLITE_IOERR_SHMSIZE : SQLITE_OK;
 }
 
 // A file system that fails on command.
@@ -93,15 +80,14 @@ void Work(const fs::path& folder, bool diskFails) {
   recordmanager::Engine engine;
   const auto manager = testkit::EntryPointOf(engine);
   btrieve::Client transaction(manager);
-  std::vector<std::unique_ptr<Store>> stores;
-  for (int slot = 0; slot < kSlots; ++slot)
-    stores.push_back(OpenRecords(OfficeIn(folder), slot, manager));
+  std::vector<Store> stores;
+  for (int slot = 0; slot < kSlots; ++slot) stores.emplace_back(OfficeIn(folder), slot, manager);
   std::set<int> uncertain;
   for (int step = 0; step < kStepsOfADay; ++step) {
     const int slot = step % kSlots;
     if (uncertain.contains(slot)) continue;
     try {
-      Keeper keeper(*stores[static_cast<std::size_t>(slot)], JournalOf({kRecords, folder, slot}),
+      Keeper keeper(stores[static_cast<std::size_t>(slot)], JournalOf({kRecords, folder, slot}),
                     static_cast<unsigned>(step));
       uncertain.insert(slot);
       keeper.Step();

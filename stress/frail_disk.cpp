@@ -39,10 +39,10 @@ FrailDisk::~FrailDisk() { WatchFolderSyncs(nullptr); }
 int FrailDisk::Answer(const Request& request) {
   if (!IsOurs(request)) return SQLITE_OK;
   if (off_) return SQLITE_IOERR;
-  const bool syncs = request.kind == Request::kSync;
-  const bool changes = syncs || request.kind == Request::kOpen ||
-                       request.kind == Request::kDelete || request.kind == Request::kWrite ||
-                       request.kind == Request::kTruncate;
+  const bool syncs = request.kind == SQLITE_IOERR_FSYNC;
+  const bool changes = syncs || request.kind == SQLITE_CANTOPEN ||
+                       request.kind == SQLITE_IOERR_DELETE || request.kind == SQLITE_IOERR_WRITE ||
+                       request.kind == SQLITE_IOERR_TRUNCATE;
   if (!syncs) Take(request);  // the power may go in the midst of it
   if (changes) CountDown();
   if (off_) return SQLITE_IOERR;
@@ -57,7 +57,7 @@ bool FrailDisk::IsOurs(const Request& request) const {
 
 void FrailDisk::NoteOpened(const sqlite3_file* file, const char* path) {
   open_.erase(file);
-  if (IsOurs({.kind = Request::kOpen, .path = path})) open_[file] = ContentOf(path);
+  if (IsOurs({.kind = SQLITE_CANTOPEN, .path = path})) open_[file] = ContentOf(path);
 }
 
 FrailDisk::Content* FrailDisk::ContentOf(const fs::path& path) {
@@ -72,11 +72,11 @@ FrailDisk::Content* FrailDisk::ContentOf(const fs::path& path) {
 void FrailDisk::Take(const Request& request) {
   if (request.file == nullptr) return;
   Content& content = *open_[request.file];
-  if (request.kind == Request::kWrite) {
+  if (request.kind == SQLITE_IOERR_WRITE) {
     content.unsafe.push_back({request.place, {{request.bytes.begin(), request.bytes.end()}}});
-  } else if (request.kind == Request::kTruncate) {
+  } else if (request.kind == SQLITE_IOERR_TRUNCATE) {
     content.unsafe.push_back({request.place, {}});
-  } else if (request.kind == Request::kSync && !forgetful_) {
+  } else if (request.kind == SQLITE_IOERR_FSYNC && !forgetful_) {
     content = {Kept(content), {}};
   }
 }

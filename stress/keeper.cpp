@@ -101,7 +101,7 @@ void Keeper::Step() {
 void Onlooker::Look() {
   history_.ReadOn();
   const std::set<int> before = history_.Items();
-  const std::set<int> seen = store_->Items();
+  const std::set<int> seen = store_.Items();
   const std::set<int> changing = history_.ReadOn();
   ExpectAmong(seen, changing, before, " was not seen");
   ExpectAmong(before, changing, seen, " was seen, but had gone");

@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <random>
 #include <set>
 #include <string>
@@ -95,7 +94,7 @@ class Keeper {
 // Reads a slot's items beside their keeper.
 class Onlooker {
  public:
-  Onlooker(std::unique_ptr<Store> store, const std::filesystem::path& keepersJournal)
+  Onlooker(Store store, const std::filesystem::path& keepersJournal)
       : store_(std::move(store)), history_(keepersJournal) {}
 
   // Throws a Fault when what was acknowledged before is not there, or what had gone before is; of
@@ -103,7 +102,7 @@ class Onlooker {
   void Look();
 
  private:
-  std::unique_ptr<Store> store_;
+  Store store_;
   History history_;
 };
 

@@ -24,8 +24,7 @@ struct Task {
 };
 constexpr Task kTasks[] = {{kNumbers, "document numbers taken"},
                            {kRecords, "records written, changed or deleted"},
-                           {kRead, "times all records of a slot read"},
-                           {kFollowUps, "follow-ups written, changed or deleted"}};
+                           {kRead, "times all records of a slot read"}};
 
 class Load {
  public:

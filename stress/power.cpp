@@ -1,5 +1,4 @@
 #include <iterator>
-#include <memory>
 #include <optional>
 #include <random>
 #include <string>
@@ -19,15 +18,15 @@ namespace fs = std::filesystem;
 class Workstation {
  public:
   Workstation(const fs::path& folder, int slot, unsigned seed)
-      : store_(OpenRecords(OfficeIn(folder), slot, testkit::EntryPointOf(engine_))),
-        keeper_(*store_, JournalOf({kRecords, folder, slot}), seed) {}
+      : store_(OfficeIn(folder), slot, testkit::EntryPointOf(engine_)),
+        keeper_(store_, JournalOf({kRecords, folder, slot}), seed) {}
 
   void Write() { keeper_.Step(); }
-  void Look() { store_->Items(); }
+  void Look() { store_.Items(); }
 
  private:
   recordmanager::Engine engine_;
-  std::unique_ptr<Store> store_;
+  Store store_;
   Keeper keeper_;
 };
 

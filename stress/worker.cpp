@@ -60,27 +60,26 @@ void Prepare(const Assignment& assignment) {
   CreateRecords(office);
 }
 
-std::unique_ptr<Store> OpenStore(const Assignment& assignment) {
-  return assignment.task == kFollowUps ? OpenFollowUps(assignment.slot)
-                                       : OpenRecords(OfficeIn(assignment.folder), assignment.slot);
+Store OpenStore(const Assignment& assignment) {
+  return {OfficeIn(assignment.folder), assignment.slot};
 }
 
 // Who keeps a slot's records, or comes after them.
 Assignment KeeperOf(const fs::path& folder, int slot) { return {kRecords, folder, slot}; }
 
 void KeepItems(const Assignment& assignment) {
-  const auto store = OpenStore(assignment);
-  Keeper keeper(*store, JournalOf(assignment));
+  Store store = OpenStore(assignment);
+  Keeper keeper(store, JournalOf(assignment));
   RepeatUntilTheEnd(assignment, [&] { keeper.Step(); });
 }
 
 void KeepAll(const Assignment& assignment) {
-  std::vector<std::unique_ptr<Store>> stores;
+  std::deque<Store> stores;
   std::deque<Keeper> keepers;
   for (int slot = 0; slot < assignment.slots; ++slot) {
     const Assignment one = KeeperOf(assignment.folder, slot);
     stores.push_back(OpenStore(one));
-    keepers.emplace_back(*stores.back(), JournalOf(one));
+    keepers.emplace_back(stores.back(), JournalOf(one));
   }
   std::size_t turn = 0;
   RepeatUntilTheEnd(assignment, [&] { keepers[turn++ % keepers.size()].Step(); });
@@ -103,7 +102,7 @@ struct Farewell {
   Farewell(const Farewell&) = delete;
   Farewell& operator=(const Farewell&) = delete;
   ~Farewell() {
-    EndWith([&] { OpenStore(assignment)->Items(); });
+    EndWith([&] { OpenStore(assignment).Items(); });
   }
   Assignment assignment;
 };
@@ -118,8 +117,8 @@ void LeaveAtWork(const Assignment& assignment) {
 
 void ForkAtWork(const Assignment& assignment) {
   const Assignment own = KeeperOf(assignment.folder, assignment.slot);
-  const auto store = OpenStore(own);
-  Keeper keeper(*store, JournalOf(own));
+  Store store = OpenStore(own);
+  Keeper keeper(store, JournalOf(own));
   keeper.Step();
   if (testkit::Fork().value_or(true)) {
     std::mt19937 random{std::random_device()()};
@@ -149,10 +148,13 @@ void RaceToCreate(const Assignment& assignment) {
   }
 }
 
+// Of the first case of a generated office.
+constexpr const char* kCaseNumber = "10000001";
+
 void TakeNumbers(const Assignment& assignment) {
   Journal journal(JournalOf(assignment));
   RepeatUntilTheEnd(assignment, [&] {
-    const std::int32_t number = qlx99::GetDokuNr(CaseNumberOf(0).c_str());
+    const std::int32_t number = qlx99::GetDokuNr(kCaseNumber);
     if (number < 1) throw Refusal("GetDokuNr", number);
     journal.Write(std::string(kDone) + ' ' + std::to_string(number));
   });
@@ -182,17 +184,11 @@ void Work(const Assignment& assignment) {
     void (*work)(const Assignment&);
     bool usesLibrary = false;
   };
-  constexpr Task kTasks[] = {{kPrepare, Prepare},
-                             {kNumbers, TakeNumbers, true},
-                             {kFollowUps, KeepItems, true},
-                             {kRecords, KeepItems},
-                             {kAllRecords, KeepAll},
-                             {kTry, KeepAll},
-                             {kRead, Read},
-                             {kPause, Read},
-                             {kLeave, LeaveAtWork},
-                             {kFork, ForkAtWork},
-                             {kCreate, RaceToCreate}};
+  constexpr Task kTasks[] = {{kPrepare, Prepare},   {kNumbers, TakeNumbers, true},
+                             {kRecords, KeepItems}, {kAllRecords, KeepAll},
+                             {kTry, KeepAll},       {kRead, Read},
+                             {kPause, Read},        {kLeave, LeaveAtWork},
+                             {kFork, ForkAtWork},   {kCreate, RaceToCreate}};
   const Task& task = *std::ranges::find(kTasks, assignment.task, &Task::name);
   std::optional<Installation> installation;
   if (task.usesLibrary) installation.emplace(assignment.folder);

@@ -13,8 +13,7 @@ namespace stress {
 // What a worker does.
 inline constexpr const char* kPrepare = "prepare";  // the file of records, and if `slots` an office
 inline constexpr const char* kNumbers = "numbers";  // GetDokuNr, all for one case
-inline constexpr const char* kFollowUps = "follow-ups";    // items of its slot, by the exports
-inline constexpr const char* kRecords = "records";         // items of its slot, by BTRCALL
+inline constexpr const char* kRecords = "records";  // items of its slot, by BTRCALL
 inline constexpr const char* kAllRecords = "all-records";  // the same of all slots
 inline constexpr const char* kTry = "try";      // the same, and what it finds is not told
 inline constexpr const char* kRead = "read";    // the records of all slots, beside their keepers

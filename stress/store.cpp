@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <optional>
 
 #include "office/file_description.h"
 #include "office/record_manager.h"
+#include "recordmanager/file_format.h"
 #include "stress/store.h"
 
 namespace stress {
@@ -73,17 +73,23 @@ void Must(int status, const char* what) {
 
 bool IsBusy(int status) { return status == btrieve::kRecordInUse || status == btrieve::kFileInUse; }
 
+void Take(std::set<int>& items, int item) {
+  if (!items.insert(item).second) throw Fault("item " + std::to_string(item) + " is there twice");
+}
+
+}  // namespace
+
 // The file, opened for one stretch of work as an export would.
-class RecordCursor {
+class Store::Cursor {
  public:
-  RecordCursor(const std::filesystem::path& office, const btrieve::EntryPoint& manager)
+  Cursor(const std::filesystem::path& office, const btrieve::EntryPoint& manager)
       : client_(manager) {
     const std::string path = (office / kRecordsFile).string();
     Must(Patiently([&] { return client_.Open(path); }), "Open");
   }
-  ~RecordCursor() { Call(btrieve::kClose, kByNumber); }
-  RecordCursor(const RecordCursor&) = delete;
-  RecordCursor& operator=(const RecordCursor&) = delete;
+  ~Cursor() { Call(btrieve::kClose, kByNumber); }
+  Cursor(const Cursor&) = delete;
+  Cursor& operator=(const Cursor&) = delete;
 
   int Call(WORD operation, Key key) {
     return Patiently([&] { return CallOnce(operation, key); });
@@ -113,87 +119,72 @@ class RecordCursor {
   btrieve::Client client_;
 };
 
-class Records : public Store {
- public:
-  Records(std::filesystem::path office, int slot, btrieve::EntryPoint manager)
-      : office_(std::move(office)), slot_(slot), manager_(std::move(manager)) {}
+Store::Store(std::filesystem::path office, int slot, btrieve::EntryPoint manager)
+    : office_(std::move(office)), slot_(slot), manager_(std::move(manager)) {}
+Store::Store(Store&&) noexcept = default;
+Store::~Store() = default;
 
-  void Add(int item) override {
-    RecordCursor records(office_, manager_);
-    records.record = MakeRecord(slot_, item);
-    Must(records.Call(btrieve::kInsert, kByNumber), "Insert");
+void Store::Add(int item) {
+  Cursor records(office_, manager_);
+  records.record = MakeRecord(slot_, item);
+  Must(records.Call(btrieve::kInsert, kByNumber), "Insert");
+}
+
+// In turns in one write, and as a transaction of which nobody may see a half.
+void Store::Replace(int item, int by) {
+  if (by % 2 == 0) return Rewrite(item, by);
+  Cursor records(office_, manager_);
+  int status = btrieve::kRecordInUse;
+  while (IsBusy(status)) {
+    Must(records.Call(btrieve::kBeginTransaction, kByNumber), "Begin Transaction");
+    Remove(item);
+    Add(by);
+    status = records.CallOnce(btrieve::kEndTransaction, kByNumber);
   }
+  Must(status, "End Transaction");
+}
 
-  // In turns in one write, and as a transaction of which nobody may see a half.
-  void Replace(int item, int by) override {
-    if (by % 2 == 0) return Rewrite(item, by);
-    RecordCursor records(office_, manager_);
-    int status = btrieve::kRecordInUse;
-    while (IsBusy(status)) {
-      Must(records.Call(btrieve::kBeginTransaction, kByNumber), "Begin Transaction");
-      Remove(item);
-      Add(by);
-      status = records.CallOnce(btrieve::kEndTransaction, kByNumber);
-    }
-    Must(status, "End Transaction");
+void Store::Remove(int item) {
+  Cursor records(office_, manager_);
+  records.Find(NameOf(slot_, item));
+  Must(records.Call(btrieve::kDelete, kByName), "Delete");
+}
+
+// In turns along the slot's own records, and up and down along all. Each walk begins in the midst
+// of another: what that one has seen of the file must not be taken for the present.
+std::set<int> Store::Items() {
+  struct Way {
+    WORD begin;
+    WORD goOn;
+    Key key;
+  };
+  constexpr Way kWays[] = {{btrieve::kGetEqual, btrieve::kGetNext, kBySlot},
+                           {btrieve::kGetFirst, btrieve::kGetNext, kByNumber},
+                           {btrieve::kGetLast, btrieve::kGetPrevious, kByNumber}};
+  const Way& way = kWays[turn_++ % std::size(kWays)];
+  if (!walker_) walker_ = std::make_unique<Cursor>(office_, manager_);
+  Cursor& records = *walker_;
+  records.SetKey(slot_);
+  std::set<int> items;
+  int status = records.Call(way.begin, way.key);
+  for (; status == btrieve::kSuccess; status = records.Call(way.goOn, way.key)) {
+    ExpectWhole(records.record);
+    if (records.record.slot == slot_) Take(items, records.record.item);
+    if (records.record.slot != slot_ && way.key == kBySlot) break;
   }
+  if (status != btrieve::kKeyNotFound && status != btrieve::kEndOfFile) Must(status, "a walk");
+  records.Call(btrieve::kGetFirst, kByNumber);
+  return items;
+}
 
-  void Remove(int item) override {
-    RecordCursor records(office_, manager_);
-    records.Find(NameOf(slot_, item));
-    Must(records.Call(btrieve::kDelete, kByName), "Delete");
-  }
-
-  // In turns along the slot's own records, and up and down along all. Each walk begins in the midst
-  // of another: what that one has seen of the file must not be taken for the present.
-  std::set<int> Items() override {
-    struct Way {
-      WORD begin;
-      WORD goOn;
-      Key key;
-    };
-    constexpr Way kWays[] = {{btrieve::kGetEqual, btrieve::kGetNext, kBySlot},
-                             {btrieve::kGetFirst, btrieve::kGetNext, kByNumber},
-                             {btrieve::kGetLast, btrieve::kGetPrevious, kByNumber}};
-    const Way& way = kWays[turn_++ % std::size(kWays)];
-    if (!walker_) walker_.emplace(office_, manager_);
-    RecordCursor& records = *walker_;
-    records.SetKey(slot_);
-    std::set<int> items;
-    int status = records.Call(way.begin, way.key);
-    for (; status == btrieve::kSuccess; status = records.Call(way.goOn, way.key)) {
-      ExpectWhole(records.record);
-      if (records.record.slot == slot_) Take(items, records.record.item);
-      if (records.record.slot != slot_ && way.key == kBySlot) break;
-    }
-    if (status != btrieve::kKeyNotFound && status != btrieve::kEndOfFile) Must(status, "a walk");
-    records.Call(btrieve::kGetFirst, kByNumber);
-    return items;
-  }
-
- private:
-  void Rewrite(int item, int by) {
-    RecordCursor records(office_, manager_);
-    records.Find(NameOf(slot_, item));
-    const auto number = records.record.number;
-    records.record = MakeRecord(slot_, by);
-    records.record.number = number;
-    Must(records.Call(btrieve::kUpdate, kByName), "Update");
-  }
-
-  static void Take(std::set<int>& items, int item) {
-    if (items.insert(item).second) return;
-    throw Fault("item " + std::to_string(item) + " is there twice");
-  }
-
-  std::filesystem::path office_;
-  int slot_;
-  btrieve::EntryPoint manager_;
-  std::optional<RecordCursor> walker_;
-  std::size_t turn_ = 0;
-};
-
-}  // namespace
+void Store::Rewrite(int item, int by) {
+  Cursor records(office_, manager_);
+  records.Find(NameOf(slot_, item));
+  const auto number = records.record.number;
+  records.record = MakeRecord(slot_, by);
+  records.record.number = number;
+  Must(records.Call(btrieve::kUpdate, kByName), "Update");
+}
 
 const btrieve::EntryPoint& InstalledManager() {
   static const auto& manager = *new office::RecordManager;
@@ -207,9 +198,21 @@ void CreateRecords(const std::filesystem::path& office, const btrieve::EntryPoin
        "Create");
 }
 
-std::unique_ptr<Store> OpenRecords(const std::filesystem::path& office, int slot,
-                                   const btrieve::EntryPoint& manager) {
-  return std::make_unique<Records>(office, slot, manager);
+void ExpectUndamaged(const std::filesystem::path& file) {
+  const std::string name = file.string();
+  recordmanager::Connection connection;
+  recordmanager::RecordLayout layout;
+  Must(recordmanager::OpenDatabase(name, connection, layout), "opening from behind");
+  std::string verdict;
+  connection.QueryText("PRAGMA integrity_check", verdict);
+  if (verdict != "ok") throw Fault(name + ": " + verdict);
+}
+
+void UseRollbackJournal(const std::filesystem::path& file) {
+  recordmanager::Connection connection;
+  Must(connection.Open(file.string(), recordmanager::Connection::Way::kExisting),
+       "opening from behind");
+  Must(connection.Execute("PRAGMA journal_mode = TRUNCATE"), "leaving the log");
 }
 
 }  // namespace stress
