@@ -118,8 +118,9 @@ int TryAll(const FaultTrial& trial, const fs::path& folder, bool rollbackJournal
     CreateRecords(OfficeIn(sound), testkit::EntryPointOf(engine));
   }
   if (rollbackJournal) UseRollbackJournal(OfficeIn(sound) / kRecordsFile);
-  for (int days = 2; days > 0; --days)
-    Work(sound, false);  // then the next has a change of each kind
+  // Two days, so that the next has a change of each kind.
+  Work(sound, false);
+  Work(sound, false);
   FaultyFiles files;
   for (int n = 1;; ++n) {
     fs::remove_all(faulty);

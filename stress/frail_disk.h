@@ -46,6 +46,9 @@ class FrailDisk : public HookedFiles {
   };
   using Names = std::map<std::string, Content*>;
 
+  static constexpr unsigned kSome = 1;
+  static constexpr unsigned kAll = 2;
+
   bool IsOurs(const Request& request) const;
   void Take(const Request& request);
   void CountDown();
@@ -65,8 +68,7 @@ class FrailDisk : public HookedFiles {
   bool namesNeedSync_;
   int left_ = 0;
   bool off_ = false;
-  unsigned luck_ = kAll;  // of what is not safe
-  static constexpr unsigned kNone = 0, kSome = 1, kAll = 2;
+  unsigned luck_ = kAll;  // of what is not safe; 0: nothing is kept
   std::deque<Content> contents_;
   std::map<const sqlite3_file*, Content*> open_;
   Names names_;                              // as they are safe
