@@ -1,4 +1,4 @@
-#include <optional>
+#include <deque>
 #include <set>
 #include <string>
 #include <utility>
@@ -80,7 +80,7 @@ void Work(const fs::path& folder, bool diskFails) {
   recordmanager::Engine engine;
   const auto manager = testkit::EntryPointOf(engine);
   btrieve::Client transaction(manager);
-  std::vector<Store> stores;
+  std::deque<Store> stores;
   for (int slot = 0; slot < kSlots; ++slot) stores.emplace_back(OfficeIn(folder), slot, manager);
   std::set<int> uncertain;
   for (int step = 0; step < kStepsOfADay; ++step) {

@@ -121,7 +121,7 @@ class Store::Cursor {
 
 Store::Store(std::filesystem::path office, int slot, btrieve::EntryPoint manager)
     : office_(std::move(office)), slot_(slot), manager_(std::move(manager)) {}
-Store::Store(Store&&) noexcept = default;
+Store::Store(Store&& other) noexcept = default;
 Store::~Store() = default;
 
 void Store::Add(int item) {

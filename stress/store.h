@@ -24,7 +24,7 @@ void CreateRecords(const std::filesystem::path& office,
 class Store {
  public:
   Store(std::filesystem::path office, int slot, btrieve::EntryPoint manager = InstalledManager());
-  Store(Store&&) noexcept;
+  Store(Store&& other) noexcept;
   ~Store();
 
   // Each throws a Refusal when it is refused.

@@ -8,6 +8,7 @@
 #include <optional>
 #include <random>
 #include <thread>
+#include <utility>
 
 #include "frame/attach.h"
 #include "frame/exports.h"
@@ -98,7 +99,7 @@ void EndWith(const Action& action) {
 
 // Calls once more when the process ends.
 struct Farewell {
-  explicit Farewell(const Assignment& its) : assignment(its) {}
+  explicit Farewell(Assignment its) : assignment(std::move(its)) {}
   Farewell(const Farewell&) = delete;
   Farewell& operator=(const Farewell&) = delete;
   ~Farewell() {
@@ -123,8 +124,8 @@ void ForkAtWork(const Assignment& assignment) {
   if (testkit::Fork().value_or(true)) {
     std::mt19937 random{std::random_device()()};
     Assignment childs = KeeperOf(assignment.folder, assignment.slot + 1);
-    childs.milliseconds =
-        static_cast<int>(random() % (2U * static_cast<unsigned>(assignment.milliseconds)));
+    const unsigned most = 2U * static_cast<unsigned>(assignment.milliseconds);
+    childs.milliseconds = static_cast<int>(random() % most);
     Work(childs);
     if (random() % 2 == 0) std::_Exit(0);
     return;
