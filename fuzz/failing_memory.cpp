@@ -21,14 +21,12 @@ sqlite3_mem_methods sqliteMemory;
 
 }  // namespace
 
-FailingMemory::FailingMemory(int nth, bool lasting) {
+void LetMemoryFail(int nth, bool lasting) {
   left = nth;
   lasts = lasting;
 }
 
-FailingMemory::~FailingMemory() { left = 0; }
-
-void LetMemoryFail() {
+void WatchMemory() {
   sqlite3_config(SQLITE_CONFIG_GETMALLOC, &sqliteMemory);
   sqlite3_mem_methods failing = sqliteMemory;
   failing.xMalloc = [](int size) { return IsSpent() ? nullptr : sqliteMemory.xMalloc(size); };

@@ -3,17 +3,10 @@
 
 namespace fuzz {
 
-// As long as it exists, the nth allocation from now on fails, and if `lasting` all behind it. With
-// n = 0 none does.
-class FailingMemory {
- public:
-  FailingMemory(int nth, bool lasting);
-  ~FailingMemory();
-  FailingMemory(const FailingMemory&) = delete;
-  FailingMemory& operator=(const FailingMemory&) = delete;
-};
+// The nth allocation from now on fails, and if `lasting` all behind it. With n = 0 none does.
+void LetMemoryFail(int nth, bool lasting);
 
 // Once, before SQLite is used.
-void LetMemoryFail();
+void WatchMemory();
 
 }  // namespace fuzz

@@ -56,7 +56,7 @@ std::string Description() {
 class Files {
  public:
   Files() {
-    fuzz::LetMemoryFail();
+    fuzz::WatchMemory();
     MakeSoundFile();
     sound_ = testkit::ReadAll(Path("A.KRV"));
   }
@@ -209,8 +209,9 @@ class Caller {
 
   void ServeWithMemory(const Call& call, Wrong wrong) {
     const bool fails = wrong == Wrong::kNoMemory || wrong == Wrong::kNeverAnyMemory;
-    const fuzz::FailingMemory memory(fails ? input_.Byte() : 0, wrong == Wrong::kNeverAnyMemory);
+    fuzz::LetMemoryFail(fails ? input_.Byte() : 0, wrong == Wrong::kNeverAnyMemory);
     const int status = engine_.Serve(call);
+    fuzz::LetMemoryFail(0, false);
     if (status < 0 || status > btrieve::kOutOfMemory) fuzz::Found("no published status");
     // Before that is told, all is given back that has only been read.
     if (status == btrieve::kOutOfMemory && wrong == Wrong::kNoMemory && !inTransaction_) {

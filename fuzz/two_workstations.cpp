@@ -11,9 +11,9 @@
 #include "fuzz/input.h"
 #include "office/file_description.h"
 #include "recordmanager/sql.h"
+#include "store/record_layout.h"
 #include "testkit/engine_entry_point.h"
 #include "testkit/files.h"
-#include "testkit/party.h"
 #include "testkit/temporary_folder.h"
 
 namespace {
@@ -24,8 +24,23 @@ using fuzz::Found;
 using fuzz::Input;
 using recordmanager::Connection;
 using recordmanager::Engine;
-using testkit::Party;
-using testkit::PartyRecord;
+
+struct Party {
+  std::int32_t number = 0;  // given by the record manager
+  std::int32_t caseId = 0;
+  std::int32_t text = 0;
+};
+
+// The same for the record manager.
+struct PartyRecord : qlx99::RecordDeclaration<PartyRecord> {
+  static constexpr qlx99::RecordFileInfo file{"PARTY.KRV", sizeof(Party)};
+  static constexpr Int32Field number{"number", 0};
+  static constexpr Int32Field caseId{"caseId", 4};
+  static constexpr Key byNumber{0, number, Key::kAutoincrement};
+  static constexpr Key byCase{1, caseId, Key::kDuplicates};
+  static constexpr auto fields = qlx99::Fields(number, caseId);
+  static constexpr auto keys = qlx99::Keys(byNumber, byCase);
+};
 
 enum Key { kNoKey = -1, kByNumber, kByCase };
 

@@ -1,11 +1,9 @@
 #include "stress/frail_disk.h"
 
 #include <algorithm>
-#include <iterator>
-#include <set>
 #include <utility>
 
-#include "stress/host_files.h"
+#include "stress/folder_syncs.h"
 #include "testkit/files.h"
 
 namespace stress {
@@ -22,9 +20,6 @@ void Overlay(std::string& content, std::int64_t place, std::string_view bytes) {
   content.replace(begin, bytes.size(), bytes);
 }
 
-// Shared memory is a file on some hosts, but no content of a disk.
-bool IsMemory(const std::string& name) { return name.ends_with("-shm"); }
-
 }  // namespace
 
 FrailDisk::FrailDisk(fs::path folder, unsigned seed, bool forgetful)
@@ -34,30 +29,24 @@ FrailDisk::FrailDisk(fs::path folder, unsigned seed, bool forgetful)
       forgetful_(forgetful),
       namesNeedSync_(WatchFolderSyncs([this] {
         CountDown();
-        if (!off_) TakeNames();
+        if (!off_ && !forgetful_) names_ = PresentNames();
       })) {
-  fs::create_directories(links_);
-  for (const auto& [name, identity] : PresentNames()) {
-    contents_[identity].safe = testkit::ReadAll(folder_ / name);
-  }
-  names_ = PresentNames();
+  Settle();
 }
 
-FrailDisk::~FrailDisk() {
-  WatchFolderSyncs(nullptr);
-  fs::remove_all(links_);
-}
+FrailDisk::~FrailDisk() { WatchFolderSyncs(nullptr); }
 
 int FrailDisk::Answer(const Request& request) {
   if (!IsOurs(request)) return SQLITE_OK;
   if (off_) return SQLITE_IOERR;
-  constexpr Request::Kind kChanges[] = {Request::kOpen, Request::kDelete, Request::kWrite,
-                                        Request::kTruncate, Request::kSync};
-  const bool changes = std::ranges::find(kChanges, request.kind) != std::end(kChanges);
-  if (request.kind != Request::kSync) Take(request);  // it may be in the midst of it
+  const bool syncs = request.kind == SQLITE_IOERR_FSYNC;
+  const bool changes = syncs || request.kind == SQLITE_CANTOPEN ||
+                       request.kind == SQLITE_IOERR_DELETE || request.kind == SQLITE_IOERR_WRITE ||
+                       request.kind == SQLITE_IOERR_TRUNCATE;
+  if (!syncs) Take(request);  // the power may go in the midst of it
   if (changes) CountDown();
   if (off_) return SQLITE_IOERR;
-  if (request.kind == Request::kSync) Take(request);
+  if (syncs) Take(request);
   return SQLITE_OK;
 }
 
@@ -68,40 +57,34 @@ bool FrailDisk::IsOurs(const Request& request) const {
 
 void FrailDisk::NoteOpened(const sqlite3_file* file, const char* path) {
   open_.erase(file);
-  if (!IsOurs({.kind = Request::kOpen, .path = path})) return;
-  open_[file] = IdentityOf(path);
-  Know(open_[file], path);
+  if (IsOurs({.kind = SQLITE_CANTOPEN, .path = path})) open_[file] = ContentOf(path);
 }
 
-FrailDisk::Content& FrailDisk::Know(const Identity& identity, const fs::path& path) {
-  if (!contents_.contains(identity)) {
-    std::error_code ignored;
-    fs::create_hard_link(path, links_ / std::to_string(contents_.size()), ignored);
+FrailDisk::Content* FrailDisk::ContentOf(const fs::path& path) {
+  std::error_code none;
+  for (std::size_t i = 0; i < contents_.size(); ++i) {
+    if (fs::equivalent(links_ / std::to_string(i), path, none)) return &contents_[i];
   }
-  return contents_[identity];
+  fs::create_hard_link(path, links_ / std::to_string(contents_.size()), none);
+  return &contents_.emplace_back();
 }
 
 void FrailDisk::Take(const Request& request) {
   if (request.file == nullptr) return;
-  Content& content = contents_[open_[request.file]];
-  if (request.kind == Request::kWrite) {
-    content.unsafe.emplace_back(
-        Write{request.place, std::string(request.bytes.begin(), request.bytes.end())});
-  } else if (request.kind == Request::kTruncate) {
-    content.unsafe.emplace_back(Truncation{request.place});
-  } else if (request.kind == Request::kSync && !forgetful_) {
-    content = {Kept(content, Luck::kAll), {}};
+  Content& content = *open_[request.file];
+  if (request.kind == SQLITE_IOERR_WRITE) {
+    content.unsafe.push_back({request.place, {{request.bytes.begin(), request.bytes.end()}}});
+  } else if (request.kind == SQLITE_IOERR_TRUNCATE) {
+    content.unsafe.push_back({request.place, {}});
+  } else if (request.kind == SQLITE_IOERR_FSYNC && !forgetful_) {
+    content = {Kept(content), {}};
   }
-}
-
-void FrailDisk::TakeNames() {
-  if (!forgetful_) names_ = PresentNames();
 }
 
 FrailDisk::Names FrailDisk::PresentNames() {
   Names names;
   for (const auto& entry : fs::directory_iterator(folder_)) {
-    names[entry.path().filename().string()] = IdentityOf(entry.path());
+    names[entry.path().filename().string()] = ContentOf(entry.path());
   }
   return names;
 }
@@ -112,48 +95,46 @@ void FrailDisk::CountDown() {
 
 void FrailDisk::Cut() {
   off_ = true;
-  const auto luck = static_cast<Luck>(random_() % 3);
+  luck_ = random_() % 3;
   const Names present = PresentNames();
   Names names = namesNeedSync_ ? names_ : present;
-  if (namesNeedSync_) {
-    for (const auto& [name, identity] : present) {
-      if (names[name] != identity && IsKept(luck)) names[name] = identity;
-    }
-    std::erase_if(names, [&](const auto& one) {
-      return one.second.empty() || (!present.contains(one.first) && IsKept(luck));
-    });
+  for (const auto& [name, content] : present) {
+    if (names[name] != content && IsKept()) names[name] = content;
   }
+  std::erase_if(names, [&](const auto& one) {
+    return one.second == nullptr || (!present.contains(one.first) && IsKept());
+  });
   kept_.clear();
-  for (const auto& [name, identity] : names) {
-    if (!IsMemory(name)) kept_[name] = Kept(contents_[identity], luck);
-    if (IsMemory(name) && IsKept(Luck::kSome)) kept_[name] = KeptMemory(folder_ / name);
+  for (const auto& [name, content] : names) {
+    // Shared memory is a file on some hosts, but no content of a disk.
+    const bool isMemory = name.ends_with("-shm");
+    if (!isMemory) kept_[name] = Kept(*content);
+    if (isMemory && random_() % 2 == 0) kept_[name] = KeptMemory(folder_ / name);
   }
+  luck_ = kAll;
 }
 
-std::string FrailDisk::Kept(const Content& content, Luck luck) {
+std::string FrailDisk::Kept(const Content& content) {
   std::string kept = content.safe;
-  for (const auto& change : content.unsafe) {
-    const bool torn = luck == Luck::kSome && random_() % 3 == 0;
-    if (!torn && !IsKept(luck)) continue;
-    if (const auto* truncation = std::get_if<Truncation>(&change)) {
-      kept.resize(static_cast<std::size_t>(truncation->size));
-    } else if (const auto& write = std::get<Write>(change); torn) {
-      Keep(write, kept);
-    } else {
-      Overlay(kept, write.place, write.bytes);
+  for (const Change& change : content.unsafe) {
+    if (luck_ == kSome && change.bytes && random_() % 3 == 0) {
+      Keep(change, kept);
+    } else if (IsKept()) {
+      if (change.bytes) Overlay(kept, change.place, *change.bytes);
+      if (!change.bytes) kept.resize(static_cast<std::size_t>(change.place));
     }
   }
   return kept;
 }
 
 // Some of its sectors.
-void FrailDisk::Keep(const Write& write, std::string& content) {
-  const auto end = write.place + static_cast<std::int64_t>(write.bytes.size());
+void FrailDisk::Keep(const Change& write, std::string& content) {
+  const auto end = write.place + static_cast<std::int64_t>(write.bytes->size());
   for (std::int64_t begin = write.place; begin < end;) {
     const auto next = std::min(end, (begin / kSector + 1) * kSector);
-    if (IsKept(Luck::kSome)) {
+    if (IsKept()) {
       Overlay(content, begin,
-              std::string_view(write.bytes)
+              std::string_view(*write.bytes)
                   .substr(static_cast<std::size_t>(begin - write.place),
                           static_cast<std::size_t>(next - begin)));
     }
@@ -166,24 +147,27 @@ std::string FrailDisk::KeptMemory(const fs::path& path) {
   std::string bytes = testkit::ReadAll(path);
   const std::string rubbish(static_cast<std::size_t>(kSector), static_cast<char>(random_()));
   const auto sectors = static_cast<unsigned>(bytes.size()) / static_cast<unsigned>(kSector);
-  if (sectors != 0 && IsKept(Luck::kSome)) Overlay(bytes, random_() % sectors * kSector, rubbish);
+  if (sectors != 0 && random_() % 2 == 0) Overlay(bytes, random_() % sectors * kSector, rubbish);
   return bytes;
 }
 
 void FrailDisk::Restart() {
   fs::remove_all(folder_);
-  fs::remove_all(links_);
   fs::create_directories(folder_);
+  for (const auto& [name, bytes] : kept_) testkit::WriteAll(folder_ / name, bytes);
+  Settle();
+  off_ = false;
+  left_ = 0;
+}
+
+// All that is there is safe.
+void FrailDisk::Settle() {
+  fs::remove_all(links_);
   fs::create_directories(links_);
   open_.clear();
   contents_.clear();
-  for (const auto& [name, bytes] : kept_) {
-    testkit::WriteAll(folder_ / name, bytes);
-    contents_[IdentityOf(folder_ / name)].safe = bytes;
-  }
   names_ = PresentNames();
-  off_ = false;
-  left_ = 0;
+  for (const auto& [name, content] : names_) content->safe = testkit::ReadAll(folder_ / name);
 }
 
 }  // namespace stress

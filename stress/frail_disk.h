@@ -2,11 +2,12 @@
 // each write, sector and name may be there or not.
 #pragma once
 
+#include <deque>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <random>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "stress/hooked_files.h"
@@ -34,46 +35,42 @@ class FrailDisk : public HookedFiles {
   void NoteOpened(const sqlite3_file* file, const char* path) override;
 
  private:
-  struct Write {
-    std::int64_t place = 0;
-    std::string bytes;
+  struct Change {
+    std::int64_t place = 0;            // or the size that is left
+    std::optional<std::string> bytes;  // none: all behind the place was cut off
   };
-  struct Truncation {
-    std::int64_t size = 0;
-  };
+  // Of a file, whatever it is called.
   struct Content {
     std::string safe;
-    std::vector<std::variant<Write, Truncation>> unsafe;
+    std::vector<Change> unsafe;
   };
-  using Identity = std::string;  // of a file, whatever it is called
-  using Names = std::map<std::string, Identity>;
+  using Names = std::map<std::string, Content*>;
 
-  enum class Luck { kAll, kNone, kSome };
+  static constexpr unsigned kSome = 1;
+  static constexpr unsigned kAll = 2;
 
   bool IsOurs(const Request& request) const;
   void Take(const Request& request);
-  void TakeNames();
   void CountDown();
   void Cut();
   Names PresentNames();
-  Content& Know(const Identity& identity, const std::filesystem::path& path);
-  bool IsKept(Luck luck) {
-    return luck == Luck::kAll || (luck == Luck::kSome && random_() % 2 == 0);
-  }
-  void Keep(const Write& write, std::string& content);
-  std::string Kept(const Content& content, Luck luck);
+  Content* ContentOf(const std::filesystem::path& path);
+  void Settle();
+  bool IsKept() { return random_() % 2 < luck_; }
+  void Keep(const Change& write, std::string& content);
+  std::string Kept(const Content& content);
   std::string KeptMemory(const std::filesystem::path& path);
 
   std::filesystem::path folder_;
-  std::filesystem::path
-      links_;  // keep the files of lost names, so that no new one is taken for them
+  std::filesystem::path links_;  // the contents by their numbers, also those that lost their names
   std::mt19937 random_;
   bool forgetful_;
   bool namesNeedSync_;
   int left_ = 0;
   bool off_ = false;
-  std::map<const sqlite3_file*, Identity> open_;
-  std::map<Identity, Content> contents_;
+  unsigned luck_ = kAll;  // of what is not safe; 0: nothing is kept
+  std::deque<Content> contents_;
+  std::map<const sqlite3_file*, Content*> open_;
   Names names_;                              // as they are safe
   std::map<std::string, std::string> kept_;  // by name, when the power has gone
 };

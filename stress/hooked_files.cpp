@@ -23,25 +23,24 @@ const Methods& RealMethodsOf(const sqlite3_file* file) {
 }
 
 template <class... Arguments>
-Request Describe(Request::Kind kind, const sqlite3_file* file, Arguments... /*of no interest*/) {
+Request Describe(int kind, const sqlite3_file* file, Arguments... /*of no interest*/) {
   return {.kind = kind, .file = file};
 }
-Request Describe(Request::Kind kind, const sqlite3_file* file, const void* bytes, int size,
+Request Describe(int kind, const sqlite3_file* file, const void* bytes, int size,
                  sqlite3_int64 place) {
   return {.kind = kind,
           .file = file,
           .bytes = {static_cast<const char*>(bytes), static_cast<std::size_t>(size)},
           .place = place};
 }
-Request Describe(Request::Kind kind, const sqlite3_file* file, sqlite3_int64 size) {
+Request Describe(int kind, const sqlite3_file* file, sqlite3_int64 size) {
   return {.kind = kind, .file = file, .place = size};
 }
 
-template <auto method, Request::Kind kind>
+template <auto method, int kind>
 struct Hook;
 
-template <class... Arguments, int (*Methods::*method)(sqlite3_file*, Arguments...),
-          Request::Kind kind>
+template <class... Arguments, int (*Methods::*method)(sqlite3_file*, Arguments...), int kind>
 struct Hook<method, kind> {
   static int Call(sqlite3_file* file, Arguments... arguments) {
     const int answer = hooks->Answer(Describe(kind, file, arguments...));
@@ -52,18 +51,18 @@ struct Hook<method, kind> {
 
 std::unique_ptr<Shim> MakeShim(const Methods& methods) {
   auto shim = std::make_unique<Shim>(Shim{methods, &methods});
-  Hook<&Methods::xRead, Request::kRead>::Install(shim->methods);
-  Hook<&Methods::xWrite, Request::kWrite>::Install(shim->methods);
-  Hook<&Methods::xTruncate, Request::kTruncate>::Install(shim->methods);
-  Hook<&Methods::xSync, Request::kSync>::Install(shim->methods);
-  Hook<&Methods::xFileSize, Request::kFileSize>::Install(shim->methods);
-  Hook<&Methods::xLock, Request::kLock>::Install(shim->methods);
-  Hook<&Methods::xCheckReservedLock, Request::kCheckLock>::Install(shim->methods);
-  Hook<&Methods::xShmMap, Request::kShareMemory>::Install(shim->methods);
+  Hook<&Methods::xRead, SQLITE_IOERR_READ>::Install(shim->methods);
+  Hook<&Methods::xWrite, SQLITE_IOERR_WRITE>::Install(shim->methods);
+  Hook<&Methods::xTruncate, SQLITE_IOERR_TRUNCATE>::Install(shim->methods);
+  Hook<&Methods::xSync, SQLITE_IOERR_FSYNC>::Install(shim->methods);
+  Hook<&Methods::xFileSize, SQLITE_IOERR_FSTAT>::Install(shim->methods);
+  Hook<&Methods::xLock, SQLITE_IOERR_LOCK>::Install(shim->methods);
+  Hook<&Methods::xCheckReservedLock, SQLITE_IOERR_CHECKRESERVEDLOCK>::Install(shim->methods);
+  Hook<&Methods::xShmMap, SQLITE_IOERR_SHMMAP>::Install(shim->methods);
   shim->methods.xShmLock = [](sqlite3_file* file, int offset, int count, int flags) {
     const bool takes = (flags & SQLITE_SHM_LOCK) != 0;
     const int answer =
-        takes ? hooks->Answer({.kind = Request::kLockMemory, .file = file}) : SQLITE_OK;
+        takes ? hooks->Answer({.kind = SQLITE_IOERR_SHMLOCK, .file = file}) : SQLITE_OK;
     return answer != SQLITE_OK ? answer : RealMethodsOf(file).xShmLock(file, offset, count, flags);
   };
   return shim;
@@ -71,7 +70,7 @@ std::unique_ptr<Shim> MakeShim(const Methods& methods) {
 
 int Open(sqlite3_vfs* /*shim*/, const char* name, sqlite3_file* file, int flags, int* outFlags) {
   file->pMethods = nullptr;
-  const int answer = hooks->Answer({.kind = Request::kOpen, .path = name});
+  const int answer = hooks->Answer({.kind = SQLITE_CANTOPEN, .path = name});
   if (answer != SQLITE_OK) return answer;
   const int result = real->xOpen(real, name, file, flags, outFlags);
   if (file->pMethods != nullptr) {
@@ -85,12 +84,12 @@ int Open(sqlite3_vfs* /*shim*/, const char* name, sqlite3_file* file, int flags,
 }
 
 int Delete(sqlite3_vfs* /*shim*/, const char* name, int syncFolder) {
-  const int answer = hooks->Answer({.kind = Request::kDelete, .path = name});
+  const int answer = hooks->Answer({.kind = SQLITE_IOERR_DELETE, .path = name});
   return answer != SQLITE_OK ? answer : real->xDelete(real, name, syncFolder);
 }
 
 int Access(sqlite3_vfs* /*shim*/, const char* name, int flags, int* result) {
-  const int answer = hooks->Answer({.kind = Request::kAccess, .path = name});
+  const int answer = hooks->Answer({.kind = SQLITE_IOERR_ACCESS, .path = name});
   return answer != SQLITE_OK ? answer : real->xAccess(real, name, flags, result);
 }
 

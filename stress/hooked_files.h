@@ -10,28 +10,14 @@
 namespace stress {
 
 struct Request {
-  enum Kind {
-    kOpen,
-    kDelete,
-    kAccess,
-    kRead,
-    kWrite,
-    kTruncate,
-    kSync,
-    kFileSize,
-    kLock,  // letting a lock go is no request, as that cannot fail
-    kCheckLock,
-    kShareMemory,
-    kLockMemory
-  };
-  Kind kind;
-  const char* path = nullptr;  // of the first three; of the others
+  int kind;  // by the failure that SQLite knows for it; opening is SQLITE_CANTOPEN
+  const char* path = nullptr;  // when it opens, deletes or looks for one; or else
   const sqlite3_file* file = nullptr;
   std::span<const char> bytes{};  // what is written
   std::int64_t place = 0;         // where, or the size that is left
 };
 
-// One at a time.
+// One at a time. Letting a lock go is no request, as that cannot fail.
 class HookedFiles {
  public:
   HookedFiles();

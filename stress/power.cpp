@@ -1,15 +1,10 @@
 #include <iterator>
-#include <memory>
 #include <optional>
-#include <ostream>
 #include <random>
 #include <string>
 
 #include "stress/frail_disk.h"
 #include "stress/keeper.h"
-#include "stress/soundness.h"
-#include "stress/store.h"
-#include "stress/tally.h"
 #include "stress/trials.h"
 #include "stress/worker.h"
 #include "testkit/engine_entry_point.h"
@@ -23,15 +18,15 @@ namespace fs = std::filesystem;
 class Workstation {
  public:
   Workstation(const fs::path& folder, int slot, unsigned seed)
-      : store_(OpenRecords(OfficeIn(folder), slot, testkit::EntryPointOf(engine_))),
-        keeper_(*store_, JournalOf({kRecords, folder, slot}), seed) {}
+      : store_(OfficeIn(folder), slot, testkit::EntryPointOf(engine_)),
+        keeper_(store_, JournalOf({kRecords, folder, slot}), seed) {}
 
   void Write() { keeper_.Step(); }
-  void Look() { store_->Items(); }
+  void Look() { store_.Items(); }
 
  private:
   recordmanager::Engine engine_;
-  std::unique_ptr<Store> store_;
+  Store store_;
   Keeper keeper_;
 };
 
@@ -71,7 +66,7 @@ class Life {
   }
 
   void Create() {
-    if (created_) throw Fault(Fault::kLost, "the file has gone");
+    if (created_) throw Fault("the file has gone");
     {
       recordmanager::Engine own;
       CreateRecords(OfficeIn(folder_), testkit::EntryPointOf(own));
@@ -94,8 +89,7 @@ class Life {
     const fs::path copy = folder_ / "copy";
     fs::remove_all(copy);
     fs::copy(OfficeIn(folder_), copy);
-    const std::string damage = fs::exists(file_) ? DamageOf(copy / kRecordsFile) : "";
-    if (!damage.empty()) throw Fault(Fault::kDamaged, damage);
+    if (fs::exists(file_)) ExpectUndamaged(copy / kRecordsFile);
   }
 
   fs::path folder_;
@@ -108,24 +102,18 @@ class Life {
 
 }  // namespace
 
-bool RunPower(const PowerPlan& plan, std::ostream& report) {
+void RunPower(const Options& options, Findings& findings) {
   constexpr int kLossesOfALife = 20;
-  Tally tally;
-  unsigned seed = plan.seed;
-  for (int losses = 0; losses < plan.losses; losses += kLossesOfALife, ++seed) {
-    fs::remove_all(plan.folder);
-    fs::create_directories(OfficeIn(plan.folder));
-    try {
-      Life(fs::canonical(plan.folder), seed, plan.ignoreSync).LiveThrough(kLossesOfALife);
-    } catch (const Fault& fault) {
-      tally.Note(fault.kind);
-      report << "FOUND with --seed " << seed << ": " << fault.what() << std::endl;
-    }
+  unsigned seed = options.seed;
+  for (int losses = 0; losses < options.losses; losses += kLossesOfALife, ++seed) {
+    const fs::path folder = options.folder / std::to_string(seed);
+    fs::create_directories(OfficeIn(folder));
+    findings.Try("--seed " + std::to_string(seed),
+                 [&] { Life(folder, seed, options.ignoreSync).LiveThrough(kLossesOfALife); });
+    fs::remove_all(folder);
   }
-  report << plan.losses << " losses of power, --seed " << plan.seed << " to " << seed - 1 << '\n';
-  tally.Write(report);
-  fs::remove_all(plan.folder);
-  return tally.IsEmpty();
+  std::cout << options.losses << " losses of power, --seed " << options.seed << " to " << seed - 1
+            << '\n';
 }
 
 }  // namespace stress

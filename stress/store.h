@@ -1,51 +1,16 @@
-// Where a worker keeps its items: as follow-ups, through the library's exports, or as records of a
-// file of their own, through the record manager's entry point. An item is a number; every byte of
-// its record follows from it and from the slot that it belongs to, so that a torn record shows.
-// Only one worker at a time writes to a slot.
+// Where a worker keeps its items: as records of a file of their own, through the record manager's
+// entry point. An item is a number; every byte of its record follows from it and from the slot that
+// it belongs to, so that a torn record shows. Only one worker at a time writes to a slot.
 #pragma once
 
 #include <filesystem>
 #include <memory>
 #include <set>
-#include <stdexcept>
-#include <string>
 
 #include "btrieve/client.h"
+#include "stress/findings.h"
 
 namespace stress {
-
-// What must never happen.
-class Fault : public std::runtime_error {
- public:
-  // Also the exit codes of workers; kCrashed is any other. kGrown: a log that nobody empties.
-  enum Kind { kLost = 101, kDoubled, kTorn, kDamaged, kRefused, kGrown, kCrashed };
-
-  Fault(Kind faultKind, const std::string& what) : std::runtime_error(what), kind(faultKind) {}
-
-  Kind kind;
-};
-
-class Store {
- public:
-  virtual ~Store() = default;
-
-  // Each throws a Fault when it is refused.
-  virtual void Add(int item) = 0;
-  virtual void Replace(int item, int by) = 0;
-  virtual void Remove(int item) = 0;
-
-  // The slot's items; each record is looked at byte by byte.
-  virtual std::set<int> Items() = 0;
-
-  // Whether Items walks along them once. What reads them one by one, by their positions, misses
-  // others when one goes meanwhile.
-  virtual bool ReadsInOneWalk() const = 0;
-};
-
-// The case that a slot stands for, in an office with at least as many cases as slots.
-std::string CaseNumberOf(int slot);
-
-std::unique_ptr<Store> OpenFollowUps(int slot);
 
 // The records' file in the office's folder.
 inline constexpr const char* kRecordsFile = "STRESS.KRV";
@@ -55,12 +20,39 @@ const btrieve::EntryPoint& InstalledManager();
 
 void CreateRecords(const std::filesystem::path& office,
                    const btrieve::EntryPoint& manager = InstalledManager());
-std::unique_ptr<Store> OpenRecords(const std::filesystem::path& office, int slot,
-                                   const btrieve::EntryPoint& manager = InstalledManager());
 
-// A record of that file beside the items: a counter that all workers add to.
-void StartCounter(const std::filesystem::path& office);
-int CounterValue(const std::filesystem::path& office);
-void IncrementCounter(const std::filesystem::path& office);
+class Store {
+ public:
+  Store(std::filesystem::path office, int slot, btrieve::EntryPoint manager = InstalledManager());
+  Store(Store&& other) noexcept;
+  ~Store();
+
+  // Each throws a Refusal when it is refused.
+  void Add(int item);
+  void Replace(int item, int by);
+  void Remove(int item);
+
+  // The slot's items; each record is looked at byte by byte.
+  std::set<int> Items();
+
+ private:
+  class Cursor;
+
+  void Rewrite(int item, int by);
+
+  std::filesystem::path office_;
+  int slot_;
+  btrieve::EntryPoint manager_;
+  std::unique_ptr<Cursor> walker_;
+  std::size_t turn_ = 0;
+};
+
+// Looks at a record file from behind the record manager: throws a Fault when its pages or indexes
+// are not sound. Nobody may have it open.
+void ExpectUndamaged(const std::filesystem::path& file);
+
+// Makes the file work with a rollback journal, as record files on network drives do. Nobody may
+// have it open.
+void UseRollbackJournal(const std::filesystem::path& file);
 
 }  // namespace stress

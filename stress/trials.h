@@ -1,53 +1,44 @@
-// The trials. Each works in a folder of its own, writes a report, and returns true when it has
-// found nothing; then the folder is gone.
+// The trials. Each works in a folder of its own, and notes what it finds.
 #pragma once
 
 #include <filesystem>
-#include <iosfwd>
-#include <vector>
+
+#include "stress/findings.h"
 
 namespace stress {
 
-// Many processes on one office, any of which may be killed at any moment; and what is left of it.
-// Sound when nothing was lost, doubled, torn, damaged or refused, and no process ended by itself
-// before its time.
-struct Plan {
-  std::filesystem::path folder;  // does not exist
+struct Options {
+  std::filesystem::path folder;  // empty
   int seconds = 5;
   int processes = 10;
-  int pause = 25;  // milliseconds between two kills, on the average; 0: nobody is killed
+  int pause = 25;                // milliseconds between two kills, on the average
   bool rollbackJournal = false;  // as on network drives
-};
-bool RunLoad(const Plan& plan, std::ostream& report);
-
-// A record file on a disk that fails: full, with an error, or out of reach, at every request of an
-// ordinary day's work in turn. Sound when whatever failed said so by one of the published statuses,
-// nothing acknowledged was lost, nothing was done by halves, no file was damaged and the next
-// process could work at once.
-bool RunFaults(const std::filesystem::path& folder, std::ostream& report);
-
-// The power goes while two workstations write a record file, again and again. The report names the
-// seeds that find something: each alone finds the same again. Sound when nothing acknowledged was
-// lost, doubled, torn or damaged.
-struct PowerPlan {
-  std::filesystem::path folder;
+  int losses = 1000;             // of power
   unsigned seed = 0;
-  int losses = 1000;
   bool ignoreSync = false;  // as a disk would that does not do what it says
 };
-bool RunPower(const PowerPlan& plan, std::ostream& report);
 
-// Short trials around one record file, each of a few processes, repeated until the time is over:
-// backups that are put back; hosts that end while a thread is at work; pauses within walks; races
-// to create a file; forks. The folder of the first round that found something is left behind.
-class Round;
-struct Trial {
-  const char* name;
-  const char* about;
-  void (*run)(Round& round);
-};
-extern const std::vector<Trial> kTrials;
-bool RunTrial(const Trial& trial, const std::filesystem::path& folder, int seconds,
-              std::ostream& report);
+// Many processes on one office, any of which may be killed at any moment; and what is left of it.
+// Nothing may be lost, doubled, torn, damaged or refused, and no process may end by itself before
+// its time.
+void RunLoad(const Options& options, Findings& findings);
+
+// A record file on a disk that fails: full, with an error, or out of reach, at every request of an
+// ordinary day's work in turn. Whatever failed must say so by one of the published statuses,
+// nothing acknowledged may be lost, nothing done by halves, and the next process can work at once.
+void RunFaults(const Options& options, Findings& findings);
+
+// The power goes while two workstations write a record file, again and again. What a seed finds it
+// finds alone again.
+void RunPower(const Options& options, Findings& findings);
+
+// Rounds around one record file, each of a few processes, repeated until the time is over: backups
+// that are put back; hosts that end while a thread is at work; pauses within walks; races to
+// create a file; forks.
+void RunRestore(const Options& options, Findings& findings);
+void RunLeave(const Options& options, Findings& findings);
+void RunPause(const Options& options, Findings& findings);
+void RunCreate(const Options& options, Findings& findings);
+void RunFork(const Options& options, Findings& findings);
 
 }  // namespace stress

@@ -1,86 +1,75 @@
-#include "stress/trials.h"
-
 #include <algorithm>
 #include <chrono>
 #include <deque>
 #include <fstream>
-#include <ostream>
 #include <random>
-#include <stdexcept>
-#include <string>
 #include <thread>
 
-#include "stress/journal.h"
-#include "stress/soundness.h"
 #include "stress/store.h"
-#include "stress/tally.h"
+#include "stress/trials.h"
 #include "stress/worker.h"
-#include "testkit/process.h"
 
 namespace stress {
+namespace {
 
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
+using std::chrono::seconds;
 using testkit::Process;
+
+constexpr seconds kLongestWait{20};
 
 // A record file of its own, and those who work on it.
 class Round {
  public:
-  Round(fs::path folder, Tally& tally, std::mt19937& random)
-      : folder_(std::move(folder)), tally_(tally), random_(random) {
+  Round(fs::path folder, Findings& findings) : folder_(std::move(folder)), findings_(findings) {
     fs::create_directories(folder_);
-    if (Process({"--worker", "prepare", folder_.string(), "0"}).Wait() != 0) {
-      throw std::runtime_error("no file could be made in " + folder_.string());
-    }
+    Run({kPrepare, folder_, 0, 0});
   }
-
-  static constexpr int kSlots = 24;
 
   const fs::path& Folder() const { return folder_; }
   fs::path File() const { return OfficeIn(folder_) / kRecordsFile; }
   unsigned Chance(unsigned outcomes) { return static_cast<unsigned>(random_()) % outcomes; }
-  void Note(Fault::Kind kind) { tally_.Note(kind); }
+  void Note(const std::string& what) { findings_.Note(folder_.string() + ": " + what); }
 
   Assignment Give(const char* task, int slot, int time, bool stays = false) const {
     return {task, folder_, slot, kSlots, time, stays};
   }
-  void End(Process& process) { tally_.NoteEnd(EndOf(process)); }
+  void End(Process& process) { findings_.NoteEnd(process.WaitAtMost(kLongestWait)); }
   void Run(const Assignment& assignment) {
-    Process process(ArgumentsOf(assignment));
+    Process process = Start(assignment);
     End(process);
   }
   // Its exit code.
-  int Try() const {
-    Process process(ArgumentsOf(Give(kTry, 0, 0)));
-    return EndOf(process);
+  int Try() const { return Start(Give(kTry, 0, 0)).WaitAtMost(kLongestWait); }
+
+  template <class Condition>
+  void WaitUntil(const char* what, const Condition& holds) {
+    const auto latest = Clock::now() + kLongestWait;
+    for (; Clock::now() < latest; std::this_thread::sleep_for(milliseconds(2))) {
+      if (holds()) return;
+    }
+    Note(std::string("never: ") + what);
   }
 
   // Whether the keepers of a folder's slots find what they know of, and the file is sound.
   void ExpectSound(const fs::path& folder) {
     Run({kAllRecords, folder, 0, kSlots});
-    if (DamageOf(OfficeIn(folder) / kRecordsFile).empty()) return;
-    tally_.Note(Fault::kDamaged);
+    findings_.Try("the end", [&] { ExpectUndamaged(OfficeIn(folder) / kRecordsFile); });
   }
 
  private:
-  static int EndOf(Process& process) { return process.WaitAtMost(std::chrono::seconds(20)); }
+  static constexpr int kSlots = 24;
 
   fs::path folder_;
-  Tally& tally_;
-  std::mt19937& random_;
+  Findings& findings_;
+  std::mt19937 random_{std::random_device()()};
 };
-
-namespace {
 
 void Sleep(unsigned time) { std::this_thread::sleep_for(milliseconds(time)); }
 
-Process Start(const Assignment& assignment) { return Process(ArgumentsOf(assignment)); }
-
-bool HasEnded(const Assignment& assignment) {
-  const auto lines = ReadJournal(MeasuresOf(assignment));
-  return !lines.empty() && lines.back() == kEnded;
-}
+bool HasEnded(const Assignment& assignment) { return fs::exists(EndMarkOf(assignment)); }
 
 void CopyFiles(const fs::path& from, const fs::path& to) {
   fs::create_directories(to);
@@ -102,12 +91,11 @@ void WorkALittle(Round& round) {
 
 // Is killed after some steps.
 void WorkAndDie(Round& round) {
-  const Assignment assignment = round.Give(kAllRecords, 0, 10'000);
-  JournalReader measures(MeasuresOf(assignment));
-  measures.NewLines();
-  Process worker = Start(assignment);
-  auto left = static_cast<int>(round.Chance(40));
-  for (; left > 0; Sleep(1)) left -= static_cast<int>(measures.NewLines().size());
+  const fs::path journal = JournalOf(round.Give(kRecords, 0, 0));
+  const auto before = fs::file_size(journal);
+  Process worker = Start(round.Give(kAllRecords, 0, 10'000));
+  round.WaitUntil("the first step", [&] { return fs::file_size(journal) != before; });
+  Sleep(round.Chance(40));
   worker.Kill();
 }
 
@@ -126,8 +114,8 @@ void Restore(Round& round) {
   if (round.Try() == 0) return;
   CopyFiles(backup, round.Folder());  // what the keepers know
   const int end = round.Try();
-  if (end == Fault::kRefused) RemoveLogs(round.File());
-  if (end != 0 && end != Fault::kRefused) round.Note(static_cast<Fault::Kind>(end));
+  if (end == kRefused) RemoveLogs(round.File());
+  if (end != 0 && end != kRefused) round.Note("a mixture");
 }
 
 // Hosts end while their threads are at work, beside others who go on or are killed.
@@ -154,13 +142,13 @@ void Pause(Round& round) {
   std::deque<Process> processes;
   for (const Assignment& assignment : assignments) processes.push_back(Start(assignment));
   std::uintmax_t largest = 0;
-  while (!std::ranges::all_of(assignments, HasEnded)) {
+  round.WaitUntil("all close the file", [&] {
     std::error_code none;
     const auto size = fs::file_size(round.File().string() + "-wal", none);
     if (!none) largest = std::max(largest, size);
-    Sleep(10);
-  }
-  if (largest > kLargestLog) round.Note(Fault::kGrown);
+    return std::ranges::all_of(assignments, HasEnded);
+  });
+  if (largest > kLargestLog) round.Note("a log that nobody empties");
   round.Try();  // anybody's next use
   const fs::path copy = round.Folder() / "copy";
   CopyFiles(round.Folder(), copy);
@@ -189,40 +177,28 @@ void ForkOnce(Round& round) {
   Process parent = Start(round.Give(kFork, 0, 20 + static_cast<int>(round.Chance(60))));
   if (round.Chance(2) == 0) round.Run(round.Give(kRecords, 2, 20));
   round.End(parent);
-  const auto latest = Clock::now() + std::chrono::seconds(10);
-  while (!HasEnded(child) && Clock::now() < latest) Sleep(5);
-  if (!HasEnded(child)) round.Note(Fault::kCrashed);
+  round.WaitUntil("the child ends", [&] { return HasEnded(child); });
+}
+
+// Until the time is over. The folder of the first round that found something is left behind.
+void Repeat(void (*run)(Round& round), const Options& options, Findings& findings) {
+  const auto end = Clock::now() + seconds(options.seconds);
+  int rounds = 0;
+  for (; findings.Count() == 0 && Clock::now() < end; ++rounds) {
+    Round round(options.folder / std::to_string(rounds), findings);
+    run(round);
+    round.ExpectSound(round.Folder());
+    if (findings.Count() == 0) fs::remove_all(round.Folder());
+  }
+  std::cout << rounds << " rounds\n";
 }
 
 }  // namespace
 
-const std::vector<Trial> kTrials{
-    {"restore", "Backups are put back beside what killed programs leave", Restore},
-    {"leave", "Hosts end while their threads are at work", Leave},
-    {"pause", "Readers pause within walks while others write", Pause},
-    {"create", "Races to create a file", Create},
-    {"fork", "Processes fork", ForkOnce}};
-
-bool RunTrial(const Trial& trial, const fs::path& folder, int seconds, std::ostream& report) {
-  const auto end = Clock::now() + std::chrono::seconds(seconds);
-  std::mt19937 random{std::random_device()()};
-  Tally tally;
-  int rounds = 0;
-  int sound = 0;
-  for (; Clock::now() < end; ++rounds) {
-    Tally found;
-    Round round(folder / std::to_string(rounds), found, random);
-    trial.run(round);
-    round.ExpectSound(round.Folder());
-    tally.Add(found);
-    if (found.IsEmpty()) ++sound;
-    if (found.IsEmpty() || rounds > sound) fs::remove_all(round.Folder());
-  }
-  report << trial.name << ": " << rounds << " rounds, " << rounds - sound
-         << " of them with faults\n";
-  tally.Write(report);
-  if (tally.IsEmpty()) fs::remove_all(folder);
-  return tally.IsEmpty();
-}
+void RunRestore(const Options& options, Findings& findings) { Repeat(Restore, options, findings); }
+void RunLeave(const Options& options, Findings& findings) { Repeat(Leave, options, findings); }
+void RunPause(const Options& options, Findings& findings) { Repeat(Pause, options, findings); }
+void RunCreate(const Options& options, Findings& findings) { Repeat(Create, options, findings); }
+void RunFork(const Options& options, Findings& findings) { Repeat(ForkOnce, options, findings); }
 
 }  // namespace stress

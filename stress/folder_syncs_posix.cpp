@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "stress/host_files.h"
+#include "stress/folder_syncs.h"
 
 namespace {
 
@@ -22,12 +22,6 @@ extern "C" int fsync(int file) {
 }
 
 namespace stress {
-
-std::string IdentityOf(const std::filesystem::path& file) {
-  struct stat facts {};
-  stat(file.c_str(), &facts);
-  return std::to_string(facts.st_ino);
-}
 
 bool WatchFolderSyncs(std::function<void()> watcher) {
   folderWatcher = std::move(watcher);
