@@ -30,21 +30,6 @@ class LinkedFiles : public PartyFile {
   const std::string flag = InFolder("flag");
 };
 
-TEST_F(LinkedFiles, AreInUseByOneNameAtATime) {
-  Worker writer({file, "insert, wait " + flag + ", insert"});
-  WaitUntilHeld(flag);
-  EXPECT_EQ(Client().Open(other), kFileInUse);
-  EXPECT_EQ(Client().Open(other, kOpenReadOnly), kFileInUse);
-  EXPECT_EQ(InAnotherProcess(file, "last"), 0);
-  const std::filesystem::path moved = folder.string() + "-moved";
-  std::filesystem::rename(folder, moved);
-  EXPECT_EQ(InAnotherProcess(moved / "FILE.KRV", "last"), 0) << "the same name";
-  std::filesystem::rename(moved, folder);
-  std::filesystem::remove(flag);
-  EXPECT_EQ(writer.Wait(), 0);
-  EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 3 !9");
-}
-
 TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogOrJournalOfTheNameThatWasUsedLast) {
   if (setxattr(file.c_str(), "user.note", "", 0, 0) != 0 && errno == ENOTSUP) {
     GTEST_SKIP() << "names cannot be noted on this file system";
