@@ -7,7 +7,6 @@
 #include "store/dates.h"
 #include "store/result_line.h"
 #include "support/caller_buffer.h"
-#include "support/user.h"
 #include "support/world.h"
 
 namespace qlx99::tests {

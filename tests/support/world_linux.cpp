@@ -6,6 +6,7 @@
 #include "platform/resources.h"
 
 namespace qlx99::tests::world {
+
 std::span<const std::byte> DialogTemplate(HMODULE library, WORD id) {
   constexpr WORD kDialog = 5;
   return platform::FindResourceOf(library, kDialog, id);

@@ -1,6 +1,7 @@
 #include "support/world.h"
 
 namespace qlx99::tests::world {
+
 std::span<const std::byte> DialogTemplate(HMODULE library, WORD id) {
   HRSRC resource = FindResourceA(library, MAKEINTRESOURCEA(id), RT_DIALOG);
   if (resource == nullptr) return {};
