@@ -9,13 +9,12 @@
 #include "caseparties/case_party_file.h"
 #include "cases/case_file.h"
 #include "resources/resource.h"
-#include "support/example_office.h"
+#include "support/export_test.h"
 
 namespace qlx99::tests {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using A = AddressRecord;
 using B = BankConnectionRecord;
 using P = ContactPersonRecord;
@@ -132,15 +131,6 @@ TEST_F(AddressReadingTest, SaysNothingOfAChosenRecordThatIsGone) {
     });
     EXPECT_EQ(Address(), outcome);
   }
-}
-
-TEST_F(AddressReadingTest, DialogIsEmptyWhenTheDataPathVanishes) {
-  office.Has<P>("number: 101, addressNumber: 4711, name: Meier");
-  manager.Meanwhile(btrieve::kGetNext, "ZTPART.KRV", [&] { office.IsNotConfigured("DataRoot"); });
-  user.TakesTheSelected();
-  EXPECT_EQ(Address(), whole_);
-  EXPECT_THAT(user.OnlyDialog().Control(IDC_CONTACT_LINES).lines, IsEmpty());
-  EXPECT_THAT(user.Messages(), ElementsAre(NoDataPath("Adressadaten")));
 }
 
 TEST_F(AddressReadingTest, DropsWhatCannotBeReadAndNothingElse) {

@@ -1,10 +1,5 @@
 // What the library decides when it is attached.
-#include "frame/attach.h"
-#include "frame/login_window.h"
 #include "support/export_test.h"
-
-// The library's, which no header declares everywhere.
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
 namespace qlx99::tests {
 namespace {
@@ -36,20 +31,6 @@ TEST_F(AttachTest, ProgramNameDecidesTheInstallationKindUntilTheLibraryIsLoadedA
     EXPECT_EQ(library->GetAdressTyp("1", "2"), kind) << storedBytes;
     before = kind;
   }
-}
-
-// By the library that is built into this program.
-TEST(DetachTest, TakesTheWindowsClassBackUnlessTheProcessEnds) {
-  HINSTANCE module = GetModuleHandleA(nullptr);
-  WNDCLASSA its{};
-  AttachLibrary(module);
-  CreateLoginWindow();
-  EXPECT_NE(FindWindowA("KrvQLX", nullptr), nullptr);
-  DllMain(module, DLL_PROCESS_DETACH, &its);
-  EXPECT_EQ(FindWindowA("KrvQLX", nullptr), nullptr);
-  EXPECT_TRUE(GetClassInfoA(module, "KrvQLX", &its)) << "nobody asks for that at the process's end";
-  DllMain(module, DLL_PROCESS_DETACH, nullptr);
-  EXPECT_FALSE(GetClassInfoA(module, "KrvQLX", &its)) << "even without a window";
 }
 
 }  // namespace

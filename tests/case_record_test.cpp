@@ -1,8 +1,8 @@
 // SLesenDLL.
 #include <bit>
+#include <cfenv>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <limits>
 
 #include "addresses/relation_file.h"
@@ -11,8 +11,7 @@
 #include "cases/archive_file.h"
 #include "cases/case_file.h"
 #include "cases/case_type_file.h"
-#include "support/example_office.h"
-#include "support/open_file.h"
+#include "support/export_test.h"
 #include "users/user_file.h"
 
 namespace qlx99::tests {
@@ -83,16 +82,6 @@ class CaseRecordTest : public ExampleOfficeTest {
     return OutcomeOf([&](char* b) { return library->SLesenDLL(caseNumber, b); });
   }
 
-  // The amount of the example's case, as a text may not be able to say it.
-  void HasAmount(std::uint64_t bits) {
-    OpenFile file(LayoutOf<C>(), office.DataFolder());
-    std::string record(C::file.length, '\0');
-    file.SetKey("\7");
-    EXPECT_EQ(file.Call(btrieve::kGetEqual, C::byId.number, record), btrieve::kSuccess);
-    std::memcpy(record.data() + C::amount.offset, &bits, sizeof bits);
-    EXPECT_EQ(file.Call(btrieve::kUpdate, C::byId.number, record), btrieve::kSuccess);
-  }
-
   // The record of the example's case behind its two titles, without its currency.
   const std::string rest_ =
       "dreißig|ZR 1|Verkehrsrecht|1.234,50|01.01.2000||wegen Verkehrsunfalls|Meier|MEI|21.04.2001|"
@@ -109,47 +98,31 @@ TEST_F(CaseRecordTest, SaysAllOfACase) {
   }
 }
 
-// The floating-point units as a host may leave them, until the end of the scope: what is no number,
-// a division by zero and an overflow stop the program, results are rounded up and to single
-// precision, and the x87's stack is full.
-class OddFloatingPoint {
- public:
-  OddFloatingPoint() {
-    asm volatile("fnstcw %0" : "=m"(x87Control_));
-    asm volatile("stmxcsr %0" : "=m"(sseControl_));
-    for (int i = 0; i < kStackSize; ++i) asm volatile("fld1");
-    asm volatile("fldcw %0" : : "m"(kOddX87Control));
-    asm volatile("ldmxcsr %0" : : "m"(kOddSseControl));
-  }
-  ~OddFloatingPoint() {
-    asm volatile("fninit");
-    asm volatile("fldcw %0" : : "m"(x87Control_));
-    asm volatile("ldmxcsr %0" : : "m"(sseControl_));
-  }
-  OddFloatingPoint(const OddFloatingPoint&) = delete;
-  OddFloatingPoint& operator=(const OddFloatingPoint&) = delete;
-
- private:
-  static constexpr int kStackSize = 8;
-  static constexpr std::uint16_t kOddX87Control = 0x0832;
-  static constexpr std::uint32_t kOddSseControl = 0x5900;
-
-  std::uint16_t x87Control_ = 0;
-  std::uint32_t sseControl_ = 0;
-};
+// With the floating-point units as a host may leave them: what is no number, a division by zero and
+// an overflow stop the program, results are rounded up and to single precision, and the x87's stack
+// is full.
+std::string InOddState(const std::function<std::string()>& call) {
+  constexpr std::uint16_t kOddX87Control = 0x0832;
+  constexpr std::uint32_t kOddSseControl = 0x5900;
+  std::fenv_t before{};
+  std::fegetenv(&before);
+  for (int i = 0; i < 8; ++i) asm volatile("fld1");
+  asm volatile("fldcw %0" : : "m"(kOddX87Control));
+  asm volatile("ldmxcsr %0" : : "m"(kOddSseControl));
+  std::string outcome = call();
+  asm volatile("fninit");
+  std::fesetenv(&before);
+  return outcome;
+}
 
 TEST_F(CaseRecordTest, SaysTheAmountWhateverStateTheHostComputesIn) {
   const std::pair<std::uint64_t, const char*> amounts[] = {
       {std::bit_cast<std::uint64_t>(1234567.891), "|1.234.567,89|01.01.2000|"},
       {kStopsComputing, "|Verkehrsrecht||01.01.2000|"}};
   for (const auto& [bits, shown] : amounts) {
-    HasAmount(bits);
-    std::string inOddState;
-    {
-      const OddFloatingPoint odd;
-      inOddState = Case();
-    }
-    EXPECT_THAT(inOddState, HasSubstr(shown));
+    office.ChangesBytes<C>(C::byId, 7, C::amount.offset,
+                           {reinterpret_cast<const char*>(&bits), sizeof bits});
+    EXPECT_THAT(InOddState([&] { return Case(); }), HasSubstr(shown));
   }
 }
 

@@ -3,52 +3,14 @@
 #include <chrono>
 #include <string>
 
-#include "cases/case_file.h"
 #include "frame/arguments.h"
 #include "store/dates.h"
 #include "store/result_line.h"
 #include "support/caller_buffer.h"
-#include "support/user.h"
 #include "support/world.h"
-#include "users/user_file.h"
 
 namespace qlx99::tests {
 namespace {
-
-using testing::ElementsAre;
-
-// A field or a key of another record does not compile, nor does a key that is declared as unused.
-template <class Layout, class Field>
-concept HasField = requires(const Record<Layout>& record, const Field& field) {
-  record[field];
-};
-template <class Layout, class Key>
-concept ReadsBy = requires(RecordCursor<Layout>& file, const Key& key) {
-  file.GetFirst(key);
-};
-static_assert(HasField<CaseRecord, CaseRecord::Int32Field>);
-static_assert(!HasField<UserRecord, CaseRecord::Int32Field>);
-static_assert(ReadsBy<CaseRecord, CaseRecord::Key> && !ReadsBy<UserRecord, CaseRecord::Key>);
-static_assert(!ReadsBy<CaseRecord, CaseRecord::UnusedKey>);
-
-TEST(EndField, ReplacesTrailingBlanksByOneBar) {
-  const struct {
-    std::string stored;
-    std::string bytes;  // of the whole field and one behind it, afterwards
-    std::size_t count;
-  } cases[] = {
-      {"Meier     ", {"Meier|\0\0\0\0?", 11}, 6},
-      {"          ", {"|\0\0\0\0\0\0\0\0\0?", 11}, 1},
-      {"ten bytes!", "ten bytes!|", 11},
-      {" Meier  X ", {" Meier  X|?", 11}, 10},
-      {{"DM\0       ", 10}, {"DM\0|\0\0\0\0\0\0?", 11}, 4},  // a zero byte is no blank
-  };
-  for (const auto& [stored, bytes, count] : cases) {
-    std::string field = stored + '?';
-    EXPECT_EQ(EndField(field.data(), stored.size()), count) << stored;
-    EXPECT_EQ(field, bytes) << stored;
-  }
-}
 
 TEST(DayNumbers, AgreeWithTheCalendarInBothDirections) {
   using namespace std::chrono;
@@ -93,24 +55,6 @@ std::string HandedOver(std::string_view bytes, HandOverForm form) {
   ResultLine record;
   record.Append(bytes);
   return OutcomeOf([&](char* buffer) { return HandOver(record, buffer, form); });
-}
-
-TEST(HandOver, TakesNoMoreOfTheBufferThanItsForm) {
-  User user;
-  for (const std::size_t length : {0U, 1U, 1017U, 1018U}) {
-    const std::string record(length, 'x');
-    EXPECT_EQ(HandedOver(record, HandOverForm::kLineOnly), "-1 " + record);
-    EXPECT_EQ(HandedOver(record, HandOverForm::kWithEndMark), "-1 " + record + "<end>");
-  }
-  for (const std::size_t length : {1019U, 2000U}) {
-    for (const auto form : {HandOverForm::kLineOnly, HandOverForm::kWithEndMark}) {
-      EXPECT_EQ(HandedOver(std::string(length, 'x'), form), "0 ");
-      EXPECT_THAT(user.Messages(), ElementsAre(TooMuchData()));
-    }
-  }
-  EXPECT_EQ(HandedOver({"a\0b|", 4}, HandOverForm::kWithEndMark), "-1 a<end>");
-  EXPECT_EQ(HandOver(ResultLine(), nullptr, HandOverForm::kWithEndMark), 0);
-  user.ExpectNothingLeft();
 }
 
 TEST(HandOver, GivesZeroWhenTheBufferThenBeginsWithTwoEmptyFields) {

@@ -80,24 +80,6 @@ TEST_F(LoginHandshakeTest, TakesTheLongestMappingRootWithoutATerminator) {
                                                    "nicht gefunden")));
 }
 
-TEST_F(LoginHandshakeTest, ReadsTheMappingRootTwice) {
-  const fs::path root = programs.Bin32().parent_path();
-  const fs::path newRoot = office.Folder() / "moved";
-  programs.Start(kLoginServer);
-  programs.WillHear({LoggedIn(1), Product(8).Meanwhile([&] {
-                       fs::rename(root, newRoot);
-                       office.IsConfigured("MappingRoot", newRoot.string());
-                     }),
-                     LoginEnded(1)});
-  EXPECT_EQ(library->UserInit(), kDelegateAnswer);
-  programs.WillHear(
-      {LoggedIn(1), Product(8).Meanwhile([&] { office.IsNotConfigured("MappingRoot"); })});
-  EXPECT_EQ(library->UserInit(), 0);
-  fs::current_path(office.Folder());
-  library.Free();
-  fs::rename(newRoot, root);
-}
-
 // Neither the library's messages nor the delegate's are ended by it.
 TEST_F(LoginHandshakeTest, HoldsTheHostsQuitMessageUntilTheCallIsDone) {
   BothProgramsRun();

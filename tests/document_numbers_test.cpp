@@ -4,7 +4,7 @@
 #include <map>
 
 #include "cases/case_file.h"
-#include "support/example_office.h"
+#include "support/export_test.h"
 
 namespace qlx99::tests {
 namespace {

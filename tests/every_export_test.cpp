@@ -10,7 +10,7 @@
 #include "cases/case_file.h"
 #include "followups/follow_up_file.h"
 #include "office/export_table.h"
-#include "support/example_office.h"
+#include "support/export_test.h"
 #include "support/world.h"
 #include "testkit/embedded_manager.h"
 
@@ -247,18 +247,6 @@ bool EveryExportTest::IsSoundWhenCallFails(const Row& row, std::size_t n, int st
   if (failed.operation == btrieve::kClose) expected = {CannotClose(failed.file)};
   EXPECT_EQ(messages, expected);
   return true;
-}
-
-TEST_F(EveryExportTest, IsSoundWhateverTheRecordsHold) {
-  for (const char byte : {'\0', ' ', '|', '\x7F', '\xFF'}) {
-    for (const Row& row : rows) {
-      manager.Forget();
-      manager.FillsRecordsWith(byte);
-      EXPECT_THAT(OutcomeOf(row.call), Not(HasSubstr("<rubbish>")))
-          << row.name << " of " << int{byte};
-    }
-  }
-  user.Messages();
 }
 
 TEST_F(EveryExportTest, IsSoundWhicheverCallFails) {

@@ -1,7 +1,7 @@
 // WVNew, WVChange and WVDelete: what they refuse and in which order, and what they write.
 #include "followups/follow_up_file.h"
 #include "store/dates.h"
-#include "support/example_office.h"
+#include "support/export_test.h"
 #include "support/world.h"
 #include "tests/recordmanager/worker.h"
 
@@ -164,12 +164,6 @@ TEST_F(FollowUpMaintenanceTest, AskForTheRecordManagerInTheirTurn) {
               ElementsAre(notLoaded, notLoaded, kInvalidUser, kInvalidFollowUp, notLoaded));
 }
 
-TEST_F(FollowUpMaintenanceTest, NeedTheDataPathForEachFileAnew) {
-  manager.Meanwhile(btrieve::kClose, "ZTCASE.KRV", [&] { office.IsNotConfigured("DataRoot"); });
-  EXPECT_EQ(New({"12345678"}), 0);
-  EXPECT_THAT(user.Messages(), SizeIs(1));
-}
-
 // Another process changes or removes the record after the library has read it.
 TEST_F(FollowUpMaintenanceTest, WriteNothingOverAnotherWorkstationsChange) {
   const std::string file = (office.DataFolder() / F::file.name).string();
@@ -179,7 +173,7 @@ TEST_F(FollowUpMaintenanceTest, WriteNothingOverAnotherWorkstationsChange) {
     const char* id;
     WORD operation;
     const char* script;
-  } rows[] = {{Change, "1", btrieve::kUpdate, "equal number=1, count, update"},
+  } rows[] = {{Change, "1", btrieve::kUpdate, "equal number=1, update counter=1"},
               {Delete, "1", btrieve::kDelete, "equal number=1, update"},
               {Change, "2", btrieve::kUpdate, "equal number=2, delete"},
               {Delete, "3", btrieve::kDelete, "equal number=3, delete"}};
@@ -190,7 +184,7 @@ TEST_F(FollowUpMaintenanceTest, WriteNothingOverAnotherWorkstationsChange) {
     EXPECT_EQ(write({id}), 0) << script;
   }
   EXPECT_THAT(office.Records<F>(), SizeIs(1));
-  // "count" counted an integer within the text.
+  // The counter lies within the text.
   EXPECT_THAT(Content(0).first, Not(AnyOf(before, HasSubstr("Stellungnahme"))));
 }
 

@@ -5,7 +5,7 @@
 #include "cases/case_file.h"
 #include "followups/follow_up_file.h"
 #include "followups/follow_up_kind_file.h"
-#include "support/example_office.h"
+#include "support/export_test.h"
 #include "users/user_file.h"
 
 namespace qlx99::tests {
@@ -97,13 +97,6 @@ TEST_F(ListsTest, KeepTheirFieldsWhenALookupFileIsMissing) {
   EXPECT_THAT(user.Messages(), ElementsAre(noKind, noUser, noUser, CannotOpen("ZTHEAD.KRV")));
   EXPECT_EQ(FollowUp("1", "12345679"), "-1 02.01.2000||3||||0|||0|0|2") << "without a party";
   EXPECT_THAT(user.Messages(), ElementsAre(noKind, noUser, noUser));
-}
-
-TEST_F(ListsTest, KeepTheirFieldsWhenTheDataPathVanishesMeanwhile) {
-  manager.Meanwhile(btrieve::kGetEqual, FollowUpRecord::file.name,
-                    [&] { office.IsNotConfigured("DataRoot"); });
-  EXPECT_EQ(FollowUp("1"), "-1 02.01.2000|Frist prüfen|3|Berufung begründen|Meier|MEI|17|||0|0|1");
-  EXPECT_THAT(user.Messages(), ElementsAre(NoDataPath("Adressadaten")));
 }
 
 TEST_F(ListsTest, EndAtTheEndOfARecordThatIsTooShort) {

@@ -53,11 +53,7 @@ TEST_F(LoginWindowTest, IsHiddenAndMadeAgainWhenItsOwnerHasGone) {
   ASSERT_NE(window, nullptr);
   WNDCLASSA its{};
   ASSERT_TRUE(GetClassInfoA(module, "KrvQLX", &its));
-  EXPECT_EQ(its.style, CS_HREDRAW);
   EXPECT_EQ(its.lpfnWndProc, library->MainWndProc);
-  EXPECT_EQ(its.hbrBackground, GetStockObject(WHITE_BRUSH));
-  EXPECT_TRUE(its.hIcon == nullptr && its.hCursor == nullptr && its.lpszMenuName == nullptr);
-  EXPECT_EQ(its.cbClsExtra + its.cbWndExtra, 0);
 
   DestroyWindow(host);
   EXPECT_EQ(FindWindowA("KrvQLX", nullptr), nullptr);
@@ -76,16 +72,6 @@ TEST_F(LoginWindowTest, KeepsNoProcedureThatIsGoneWhenAnotherThreadFreesTheLibra
   EXPECT_EQ(SendMessageA(window, WM_COMMAND, 0, 0), 0);
   programs.End();  // which dispatches this thread's messages
   EXPECT_FALSE(IsWindow(window));
-}
-
-TEST_F(LoginWindowTest, KeepsOnlyThreeMessagesToItself) {
-  HWND window = WindowAfterLogin();
-  const UINT mask = RegisterWindowMessageA("WM_KRV_LOGINMASK");
-  for (const UINT message : std::initializer_list<UINT>{mask, WM_CREATE, WM_DESTROY}) {
-    EXPECT_EQ(library->MainWndProc(window, message, 1, 0), 0);
-  }
-  library->MainWndProc(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("Titel"));
-  EXPECT_EQ(FindWindowA("KrvQLX", "Titel"), window);
 }
 
 }  // namespace

@@ -1,13 +1,15 @@
 // The windows of the library have no owner, so the host stays alive while one is open, and a second
 // click on its toolbar starts a second call. Each call gives what it gives alone.
+#include <chrono>
 #include <map>
+#include <thread>
 
 #include "addresses/bank_connection_file.h"
 #include "addresses/contact_person_file.h"
 #include "cases/case_file.h"
 #include "cases/case_type_file.h"
 #include "resources/resource.h"
-#include "support/example_office.h"
+#include "support/export_test.h"
 
 namespace qlx99::tests {
 namespace {
@@ -167,6 +169,24 @@ TEST_F(NestedCallsTest, LeaveTheLinkNumberThatWasGivenLast) {
   const Row other = Address("a contact person under another link", "4711", "0", 1);
   Both(Address("a contact person", "4711", "815", 1), other);
   EXPECT_EQ(Alone(Address("without a link", "4711", nullptr, 1)), Alone(other));
+}
+
+// The host is told to end by such a call, or was by the one before.
+TEST_F(NestedCallsTest, EndNoDialogWhenTheyEndTheHost) {
+  for (const bool wasTold : {false, true}) {
+    const Row row = Address("a bank connection", "4712", "815", 2);
+    user.Does([&](OpenDialog& dialog) {
+      if (!wasTold) user.LetsTheHostCall([] { PostQuitMessage(7); });
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));  // time to be ended
+      row.act(dialog);
+    });
+    EXPECT_THAT(OutcomeOf(row.call), testing::HasSubstr("Bank 202"));
+  }
+  MSG message{};
+  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT) {
+  }
+  EXPECT_EQ(message.message, WM_QUIT);
+  EXPECT_EQ(message.wParam, 7U);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include "caseparties/case_party_file.h"
 #include "cases/case_file.h"
 #include "resources/resource.h"
-#include "support/example_office.h"
+#include "support/export_test.h"
 
 namespace qlx99::tests {
 namespace {

@@ -83,24 +83,9 @@ TEST_F(LoadingTest, TakesTheOneBesideTheLibraryAndNoneInTheCurrentFolder) {
   }
 }
 
-TEST_F(LoadingTest, LooksElsewhereWhenTheLibrarysFolderHasGone) {
-  managers.Are({{"w3btrv7"}});
-  const std::string file = world::LibraryFile("qlx99");
-  const fs::path folder = office.Folder() / "library";
-  fs::create_directories(folder);
-  fs::copy(LibraryFolder() / file, folder / file);
-  const Exports exports(LoadLibraryA((folder / file).string().c_str()));
-  fs::rename(folder, office.Folder() / "elsewhere");
-  EXPECT_EQ(exports.UserInit(), 0);
-  EXPECT_THAT(user.Messages(), ElementsAre(CannotOpen("ZTUSER.KRV")));
-  EXPECT_NE(GetModuleHandleA("w3btrv7.dll"), nullptr);
-  FreeLibrary(exports.module);
-  UnloadRecordManagers();
-}
-
 TEST_F(LoadingTest, NeedsBothEntryPointsAtEachCall) {
-  for (const auto kind : {PlacedManager::kWithoutBtrCall, PlacedManager::kWithoutBtrCallId}) {
-    managers.Are({{"w3btrv7", kind}, {"wbtrv32"}});  // a complete one behind it is no help
+  for (const char* made : {PlacedManager::kWithoutBtrCall, PlacedManager::kWithoutBtrCallId}) {
+    managers.Are({{"w3btrv7", made}, {"wbtrv32"}});  // a complete one behind it is no help
     EXPECT_EQ(library->UserInit(), 0);
     EXPECT_EQ(library->GetDokuNr("12345678"), 0);
     EXPECT_THAT(user.Messages(), ElementsAre(kIncomplete, kIncomplete));
@@ -186,14 +171,6 @@ TEST_F(CallingTest, GivesUpAfterTheLastAttemptAndSaysSo) {
     EXPECT_EQ(user.Messages(), messages);
     EXPECT_EQ(manager.Calls().size(), calls);
   }
-}
-
-TEST_F(CallingTest, DeletesTheRecordThatItFoundByTheSameKey) {
-  office.Has<FollowUpRecord>("id: 5");
-  manager.Answers(btrieve::kGetEqual, "ZTDOLIST.KRV", 84, 1);
-  manager.Answers(btrieve::kDelete, "ZTDOLIST.KRV", 85, 2);
-  EXPECT_EQ(library->WVDelete("5"), -1);
-  EXPECT_THAT(manager.Calls(), SizeIs(1 + (2 + 1) + (1 + 2) + 1));
 }
 
 }  // namespace

@@ -152,14 +152,6 @@ TEST_F(Files, ThatCannotBeOpenedSayWhy) {
   EXPECT_EQ(Opened(folder.string() + "\\PARTIES.KRV").Do("close, close"), "ok !3");
 }
 
-TEST_F(Files, OfTheFirstFormatAreTakenOver) {
-  EXPECT_EQ(client.Do("insert, close"), "1 ok");
-  WriteAll(other, OfFirstFormat(ReadAll(path)));
-  EXPECT_EQ(Opened(other, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
-  EXPECT_EQ(Opened(other).Do("insert, equal number=1, delete, first, next, close"),
-            "2 1 ok 2 !9 ok");
-}
-
 TEST_F(Files, OpenedForReadingRefuseWrites) {
   EXPECT_EQ(client.Do("insert"), "1");
   EXPECT_EQ(Opened(path, kOpenReadOnly).Do("insert, equal number=1, update, delete, first, next"),

@@ -34,21 +34,6 @@ class LinkedFiles : public PartyFile {
   const std::string flag = InFolder("flag");
 };
 
-TEST_F(LinkedFiles, AreInUseByOneNameAtATime) {
-  Worker writer({file, "insert, wait " + flag + ", insert"});
-  WaitUntilHeld(flag);
-  EXPECT_EQ(Client().Open(other), kFileInUse);
-  EXPECT_EQ(Client().Open(other, kOpenReadOnly), kFileInUse);
-  EXPECT_EQ(InAnotherProcess(file, "last"), 0);
-  const std::filesystem::path moved = folder.string() + "-moved";
-  std::filesystem::rename(folder, moved);
-  EXPECT_EQ(InAnotherProcess(moved / "FILE.KRV", "last"), 0) << "the same name";
-  std::filesystem::rename(moved, folder);
-  std::filesystem::remove(flag);
-  EXPECT_EQ(writer.Wait(), 0);
-  EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 3 !9");
-}
-
 TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogOrJournalOfTheNameThatWasUsedLast) {
   if (!CanBeNoted(file)) GTEST_SKIP() << "names cannot be noted on this file system";
   constexpr char kJournalled = 1;  // the file format's numbers for its two modes

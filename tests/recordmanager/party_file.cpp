@@ -69,22 +69,6 @@ int Create(const std::string& path, const std::string& description, char way) {
   return btrieve::Client(testkit::EmbeddedEntryPoint()).Create(path, description, way);
 }
 
-std::string OfFirstFormat(std::string bytes) {
-  constexpr std::size_t kFormat = 63;
-  constexpr std::size_t kPage = 4096;
-  bytes.at(kFormat) = 1;
-  const std::string states = ", state BLOB NOT NULL, before BLOB NOT NULL)";
-  bytes.replace(bytes.find(states), states.size(), ')' + std::string(states.size() - 1, ' '));
-  // A row begins with its length, its number, and a head that tells its own length and what each
-  // column is.
-  const std::size_t last = bytes.rfind("\x1C\x1C", kPage + kPage - 1);
-  std::size_t head = last;
-  while (bytes.at(head) != static_cast<char>(last + 2 - head)) --head;
-  bytes[head] = static_cast<char>(bytes[head] - 2);
-  bytes[head - 2] = static_cast<char>(bytes[head - 2] - 18);
-  return bytes.erase(last, 2).insert(kPage + kPage - 2, 2, '\0');
-}
-
 void WaitUntilHeld(const std::string& flag) {
   for (int i = 0; i < 2000 && !std::filesystem::exists(flag); ++i) {
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -116,10 +100,6 @@ std::string Client::Take(const std::string& step) {
   words >> word;
   if (word == "wait" && words >> word) {
     WaitUntilRemoved(word);
-    return " ok";
-  }
-  if (word == "count") {
-    Store(kFields[std::size(kFields) - 1], std::to_string(Counter() + 1), &record[kCounterOffset]);
     return " ok";
   }
   const bool repeated = word.ends_with('*');

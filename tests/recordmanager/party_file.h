@@ -36,9 +36,6 @@ std::string DescribeParties();
 int Create(const std::string& path, const std::string& description = DescribeParties(),
            char way = btrieve::kCreateOver);
 
-// A record file's bytes as the first format had them: without states.
-std::string OfFirstFormat(std::string bytes);
-
 // Until a client's "wait" has made the file.
 void WaitUntilHeld(const std::string& flag);
 
@@ -64,9 +61,8 @@ class Client : public btrieve::Client {
   //   "insert case=7 role=M, equal case=7, next case, update rank=5 case, delete"
   //
   // Insert and update write the given fields, of a fresh record and of the present one, by the key
-  // named without a value (-1 for none) or by number. "next*" goes on until it fails, "count" adds
-  // 1 to the present record's counter, "wait NAME" makes a file and waits until it has been
-  // removed.
+  // named without a value (-1 for none) or by number. "next*" goes on until it fails, "wait NAME"
+  // makes a file and waits until it has been removed.
   std::string Do(const std::string& script);
 
   // Of the record; of any other than a party's, the integers in the same places.

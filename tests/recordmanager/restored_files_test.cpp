@@ -139,6 +139,23 @@ TEST_F(Restored, WithATornPageOfTheStatesGoOnFromTheirOwnLeftoversOnly) {
   EXPECT_EQ(Read(tear(base, After(base, "insert")), "-journal", journal), kOne);
 }
 
+// A record file's bytes as the first format had them: without states.
+std::string OfFirstFormat(std::string bytes) {
+  constexpr std::size_t kFormat = 63;
+  constexpr std::size_t kPage = 4096;
+  bytes.at(kFormat) = 1;
+  const std::string states = ", state BLOB NOT NULL, before BLOB NOT NULL)";
+  bytes.replace(bytes.find(states), states.size(), ')' + std::string(states.size() - 1, ' '));
+  // A row begins with its length, its number, and a head that tells its own length and what each
+  // column is.
+  const std::size_t last = bytes.rfind("\x1C\x1C", kPage + kPage - 1);
+  std::size_t head = last;
+  while (bytes.at(head) != static_cast<char>(last + 2 - head)) --head;
+  bytes[head] = static_cast<char>(bytes[head] - 2);
+  bytes[head - 2] = static_cast<char>(bytes[head - 2] - 18);
+  return bytes.erase(last, 2).insert(kPage + kPage - 2, 2, '\0');
+}
+
 TEST_F(Restored, OfTheFirstFormatGoOnWithTheChangeToTheSecondOnly) {
   const std::string first = OfFirstFormat(After(ReadAll(path), "insert"));
   const std::string log = LeftoverOf(first, "insert");
@@ -147,6 +164,8 @@ TEST_F(Restored, OfTheFirstFormatGoOnWithTheChangeToTheSecondOnly) {
   // Killed when only the first page had been moved into the file; it is the log's first, too.
   const std::string begun = log.substr(56, 4096) + first.substr(4096);
 
+  WriteAll(path, first);
+  EXPECT_EQ(Opened(path, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
   EXPECT_EQ(Read(first, "-wal", log), kTwo);
   EXPECT_EQ(Read(begun, "-wal", log), kTwo);
   EXPECT_EQ(Read(second, "-wal", later), kThree);

@@ -1,4 +1,4 @@
-#include "support/example_office.h"
+#include "support/export_test.h"
 
 #include "record_files.h"
 

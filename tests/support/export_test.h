@@ -48,4 +48,11 @@ class ScriptedExportTest : public ExportTest {
   ManagerScript manager{managers};
 };
 
+// In the office that most tests of exports begin with: a case with all that can belong to it, among
+// records of others.
+class ExampleOfficeTest : public ScriptedExportTest {
+ protected:
+  ExampleOfficeTest();
+};
+
 }  // namespace qlx99::tests

@@ -1,25 +1,45 @@
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <thread>
+
 #include "support/record_managers.h"
 #include "support/screen.h"
-#include "support/world.h"
 #include "testkit/temporary_folder.h"
 #include "tests/recordmanager/worker.h"
 
-namespace qlx99::tests {
 namespace {
 
-// Ends the program when a test hangs. A busy machine takes a minute for some of them.
-constexpr std::chrono::minutes kPatience{5};
+using namespace qlx99::tests;
+
+using Clock = std::chrono::steady_clock;
+
+// Ends the program when a test, or the worker of a test that ended badly, hangs. A busy machine
+// takes a minute for some tests.
+std::atomic<Clock::time_point> deadline;
+
+void WatchTheClock(std::chrono::minutes patience) {
+  deadline = Clock::now() + patience;
+  std::thread([] {
+    while (Clock::now() < deadline.load()) std::this_thread::sleep_for(std::chrono::seconds(1));
+    const testing::TestInfo* const test = testing::UnitTest::GetInstance()->current_test_info();
+    std::cerr << (test == nullptr ? "a worker" : test->name()) << " takes too long" << std::endl;
+    std::_Exit(EXIT_FAILURE);
+  }).detach();
+}
 
 class Watchdog : public testing::EmptyTestEventListener {
-  void OnTestStart(const testing::TestInfo& test) override {
-    world::SetDeadline(kPatience, std::string(test.test_suite_name()) + "." + test.name());
+  void OnTestStart(const testing::TestInfo& /*test*/) override {
+    deadline = Clock::now() + std::chrono::minutes(5);
   }
 };
 
 int RunAllTests() {
   testing::UnitTest::GetInstance()->listeners().Append(new Watchdog);  // which owns it
+  WatchTheClock(std::chrono::minutes(5));
   WatchTheScreen();
   FindTheEmbeddedManager();
   const int result = RUN_ALL_TESTS();
@@ -29,19 +49,17 @@ int RunAllTests() {
 }
 
 }  // namespace
-}  // namespace qlx99::tests
 
 int main(int argc, char** argv) {
   using namespace recordmanager_tests;
   const std::string option = argc > 1 ? argv[1] : "";
-  if (option == kWorkerOption || option == kLeaverOption) {
-    qlx99::tests::world::SetDeadline(std::chrono::minutes(1),
-                                     "a worker");  // its test may have ended badly
-    const std::vector<std::string> arguments(argv + 2, argv + argc);
-    return option == kWorkerOption ? Work(arguments) : Leave(arguments);
+  if (option == kWorkerOption) {
+    WatchTheClock(std::chrono::minutes(1));
+    return Work({argv + 2, argv + argc});
   }
   testing::InitGoogleMock(&argc, argv);
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a thread watches the clock
   // They run in a process of their own, see tests/office/commands_test.cpp.
   if (GTEST_FLAG_GET(filter) == "*") GTEST_FLAG_SET(filter, "-Qlx*");
-  return qlx99::tests::RunAllTests();
+  return RunAllTests();
 }

@@ -83,7 +83,6 @@ void ManagerScript::Forget() {
   rules_.clear();
   actions_.clear();
   failingCall_ = 0;
-  filler_.reset();
   longest_.reset();
 }
 
@@ -145,9 +144,7 @@ int ManagerScript::Answer(const btrieve::Arguments& arguments) {
   const std::optional<int> scripted = ScriptedStatus(call);
   call.status = scripted ? *scripted : EmbeddedEntryPoint()(arguments);
   if (call.operation >= btrieve::kGetEqual && call.status == btrieve::kSuccess) {
-    ULONG& length = *arguments.dataLength;
-    if (filler_) std::memset(arguments.dataBuffer, *filler_, length);
-    if (longest_) length = std::min(length, *longest_);
+    if (longest_) *arguments.dataLength = std::min(*arguments.dataLength, *longest_);
   }
   Keep(call, arguments.positionBlock);
   return call.status;

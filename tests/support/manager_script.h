@@ -47,9 +47,6 @@ class ManagerScript {
   // The nth call from now on, counted from 1, gets this status.
   void FailsCall(std::size_t n, int status);
 
-  // The records that are read consist of this byte.
-  void FillsRecordsWith(char byte) { filler_ = byte; }
-
   // The records that are read have no more bytes than that; what is behind them in the buffer is
   // none of theirs.
   void CutsRecordsTo(ULONG length) { longest_ = length; }
@@ -87,7 +84,6 @@ class ManagerScript {
   std::vector<Rule> rules_;
   std::size_t failingCall_ = 0;  // its number
   int failure_ = 0;
-  std::optional<char> filler_;
   std::optional<ULONG> longest_;
   std::multimap<std::pair<WORD, std::string>, std::function<void()>> actions_;
   std::map<const void*, std::string> files_;   // that are open, by position block

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "office/file_description.h"
 #include "office/record_text.h"
 #include "record_files.h"
-#include "support/open_file.h"
 #include "support/record_managers.h"
 #include "support/text.h"
 
@@ -18,8 +18,57 @@ namespace fs = std::filesystem;
 
 constexpr char kRubbish = '#';
 
+// A file of an office, as the tests open it for themselves.
+class OpenFile : public btrieve::Client {
+ public:
+  OpenFile(const RecordLayout& layout, const fs::path& folder) : Client(EmbeddedEntryPoint()) {
+    EXPECT_EQ(Open((folder / layout.file.name).string()), btrieve::kSuccess) << layout.file.name;
+    SetKey("");
+  }
+  ~OpenFile() { EXPECT_EQ(Close(), btrieve::kSuccess); }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+};
+
+// All files of an office, created once for all tests, each of which gets a copy.
+const fs::path& EmptyOffice() {
+  static const TemporaryFolder kFolder;
+  if (!fs::is_empty(kFolder.Path())) return kFolder.Path();
+  for (const RecordLayout& layout : kRecordFiles) {
+    btrieve::Client client(EmbeddedEntryPoint());
+    EXPECT_EQ(
+        client.Create((kFolder.Path() / layout.file.name).string(), office::DescribeFile(layout)),
+        btrieve::kSuccess)
+        << layout.file.name;
+  }
+  ReleaseEmbedded();
+  return kFolder.Path();
+}
+
+const char* KeyPathOf(const std::string& valueName) {
+  return valueName == "MappingRoot" ? "SOFTWARE\\Morvelix GmbH\\Palvenor\\Options"
+                                    : "SOFTWARE\\Quorvane\\Stelvora\\Options";
+}
+
+// Does something with the open key of a value of the configuration.
+void Configure(const std::string& valueName, const std::function<LSTATUS(HKEY)>& change) {
+  HKEY key = nullptr;
+  EXPECT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, KeyPathOf(valueName), 0, nullptr,
+                            REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &key, nullptr),
+            ERROR_SUCCESS);
+  EXPECT_EQ(change(key), ERROR_SUCCESS) << valueName;
+  RegCloseKey(key);
+}
+
+}  // namespace
+
+Office::Office() {
+  fs::copy(EmptyOffice(), DataFolder());
+  IsConfigured("DataRoot", DataFolder().string());
+}
+
 // "number: 17, name: Müller"
-void SetFields(const RecordLayout& layout, const std::string& fields, std::string& record) {
+void Office::SetFields(const RecordLayout& layout, const std::string& fields, std::string& record) {
   for (std::size_t at = 0; at < fields.size();) {
     const std::size_t colon = fields.find(": ", at);
     const std::size_t end = std::min(fields.find(", ", colon), fields.size());
@@ -32,73 +81,24 @@ void SetFields(const RecordLayout& layout, const std::string& fields, std::strin
   }
 }
 
-std::string Compose(const RecordLayout& layout, const std::string& fields) {
+void Office::Insert(const RecordLayout& layout, const std::string& fields) const {
   const std::string blank = office::BlankRecord(layout);
   std::string record(layout.file.length, kRubbish);
   for (const FieldInfo& field : layout.fields) {
     record.replace(field.offset, field.width, blank, field.offset, field.width);
   }
   SetFields(layout, fields, record);
-  return record;
-}
-
-// All files of an office, created once for all tests, each of which gets a copy.
-class EmptyOffice {
- public:
-  EmptyOffice() {
-    for (const RecordLayout& layout : kRecordFiles) OpenFile::Create(layout, Folder());
-    ReleaseEmbedded();
-  }
-
-  const fs::path& Folder() const { return folder_.Path(); }
-
- private:
-  TemporaryFolder folder_;
-};
-
-const char* KeyPathOf(const std::string& valueName) {
-  return valueName == "MappingRoot" ? "SOFTWARE\\Morvelix GmbH\\Palvenor\\Options"
-                                    : "SOFTWARE\\Quorvane\\Stelvora\\Options";
-}
-
-class ConfigurationKey {
- public:
-  explicit ConfigurationKey(const std::string& valueName) {
-    EXPECT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, KeyPathOf(valueName), 0, nullptr,
-                              REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &key_, nullptr),
-              ERROR_SUCCESS);
-  }
-  ~ConfigurationKey() { RegCloseKey(key_); }
-  ConfigurationKey(const ConfigurationKey&) = delete;
-  ConfigurationKey& operator=(const ConfigurationKey&) = delete;
-
-  HKEY Get() const { return key_; }
-
- private:
-  HKEY key_ = nullptr;
-};
-
-}  // namespace
-
-Office::Office() {
-  static const EmptyOffice emptyOffice;
-  fs::copy(emptyOffice.Folder(), DataFolder());
-  IsConfigured("DataRoot", DataFolder().string());
-}
-
-void Office::Insert(const RecordLayout& layout, const std::string& fields) const {
-  std::string record = Compose(layout, fields);
   OpenFile file(layout, DataFolder());
   EXPECT_EQ(file.Call(btrieve::kInsert, 0, record), btrieve::kSuccess) << layout.file.name;
 }
 
 void Office::Update(const RecordLayout& layout, const Key& key, std::int32_t keyValue,
-                    const std::string& fields) const {
+                    const std::function<void(std::string&)>& change) const {
   std::string record(layout.file.length, '\0');
   OpenFile file(layout, DataFolder());
-  file.SetKey({reinterpret_cast<const char*>(&keyValue), sizeof keyValue});
+  file.SetKey(keyValue);
   EXPECT_EQ(file.Call(btrieve::kGetEqual, key.number, record), btrieve::kSuccess);
-  SetFields(layout, fields, record);
+  change(record);
   EXPECT_EQ(file.Call(btrieve::kUpdate, key.number, record), btrieve::kSuccess);
 }
 
@@ -123,18 +123,17 @@ void Office::IsConfigured(const std::string& name, const std::string& text) {
 }
 
 void Office::IsConfiguredWithBytes(const std::string& name, const std::string& bytes) {
-  const ConfigurationKey key(name);
   // Windows looks at the byte behind an unterminated text and stores a terminator that it finds.
   const std::string guarded = bytes + '#';
-  EXPECT_EQ(RegSetValueExA(key.Get(), name.c_str(), 0, REG_SZ,
-                           reinterpret_cast<const BYTE*>(guarded.data()),
-                           static_cast<DWORD>(bytes.size())),
-            ERROR_SUCCESS);
+  Configure(name, [&](HKEY key) {
+    return RegSetValueExA(key, name.c_str(), 0, REG_SZ,
+                          reinterpret_cast<const BYTE*>(guarded.data()),
+                          static_cast<DWORD>(bytes.size()));
+  });
 }
 
 void Office::IsNotConfigured(const std::string& name) {
-  const ConfigurationKey key(name);
-  EXPECT_EQ(RegDeleteValueA(key.Get(), name.c_str()), ERROR_SUCCESS);
+  Configure(name, [&](HKEY key) { return RegDeleteValueA(key, name.c_str()); });
 }
 
 }  // namespace qlx99::tests

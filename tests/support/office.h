@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -38,7 +39,16 @@ class Office {
   // Another workstation changes the record whose key has this value.
   template <class Layout>
   void Changes(const Key& key, std::int32_t keyValue, const std::string& fields) {
-    Update(LayoutOf<Layout>(), key, keyValue, fields);
+    const RecordLayout layout = LayoutOf<Layout>();
+    Update(layout, key, keyValue, [&](std::string& record) { SetFields(layout, fields, record); });
+  }
+
+  // The same with bytes that no text says, at an offset in the record.
+  template <class Layout>
+  void ChangesBytes(const Key& key, std::int32_t keyValue, std::size_t offset,
+                    const std::string& bytes) {
+    Update(LayoutOf<Layout>(), key, keyValue,
+           [&](std::string& record) { record.replace(offset, bytes.size(), bytes); });
   }
 
   // All records, in the order of key 0.
@@ -70,7 +80,8 @@ class Office {
  private:
   void Insert(const RecordLayout& layout, const std::string& fields) const;
   void Update(const RecordLayout& layout, const Key& key, std::int32_t keyValue,
-              const std::string& fields) const;
+              const std::function<void(std::string&)>& change) const;
+  static void SetFields(const RecordLayout& layout, const std::string& fields, std::string& record);
   std::vector<std::string> ReadAll(const RecordLayout& layout) const;
   void Remove(const char* fileName) const;
 

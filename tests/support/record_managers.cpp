@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "store/record_manager.h"
 #include "support/world.h"
 
@@ -41,10 +39,6 @@ FoundManagers::~FoundManagers() {
 }
 
 const fs::path& FoundManagers::Are(const std::vector<PlacedManager>& managers) {
-  static const std::map<PlacedManager::Kind, std::string> kFiles{
-      {PlacedManager::kComplete, "scripted_manager"},
-      {PlacedManager::kWithoutBtrCall, "manager_without_btrcall"},
-      {PlacedManager::kWithoutBtrCallId, "manager_without_btrcallid"}};
   const std::string library = world::LibraryFile("qlx99");
   for (const auto& entry : fs::directory_iterator(folder_.Path())) {
     if (entry.path().filename() != library) fs::remove(entry);
@@ -54,7 +48,7 @@ const fs::path& FoundManagers::Are(const std::vector<PlacedManager>& managers) {
                 fs::copy_options::skip_existing);
   libraryFolder = folder_.Path();
   for (const PlacedManager& manager : managers) {
-    fs::copy_file(world::ProgramFolder() / world::LibraryFile(kFiles.at(manager.kind)),
+    fs::copy_file(world::ProgramFolder() / world::LibraryFile(manager.made),
                   folder_.Path() / world::LibraryFile(manager.name));
   }
   ReleaseEmbedded();

@@ -24,10 +24,11 @@ std::filesystem::path LibraryFolder();
 
 // A record manager that can be put in the library's way.
 struct PlacedManager {
-  enum Kind { kComplete, kWithoutBtrCall, kWithoutBtrCallId };
+  static constexpr const char* kWithoutBtrCall = "manager_without_btrcall";
+  static constexpr const char* kWithoutBtrCallId = "manager_without_btrcallid";
 
   std::string name;  // without ".dll"
-  Kind kind = kComplete;
+  std::string made = "scripted_manager";
 };
 
 // What the library finds by a bare name. Until told otherwise that is the embedded one.

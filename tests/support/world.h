@@ -1,7 +1,6 @@
 // What the tests need of the world they run in and cannot ask in Windows' words.
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <span>
 #include <string>
@@ -23,9 +22,5 @@ std::span<const std::byte> DialogTemplate(HMODULE library, WORD id);
 // A copy of the text, without a terminator, at the very end of a page; behind it nothing can be
 // read. It stays until the process ends.
 const char* AtPageEnd(std::string_view text);
-
-// After that time the process ends, with a word on stderr about `what` took so long. A further call
-// takes the place of the one before it.
-void SetDeadline(std::chrono::seconds time, const std::string& what);
 
 }  // namespace qlx99::tests::world

@@ -3,23 +3,9 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <csignal>
-#include <cstdlib>
-
 #include "platform/resources.h"
 
 namespace qlx99::tests::world {
-namespace {
-
-std::string farewell;
-
-// Only what a signal handler may do.
-void EndProcess(int /*signal*/) {
-  [[maybe_unused]] const auto written = write(STDERR_FILENO, farewell.data(), farewell.size());
-  _exit(EXIT_FAILURE);
-}
-
-}  // namespace
 
 std::span<const std::byte> DialogTemplate(HMODULE library, WORD id) {
   constexpr WORD kDialog = 5;
@@ -35,13 +21,6 @@ const char* AtPageEnd(std::string_view text) {
   mprotect(end, page, PROT_NONE);
   text.copy(end - text.size(), text.size());
   return end - text.size();
-}
-
-void SetDeadline(std::chrono::seconds time, const std::string& what) {
-  alarm(0);
-  farewell = what + " takes too long\n";
-  std::signal(SIGALRM, EndProcess);
-  alarm(static_cast<unsigned>(time.count()));
 }
 
 }  // namespace qlx99::tests::world

@@ -1,20 +1,6 @@
 #include "support/world.h"
 
-#include <cstdio>
-#include <cstdlib>
-
 namespace qlx99::tests::world {
-namespace {
-
-std::string farewell;
-
-void CALLBACK EndProcess(void* /*parameter*/, BOOLEAN /*fired*/) {
-  std::fputs(farewell.c_str(), stderr);
-  std::fflush(stderr);
-  TerminateProcess(GetCurrentProcess(), EXIT_FAILURE);  // whatever the other threads wait for
-}
-
-}  // namespace
 
 std::span<const std::byte> DialogTemplate(HMODULE library, WORD id) {
   HRSRC resource = FindResourceA(library, MAKEINTRESOURCEA(id), RT_DIALOG);
@@ -31,15 +17,6 @@ const char* AtPageEnd(std::string_view text) {
       static_cast<char*>(VirtualAlloc(memory, size, MEM_COMMIT, PAGE_READWRITE)) + size;
   text.copy(end - text.size(), text.size());
   return end - text.size();
-}
-
-void SetDeadline(std::chrono::seconds time, const std::string& what) {
-  static HANDLE timer = nullptr;
-  if (timer != nullptr) DeleteTimerQueueTimer(nullptr, timer, INVALID_HANDLE_VALUE);
-  farewell = what + " takes too long\n";
-  CreateTimerQueueTimer(&timer, nullptr, EndProcess, nullptr,
-                        static_cast<DWORD>(std::chrono::milliseconds(time).count()), 0,
-                        WT_EXECUTEONLYONCE);
 }
 
 }  // namespace qlx99::tests::world
