@@ -180,9 +180,9 @@ LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* /*reserved*/,
   return value == nullptr ? Status(ERROR_FILE_NOT_FOUND) : Deliver(*value, type, data, size);
 }
 
-// NOLINTNEXTLINE(readability-non-const-parameter): `disposition` has Windows' type
 LSTATUS WINAPI RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD /*reserved*/, LPSTR /*keyClass*/,
                                DWORD options, REGSAM /*access*/, void* security, HKEY* result,
+                               // NOLINTNEXTLINE(readability-non-const-parameter): Windows' type
                                DWORD* disposition) {
   if (options != REG_OPTION_NON_VOLATILE || security != nullptr || disposition != nullptr) {
     platform::Unsupported("RegCreateKeyExA", "anything but a plain key");

@@ -10,7 +10,7 @@
 namespace stress {
 namespace {
 
-constexpr std::int32_t kDone = -1;
+constexpr std::int32_t kDelivered = -1;
 constexpr std::size_t kTextLength = 150;
 
 // Of the fields of a WVNext record.
@@ -79,7 +79,7 @@ class FollowUps : public Store {
 
  private:
   static void Must(std::int32_t result, const char* what) {
-    if (result != kDone) throw Fault(Fault::kRefused, std::string(what) + " was refused");
+    if (result != kDelivered) throw Fault(Fault::kRefused, std::string(what) + " was refused");
   }
 
   int Take(const std::vector<std::string>& fields) {

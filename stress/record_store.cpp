@@ -41,7 +41,7 @@ struct Item : qlx99::RecordDeclaration<Item> {
 };
 static_assert(qlx99::IsSound<Item>());
 
-enum Key : char { kByNumber, kBySlot, kByName };
+enum KeyNumber : char { kByNumber, kBySlot, kByName };
 
 int NameOf(int slot, int item) {
   constexpr int kItemsPerSlot = 10'000'000;
@@ -89,14 +89,14 @@ class RecordCursor {
   RecordCursor(const RecordCursor&) = delete;
   RecordCursor& operator=(const RecordCursor&) = delete;
 
-  int Call(WORD operation, Key key) {
+  int Call(WORD operation, KeyNumber key) {
     return Patiently([&] { return CallOnce(operation, key); });
   }
-  int CallOnce(WORD operation, Key key) { return client_.Call(operation, key, record); }
+  int CallOnce(WORD operation, KeyNumber key) { return client_.Call(operation, key, record); }
 
   void SetKey(std::int32_t value) { client_.SetKey(value); }
 
-  int Find(Key key, std::int32_t value) {
+  int Find(KeyNumber key, std::int32_t value) {
     SetKey(value);
     const int status = Call(btrieve::kGetEqual, key);
     if (status == btrieve::kSuccess) ExpectWhole(record);
@@ -155,7 +155,7 @@ class Records : public Store {
     struct Way {
       WORD begin;
       WORD goOn;
-      Key key;
+      KeyNumber key;
     };
     constexpr Way kWays[] = {{btrieve::kGetEqual, btrieve::kGetNext, kBySlot},
                              {btrieve::kGetFirst, btrieve::kGetNext, kByNumber},
