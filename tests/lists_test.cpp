@@ -12,7 +12,7 @@ namespace qlx99::tests {
 namespace {
 
 using testing::ElementsAre;
-using P = CasePartyRecord;
+using H = CasePartyRecord;
 
 class ListsTest : public ExampleOfficeTest {
  protected:
@@ -81,8 +81,8 @@ TEST_F(ListsTest, EndAtTwoEmptyFieldsAndAtPartiesWithoutAddress) {
   office.Has<UserRecord>("number: -3, shortSign: MEI");
   EXPECT_EQ(User("1"), "0 |||MEI|-3");
   office.Has<AddressRecord>("number: 4713, place: Ulm");
-  office.Has<P>("id: 205, caseId: 7, addressNumber: 4713");
-  office.Has<P>("id: 206, caseId: 7, relationId: 1");
+  office.Has<H>("id: 205, caseId: 7, addressNumber: 4713");
+  office.Has<H>("id: 206, caseId: 7, relationId: 1");
   EXPECT_EQ(Party("5"), "0 ||| |Ulm|4713||205<end>");
   EXPECT_EQ(Party("6"), "0 ||<end>");
 }
@@ -90,7 +90,7 @@ TEST_F(ListsTest, EndAtTwoEmptyFieldsAndAtPartiesWithoutAddress) {
 TEST_F(ListsTest, KeepTheirFieldsWhenALookupFileIsMissing) {
   office.Lacks<FollowUpKindRecord>();
   office.Lacks<UserRecord>();
-  office.Lacks<P>();
+  office.Lacks<H>();
   const MessageBox noKind = CannotOpen("ZTKODOLI.KRV");
   const MessageBox noUser = CannotOpen("ZTUSER.KRV");
   EXPECT_EQ(FollowUp("1"), "-1 02.01.2000||3|Berufung begründen|||17|||0|0|1");

@@ -10,7 +10,6 @@ namespace {
 
 using namespace btrieve;
 using qlx99::tests::EmbeddedCall;
-using qlx99::tests::EmbeddedCallId;
 
 class Buffers : public PartyFile {
  protected:
