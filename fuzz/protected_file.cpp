@@ -36,7 +36,7 @@ class Workstation : public btrieve::Client {
 class File {
  public:
   File() {
-    fuzz::LetMemoryFail();
+    fuzz::WatchMemory();
     fs::create_directory(folder_);
   }
   ~File() { fs::remove_all(folder_); }
@@ -74,12 +74,11 @@ void Read(Workstation& reader, fuzz::Input& input, std::uint32_t count) {
   const bool isStat = !input.OneIn(2);
   FileDescription description[2]{};
   std::uint32_t last = 0;
-  Status status = kSuccess;
-  {
-    const bool lasts = input.OneIn(2);
-    const fuzz::FailingMemory memory(input.Byte(), lasts);
-    status = isStat ? reader.Call(kStat, 0, description) : reader.Call(kGetLast, 0, last);
-  }
+  const bool lasts = input.OneIn(2);
+  fuzz::LetMemoryFail(input.Byte(), lasts);
+  const Status status =
+      isStat ? reader.Call(kStat, 0, description) : reader.Call(kGetLast, 0, last);
+  fuzz::LetMemoryFail(0, false);
   if (status == kOutOfMemory) return;
   if (status != kSuccess) fuzz::Found("no published status");
   if (count != (isStat ? description[0].recordCount : last)) fuzz::Found("a stale file");

@@ -2,7 +2,7 @@
 
 #include <mutex>
 
-#include "recordmanager/btrieve.h"
+#include "btrieve/btrieve.h"
 #include "recordmanager/host_process.h"
 
 extern "C" void ForgetParent();  // inherited_locks.c

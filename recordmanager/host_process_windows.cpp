@@ -1,7 +1,7 @@
 #include <sqlite3.h>
 
+#include "btrieve/btrieve.h"
 #include "platform/windows_api.h"
-#include "recordmanager/btrieve.h"
 #include "recordmanager/host_process.h"
 
 extern "C" BOOLEAN NTAPI RtlDllShutdownInProgress();  // documented, but declared for drivers alone

@@ -5,7 +5,7 @@
 #include "addresses/bank_connection_file.h"
 #include "addresses/contact_person_file.h"
 #include "platform/screen.h"
-#include "support/example_office.h"
+#include "support/export_test.h"
 
 namespace qlx99::tests {
 namespace {
