@@ -2,7 +2,9 @@
 // threads have gone.
 #include "platform/windows_api.h"
 
-extern "C" __declspec(dllexport) void (*AtDetachment)() = nullptr;
+extern "C" {
+__declspec(dllexport) void (*AtDetachment)() = nullptr;
+}
 
 BOOL WINAPI DllMain(HINSTANCE /*library*/, DWORD reason, void* /*processEnds*/) {
   if (reason == DLL_PROCESS_DETACH && AtDetachment != nullptr) AtDetachment();

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "party_file.h"
+#include "worker.h"
 
 namespace recordmanager_tests {
 namespace {
