@@ -7,7 +7,7 @@
 namespace automation {
 
 Client::~Client() {
-  if (wait_ != nullptr) UnregisterWaitEx(wait_, INVALID_HANDLE_VALUE);
+  if (wait_ != nullptr) UnregisterWait(wait_);
   if (process_ != nullptr) CloseHandle(process_);
 }
 

@@ -46,34 +46,21 @@ class Factory final : public IClassFactory {
   std::atomic<bool> hasMade_ = false;
 };
 
-}  // namespace
-
-OfferedClass::OfferedClass(Desk& desk)
-    : desk_(desk),
-      withdrawn_(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
-      thread_(CreateThread(nullptr, 0, Offer, this, 0, nullptr)) {}
-
-OfferedClass::~OfferedClass() {
-  SetEvent(withdrawn_);
-  WaitForSingleObject(thread_, INFINITE);
-  CloseHandle(thread_);
-  CloseHandle(withdrawn_);
-}
-
-DWORD WINAPI OfferedClass::Offer(void* offered) {
-  auto& self = *static_cast<OfferedClass*>(offered);
-  Factory factory(self.desk_);
-  CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+DWORD WINAPI Offer(void* desk) {
+  static Factory factory(*static_cast<Desk*>(desk));
   DWORD registration = 0;
+  CoInitializeEx(nullptr, COINIT_MULTITHREADED);
   const bool isOffered = AdmitOnlyThisUser() && SUCCEEDED(CoRegisterClassObject(
                                                     kLibraryClass, &factory, CLSCTX_LOCAL_SERVER,
                                                     REGCLS_SINGLEUSE, &registration));
-  WaitForSingleObject(self.withdrawn_, isOffered ? kPatience : 0);
-  if (!factory.HasMade()) self.desk_.End();
-  WaitForSingleObject(self.withdrawn_, INFINITE);
-  if (isOffered) CoRevokeClassObject(registration);
-  CoUninitialize();
+  if (isOffered) Sleep(kPatience);
+  if (!factory.HasMade()) static_cast<Desk*>(desk)->End();
+  Sleep(INFINITE);
   return 0;
 }
+
+}  // namespace
+
+void OfferClass(Desk& desk) { CloseHandle(CreateThread(nullptr, 0, Offer, &desk, 0, nullptr)); }
 
 }  // namespace automation

@@ -14,20 +14,8 @@ inline constexpr auto kClassName = L"qlx99.Library";
 inline constexpr auto kVersionedName = L"qlx99.Library.1";
 
 // Offers the class to one client, on a thread of its own: Windows calls objects of such a thread on
-// threads that know who calls. Until the end of its scope.
-class OfferedClass {
- public:
-  explicit OfferedClass(Desk& desk);
-  ~OfferedClass();
-  OfferedClass(const OfferedClass&) = delete;
-  OfferedClass& operator=(const OfferedClass&) = delete;
-
- private:
-  static DWORD WINAPI Offer(void* offered);
-
-  Desk& desk_;
-  HANDLE withdrawn_;
-  HANDLE thread_;
-};
+// threads that know who calls. The desk ends when nobody comes; it has to last as long as the
+// process.
+void OfferClass(Desk& desk);
 
 }  // namespace automation

@@ -39,15 +39,14 @@ int SayUnregistered(bool isRemoved) {
   return Say("qlx99.Library stays registered: start this as an administrator.\r\n", kFailed);
 }
 
-int Serve() {
+// The process ends as it stands: nobody is served any more, and Windows' threads may still be busy
+// with a client that is gone.
+[[noreturn]] void Serve() {
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);  // as the word processor's thread is
   Desk desk;
-  {
-    const OfferedClass offered(desk);
-    desk.Serve();
-  }
-  CoUninitialize();
-  return kDone;
+  OfferClass(desk);
+  desk.Serve();
+  ExitProcess(kDone);
 }
 
 int Run(std::string_view option) {
@@ -55,7 +54,7 @@ int Run(std::string_view option) {
     const std::string given(option.empty() ? option : option.substr(1));
     return lstrcmpiA(given.c_str(), name) == 0 && (option[0] == '/' || option[0] == '-');
   };
-  if (is("Embedding")) return Serve();  // Windows starts it so
+  if (is("Embedding")) Serve();  // Windows starts it so
   if (is("regserver")) return SayRegistered(Register());
   if (is("unregserver")) return SayUnregistered(Unregister());
   return Say("Usage: qlx99server /regserver | /unregserver\r\n", kWrongUsage);
