@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "platform/windows_api.h"
+#include "support/started_program.h"
 #include "support/world.h"
 
 namespace qlx99::tests {
@@ -32,23 +33,6 @@ constexpr auto kTests =
     "HostOfUtf8.*:CaseRecordTest.Keeps*:PartySelectionTest.*:AddressReadingTest.User*:"
     "EveryExportTest.SaysWhich*:MessageBoxes.*";
 
-// The exit code of a program that was started with this command.
-DWORD ExitCodeOf(std::string command) {
-  STARTUPINFOA startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION started{};
-  DWORD code = 1;
-  if (CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                     &startup, &started) == 0) {
-    return code;
-  }
-  WaitForSingleObject(started.hProcess, INFINITE);
-  GetExitCodeProcess(started.hProcess, &code);
-  CloseHandle(started.hThread);
-  CloseHandle(started.hProcess);
-  return code;
-}
-
 TEST(HostOfUtf8, HasThatCodePageAndNoOtherHas) {
   std::array<char, MAX_PATH> program{};
   GetModuleFileNameA(nullptr, program.data(), program.size());
@@ -63,8 +47,9 @@ TEST(LibraryInAHostOfUtf8, ShowsAndDeliversTheSame) {
   fs::copy_file(world::ProgramFolder() / "qlx99_tests.exe", program,
                 fs::copy_options::overwrite_existing);
   std::ofstream(manifest) << kManifest;
-  EXPECT_EQ(ExitCodeOf('"' + program.string() + "\" --gtest_brief=1 " + "--gtest_filter=" + kTests),
-            0U);
+  const StartedProgram started('"' + program.string() +
+                               "\" --gtest_brief=1 --gtest_filter=" + kTests);
+  EXPECT_EQ(started.ExitCode(), 0U);
   fs::remove(program);
   fs::remove(manifest);
 }
