@@ -137,8 +137,8 @@ int OpenOnce(const std::string& path, Connection& connection, RecordLayout& layo
              bool forReading) {
   int status = connection.Open(path, Connection::Way::kExisting);
   if (status == btrieve::kSuccess) status = CheckLeftovers(connection);
-  const bool isUnchanging = status == btrieve::kSuccess && forReading && LacksLog(connection) &&
-                            !CanMakeFilesBeside(path);
+  const bool isUnchanging = status == btrieve::kSuccess && LacksLog(connection) &&
+                            (connection.IsReadOnly() || (forReading && !CanMakeFilesBeside(path)));
   if (isUnchanging) status = connection.Open(path, Connection::Way::kUnchanging);
   if (isUnchanging && status == btrieve::kSuccess) status = NoteState(connection);
   std::int64_t version = 0;
@@ -172,12 +172,20 @@ int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& 
                  bool forReading) {
   // SQLite opens the memory that users of a log share without waiting for who looks at it.
   constexpr auto kMoment = std::chrono::seconds(1);
+  // Who may make no log meets those of others as they come and go.
+  constexpr int kLooks = 20;
+  constexpr int kPauseMilliseconds = 1;
   const auto start = Clock::now();
-  int status = btrieve::kSuccess;
-  do {
+  int status = OpenOnce(path, connection, layout, forReading);
+  for (int look = 1; status == btrieve::kPermissionError; ++look) {
+    if (!connection.IsReadOnly() && CanMakeFilesBeside(path)) {
+      if (Clock::now() - start >= kMoment) break;
+    } else {
+      if (!forReading || look == kLooks) break;
+      sqlite3_sleep(kPauseMilliseconds);
+    }
     status = OpenOnce(path, connection, layout, forReading);
-  } while (status == btrieve::kPermissionError && !connection.IsReadOnly() &&
-           Clock::now() - start < kMoment && CanMakeFilesBeside(path));
+  }
   if (status == btrieve::kFileInUse) connection.GiveUp();
   return status;
 }

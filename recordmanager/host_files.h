@@ -73,6 +73,9 @@ void RemoveFile(const std::string& path);
 // Whether this process may make files in the folder of `path`.
 bool CanMakeFilesBeside(const std::string& path);
 
+// Whether a log that this process made beside the file could be used by everybody who may write it.
+bool CanMakeLogFor(const std::string& path);
+
 // Whether nothing can be opened any more because too much is open, in this process or altogether.
 bool AreFileHandlesUsedUp();
 

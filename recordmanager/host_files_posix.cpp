@@ -205,7 +205,9 @@ bool UseMark::Set(const std::string& path) {
   }
   const std::string noted = NotedPath(file);
   if (noted == path) return true;
-  if (IsAt(file, noted) && PlaceOf(noted) != place && HasLeftovers(noted)) return false;
+  // Nothing there: the file was moved away from what lies beside.
+  const bool isItsOwn = IsAt(file, noted) || InspectFile(noted).kind == FileKind::kMissing;
+  if (isItsOwn && PlaceOf(noted) != place && HasLeftovers(noted)) return false;
   fsetxattr(file, kPathNote, path.data(), path.size(), 0);
   return true;
 }
@@ -218,6 +220,11 @@ void RemoveFile(const std::string& path) { unlink(path.c_str()); }
 
 bool CanMakeFilesBeside(const std::string& path) {
   return faccessat(AT_FDCWD, FolderOf(path).c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+// It gets the file's rights, but belongs to whoever makes it.
+bool CanMakeLogFor(const std::string& path) {
+  return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
 bool AreFileHandlesUsedUp() {

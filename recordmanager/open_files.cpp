@@ -48,7 +48,7 @@ int OpenFiles::Provide(const std::string& path, bool readOnly, Database*& databa
       database = known;
       return btrieve::kSuccess;
     }
-    if (known->users != 0) return btrieve::kFileInUse;
+    if (known->users != 0 || known->file->IsInTransaction()) return btrieve::kFileInUse;
     Drop(known);
   }
   return OpenAnew(path, facts.identity, readOnly, database);

@@ -27,9 +27,28 @@ bool IsDenied(const std::string& name, const std::string& database, int flags) {
   return sharesMemory && AccessTo(database + "-shm", true) == Access::kDenied;
 }
 
-int OpenPatiently(const char* name, sqlite3_file* file, int flags, int* outFlags) {
+// Whether a log is asked for, made if need be, by who should make none.
+bool IsLogOfOthers(const std::string& database, int flags) {
+  constexpr int kMakesLog = SQLITE_OPEN_WAL | SQLITE_OPEN_CREATE;
+  return (flags & kMakesLog) == kMakesLog && !CanMakeLogFor(database);
+}
+
+bool HasMemory(const std::string& database) {
+  int isThere = 1;
+  const std::string memory = database + "-shm";
+  realFiles->xAccess(realFiles, memory.c_str(), SQLITE_ACCESS_EXISTS, &isThere);
+  return isThere != 0;
+}
+
+int OpenPatiently(const char* name, sqlite3_file* file, int wanted, int* outFlags) {
   const std::string path = name;
-  const std::string database = DatabaseOf(path, flags);
+  const std::string database = DatabaseOf(path, wanted);
+  const bool isOfOthers = IsLogOfOthers(database, wanted);
+  if (isOfOthers && !HasMemory(database)) {  // which SQLite would make next
+    file->pMethods = nullptr;
+    return SQLITE_CANTOPEN;
+  }
+  const int flags = isOfOthers ? wanted & ~SQLITE_OPEN_CREATE : wanted;
   const bool toWrite = (flags & SQLITE_OPEN_READWRITE) != 0;
   const Patience patience(database);
   do {

@@ -101,20 +101,17 @@ TEST_F(LoginHandshakeTest, ReadsTheMappingRootTwice) {
 // Neither the library's messages nor the delegate's are ended by it.
 TEST_F(LoginHandshakeTest, HoldsTheHostsQuitMessageUntilTheCallIsDone) {
   BothProgramsRun();
+  const auto confirmed = Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized());
+  const auto refused =
+      Talk(LoggedIn(1), Product(3), ChangeLogin().Meanwhile(Mask(2)), ChangeLogin());
   const struct {
     std::deque<Heard> conversation;
     std::function<int()> call;
     std::size_t messages;
-  } rows[] = {
-      {Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized()),
-       [this] { return library->UserInit(); }, 0},
-      {Talk(LoggedIn(1), Product(3), ChangeLogin().Meanwhile(Mask(2)), ChangeLogin()),
-       [this] { return library->UserInit(); }, 1},
-      {Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized()),
-       [this] { return library->WVDelete("1"); }, 1},
-      {Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized()),
-       [this] { return library->GetDokuNr(kWithMessage); }, 1},
-  };
+  } rows[] = {{confirmed, [this] { return library->UserInit(); }, 0},
+              {refused, [this] { return library->UserInit(); }, 1},
+              {confirmed, [this] { return library->WVDelete("1"); }, 1},
+              {confirmed, [this] { return library->GetDokuNr(kWithMessage); }, 1}};
   for (const auto& [conversation, call, messages] : rows) {
     programs.WillHear(conversation);
     PostQuitMessage(7);

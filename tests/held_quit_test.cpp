@@ -10,63 +10,37 @@
 namespace qlx99::tests {
 namespace {
 
-constexpr auto kName = "qlx99 test host";
-
-LRESULT CALLBACK EndWithWindow(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
-  if (message == WM_DESTROY) PostQuitMessage(7);
-  return DefWindowProcA(window, message, wordParam, longParam);
-}
-
 class HeldQuitTest : public ExampleOfficeTest {
  protected:
-  HeldQuitTest() {
-    windowClass_.lpfnWndProc = EndWithWindow;
-    windowClass_.hInstance = GetModuleHandleA(nullptr);
-    windowClass_.lpszClassName = kName;
-    RegisterClassA(&windowClass_);
-  }
-  ~HeldQuitTest() override { UnregisterClassA(kName, windowClass_.hInstance); }
-
-  HWND OpenHost() {
-    return CreateWindowExA(0, kName, "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
-                           windowClass_.hInstance, nullptr);
-  }
-
-  static void ExpectQuit() {
+  void TearDown() override {
     MSG message{};
     while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT) {
     }
     EXPECT_EQ(message.message, WM_QUIT);
     EXPECT_EQ(message.wParam, 7U);
+    ExampleOfficeTest::TearDown();
   }
-
- private:
-  WNDCLASSA windowClass_{};
 };
 
 TEST_F(HeldQuitTest, EndsNoDialogOfTheLibrary) {
   office.Has<BankConnectionRecord>("number: 201, addressNumber: 4711, bankName: Volksbank");
-  for (const bool alreadyClosed : {true, false}) {
-    HWND host = OpenHost();
-    if (alreadyClosed) DestroyWindow(host);
-    user.Does([host](OpenDialog& dialog) {
-      SendMessageA(host, WM_CLOSE, 0, 0);
+  for (const bool wasTold : {false, true}) {  // by the call before
+    user.Does([&](OpenDialog& dialog) {
+      if (!wasTold) user.LetsTheHostCall([] { PostQuitMessage(7); });
       std::this_thread::sleep_for(std::chrono::milliseconds(50));  // time to be ended
       EXPECT_TRUE(dialog.Select(IDC_BANK_LINES, 1));
       EXPECT_TRUE(dialog.Press(IDC_TAKE));
     });
     EXPECT_THAT(OutcomeOf([&](char* b) { return library->ALesenDLL("", "4711", b, ""); }),
                 testing::HasSubstr("Volksbank"));
-    ExpectQuit();
   }
 }
 
 TEST_F(HeldQuitTest, EndsNoMessageOfTheLibrary) {
   office.Lacks<UserRecord>();
-  DestroyWindow(OpenHost());
+  PostQuitMessage(7);
   EXPECT_EQ(library->UserInit(), 0);
   EXPECT_THAT(user.Messages(), testing::ElementsAre(CannotOpen("ZTUSER.KRV")));
-  ExpectQuit();
 }
 
 }  // namespace

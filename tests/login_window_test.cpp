@@ -7,36 +7,37 @@ namespace qlx99::tests {
 namespace {
 
 // The word processor's main window, which owns the library's hidden one.
-class HostWindow {
- public:
-  HostWindow() {
-    windowClass_.lpfnWndProc = DefWindowProcA;
-    windowClass_.hInstance = GetModuleHandleA(nullptr);
-    windowClass_.lpszClassName = "OpusApp";
-    RegisterClassA(&windowClass_);
-    window_ = CreateWindowExA(0, "OpusApp", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
-                              windowClass_.hInstance, nullptr);
+class LoginWindowTest : public DelegatedTest {
+ protected:
+  LoginWindowTest() {
+    WNDCLASSA windowClass{};
+    windowClass.lpfnWndProc = DefWindowProcA;
+    windowClass.hInstance = program_;
+    windowClass.lpszClassName = kHost;
+    RegisterClassA(&windowClass);
   }
-  ~HostWindow() {
-    Close();
-    UnregisterClassA("OpusApp", windowClass_.hInstance);
-  }
-  HostWindow(const HostWindow&) = delete;
-  HostWindow& operator=(const HostWindow&) = delete;
+  ~LoginWindowTest() override { UnregisterClassA(kHost, program_); }
 
-  void Close() { DestroyWindow(window_); }
+  HWND OpenHost() {
+    return CreateWindowExA(0, kHost, "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, program_, nullptr);
+  }
+
+  // The hidden window of a library that has seen the login.
+  HWND WindowAfterLogin() {
+    BothProgramsRun();
+    LoginIsThere();
+    EXPECT_EQ(library->UserInit(), kDelegateAnswer);
+    return FindWindowA("KrvQLX", "KrvQLX");
+  }
 
  private:
-  WNDCLASSA windowClass_{};
-  HWND window_ = nullptr;
+  static constexpr auto kHost = "OpusApp";
+  HINSTANCE program_ = GetModuleHandleA(nullptr);
 };
-
-using LoginWindowTest = DelegatedTest;
 
 TEST_F(LoginWindowTest, RefusesTheCallWhenTheHostIsClosedWhileTheLoginIsAwaited) {
   for (const bool loggedIn : {false, true}) {
-    HostWindow host;
-    const auto hostCloses = [&] { host.Close(); };
+    const auto hostCloses = [host = OpenHost()] { DestroyWindow(host); };
     programs.Start(kLoginServer);
     programs.WillHear(loggedIn ? Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(hostCloses))
                                : Talk(LoggedIn(0), Started().Meanwhile(hostCloses)));
@@ -46,13 +47,9 @@ TEST_F(LoginWindowTest, RefusesTheCallWhenTheHostIsClosedWhileTheLoginIsAwaited)
 }
 
 TEST_F(LoginWindowTest, IsHiddenAndMadeAgainWhenItsOwnerHasGone) {
-  HostWindow host;
-  BothProgramsRun();
-  LoginIsThere();
+  HWND host = OpenHost();
+  HWND window = WindowAfterLogin();
   HINSTANCE module = library->module;
-  EXPECT_EQ(library->UserInit(), kDelegateAnswer);
-
-  HWND window = FindWindowA("KrvQLX", "KrvQLX");
   ASSERT_NE(window, nullptr);
   EXPECT_EQ(static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)),
             WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX | WS_CLIPSIBLINGS);
@@ -61,12 +58,10 @@ TEST_F(LoginWindowTest, IsHiddenAndMadeAgainWhenItsOwnerHasGone) {
   EXPECT_EQ(its.style, CS_HREDRAW);
   EXPECT_EQ(its.lpfnWndProc, library->MainWndProc);
   EXPECT_EQ(its.hbrBackground, GetStockObject(WHITE_BRUSH));
-  EXPECT_EQ(its.hIcon, nullptr);
-  EXPECT_EQ(its.hCursor, nullptr);
-  EXPECT_EQ(its.lpszMenuName, nullptr);
+  EXPECT_TRUE(its.hIcon == nullptr && its.hCursor == nullptr && its.lpszMenuName == nullptr);
   EXPECT_EQ(its.cbClsExtra + its.cbWndExtra, 0);
 
-  host.Close();
+  DestroyWindow(host);
   EXPECT_EQ(FindWindowA("KrvQLX", nullptr), nullptr);
   LoginIsThere();
   EXPECT_EQ(library->UserInit(), kDelegateAnswer);
@@ -78,10 +73,7 @@ TEST_F(LoginWindowTest, IsHiddenAndMadeAgainWhenItsOwnerHasGone) {
 }
 
 TEST_F(LoginWindowTest, KeepsNoProcedureThatIsGoneWhenAnotherThreadFreesTheLibrary) {
-  BothProgramsRun();
-  LoginIsThere();
-  library->UserInit();
-  HWND window = FindWindowA("KrvQLX", nullptr);
+  HWND window = WindowAfterLogin();
   std::thread([&] { library.Free(); }).join();
   EXPECT_EQ(SendMessageA(window, WM_COMMAND, 0, 0), 0);
   programs.End();  // which dispatches this thread's messages
@@ -89,10 +81,7 @@ TEST_F(LoginWindowTest, KeepsNoProcedureThatIsGoneWhenAnotherThreadFreesTheLibra
 }
 
 TEST_F(LoginWindowTest, KeepsOnlyThreeMessagesToItself) {
-  BothProgramsRun();
-  LoginIsThere();
-  library->UserInit();
-  HWND window = FindWindowA("KrvQLX", nullptr);
+  HWND window = WindowAfterLogin();
   const UINT mask = RegisterWindowMessageA("WM_KRV_LOGINMASK");
   for (const UINT message : std::initializer_list<UINT>{mask, WM_CREATE, WM_DESTROY}) {
     EXPECT_EQ(library->MainWndProc(window, message, 1, 0), 0);

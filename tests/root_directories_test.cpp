@@ -28,23 +28,20 @@ INSTANTIATE_TEST_SUITE_P(Of, RootDirectoryTest,
 
 TEST_P(RootDirectoryTest, CopiesAsManyBytesAsAskedForOfAZeroFilledWidth) {
   managers.Are({});  // no record manager is needed
-  const std::string path = "C:\\Kanzlei Müller\\Akten 1";
-  const std::string stored[] = {Ansi(path) + '\0',
-                                std::string(260, 'x')};  // the longest, unterminated
-  for (const std::string& bytes : stored) {
+  // An ordinary one, and the longest, unterminated.
+  for (const std::string& bytes :
+       {Ansi("C:\\Kanzlei Müller\\Akten 1") + '\0', std::string(260, 'x')}) {
     office.IsConfiguredWithBytes(GetParam().valueName, bytes);
     std::string width = bytes;
     width.resize(260, '\0');
-    for (const std::int32_t length :
-         {Limits::min(), -1, 0, 1, 10, 24, 25, 259, 260, 261, 1000, Limits::max()}) {
+    for (const std::int32_t length : {Limits::min(), -1, 0, 1, 25, 259, 260, 261, Limits::max()}) {
       SCOPED_TRACE(length);
       const auto copied = static_cast<std::size_t>(std::clamp(length, 0, 260));
       CallerBuffer buffer;
       CallerBuffer justThatSize(copied);
       EXPECT_EQ(Call(length, buffer), GetParam().resultForMissingFolder);
       EXPECT_EQ(Call(length, justThatSize), GetParam().resultForMissingFolder);
-      EXPECT_EQ(buffer.Bytes().substr(0, copied), width.substr(0, copied));
-      EXPECT_EQ(buffer.Bytes().find_first_not_of(' ', copied), std::string::npos);
+      EXPECT_EQ(buffer.Bytes(), width.substr(0, copied) + std::string(1024 - copied, ' '));
     }
   }
 }

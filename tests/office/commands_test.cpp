@@ -1,136 +1,86 @@
 // The tool's commands on the sample office, through the library and the embedded record manager.
 #include <gmock/gmock.h>
 
-#include <array>
-#include <fstream>
-#include <set>
-
-#include "frame/attach.h"
 #include "office/command_line.h"
 #include "office/export_call.h"
 #include "office/record_manager.h"
 #include "office/record_text.h"
 #include "record_files.h"
 #include "sample_office.h"
-#include "support/manager_script.h"
-#include "support/office_programs.h"
-#include "support/world.h"
+#include "testkit/process.h"
 
 namespace {
 
+using office::kDone;
+using office::kFailed;
+using office::kWrongUsage;
 using testing::AllOf;
 using testing::HasSubstr;
-using testing::Not;
 using testing::StartsWith;
 
-class Commands : public SampleOffice {};
+class QlxCommands : public SampleOffice {};
 
-// Before and behind the document number.
-constexpr const char* kLetterBegin = R"(Herrn
-Dr. Klaus Brandstätter
-c/o Praxis Dr. Brandstätter
-Hinterhaus, 2. Etage
-Lindenthaler Gürtel 84 a
-50935 Köln
-
-
-Unser Zeichen:      12345678/JM
-Dokument Nr.:       )";
-constexpr const char* kLetterEnd = R"(
-Bearbeitet von:     Rechtsanwalt Dr. Jan Merten
-Ihr Zeichen:        Vers.-Nr. RS 24-118-3307
-
-
-Brandstätter ./. Wernicke
-wegen Schadensersatz aus Verkehrsunfall
-Landgericht Köln, 5 O 217/24
-
-
-Sehr geehrter Herr Dr. Brandstätter,
-
-in der vorbezeichneten Angelegenheit (Verkehrsunfallsache) nehmen wir
-Bezug auf den bei uns geführten Vorgang. Der Gegenstandswert beträgt
-derzeit 12.345,67 EUR. Als Daten sind der 19.02.2024 und der 15.05.2024
-vermerkt.
-
-Für Zahlungen an Sie ist bei uns folgende Bankverbindung hinterlegt:
-
-    Stadtsparkasse Köln
-    Bankleitzahl 370 501 98
-    Konto 1900 456 712
-
-Bitte teilen Sie uns mit, falls diese Angaben nicht mehr zutreffen.
-
-Bei Antworten und Rückfragen geben Sie bitte unser Zeichen an.
-
-Mit freundlichen Grüßen
-
-
-Rechtsanwalt Dr. Jan Merten
-)";
-
-TEST_F(Commands, LetterGoesToTheClientUnderTheNextDocumentNumber) {
-  const std::string result = Qlx("call|GetDokuNr|12345678").out;
-  const int last = std::stoi(result.substr(result.find("result: ") + 8));
-  const Outcome letter = Qlx("letter|12345678");
-  EXPECT_EQ(letter.out, kLetterBegin + std::to_string(last + 1) + kLetterEnd);
-  EXPECT_EQ(letter.err, "");
-  EXPECT_EQ(letter.code, office::kDone);
+// The library within the tool holds its record manager for ever, while the tests of qlx99.dll need
+// none to be loaded.
+TEST(Tool, WorksInAProcessOfItsOwn) {
+  EXPECT_EQ(testkit::Process({"--gtest_brief=1", "--gtest_shuffle", "--gtest_filter=Qlx*"}).Wait(),
+            0);
 }
 
-TEST_F(Commands, SayWhatTheyDeliverOrWhyTheyDoNot) {
-  using namespace office;
+const struct {
+  const char* command;
+  int code;
+  const char* part;  // of what it prints: when it is done, on stdout, and otherwise on stderr
+} kOutcomes[] = {
+    {"--version", kDone, "qlx "},
+    {"--help", kDone, "qlx letter 12345678"},
+    {"call|BLesenDLL|M |12345678", kDone,
+     "kind: local\nresult: -1  (-1: delivered)\nrecord: 4711|25|0|815\n   1  addressNumber       "
+     "  4711\n"},
+    {"call|UserInit", kDone, "kind: local\nresult: 5  (number of users)\n"},
+    // Two parties, and no dialog allowed: nothing is written.
+    {"call|BLesenDLL|G |23001124||1", kDone,
+     "kind: local\nresult: 0  (-1: delivered)\nrecord: none; the buffer was left as it was\n"},
+    {"call|SLesenDLL|99999999", kDone, "record: 0|\n"},
+    {"call|SLesenDLL|99999999", kDone, "go without names"},
+    {"call|WVNext|24000317|-5", kDone, "(§ 4 KSchG)"},
+    {"call|GetDocuRoot|260", kDone, "Dokumente\n   1  path "},
+    {"followups|24000402", kDone, "Versorgungsausgleich klären"},  // without date and kind
+    {"office|check", kDone, "ZTCASE.KRV"},
+    {"office|show|ztablag", kDone,
+     "  1  A-117  12.12.2003\n          2  Kö/08  30.06.1999\n          3  "},
+    {"office|show|ZTCASE.KRV", kDone, "\n\nid: 5\ncaseNumber: 98010042\nuserId: 1\n"},
+    {"followups|99999999", kFailed, "Case 99999999 has no follow-ups"},
+    {"letter|99999999", kFailed, "There is no case 99999999"},
+    {"letter|25000001", kFailed, "None of the 0 parties of case 25000001 is in the role \"M \""},
+    {"letter|12345678|--role|§G", kFailed, "None of the 7 parties"},
+    {"letter|98010042|--role|G", kFailed, "Address 4806, of Roßbach, has no place"},
+    {"", kWrongUsage, "subcommand is required"},
+    {"letter", kWrongUsage, "CASE is required"},
+    {"letter|12345678|--rolle|M", kWrongUsage, "--rolle"},
+    {"call|Blubb", kWrongUsage, "There is no export \"Blubb\". There are:\n  GetDocuRoot length\n"},
+    {"call|UserInit|1", kWrongUsage, "UserInit takes 0 arguments, not 1"},
+    {"call|GetDocuRoot|x", kWrongUsage, "\"x\" is not a whole number"},
+    {"office|show|ZTNIX", kWrongUsage, "There are: ZTUSER ZTTCASE"},
+    {"office|create|nowhere|--cases|0", kWrongUsage, "--cases"},
+};
+
+TEST_F(QlxCommands, SayWhatTheyDeliverOrWhyTheyDoNot) {
   const std::string numbersBefore = Qlx("office|show|zthisto").out;
-  const struct {
-    std::string command;
-    int code;
-    const char* part;  // of what it prints: when it is done, on stdout, and otherwise on stderr
-  } rows[] = {
-      {"--version", kDone, "qlx "},
-      {"--help", kDone, "qlx letter 12345678"},
-      {"call|BLesenDLL|M |12345678", kDone,
-       "kind: local\nresult: -1  (-1: delivered)\nrecord: 4711|25|0|815\n   1  addressNumber       "
-       "  4711\n"},
-      {"call|UserInit", kDone, "kind: local\nresult: 5  (number of users)\n"},
-      // Two parties, and no dialog allowed: nothing is written.
-      {"call|BLesenDLL|G |23001124||1", kDone,
-       "kind: local\nresult: 0  (-1: delivered)\nrecord: none; the buffer was left as it was\n"},
-      {"call|SLesenDLL|99999999", kDone, "record: 0|\n"},
-      {"call|SLesenDLL|99999999", kDone, "go without names"},
-      {"call|WVNext|24000317|-5", kDone, "(§ 4 KSchG)"},
-      {"call|GetDocuRoot|260", kDone, "Dokumente\n   1  path "},
-      {"followups|24000402", kDone, "Versorgungsausgleich klären"},  // without date and kind
-      {"office|check", kDone, "ZTCASE.KRV"},
-      {"office|show|ztablag", kDone,
-       "  1  A-117  12.12.2003\n          2  Kö/08  30.06.1999\n          3  "},
-      {"office|show|ZTCASE.KRV", kDone, "\n\nid: 5\ncaseNumber: 98010042\nuserId: 1\n"},
-      {"office|create|" + Folder(), kFailed, "Nothing was changed"},
-      {"followups|99999999", kFailed, "Case 99999999 has no follow-ups"},
-      {"letter|99999999", kFailed, "There is no case 99999999"},
-      {"letter|25000001", kFailed, "None of the 0 parties of case 25000001 is in the role \"M \""},
-      {"letter|12345678|--role|§G", kFailed, "None of the 7 parties"},
-      {"letter|98010042|--role|G", kFailed, "Address 4806, of Roßbach, has no place"},
-      {"", kWrongUsage, "subcommand is required"},
-      {"letter", kWrongUsage, "CASE is required"},
-      {"letter|12345678|--rolle|M", kWrongUsage, "--rolle"},
-      {"call|Blubb", kWrongUsage,
-       "There is no export \"Blubb\". There are:\n  GetDocuRoot length\n"},
-      {"call|UserInit|1", kWrongUsage, "UserInit takes 0 arguments, not 1"},
-      {"call|GetDocuRoot|x", kWrongUsage, "\"x\" is not a whole number"},
-      {"office|show|ZTNIX", kWrongUsage, "There are: ZTUSER ZTTCASE"},
-      {"office|create|nowhere|--cases|0", kWrongUsage, "--cases"},
-  };
-  for (const auto& [command, code, part] : rows) {
+  for (const auto& [command, code, part] : kOutcomes) {
     SCOPED_TRACE(command);
     const Outcome outcome = Qlx(command);
     EXPECT_EQ(outcome.code, code);
     EXPECT_THAT(code == kDone ? outcome.out : outcome.err, HasSubstr(part));
     EXPECT_EQ(code == kDone ? outcome.err : outcome.out, "");
   }
+  const Outcome again = Qlx("office|create|" + Folder());
+  EXPECT_EQ(again.code, kFailed);
+  EXPECT_THAT(again.err, HasSubstr("Nothing was changed"));
   EXPECT_EQ(Qlx("office|show|ZTHISTO.KRV").out, numbersBefore) << "of refused letters";
 }
 
-TEST_F(Commands, LettersSpeakToWhomTheyAreFor) {
+TEST_F(QlxCommands, LettersSpeakToWhomTheyAreFor) {
   const struct {
     const char* caseNumber;
     const char* role;
@@ -154,7 +104,7 @@ TEST_F(Commands, LettersSpeakToWhomTheyAreFor) {
   }
 }
 
-TEST_F(Commands, FollowUpsStandInTheOrderInWhichTheyAreDue) {
+TEST_F(QlxCommands, FollowUpsStandInTheOrderInWhichTheyAreDue) {
   EXPECT_EQ(
       Qlx("followups|12345678").out,
       "Date        Kind            Text                                                         "
@@ -172,7 +122,7 @@ TEST_F(Commands, FollowUpsStandInTheOrderInWhichTheyAreDue) {
 }
 
 // Nobody would miss a deadline that is left out of the list.
-TEST_F(Commands, ShowWhatIsThereWhateverItsTextsHold) {
+TEST_F(QlxCommands, ShowWhatIsThereWhateverItsTextsHold) {
   using namespace office;
   const Export& write = ExportNamed("WVNew");
   ASSERT_EQ(CallExport(write, {"25000001", "2", "15.05.2024", "1", "0", "0", "a|b"}).result, -1);
@@ -193,128 +143,6 @@ TEST_F(Commands, ShowWhatIsThereWhateverItsTextsHold) {
               AllOf(HasSubstr("\n?                  cannot be told apart: ||0|"),
                     HasSubstr("\n15.05.2024  Frist  a|b ")));
   EXPECT_THAT(Qlx("letter|77000001").err, HasSubstr("Case 77000001 cannot be read"));
-}
-
-// Everything here has a registry and files of its own.
-class Installations : public testing::Test {
- protected:
-  PrivateRegistry registry_;
-  TemporaryFolder folder_;
-};
-
-TEST_F(Installations, AreCheckedFileByFile) {
-  EXPECT_THAT(Qlx("setup|" + folder_.Text()).err, HasSubstr("There is no office in"));
-  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! DataRoot        is not set in "));
-
-  const office::RecordManager manager;
-  const auto create = [&](qlx99::RecordLayout layout) {
-    office::TableFile::Create(manager, folder_.Path(), layout);
-  };
-  create(qlx99::LayoutOf<qlx99::CaseRecord>());
-  auto otherLength = qlx99::LayoutOf<qlx99::TitleRecord>();
-  ++otherLength.file.length;
-  create(otherLength);
-  auto otherKeys = qlx99::LayoutOf<qlx99::CaseTypeRecord>();
-  otherKeys.file = qlx99::BankConnectionRecord::file;
-  create(otherKeys);
-  auto otherPlace = qlx99::LayoutOf<qlx99::FollowUpKindRecord>();
-  const std::array places{qlx99::Key(0, otherPlace.fields[1], qlx99::Key::kUnique)};
-  otherPlace.keys = places;
-  create(otherPlace);
-  auto otherNumbers = qlx99::LayoutOf<qlx99::FollowUpRecord>();
-  const std::array numbers{qlx99::Key(0, otherNumbers.fields[3], qlx99::Key::kAutoincrement),
-                           otherNumbers.keys[1]};
-  otherNumbers.keys = numbers;
-  create(otherNumbers);
-  std::ofstream(folder_.Path() / "ZTKONAT.KRV") << "This is not a record file.";
-  ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
-
-  const Outcome check = Qlx("office|check");
-  EXPECT_EQ(check.code, office::kFailed);
-  EXPECT_THAT(check.out,
-              AllOf(HasSubstr("\n  ZTCASE.KRV      0 records of 375 bytes\n"),
-                    HasSubstr("\n! ZTKOTITL.KRV    its records have 80 bytes, not 79; put "),
-                    HasSubstr("\n! ZTBANK.KRV      it has no key 1; put "),
-                    HasSubstr("\n! ZTKODOLI.KRV    key 0 does not lie over "),
-                    HasSubstr("\n! ZTDOLIST.KRV    key 0 does not lie over id"),
-                    HasSubstr("ZTKONAT.KRV: it is not a record file, or"),
-                    HasSubstr("ZTPART.KRV: there is no such file; restore it")));
-}
-
-// The one that other tests of the tool have loaded stays: the library in the tool holds it for
-// ever.
-TEST_F(Installations, AreCheckedForARecordManagerThatMayWrite) {
-  using namespace qlx99::tests;
-  ASSERT_EQ(Qlx("office|create|" + folder_.Text() + "|--cases|1").code, office::kDone);
-  ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
-  FoundManagers managers;
-  const auto& found = managers.Are({{"w3btrv7", PlacedManager::kWithoutBtrCallId}});
-  const auto folderBefore = std::filesystem::current_path();
-  std::filesystem::current_path(found);
-  SetDllDirectoryA(nullptr);
-  EXPECT_THAT(Qlx("office|check").out, Not(HasSubstr("is no record manager")))
-      << "which lies in the current folder";
-  std::filesystem::current_path(folderBefore);
-  SetDllDirectoryA(found.string().c_str());
-  EXPECT_THAT(Qlx("office|check").out,
-              HasSubstr("is no record manager: it has no entry point BTRCALLID. Install "));
-  UnloadRecordManager("w3btrv7.dll");
-  ManagerScript manager(managers);
-  manager.Answers(btrieve::kOpen, "ZTUSER.KRV", btrieve::kPermissionError);
-  manager.Answers(btrieve::kOpen, "ZTCASE.KRV", btrieve::kLogError);
-  EXPECT_THAT(Qlx("office|check").out,
-              AllOf(HasSubstr("ZTUSER.KRV: it may not be written; check the "),
-                    HasSubstr("ZTCASE.KRV: what lies beside it (its name with ")));
-  UnloadRecordManager("w3btrv7.dll");
-}
-
-TEST(ConfiguredInstallation, IsCheckedForWhatItsKindNeeds) {
-  qlx99::tests::Office its;
-  const qlx99::tests::OfficePrograms programs(its);
-  qlx99::AttachLibrary(GetModuleHandleA(nullptr));
-  const Outcome whole = Qlx("office|check");
-  EXPECT_EQ(whole.code, office::kDone);
-  EXPECT_THAT(whole.out,
-              HasSubstr("  ProgramName     delegated, as \"telq32.exe\" names TELQ32; "));
-  std::filesystem::remove(programs.Bin32() / "telq32.exe");
-  std::filesystem::remove(programs.Bin32() / qlx99::tests::world::LibraryFile("qlx02"));
-  EXPECT_THAT(Qlx("office|check").out,
-              AllOf(HasSubstr("telq32.exe; connect its drive, "),
-                    HasSubstr("qlx02.dll cannot be loaded (error 126); ")));
-  its.IsNotConfigured("MappingRoot");
-  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! MappingRoot     is not set in "));
-  EXPECT_EQ(Qlx("call|UserInit").out, "kind: delegated\nresult: 0  (number of users)\n");
-  its.IsNotConfigured("ProgramName");
-  qlx99::AttachLibrary(GetModuleHandleA(nullptr));
-  its.IsConfigured("DataRoot", "/nowhere");
-  EXPECT_THAT(
-      Qlx("office|check").out,
-      AllOf(HasSubstr("  ProgramName     local, as it is not set; "),
-            HasSubstr("! DataRoot        there is no folder /nowhere; connect its drive, ")));
-  its.IsConfigured("ProgramName", "c:\\programs\\stelvora.exe");
-  EXPECT_THAT(Qlx("office|check").out,
-              HasSubstr("local, as \"c:\\programs\\stelvora.exe\" does not name TELQ32; "));
-}
-
-TEST_F(Installations, CanBeGeneratedAndAreTheSameEachTime) {
-  const TemporaryFolder second;
-  std::set<std::string> shown;
-  for (const std::string& folder : {folder_.Text(), second.Text()}) {
-    const Outcome created = Qlx("office|create|" + folder + "|--cases|3");
-    ASSERT_EQ(created.code, office::kDone) << created.err;
-    EXPECT_THAT(created.err, HasSubstr("3 of 3 cases\n"));
-    ASSERT_EQ(Qlx("setup|" + folder).code, office::kDone);
-    std::string all;
-    for (const char* file : {"ZTCASE", "ZTHEAD", "ZTPART", "ZTADRESS", "ZTBANK", "ZTDOLIST"}) {
-      all += Qlx(std::string("office|show|") + file).out;
-    }
-    shown.insert(all);
-  }
-  EXPECT_EQ(shown.size(), 1U);
-  for (const char* party : {"1", "2", "3", "4", "5"}) {
-    EXPECT_THAT(Qlx(std::string("call|BListeNext|10000003|") + party).out,
-                HasSubstr("partyRecordId"));
-  }
 }
 
 }  // namespace

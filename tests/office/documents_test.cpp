@@ -195,7 +195,23 @@ TEST(Documents, QuoteTheLibraryWordForWord) {
   EXPECT_THAT(QuotesIn("docs/exports.md"), IsSupersetOf(messages));
 }
 
-class Examples : public SampleOffice {};
+class QlxLetter : public SampleOffice {};
+
+TEST_F(QlxLetter, IsTheOneThatIsShownToNewcomers) {
+  const std::string document = ProjectFile("README.md");
+  const std::size_t begin = document.find("\n    Herrn\n");
+  const std::string shown = document.substr(begin, document.find("\n\nThe same", begin) - begin);
+  const int last = CallExport(ExportNamed("GetDokuNr"), {"12345678"}).result;
+  const std::string number = "Nr.:       " + std::to_string(last + 1);
+  const Outcome letter = Qlx("letter|12345678");
+  EXPECT_EQ("\n" + letter.out,
+            Replaced(shown, {{"\n    ", "\n"}, {"Nr.:       1", number.c_str()}}) + "\n");
+  EXPECT_EQ(letter.err, "");
+  EXPECT_EQ(letter.code, 0);
+}
+
+// Numbers its documents from 1.
+class QlxExamples : public SampleOffice {};
 
 // "GetDocuRoot(260, path)" without the buffer: the texts and numbers.
 std::vector<std::string> ArgumentsIn(const std::string& call) {
@@ -209,7 +225,7 @@ std::vector<std::string> ArgumentsIn(const std::string& call) {
 
 // In one order, as macros would run them in the sample office of the package. Behind a call stands
 // its record, or else its result; "..." stands for any fields.
-TEST_F(Examples, GiveWhatIsWrittenBehindThem) {
+TEST_F(QlxExamples, GiveWhatIsWrittenBehindThem) {
   const std::string document = ProjectFile("docs/exports.md");
   const std::regex example("\n    [^'\n]*?(\\w+)\\(([^'\n]*)\\)[^'\n]*(?:\n   )? *' ([^\n]*)");
   std::set<std::string_view> shown;

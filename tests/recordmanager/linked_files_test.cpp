@@ -25,6 +25,10 @@ class LinkedFiles : public PartyFile {
     return Worker({name, script}).Wait();
   }
 
+  static bool CanBeNoted(const std::string& name) {
+    return setxattr(name.c_str(), "user.note", "", 0, 0) == 0 || errno != ENOTSUP;
+  }
+
   const std::string file = InFolder("FILE.KRV");
   const std::string other = InFolder("snapshot/FILE.KRV");
   const std::string flag = InFolder("flag");
@@ -46,9 +50,7 @@ TEST_F(LinkedFiles, AreInUseByOneNameAtATime) {
 }
 
 TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogOrJournalOfTheNameThatWasUsedLast) {
-  if (setxattr(file.c_str(), "user.note", "", 0, 0) != 0 && errno == ENOTSUP) {
-    GTEST_SKIP() << "names cannot be noted on this file system";
-  }
+  if (!CanBeNoted(file)) GTEST_SKIP() << "names cannot be noted on this file system";
   constexpr char kJournalled = 1;  // the file format's numbers for its two modes
   constexpr char kLogged = 2;
   for (const char mode : {kLogged, kJournalled}) {
@@ -76,6 +78,20 @@ TEST_F(LinkedFiles, AreUsedByTheNameThatIsLeft) {
   std::filesystem::copy_file(other, file);
   EXPECT_EQ(InAnotherProcess(file, "last, insert"), 0) << "a file of its own";
   EXPECT_EQ(Opened(file).Do("first, next*"), "1 2 3 !9");
+  EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 !9");
+}
+
+TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogThatTheyWereMovedAwayFrom) {
+  if (!CanBeNoted(file)) GTEST_SKIP() << "names cannot be noted on this file system";
+  std::filesystem::remove(other);
+  Worker writer({file, "insert, wait " + flag});
+  WaitUntilHeld(flag);
+  std::filesystem::rename(file, other);
+  EXPECT_EQ(writer.Kill(), Worker::kKilled);
+  EXPECT_EQ(Client().Open(other), kFileInUse);
+  std::filesystem::rename(other, file);
+  EXPECT_EQ(InAnotherProcess(file, "last"), 0);
+  std::filesystem::rename(file, other);
   EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 !9");
 }
 

@@ -9,7 +9,6 @@
 #include <array>
 #include <csignal>
 #include <optional>
-#include <set>
 
 #include "party_file.h"
 #include "worker.h"
@@ -33,6 +32,17 @@ TEST_F(PosixFiles, ThatHaveGoneOrWereReplacedAreNoticed) {
 
   std::filesystem::rename(saved, path);
   EXPECT_EQ(Opened(path).Do("first, next"), "1 !9");
+}
+
+TEST_F(PosixFiles, ThatHaveMovedInATransactionAreNotForgotten) {
+  Client& other = Opened(path);
+  EXPECT_EQ(client.Do("insert, begin, insert, close"), "1 ok 2 ok");
+  EXPECT_EQ(other.Do("close"), "ok");
+  const std::string moved = InFolder("MOVED.KRV");
+  std::filesystem::rename(path, moved);
+  EXPECT_EQ(client.Open(moved), kFileInUse);
+  EXPECT_EQ(client.Do("end"), "ok");
+  EXPECT_EQ(Opened(moved).Do("first, next*"), "1 2 !9");
 }
 
 TEST_F(PosixFiles, AreTheSameByEveryPath) {

@@ -1,5 +1,13 @@
 // Files that somebody may not write, or in whose folder he may make none.
+#include <fcntl.h>
+#include <linux/capability.h>
+#include <sys/inotify.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <array>
+#include <functional>
 
 #include "party_file.h"
 #include "worker.h"
@@ -12,16 +20,44 @@ using std::filesystem::perms;
 
 class ProtectedFiles : public PartyFile {
  protected:
-  // Whom the rights on files concern.
-  static void BecomeOrdinaryUser() { EXPECT_TRUE(geteuid() != 0 || seteuid(65534) == 0); }
-  static void BecomeOneselfAgain() { EXPECT_EQ(seteuid(getuid()), 0); }
-  static std::string DoAsOrdinaryUser(Client& one, const std::string& script) {
-    BecomeOrdinaryUser();
-    std::string outcomes = one.Do(script);
-    BecomeOneselfAgain();
-    return outcomes;
+  // Whom the rights on files concern. Root gives up no more than writing in spite of them: another
+  // user may not even be let into the folder that the tests run in.
+  static void BecomeOrdinaryUser() { KeepCapabilitiesBut(1U << CAP_DAC_OVERRIDE); }
+  static void BecomeUser(uid_t user) { EXPECT_EQ(seteuid(user), 0); }
+  static void BecomeOneselfAgain() {
+    BecomeUser(getuid());
+    KeepCapabilitiesBut(0);
   }
   void TearDown() override { BecomeOneselfAgain(); }
+
+  static bool MayBeEntered(const std::filesystem::path& folder, uid_t user) {
+    BecomeUser(user);
+    const bool may = faccessat(AT_FDCWD, folder.c_str(), X_OK, AT_EACCESS) == 0;
+    BecomeOneselfAgain();
+    return may;
+  }
+
+  // While it is done, neither the file nor its folder may be written.
+  static std::string DoAsReader(const std::string& file, const std::function<std::string()>& work) {
+    const std::filesystem::path folder = std::filesystem::path(file).parent_path();
+    std::filesystem::permissions(file, perms{0444});
+    std::filesystem::permissions(folder, perms{0555});
+    BecomeOrdinaryUser();
+    std::string outcomes = work();
+    BecomeOneselfAgain();
+    std::filesystem::permissions(folder, perms{0755});
+    std::filesystem::permissions(file, perms{0644});
+    return outcomes;
+  }
+
+ private:
+  static void KeepCapabilitiesBut(unsigned given) {
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    std::array<__user_cap_data_struct, 2> sets{};
+    EXPECT_EQ(syscall(SYS_capget, &header, sets.data()), 0);
+    sets[0].effective = sets[0].permitted & ~given;
+    EXPECT_EQ(syscall(SYS_capset, &header, sets.data()), 0);
+  }
 };
 
 TEST_F(ProtectedFiles, ThatMayNotBeWrittenAreRefused) {
@@ -56,47 +92,125 @@ TEST_F(ProtectedFiles, ThatMayNotBeWrittenAreRefused) {
 
 TEST_F(ProtectedFiles, ThatMayNotBeWrittenAreReadBesideWhoMay) {
   EXPECT_EQ(client.Do("insert, close"), "1 ok");
-  const std::string file = InFolder("FILE.KRV");
   const std::string flag = InFolder("flag");
-  std::filesystem::copy_file(path, file);
-  std::filesystem::permissions(file, perms{0644});
-  std::filesystem::permissions(folder, perms{0755});
-  Worker writer({file, "wait " + flag + ", insert, wait " + flag});
+  Worker writer({path, "wait " + flag + ", insert, wait " + flag});
   WaitUntilHeld(flag);
-  BecomeOrdinaryUser();
-  Client& reader = Opened(file, kOpenReadOnly);
-  EXPECT_EQ(reader.Do("first, next"), "1 !9");
-  BecomeOneselfAgain();
+  Client* reader = nullptr;
+  const auto read = [&] {
+    if (reader == nullptr) reader = &Opened(path, kOpenReadOnly);
+    return reader->Do("first, next*");
+  };
+  EXPECT_EQ(DoAsReader(path, read), "1 !9");
   std::filesystem::remove(flag);
   WaitUntilHeld(flag);
-  EXPECT_EQ(reader.Do("first, next*"), "1 2 !9");
+  EXPECT_EQ(DoAsReader(path, read), "1 2 !9");
   EXPECT_EQ(writer.Kill(), Worker::kKilled);
 }
 
 TEST_F(ProtectedFiles, AreReadWithAllThatOthersWriteWhoCameLater) {
   EXPECT_EQ(client.Do("insert case=7, close"), "1 ok");
-  const std::string file = InFolder("FILE.KRV");
   const std::string flag = InFolder("flag");
+  // A copy, as this process still holds what it has written itself.
+  const std::string file = InFolder("FILE.KRV");
   std::filesystem::copy_file(path, file);
-  std::filesystem::permissions(file, perms{0644});
-  std::filesystem::permissions(folder, perms{0755});
-  BecomeOrdinaryUser();
-  Client& reader = Opened(file, kOpenReadOnly);
-  EXPECT_EQ(reader.Do("first, next, first"), "1 !9 1");
-  BecomeOneselfAgain();
+  Client* reader = nullptr;
+  const auto read = [&](const std::string& script) {
+    return DoAsReader(file, [&] {
+      if (reader == nullptr) reader = &Opened(file, kOpenReadOnly);
+      return reader->Do(script);
+    });
+  };
+  EXPECT_EQ(read("first, next, first"), "1 !9 1");
   EXPECT_EQ(Worker({file, "insert case=7"}).Wait(), 0);
   EXPECT_FALSE(std::filesystem::exists(file + "-wal")) << "has come and gone";
-  EXPECT_EQ(DoAsOrdinaryUser(reader, "next, next, equal case=7"), "2 !9 1");
+  EXPECT_EQ(read("next, next, equal case=7"), "2 !9 1");
   EXPECT_EQ(Worker({file, "insert case=7"}).Wait(), 0);
-  reader.length = 1024;
-  EXPECT_EQ(DoAsOrdinaryUser(reader, "stat"), "ok");
-  EXPECT_EQ(reader.record.at(offsetof(FileDescription, recordCount)), 3);
+  reader->length = 1024;
+  EXPECT_EQ(read("stat"), "ok");
+  EXPECT_EQ(reader->record.at(offsetof(FileDescription, recordCount)), 3);
   Worker writer({file, "insert, wait " + flag + ", insert"});
   WaitUntilHeld(flag);
-  EXPECT_EQ(DoAsOrdinaryUser(reader, "equal case=7, next* case, last"), "1 2 3 !9 4");
+  EXPECT_EQ(read("equal case=7, next* case, last"), "1 2 3 !9 4");
   std::filesystem::remove(flag);
   EXPECT_EQ(writer.Wait(), 0);
-  EXPECT_EQ(DoAsOrdinaryUser(reader, "next, next, close"), "5 !9 ok");
+  EXPECT_EQ(read("next, next, close"), "5 !9 ok");
+}
+
+// A log that a reader made would be his, and nobody else could write it.
+TEST_F(ProtectedFiles, CanBeWrittenByTheirOwnerWhoeverHasOpenedThem) {
+  constexpr uid_t kOwner = 65533;
+  constexpr uid_t kReader = 65534;
+  if (geteuid() != 0 || !MayBeEntered(folder, kReader)) GTEST_SKIP() << "takes two users";
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const std::string flag = InFolder("flag");
+  std::filesystem::permissions(folder, perms::all);
+  for (const char mode : {kOpenReadOnly, kOpenNormal}) {
+    const std::string file = InFolder("FILE.KRV") + std::to_string(-mode);
+    std::filesystem::copy_file(path, file);
+    std::filesystem::permissions(file, perms{0644});
+    EXPECT_EQ(chown(file.c_str(), kOwner, kOwner), 0);
+    BecomeUser(kReader);
+    EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
+    if (mode == kOpenNormal) EXPECT_EQ(Client().Open(file), kPermissionError);
+    BecomeOneselfAgain();
+    BecomeUser(kOwner);
+    EXPECT_EQ(Opened(file).Do("insert, close"), "2 ok");
+    BecomeOneselfAgain();
+    Worker idle({file, "wait " + flag});
+    WaitUntilHeld(flag);
+    BecomeUser(kReader);
+    EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next*, close"), "1 2 !9 ok");
+    BecomeOneselfAgain();
+    EXPECT_EQ(idle.Kill(), Worker::kKilled);
+    std::filesystem::remove(flag);
+  }
+  const std::string file = InFolder("FILE.KRV");
+  std::filesystem::copy_file(path, file);
+  std::filesystem::permissions(file, perms{0644});
+  Worker writer({file, "insert, wait " + flag});
+  WaitUntilHeld(flag);
+  EXPECT_EQ(writer.Kill(), Worker::kKilled);
+  std::filesystem::remove(file + "-shm");
+  BecomeUser(kReader);
+  EXPECT_EQ(Client().Open(file, kOpenReadOnly), kPermissionError) << "the log's memory is missing";
+  EXPECT_FALSE(std::filesystem::exists(file + "-shm"));
+  BecomeOneselfAgain();
+  EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next*, close"), "1 2 !9 ok");
+}
+
+// The first look finds out whether the file fits the log, the second uses it. Makes `flag` when it
+// has begun to watch.
+bool RemoveAfterTwoLooks(const std::string& log, const std::string& flag) {
+  const int watch = inotify_init1(0);
+  inotify_add_watch(watch, log.c_str(), IN_OPEN | IN_CLOSE);  // equal ones in a row would be one
+  WriteAll(flag, "");
+  for (int closed = 0; closed < 2;) {
+    alignas(inotify_event) std::array<char, 4096> events{};
+    const ssize_t size = read(watch, events.data(), events.size());
+    if (size <= 0) return false;
+    for (ssize_t i = 0; i < size;) {
+      const auto* event = reinterpret_cast<const inotify_event*>(events.data() + i);
+      if ((event->mask & IN_CLOSE) != 0) ++closed;
+      i += static_cast<ssize_t>(sizeof *event + event->len);
+    }
+  }
+  std::filesystem::permissions(std::filesystem::path(log).parent_path(), perms{0755});
+  return std::filesystem::remove(log);
+}
+
+TEST_F(ProtectedFiles, AreReadBesideALogThatGoesWhileTheyAreOpened) {
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const std::string file = InFolder("FILE.KRV");
+  std::filesystem::copy_file(path, file);
+  WriteAll(file + "-wal", std::string(5000, 'x'));  // which cannot be played in here
+  const pid_t writer = fork();
+  if (writer == 0) _exit(RemoveAfterTwoLooks(file + "-wal", InFolder("flag")) ? 0 : 1);
+  WaitUntilHeld(InFolder("flag"));
+  EXPECT_EQ(DoAsReader(file, [&] { return Opened(file, kOpenReadOnly).Do("first, next, close"); }),
+            "1 !9 ok");
+  int outcome = -1;
+  EXPECT_EQ(waitpid(writer, &outcome, 0), writer);
+  EXPECT_EQ(outcome, 0);
 }
 
 }  // namespace

@@ -1,0 +1,145 @@
+// The tool's commands that make, configure and check an installation.
+#include <gmock/gmock.h>
+
+#include <array>
+#include <fstream>
+#include <set>
+
+#include "frame/attach.h"
+#include "office/command_line.h"
+#include "office/record_manager.h"
+#include "record_files.h"
+#include "sample_office.h"
+#include "support/manager_script.h"
+#include "support/office_programs.h"
+#include "support/world.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+// Everything here has a registry and files of its own.
+class QlxInstallations : public testing::Test {
+ protected:
+  PrivateRegistry registry_;
+  TemporaryFolder folder_;
+};
+
+TEST_F(QlxInstallations, AreCheckedFileByFile) {
+  EXPECT_THAT(Qlx("setup|" + folder_.Text()).err, HasSubstr("There is no office in"));
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! DataRoot        is not set in "));
+
+  const office::RecordManager manager;
+  const auto create = [&](qlx99::RecordLayout layout) {
+    office::TableFile::Create(manager, folder_.Path(), layout);
+  };
+  create(qlx99::LayoutOf<qlx99::CaseRecord>());
+  auto otherLength = qlx99::LayoutOf<qlx99::TitleRecord>();
+  ++otherLength.file.length;
+  create(otherLength);
+  auto otherKeys = qlx99::LayoutOf<qlx99::CaseTypeRecord>();
+  otherKeys.file = qlx99::BankConnectionRecord::file;
+  create(otherKeys);
+  auto otherPlace = qlx99::LayoutOf<qlx99::FollowUpKindRecord>();
+  const std::array places{qlx99::Key(0, otherPlace.fields[1], qlx99::Key::kUnique)};
+  otherPlace.keys = places;
+  create(otherPlace);
+  auto otherNumbers = qlx99::LayoutOf<qlx99::FollowUpRecord>();
+  const std::array numbers{qlx99::Key(0, otherNumbers.fields[3], qlx99::Key::kAutoincrement),
+                           otherNumbers.keys[1]};
+  otherNumbers.keys = numbers;
+  create(otherNumbers);
+  std::ofstream(folder_.Path() / "ZTKONAT.KRV") << "This is not a record file.";
+  ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
+
+  const Outcome check = Qlx("office|check");
+  EXPECT_EQ(check.code, office::kFailed);
+  EXPECT_THAT(check.out,
+              AllOf(HasSubstr("\n  ZTCASE.KRV      0 records of 375 bytes\n"),
+                    HasSubstr("\n! ZTKOTITL.KRV    its records have 80 bytes, not 79; put "),
+                    HasSubstr("\n! ZTBANK.KRV      it has no key 1; put "),
+                    HasSubstr("\n! ZTKODOLI.KRV    key 0 does not lie over "),
+                    HasSubstr("\n! ZTDOLIST.KRV    key 0 does not lie over id"),
+                    HasSubstr("ZTKONAT.KRV: it is not a record file, or"),
+                    HasSubstr("ZTPART.KRV: there is no such file; restore it")));
+}
+
+TEST_F(QlxInstallations, AreCheckedForARecordManagerThatMayWrite) {
+  using namespace qlx99::tests;
+  ASSERT_EQ(Qlx("office|create|" + folder_.Text() + "|--cases|1").code, office::kDone);
+  ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
+  FoundManagers managers;
+  const auto& found = managers.Are({{"w3btrv7", PlacedManager::kWithoutBtrCallId}});
+  const auto folderBefore = std::filesystem::current_path();
+  std::filesystem::current_path(found);
+  SetDllDirectoryA(nullptr);
+  EXPECT_THAT(Qlx("office|check").out, Not(HasSubstr("is no record manager")))
+      << "which lies in the current folder";
+  std::filesystem::current_path(folderBefore);
+  SetDllDirectoryA(found.string().c_str());
+  EXPECT_THAT(Qlx("office|check").out,
+              HasSubstr("is no record manager: it has no entry point BTRCALLID. Install "));
+  UnloadRecordManager("w3btrv7.dll");
+  ManagerScript manager(managers);
+  manager.Answers(btrieve::kOpen, "ZTUSER.KRV", btrieve::kPermissionError);
+  manager.Answers(btrieve::kOpen, "ZTCASE.KRV", btrieve::kLogError);
+  EXPECT_THAT(Qlx("office|check").out,
+              AllOf(HasSubstr("ZTUSER.KRV: it may not be written; check the "),
+                    HasSubstr("ZTCASE.KRV: what lies beside it (its name with ")));
+  UnloadRecordManager("w3btrv7.dll");
+}
+
+TEST(QlxConfiguration, IsCheckedForWhatItsKindNeeds) {
+  using namespace qlx99::tests;
+  Office its;
+  const OfficePrograms programs(its);
+  qlx99::AttachLibrary(GetModuleHandleA(nullptr));
+  const Outcome whole = Qlx("office|check");
+  EXPECT_EQ(whole.code, office::kDone);
+  EXPECT_THAT(whole.out,
+              HasSubstr("  ProgramName     delegated, as \"telq32.exe\" names TELQ32; "));
+  for (const std::string& file : {std::string("telq32.exe"), world::LibraryFile("qlx02")}) {
+    std::filesystem::remove(programs.Bin32() / file);
+  }
+  EXPECT_THAT(Qlx("office|check").out,
+              AllOf(HasSubstr("telq32.exe; connect its drive, "),
+                    HasSubstr("qlx02.dll cannot be loaded (error 126); ")));
+  its.IsNotConfigured("MappingRoot");
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! MappingRoot     is not set in "));
+  EXPECT_EQ(Qlx("call|UserInit").out, "kind: delegated\nresult: 0  (number of users)\n");
+  its.IsNotConfigured("ProgramName");
+  qlx99::AttachLibrary(GetModuleHandleA(nullptr));
+  its.IsConfigured("DataRoot", "/nowhere");
+  EXPECT_THAT(
+      Qlx("office|check").out,
+      AllOf(HasSubstr("  ProgramName     local, as it is not set; "),
+            HasSubstr("! DataRoot        there is no folder /nowhere; connect its drive, ")));
+  its.IsConfigured("ProgramName", "c:\\programs\\stelvora.exe");
+  EXPECT_THAT(Qlx("office|check").out,
+              HasSubstr("local, as \"c:\\programs\\stelvora.exe\" does not name TELQ32; "));
+}
+
+TEST_F(QlxInstallations, CanBeGeneratedAndAreTheSameEachTime) {
+  const TemporaryFolder second;
+  std::set<std::string> shown;
+  for (const std::string& folder : {folder_.Text(), second.Text()}) {
+    const Outcome created = Qlx("office|create|" + folder + "|--cases|3");
+    ASSERT_EQ(created.code, office::kDone) << created.err;
+    EXPECT_THAT(created.err, HasSubstr("3 of 3 cases\n"));
+    ASSERT_EQ(Qlx("setup|" + folder).code, office::kDone);
+    std::string all;
+    for (const char* file : {"ZTCASE", "ZTHEAD", "ZTPART", "ZTADRESS", "ZTBANK", "ZTDOLIST"}) {
+      all += Qlx(std::string("office|show|") + file).out;
+    }
+    shown.insert(all);
+  }
+  EXPECT_EQ(shown.size(), 1U);
+  for (const char* party : {"1", "2", "3", "4", "5"}) {
+    EXPECT_THAT(Qlx(std::string("call|BListeNext|10000003|") + party).out,
+                HasSubstr("partyRecordId"));
+  }
+}
+
+}  // namespace
