@@ -10,8 +10,8 @@ namespace qlx99::tests {
 
 class StartedProgram {
  public:
-  // What it writes goes to the file `output`; without a name, where this program's goes.
-  explicit StartedProgram(std::string command, std::filesystem::path output = {});
+  // What it writes goes to the file `output`.
+  StartedProgram(std::string command, std::filesystem::path output);
   ~StartedProgram();
   StartedProgram(const StartedProgram&) = delete;
   StartedProgram& operator=(const StartedProgram&) = delete;
@@ -21,9 +21,8 @@ class StartedProgram {
   // What it has written so far, in UTF-8 and with "\n" behind each line.
   std::string Written() const;
 
-  // When it has ended: everything, and its exit code.
+  // When it has ended: everything.
   std::string WholeText() const;
-  DWORD ExitCode() const;
 
  private:
   std::filesystem::path output_;
