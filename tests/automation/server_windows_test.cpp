@@ -285,6 +285,8 @@ TEST_F(AutomationServer, ShowsItsDialogsInFrontOfTheClientInWhichTheUserIs) {
     EXPECT_TRUE(Eventually([] { return PartyDialog() != nullptr; }));
     HWND dialog = PartyDialog();
     EXPECT_TRUE(Eventually([&] { return GetForegroundWindow() == dialog; }));
+    EXPECT_TRUE(
+        Eventually([&] { return (GetWindowLongA(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; }));
     PostMessageA(dialog, WM_COMMAND, IDC_TAKE, 0);
   });
   EXPECT_EQ(LateBoundClient().Call(L"BLesenDLL",
