@@ -21,7 +21,7 @@ windows_text macros/letter.bas macros/letter.bas
 windows_text qlx99/qlx99.h c/qlx99.h
 cp docs/exports.md "$folder/macros"
 cp "$binaries"/qlx99.lib "$folder/c"
-cp "$binaries"/{qlx99.dll,atbtrv32.dll,qlx.exe} "$folder"
+cp "$binaries"/{qlx99.dll,atbtrv32.dll,qlx99server.exe,qlx.exe} "$folder"
 "$qlx" office create "$folder/office" >/dev/null
 
 # With the date of the sources, and without owners, time zone, rights and order of this machine.

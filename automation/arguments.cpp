@@ -1,0 +1,146 @@
+#include "arguments.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "office/failure.h"
+#include "office/text_encoding.h"
+
+namespace automation {
+namespace {
+
+constexpr UINT kAnsi = static_cast<UINT>(office::CodePage::kAnsi);
+
+// What a reference to a variable leads to, as far as that is a variable again.
+VARIANT& Behind(VARIANT& given) {
+  VARIANT* variable = &given;
+  while (variable->vt == (VT_BYREF | VT_VARIANT)) variable = variable->pvarVal;
+  return *variable;
+}
+
+struct Value : VARIANT {
+  // Follows references, as far as they lead.
+  explicit Value(VARIANT& given) : VARIANT() {
+    VariantInit(this);
+    const HRESULT copied = VariantCopyInd(this, &given);
+    if (FAILED(copied)) throw Failure{copied};
+  }
+  ~Value() { VariantClear(this); }
+  Value(const Value&) = delete;
+  Value& operator=(const Value&) = delete;
+
+  // Whatever the user's country: numbers are the library's, not the user's.
+  void Become(VARTYPE type) {
+    const HRESULT changed =
+        VariantChangeTypeEx(this, this, LOCALE_INVARIANT, VARIANT_NOUSEROVERRIDE, type);
+    if (FAILED(changed)) throw Failure{changed};
+  }
+};
+
+bool IsTextOrNumber(VARTYPE type) {
+  constexpr VARTYPE kTypes[] = {VT_BSTR, VT_I1,  VT_I2,   VT_I4, VT_I8, VT_UI1, VT_UI2,    VT_UI4,
+                                VT_UI8,  VT_INT, VT_UINT, VT_R4, VT_R8, VT_CY,  VT_DECIMAL};
+  return std::ranges::find(kTypes, type) != std::ranges::end(kTypes);
+}
+
+// The value, if it may be an argument at all.
+void CheckType(const VARIANT& value) {
+  if (value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND) {
+    throw Failure{DISP_E_PARAMNOTOPTIONAL};
+  }
+  if (!IsTextOrNumber(value.vt)) throw Failure{DISP_E_TYPEMISMATCH};
+}
+
+std::string Utf8(std::wstring_view text) {
+  const auto length = static_cast<int>(text.size());
+  std::string utf8(3 * text.size(), '\0');  // three bytes at most for each place
+  utf8.resize(static_cast<std::size_t>(
+      WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(),
+                          static_cast<int>(utf8.size()), nullptr, nullptr)));
+  return utf8;
+}
+
+std::wstring Unicode(std::string_view bytes, UINT codePage) {
+  const auto length = static_cast<int>(bytes.size());
+  std::wstring text(bytes.size(), L'\0');  // a place at most for each byte
+  text.resize(static_cast<std::size_t>(
+      MultiByteToWideChar(codePage, 0, bytes.data(), length, text.data(), length)));
+  return text;
+}
+
+// As the library takes it, or not at all.
+std::string Ansi(std::wstring_view text, const std::wstring& name) try {
+  return office::Encode(Utf8(text));
+} catch (const office::Failure& failure) {
+  throw Failure{E_INVALIDARG, name + L": " + Unicode(failure.what(), CP_UTF8)};
+}
+
+// What the library wrote into a buffer of blanks: all before the first zero byte or, without one,
+// before the blanks that are left.
+std::string_view RecordIn(std::string_view buffer) {
+  const std::string_view written = buffer.substr(0, buffer.find_last_not_of(' ') + 1);
+  return written.substr(0, written.find('\0'));
+}
+
+}  // namespace
+
+Arguments::Arguments(const DISPPARAMS& given, const char* names)
+    : given_(given), names_(Widened(names)) {
+  buffer_.fill(' ');
+}
+
+VARIANT& Arguments::Take() {
+  ++taken_;
+  return given_.rgvarg[Place()];
+}
+
+std::wstring Arguments::NextName() {
+  std::wstring name;
+  names_ >> name;
+  return name;
+}
+
+// A null text is an empty one: on its way from another process it may become that.
+const char* Arguments::Text() {
+  const std::wstring name = NextName();
+  Value value(Take());
+  CheckType(value);
+  value.Become(VT_BSTR);
+  return texts_.emplace_back(Ansi({value.bstrVal, SysStringLen(value.bstrVal)}, name)).c_str();
+}
+
+// The only numbers are lengths of the buffer, and that one is ours.
+std::int32_t Arguments::Number() {
+  NextName();
+  Value value(Take());
+  CheckType(value);
+  value.Become(VT_I4);
+  return std::min<std::int32_t>(value.lVal, QLX99_RECORD_SIZE);
+}
+
+char* Arguments::Buffer() {
+  VARIANT& given = Take();
+  VARIANT& variable = Behind(given);
+  const bool isText = variable.vt == (VT_BYREF | VT_BSTR);
+  const bool isAnything = &variable != &given && (variable.vt & VT_BYREF) == 0;
+  if (!isText && !isAnything) throw Failure{DISP_E_TYPEMISMATCH};
+  variable_ = &variable;
+  return buffer_.data();
+}
+
+void Arguments::HandBack() const {
+  if (variable_ == nullptr) return;
+  const std::wstring text = Unicode(RecordIn({buffer_.data(), buffer_.size()}), kAnsi);
+  BSTR const record = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+  if (record == nullptr) throw Failure{E_OUTOFMEMORY};
+  if (variable_->vt == (VT_BYREF | VT_BSTR)) {
+    SysFreeString(*variable_->pbstrVal);
+    *variable_->pbstrVal = record;
+    return;
+  }
+  VariantClear(variable_);
+  variable_->vt = VT_BSTR;
+  variable_->bstrVal = record;
+}
+
+}  // namespace automation
