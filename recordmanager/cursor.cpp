@@ -29,7 +29,7 @@ static_assert(sizeof(BlockImage) == btrieve::kPositionBlockSize);
 // 0: not drawn yet.
 std::uint32_t checkSeed = 0;
 
-// Of everything before it. The products do not wait for one another.
+// The check word of everything before it. The products do not wait for one another.
 std::uint32_t CheckWordOf(BlockImage image) {
   if (checkSeed == 0) {
     sqlite3_randomness(sizeof(checkSeed), &checkSeed);

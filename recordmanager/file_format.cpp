@@ -51,8 +51,8 @@ std::string UnusedNameBeside(const std::string& path) {
   return path.substr(0, path.find_last_of("/\\") + 1) + "new-" + std::to_string(number);
 }
 
-// What lies beside a former file of that name is left to whoever opens the new one first
-// (leftovers.h): others may be doing so at this moment.
+// Leaves alone the log of a former file of that name: the first program to open the new file
+// removes it (leftovers.h), and that may be happening at this moment.
 int MoveIntoPlace(const std::string& from, const std::string& to, bool replace) {
   MoveResult result = MoveFileTo(from, to);
   if (result == MoveResult::kTargetExists && replace) result = ReplaceFile(from, to);
@@ -110,8 +110,8 @@ int SetJournal(const std::string& path, Connection& connection) {
   int status = connection.QueryText("PRAGMA journal_mode", mode);
   if (status == btrieve::kSuccess && mode == "wal" && IsOnLocalDisk(path)) {
     connection.SetLogged();
-    // Where somebody may have looked at the memory that users of the log share while SQLite opened
-    // it, each write would fail for as long as the file is open.
+    // If a scanner had the log's shared memory open while SQLite opened it, SQLite fell back to
+    // reading, and each write would fail for as long as the file is open.
     if (!connection.IsReadOnly() && AccessTo(path + "-shm", true) != Access::kImpossible &&
         connection.IsLogReadOnly()) {
       return btrieve::kPermissionError;
@@ -170,9 +170,9 @@ int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool r
 
 int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout,
                  bool forReading) {
-  // SQLite opens the memory that users of a log share without waiting for who looks at it.
+  // SQLite opens the log's shared memory without waiting for a program that has it open.
   constexpr auto kMoment = std::chrono::seconds(1);
-  // Who may make no log meets those of others as they come and go.
+  // A reader that can make no log of its own meets the logs of others as they come and go.
   constexpr int kLooks = 20;
   constexpr int kPauseMilliseconds = 1;
   const auto start = Clock::now();

@@ -23,20 +23,19 @@ std::string HostPath(std::string_view path);
 
 FileFacts InspectFile(const std::string& path);
 
-// Where the file itself lies to which links or a drive of another name lead, and so its log, for
-// hosts where SQLite does not follow them itself. `path` where that cannot be told.
+// The path of the file itself, to which links or a mapped drive may lead; its log lies beside that.
+// For hosts on which SQLite does not follow links. Returns `path` if the file's own is unknown.
 std::string PathOfFile(const std::string& path);
 
-// Whether a file may have so long a name, with the endings that SQLite adds to it.
+// Whether a name is short enough for the endings that SQLite adds to it.
 bool IsShortEnough(const std::string& path);
 
 // Whether processes that use this file share their memory, which WAL needs: not so on network
 // drives.
 bool IsOnLocalDisk(const std::string& path);
 
-// Whether an existing file can be opened just now, for writing as well as reading or for reading
-// alone: yes; no, as somebody has it open and keeps others out; or no for a reason that lasts.
-// Where nobody can keep others out, it is the last, whatever the reason.
+// Whether an existing file can be opened just now: yes; no, because a program keeps others out of
+// it; or no for a reason that lasts. On a host where programs cannot do that, never kDenied.
 enum class Access { kFree, kDenied, kImpossible };
 Access AccessTo(const std::string& path, bool toWrite);
 
@@ -49,8 +48,8 @@ MoveResult MoveFileTo(const std::string& from, const std::string& to);
 // The same over a file that is there, unless somebody has it open.
 MoveResult ReplaceFile(const std::string& from, const std::string& to);
 
-// Whether another process has the file open, so that it cannot be replaced. Who only looks at it is
-// waited for.
+// Whether another process has the file open, so that it cannot be replaced. Waits for a program
+// that only looks at it.
 bool IsInUse(const std::string& path);
 
 // Says of a file that this process has it open, and by which name: for ReplaceFile in other

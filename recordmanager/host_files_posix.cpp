@@ -177,8 +177,8 @@ MoveResult MoveFileTo(const std::string& from, const std::string& to) {
   return MoveResult::kDone;
 }
 
-// Whoever has the file open has a use mark on it; while this process has that place, nobody can
-// open the file any more. Unless somebody else has replaced it before.
+// Every program that has the file open has a use mark on it. While this process locks the marks'
+// place, nobody else can open the file. Fails if another program has replaced the file before.
 MoveResult ReplaceFile(const std::string& from, const std::string& to) {
   const int target = open(to.c_str(), O_RDWR | O_CLOEXEC);
   if (target < 0) return MoveResult::kFailed;
@@ -199,7 +199,8 @@ bool IsInUse(const std::string& path) {
   return inUse;
 }
 
-// Of two who come at the same time by different names, at least one sees the other's mark.
+// Of two programs that open the file by different names at once, at least one sees the other's
+// mark.
 bool UseMark::Set(const std::string& path) {
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   file_ = file;

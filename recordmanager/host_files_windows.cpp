@@ -74,8 +74,8 @@ MoveResult Move(const std::wstring& from, const std::wstring& to, bool replace) 
     }
     const bool isDenied = Probe(from, DELETE) == Access::kDenied || (replace && IsOpen(to));
     if (isDenied && !patience.Lasts()) return MoveResult::kTargetInUse;
-    // Who was in the way may have gone a moment ago: not denied once more, it fails for another
-    // reason.
+    // The program that was in the way may have gone a moment ago. Only when the file is free twice
+    // in a row does the move fail for another reason.
     if (!isDenied && !wasDenied) return MoveResult::kFailed;
     wasDenied = isDenied;
   }
@@ -88,7 +88,7 @@ std::wstring FinalPath(HANDLE file) {
   return path;
 }
 
-// Of a file or a folder, whoever has it open; empty where it cannot be told.
+// The real path of a file or folder, also while others have it open. Empty if it is unknown.
 std::wstring FinalPathOf(const std::wstring& path) {
   const HANDLE file = CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS, nullptr);
@@ -136,7 +136,8 @@ bool HasOneName(HANDLE file) {
   return GetFileInformationByHandle(file, &facts) == 0 || facts.nNumberOfLinks < 2;
 }
 
-// Of two who come at the same time by different names, at least one sees the other's mark.
+// Of two programs that open the file by different names at once, at least one sees the other's
+// mark.
 bool Mark(HANDLE file) {
   const std::uint64_t place = PlaceOf(file);
   OVERLAPPED at = At(place);

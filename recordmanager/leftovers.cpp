@@ -87,8 +87,8 @@ int FitLog(const RawFile& log, const Base& base, bool& fits) {
   }
 }
 
-// What makes a file a logged one, or not, changes nothing else but how often the first page was
-// written.
+// Switching a file between log and journal changes the mode's bytes in the first page and the count
+// of its writes, and nothing else.
 bool DifferInModeOnly(View page, View other) {
   const auto equal = [&](std::size_t begin, std::size_t end) {
     return std::memcmp(page.data() + begin, other.data() + begin, end - begin) == 0;
@@ -239,7 +239,7 @@ int NoteState(Connection& connection) {
 bool IsUnchanged(const Connection& connection) {
   const Surroundings surroundings(connection.Handle());
   Base base;
-  // What lies beside another file that has taken its place is that one's.
+  // If another file has taken its place, the log there belongs to that one.
   return (surroundings.LackLog() || surroundings.IsReplaced()) &&
          surroundings.ReadBase(base) == btrieve::kSuccess &&
          base.states.state == connection.StateOpened();

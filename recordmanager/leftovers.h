@@ -7,11 +7,13 @@
 // are the last bytes of that row's page, which never holds another; so a page that was torn by a
 // loss of power has the old ones or the new ones.
 //
-// A log continues a file in the state in which the log began, or in one that the log itself leads
-// to (a part of it may have been moved into the file). A journal leads back from the state that its
-// copy of the page tells, which nothing of the transaction may have left yet, and from the one that
-// the transaction was to lead to; to tell this one, a state that is reached with a journal ends
-// with the random number in the journal's head.
+// A log continues a file whose state is the one in which the log began, or one to which the log
+// leads: a part of it may have been moved into the file already.
+//
+// A journal takes a file back to the state in the journal's copy of that page. It belongs to a file
+// that is still in that state, or already in the one to which its transaction was to lead. To tell
+// the latter, a state that is reached with a journal ends with the random number in the journal's
+// head.
 //
 // Files of the first format have no states. They are continued by what was begun in that format,
 // which cannot be told apart, and by the change to the second, but by nothing later.

@@ -40,7 +40,7 @@ int OpenFiles::Provide(const std::string& path, bool readOnly, Database*& databa
   for (std::size_t i = databases_.size(); i-- > 0;) {
     Database* known = databases_[i].get();
     if (known->identity != facts.identity && known->path != path) continue;
-    // What could only be read may be written by now.
+    // A file that was read-only may be writable by now.
     const bool mayHaveChanged = known->users == 0 && known->file->IsReadOnly();
     // By another path it is the same database only if the old path still leads to it: SQLite's log
     // goes by the path.
@@ -155,7 +155,8 @@ void OpenFiles::ReplaceParents() {
   hasParents_ = false;
 }
 
-// What is the parent's is never closed, which would do to locks and logs what only the parent may.
+// A forked child never closes its parent's files: that would end the parent's locks and empty its
+// logs.
 OpenFiles::Database::~Database() {
   if (isParents) static_cast<void>(file.release());
 }

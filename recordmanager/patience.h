@@ -1,4 +1,4 @@
-// How long a call waits for others that have a file locked, or deny it to everybody else.
+// How long a call waits for programs that have a file locked or keep others out of it.
 //
 // The first try may take three seconds. Callers repeat a busy call many thousand times; after a
 // wait in vain, the tries that follow for the same file are answered at once, or they would take

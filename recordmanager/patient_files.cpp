@@ -57,7 +57,7 @@ int OpenPatiently(const char* name, sqlite3_file* file, int wanted, int* outFlag
     const int result = realFiles->xOpen(realFiles, name, file, flags, &got);
     if (outFlags != nullptr) *outFlags = got;
     const bool isAsWanted = result == SQLITE_OK && (flags & ~got & SQLITE_OPEN_READWRITE) == 0;
-    // Whoever was in the way may have gone by now.
+    // The program that was in the way may have gone by now.
     if (isAsWanted || AccessTo(path, toWrite) == Access::kImpossible) return result;
     if (result == SQLITE_OK) file->pMethods->xClose(file);
   } while (patience.Lasts());

@@ -34,7 +34,7 @@ class RawFile {
   int opened_ = 0;
 };
 
-// Of a status of Read: the end of a file ends a look at it, but is no error.
+// The error in a status of Read, if it is one: the end of the file is none.
 inline int ErrorOf(int status) {
   return status == btrieve::kEndOfFile ? btrieve::kSuccess : status;
 }

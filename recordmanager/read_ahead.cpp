@@ -15,8 +15,8 @@ constexpr std::size_t kFirstCount = 8;
 constexpr std::size_t kGrowth = 4;
 constexpr std::size_t kLargestBlock = std::size_t{64} * 1024;  // bytes of data
 
-// What is kept of each file: room for the longest list to be expected, 10,000 parties of a case,
-// and for what one looks up again and again.
+// The most that is kept of each file: enough for the longest list to be expected, 10,000 parties of
+// a case, and for records that are looked up again and again.
 constexpr std::size_t kMostBytes = std::size_t{10} * 1024 * 1024;
 constexpr std::size_t kMostBlocks = 512;
 constexpr std::size_t kMostLookedUp = 256;

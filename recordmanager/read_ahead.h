@@ -1,12 +1,14 @@
 // Records along the keys of a file, read ahead of whoever walks there, and given out from memory as
 // long as nobody has written.
 //
-// A search costs two locks and a way down the key's tree, but its neighbours come cheaply: so a
-// walk reads a block of them in the same short read, the larger the longer it has gone on. Who only
-// looks a record up reads no other; which of both a search will be is told by what came of the last
-// one. No read stays open for that between two calls, so it is in nobody's way. And no stale record
-// is given out: before each use the reader says in which state the log is, which is another one
-// after every change by anybody, and then the blocks are void.
+// A search costs two locks and a way down the key's tree; its neighbours then come cheaply. So a
+// walk reads a block of them at once, and the longer it goes on, the larger the block. A mere
+// lookup reads no neighbours. A search is taken for the beginning of a walk if the one before it
+// was.
+//
+// No read stays open between two calls, so readers hold up nobody. No stale record is given out:
+// before each use the reader says in which state the log is, and any change by anybody leads to
+// another state, which makes the blocks void.
 #pragma once
 
 #include <cstddef>
@@ -42,8 +44,8 @@ class LookedUp {
   std::size_t bytes_ = 0;
 };
 
-// What a read is for: a record that is the only one of its value, any other search, or a step from
-// where the reader stands.
+// Why a record is read: to look up a unique key value, for any other search, or as a step from the
+// reader's position.
 enum class Purpose : std::uint8_t { kLookUp, kSearch, kStep };
 
 class ReadAhead {

@@ -18,8 +18,8 @@
 
 namespace recordmanager {
 
-// Where an entry lies to those given: at or after, after, at or before, before the first; or
-// between first and last, both included.
+// Which entries count: those from `first` on, after it, up to it, before it, or from `first` to
+// `last`.
 enum class Bound : std::uint8_t { kFrom, kAfter, kUpTo, kBefore, kWithin };
 
 // Which of a key's entries is meant: the nearest to `first` within the bound.

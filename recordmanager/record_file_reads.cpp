@@ -28,9 +28,9 @@ Purpose PurposeOf(const Key& key, const Search& search) {
 
 }  // namespace
 
-// Runs `body`, which reads and returns a status. Who could make no log, and so reads the file as if
-// it were unchanging, looks afterwards whether it was; if not, he opens the file anew, by now with
-// the log of whoever writes.
+// Runs `body`, which reads and returns a status. A reader that can make no log reads the file as if
+// nobody wrote to it, and checks afterwards that nobody did. If somebody did, it opens the file
+// again, this time with the writer's log, and reads once more.
 template <typename Body>
 int RecordFile::ReadWhatIs(Body body) {
   int status = btrieve::kSuccess;
@@ -46,7 +46,7 @@ int RecordFile::ReadWhatIs(Body body) {
   return status;
 }
 
-// Whoever has a position in the file keeps it.
+// Cursors keep their positions.
 int RecordFile::Reopen() {
   RecordLayout same;
   reads_.clear();

@@ -19,7 +19,7 @@ namespace recordmanager {
 // The published status for a result code of SQLite.
 int StatusOf(int sqliteCode);
 
-// What the memory that the users of a WAL file share says of it: another value after each change.
+// The state of a log, as its shared memory tells it. It differs after each change.
 using LogState = std::array<std::uint32_t, 12>;
 
 // Tells a state of a file from any other (leftovers.h).
@@ -84,7 +84,7 @@ class Connection {
   int Open(const std::string& path, Way way);
   bool IsReadOnly() const;
 
-  // Of a file that is open as an unchanging one: its state when it was opened.
+  // Whether the file is read as if nobody wrote to it, and its state when it was opened so.
   bool IsUnchanging() const { return unchanging_; }
   const StateNumber& StateOpened() const { return stateOpened_; }
   void SetStateOpened(const StateNumber& state) { stateOpened_ = state; }
@@ -109,7 +109,7 @@ class Connection {
   // Says that others keep the file from being opened.
   void GiveUp() const { patience_.GiveUp(); }
 
-  // Of a file in WAL mode that has been read from; all zero when it is not known.
+  // The log's state; all zero if it is unknown: without a log, or before the first read.
   LogState ReadLogState();
 
   // Whether the log holds changes that somebody still has to move into the file.
