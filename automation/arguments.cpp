@@ -11,7 +11,7 @@ namespace {
 
 constexpr UINT kAnsi = static_cast<UINT>(office::CodePage::kAnsi);
 
-// What a reference to a variable leads to, as far as that is a variable again.
+// Follows references from variable to variable.
 VARIANT& Behind(VARIANT& given) {
   VARIANT* variable = &given;
   while (variable->vt == (VT_BYREF | VT_VARIANT)) variable = variable->pvarVal;
@@ -75,8 +75,8 @@ std::string Ansi(std::wstring_view text, const std::wstring& name) try {
   throw Failure{E_INVALIDARG, name + L": " + Unicode(failure.what(), CP_UTF8)};
 }
 
-// What the library wrote into a buffer of blanks: all before the first zero byte or, without one,
-// before the blanks that are left.
+// The library's result in a buffer that was full of blanks: the bytes before the first zero byte
+// or, without one, before the blanks at the end.
 std::string_view RecordIn(std::string_view buffer) {
   const std::string_view written = buffer.substr(0, buffer.find_last_not_of(' ') + 1);
   return written.substr(0, written.find('\0'));

@@ -12,7 +12,7 @@ namespace automation {
 
 class Desk {
  public:
-  // Of the calling thread. One at a time.
+  // Belongs to the calling thread. There may be one at a time.
   Desk();
   ~Desk();
   Desk(const Desk&) = delete;

@@ -1,5 +1,4 @@
-// What a client is told when a call cannot be made: one of the errors that automation knows, or a
-// text of our own.
+// The automation error that a client gets when a call cannot be made.
 #pragma once
 
 #include <string>
@@ -11,11 +10,11 @@ namespace automation {
 
 struct Failure {
   HRESULT code;
-  // For people; only where Windows' own words for the code would not do.
+  // Read by people. Empty where Windows' own words for the code will do.
   std::wstring text = {};
 };
 
-// Of the names in our own sources, which are ASCII.
+// Widens a name from our own sources, which are ASCII.
 inline std::wstring Widened(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
 
 }  // namespace automation

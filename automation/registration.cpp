@@ -21,7 +21,7 @@ struct Entry {
 
 std::wstring ClassKey() { return std::wstring(L"CLSID\\") + kClassId; }
 
-// What Unregister removes, with all that is below.
+// Unregister removes these keys with all that is below them.
 const std::wstring kKeys[] = {kClassName, kVersionedName, ClassKey()};
 
 bool Write(HKEY users, REGSAM view, const Entry& entry) {

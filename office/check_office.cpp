@@ -34,7 +34,8 @@ class Report {
     sound_ = false;
   }
 
-  // What `look` returns is well, its failure is not. Returns whether it was well.
+  // Reports what `look` returns as sound, and what it throws as a fault. Returns whether it was
+  // sound.
   template <class Look>
   bool Add(const std::string& what, const Look& look) {
     try {

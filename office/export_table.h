@@ -14,7 +14,7 @@
 
 namespace office {
 
-// What one call is given. The buffer is where every macro's is, full of blanks.
+// The arguments of one call. The buffer is full of blanks, as a macro's is.
 class CallArguments {
  public:
   // In the order of the export's arguments, without the buffer; missing ones are null pointers.
@@ -24,7 +24,7 @@ class CallArguments {
   template <class Parameter>
   Parameter Next();
 
-  // What the export left in the buffer: the bytes before the first zero byte or, when nothing but
+  // The export's result in the buffer: the bytes before the first zero byte or, when nothing but
   // the record was written, before the blanks. Nothing when the buffer is as it was.
   std::optional<std::string> Record() const;
 

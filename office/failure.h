@@ -5,13 +5,13 @@
 
 namespace office {
 
-// What was asked for could not be done: exit code 1.
+// The command could not be carried out: exit code 1.
 class Failure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// The command line asks for something that there is not: exit code 2.
+// The command line asks for something that does not exist: exit code 2.
 class WrongUsage : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -86,7 +86,7 @@ std::string SalutationLine(const DeliveredRecord& address) {
   return Joined({salutation, academic ? title : "", address["name"]}, " ") + ",\n";
 }
 
-// What stands in a case without a value is 0; a negative amount is none to be in dispute.
+// Empty for a case without an amount in dispute: its record says 0. So is it for a negative amount.
 std::string AmountSentence(const DeliveredRecord& caseData) {
   const std::string& amount = caseData["amount"];
   if (amount == "0,00") return {};

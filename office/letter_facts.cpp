@@ -13,7 +13,7 @@ std::string RoleCode(std::string role) {
   return role;
 }
 
-// What SLesenDLL delivers of a case that is not there: no parties, and no currency.
+// SLesenDLL's result for a case that does not exist: no parties, and no currency.
 constexpr std::string_view kUnknownCase = "0|";
 
 DeliveredRecord CaseData(const std::string& caseNumber) {

@@ -16,7 +16,7 @@ namespace {
 
 using qlx99::RecordLayout;
 
-// What cases are made of rather than what makes a case.
+// The files that cases refer to. A generated office takes them from the sample office.
 constexpr std::array<std::string_view, 8> kCatalogues = {
     qlx99::UserRecord::file.name,     qlx99::CaseTypeRecord::file.name,
     qlx99::ArchiveRecord::file.name,  qlx99::NationalityRecord::file.name,

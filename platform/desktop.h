@@ -59,11 +59,11 @@ const std::shared_ptr<MessageQueue>& QueueOfThisThread();
 // For a new thread, whose starter wants to know its queue.
 void AdoptQueue(std::shared_ptr<MessageQueue> queue);
 
-// At the end of a thread: its windows are gone, and nobody waits for their answers any more.
+// Called when a thread ends: destroys its windows, and releases who waits for their answers.
 void RetireQueue(MessageQueue& queue);
 
-// What the loop of a message box or dialog does while nothing else happens. False when it took a
-// WM_QUIT, which ends the loop and is in the queue again for the loop around it.
+// Dispatches the pending messages for the loop of a message box or dialog. Returns false after a
+// WM_QUIT, which ends that loop; it is posted again for the loop around it.
 bool DispatchInModalLoop();
 
 std::string UpperCase(LPCSTR text);

@@ -57,8 +57,8 @@ void Dialog::Notify(int id, WORD code) {
              reinterpret_cast<LPARAM>(FindControl(id)));
 }
 
-// What a person does comes behind the messages that are pending. False when the dialog has ended,
-// be it by a WM_QUIT among them.
+// Dispatches the pending messages, which come before a person's next action. Returns false when the
+// dialog has ended, also by a WM_QUIT among them.
 bool Dialog::Hears() {
   if (!ended_ && !DispatchInModalLoop()) ended_ = true;
   return !ended_;

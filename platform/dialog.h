@@ -59,8 +59,8 @@ class Dialog {
   // True until the dialog procedure has ended the dialog. Nothing can be done to a closed dialog.
   bool IsOpen() const { return !ended_; }
 
-  // What a person does. It reaches the dialog procedure before the call returns. Each returns false
-  // when there is nothing of the kind to click.
+  // A person's actions. The dialog procedure hears of each before the call returns. Each returns
+  // false when the dialog has nothing of the kind to click.
   bool Select(int listId, int index);
   bool DoubleClick(int listId, int index);  // which selects the line first
   bool Press(int buttonId);

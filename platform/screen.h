@@ -1,4 +1,4 @@
-// Who sees the message boxes and dialogs: a person at the terminal, unless another screen is set.
+// The screen that shows message boxes and dialogs: the terminal, unless another one is set.
 #pragma once
 
 #include <string>

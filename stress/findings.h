@@ -1,4 +1,4 @@
-// What must never happen.
+// The faults that a trial looks for.
 #pragma once
 
 #include <functional>
@@ -13,7 +13,7 @@ class Fault : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// What a call was refused with, which some trials allow.
+// A call that was refused with a status; some trials allow that.
 class Refusal : public Fault {
  public:
   Refusal(const std::string& call, int itsStatus)
@@ -22,7 +22,7 @@ class Refusal : public Fault {
   int status;
 };
 
-// What was found, told at once and counted.
+// Prints each fault at once, and counts them.
 class Findings {
  public:
   void Note(const std::string& what) {

@@ -1,5 +1,5 @@
-// Who keeps a slot's items, and what they write down of it: a line before and after each write, so
-// that whoever comes after a killed worker knows what it had been promised.
+// The keepers of a slot's items, and their journal: a line before and after each write. From it the
+// successor of a killed keeper knows what had been acknowledged.
 #pragma once
 
 #include <filesystem>

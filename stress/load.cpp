@@ -89,7 +89,7 @@ class Load {
     if (end != Process::kKilled) findings_.NoteEnd(end);
   }
 
-  // What was acknowledged to the workers at a task, as they wrote it down.
+  // The acknowledged writes of all workers at a task, from their journals.
   std::vector<std::string> Acknowledged(const std::string& task) const {
     std::vector<std::string> all;
     for (const Assignment& assignment : assignments_) {

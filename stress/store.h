@@ -1,5 +1,5 @@
-// Where a worker keeps its items: as records of a file of their own, through the record manager's
-// entry point. An item is a number; every byte of its record follows from it and from the slot that
+// A worker's items: records of a file of their own, written through the record manager's entry
+// point. An item is a number; every byte of its record follows from it and from the slot that
 // it belongs to, so that a torn record shows. Only one worker at a time writes to a slot.
 #pragma once
 

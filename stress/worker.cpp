@@ -65,7 +65,7 @@ Store OpenStore(const Assignment& assignment) {
   return {OfficeIn(assignment.folder), assignment.slot};
 }
 
-// Who keeps a slot's records, or comes after them.
+// The keeper of a slot's records, or its successor.
 Assignment KeeperOf(const fs::path& folder, int slot) { return {kRecords, folder, slot}; }
 
 void KeepItems(const Assignment& assignment) {
@@ -149,7 +149,7 @@ void RaceToCreate(const Assignment& assignment) {
   }
 }
 
-// Of the first case of a generated office.
+// The first case of a generated office.
 constexpr const char* kCaseNumber = "10000001";
 
 void TakeNumbers(const Assignment& assignment) {
