@@ -53,7 +53,7 @@ class PartyFile {
   PartyFile& operator=(const PartyFile&) = delete;
 
   void Open() { btrieve::Must(client_.Open(path_)); }
-  void Close() { client_.Close(); }
+  void Close() { btrieve::Must(client_.Close()); }
 
   void GetEqual(std::int32_t id) {
     std::memcpy(client_.key.data(), &id, sizeof id);
