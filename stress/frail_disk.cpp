@@ -95,7 +95,7 @@ void FrailDisk::CountDown() {
 
 void FrailDisk::Cut() {
   off_ = true;
-  luck_ = random_() % 3;
+  luck_ = static_cast<unsigned>(random_() % 3);
   const Names present = PresentNames();
   Names names = namesNeedSync_ ? names_ : present;
   for (const auto& [name, content] : present) {

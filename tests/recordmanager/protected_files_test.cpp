@@ -151,7 +151,9 @@ TEST_F(ProtectedFiles, CanBeWrittenByTheirOwnerWhoeverHasOpenedThem) {
     EXPECT_EQ(chown(file.c_str(), kOwner, kOwner), 0);
     BecomeUser(kReader);
     EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next, close"), "1 !9 ok");
-    if (mode == kOpenNormal) EXPECT_EQ(Client().Open(file), kPermissionError);
+    if (mode == kOpenNormal) {
+      EXPECT_EQ(Client().Open(file), kPermissionError);
+    }
     BecomeOneselfAgain();
     BecomeUser(kOwner);
     EXPECT_EQ(Opened(file).Do("insert, close"), "2 ok");
