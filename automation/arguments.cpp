@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "office/delivered_text.h"
 #include "office/failure.h"
 #include "office/text_encoding.h"
 
@@ -43,7 +44,7 @@ bool IsTextOrNumber(VARTYPE type) {
   return std::ranges::find(kTypes, type) != std::ranges::end(kTypes);
 }
 
-// The value, if it may be an argument at all.
+// Throws Failure for what is no text and no number.
 void CheckType(const VARIANT& value) {
   if (value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND) {
     throw Failure{DISP_E_PARAMNOTOPTIONAL};
@@ -68,18 +69,14 @@ std::wstring Unicode(std::string_view bytes, UINT codePage) {
   return text;
 }
 
-// As the library takes it, or not at all.
+// As the library takes it, or not at all: it would read a text only up to its first zero.
 std::string Ansi(std::wstring_view text, const std::wstring& name) try {
+  if (text.find(L'\0') != std::wstring_view::npos) {
+    throw Failure{E_INVALIDARG, name + L": A text cannot hold the character 0."};
+  }
   return office::Encode(Utf8(text));
 } catch (const office::Failure& failure) {
   throw Failure{E_INVALIDARG, name + L": " + Unicode(failure.what(), CP_UTF8)};
-}
-
-// The library's result in a buffer that was full of blanks: the bytes before the first zero byte
-// or, without one, before the blanks at the end.
-std::string_view RecordIn(std::string_view buffer) {
-  const std::string_view written = buffer.substr(0, buffer.find_last_not_of(' ') + 1);
-  return written.substr(0, written.find('\0'));
 }
 
 }  // namespace
@@ -130,7 +127,8 @@ char* Arguments::Buffer() {
 
 void Arguments::HandBack() const {
   if (variable_ == nullptr) return;
-  const std::wstring text = Unicode(RecordIn({buffer_.data(), buffer_.size()}), kAnsi);
+  const std::wstring text = Unicode(
+      office::DeliveredText({buffer_.data(), buffer_.size()}).value_or(std::string_view()), kAnsi);
   BSTR const record = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
   if (record == nullptr) throw Failure{E_OUTOFMEMORY};
   if (variable_->vt == (VT_BYREF | VT_BSTR)) {

@@ -10,6 +10,7 @@
 
 #include "frame/export_list.h"
 #include "frame/exports.h"
+#include "office/delivered_text.h"
 #include "office/failure.h"
 #include "office/record_text.h"
 
@@ -76,10 +77,8 @@ Parameter CallArguments::Next() {
 }
 
 std::optional<std::string> CallArguments::Record() const {
-  const std::string_view buffer(buffer_.data(), buffer_.size());
-  const std::size_t written = buffer.find_last_not_of(' ') + 1;
-  if (written == 0) return std::nullopt;
-  return std::string(buffer.substr(0, std::min(buffer.find('\0'), written)));
+  const auto text = DeliveredText({buffer_.data(), buffer_.size()});
+  return text ? std::optional<std::string>(*text) : std::nullopt;
 }
 
 std::span<const Export> Exports() {

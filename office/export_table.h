@@ -24,8 +24,7 @@ class CallArguments {
   template <class Parameter>
   Parameter Next();
 
-  // The export's result in the buffer: the bytes before the first zero byte or, when nothing but
-  // the record was written, before the blanks. Nothing when the buffer is as it was.
+  // The export's result in the buffer (delivered_text.h). Nothing when the buffer is as it was.
   std::optional<std::string> Record() const;
 
  private:

@@ -232,6 +232,8 @@ TEST_F(AutomationServer, RefusesWhatIsNoCallOfTheLibrary) {
       {"GetDocuRoot(1e10, 'no variable')", "8002000a"},  // overflow
       {"WVInit()", "8002000e"},                          // number of arguments
       {"WVInit('12345678', 1)", "8002000e"},
+      {"WVInit('123' + String.fromCharCode(0))",
+       "80070057 caseNumber: A text cannot hold the character 0."},
       {"MainWndProc(0, 0, 0, 0)", "800a01b6"},  // no such method
       {"WVNew('1', 1, '01.01.2026', 1, 0, 0, 'Fall \\u0416')",
        "80070057 text: The character \"?\" in \"Fall ?\" has no place in the office's code page"},
