@@ -52,17 +52,19 @@ HRESULT WINAPI LibraryObject::GetTypeInfo(UINT /*index*/, LCID /*locale*/, IType
 
 // Arguments have no names here.
 HRESULT WINAPI LibraryObject::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count,
-                                            LCID /*locale*/, DISPID* ids) {
+                                            LCID /*locale*/, DISPID* ids) try {
   client_.MeetCaller();
   for (UINT i = 0; i < count; ++i) ids[i] = DISPID_UNKNOWN;
   const auto id = count > 0 ? MethodNamed(names[0]) : std::nullopt;
   if (id) ids[0] = *id;
   return id && count == 1 ? S_OK : DISP_E_UNKNOWNNAME;
+} catch (const std::bad_alloc&) {
+  return E_OUTOFMEMORY;
 }
 
 HRESULT WINAPI LibraryObject::Invoke(DISPID id, REFIID /*reserved*/, LCID /*locale*/, WORD flags,
                                      DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
-                                     UINT* wrongArgument) {
+                                     UINT* wrongArgument) try {
   client_.MeetCaller();
   const Method* const method = MethodOf(id);
   const HRESULT status = Check(method, flags, *parameters);
@@ -78,9 +80,9 @@ HRESULT WINAPI LibraryObject::Invoke(DISPID id, REFIID /*reserved*/, LCID /*loca
     return S_OK;
   } catch (const Failure& failure) {
     return Tell(failure, arguments.Place(), exception, wrongArgument);
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
   }
+} catch (const std::bad_alloc&) {
+  return E_OUTOFMEMORY;
 }
 
 }  // namespace automation
