@@ -46,6 +46,8 @@ need_for_windows() {
 need_to_package() {
   need zip zip
   need unzip unzip
+  need wixl wixl
+  need msibuild msitools
 }
 
 can_be_root() { [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null; }
