@@ -49,12 +49,15 @@ msiexec /i old.msi /qn ADDLOCAL=ALL DATAROOT="%office%" DOCUROOT="%office%\Dokum
 echo install the older one: %ERRORLEVEL%>>codes
 msiexec /i new.msi /qn
 echo upgrade: %ERRORLEVEL%>>codes
+msiexec /i new.msi /qn DATAROOT=C:\Anderswo
+echo once more: %ERRORLEVEL%>>codes
 copy "C:\Program Files\qlx99\INSTALL.txt" guide >nul
 call look upgraded
 msiexec /i old.msi /qn
 echo go back: %ERRORLEVEL%>>codes
 
 del "C:\Program Files\qlx99\qlx99.dll"
+reg add %options% /v DocuRoot /d C:\Anderswo /f >nul
 reg delete %options% /v DataRoot /f >nul
 rem What /fa means; Wine's own does nothing.
 msiexec /i new.msi /qn REINSTALL=ALL REINSTALLMODE=amus
@@ -72,7 +75,6 @@ c_caller 12345678 >..\macro 2>&1
 cscript //nologo ..\script.vbs >..\script 2>&1
 cd ..
 
-reg add %options% /v DocuRoot /d C:\Anderswo /f >nul
 msiexec /x new.msi /qn
 echo remove: %ERRORLEVEL%>>codes
 call look removed
@@ -105,6 +107,7 @@ expect() {
 diff - <(tr -d '\r' <"$folder/codes") <<'END' || fail "the installer has answered otherwise: $(cat "$folder/told")"
 install the older one: 0
 upgrade: 0
+once more: 0
 go back: 1603
 repair: 0
 check: 0
@@ -114,13 +117,13 @@ remove by the product's code: 0
 END
 
 files=$(zipinfo -1 "$zip" | grep -vE '^(c|office)/|/$|^atbtrv32.dll$|^qlx99.reg$')
-office=$(tr / '\\' <<<"Z:$folder/zip/office")
+office=Z:${folder//\//\\}\\zip\\office
 all=("$files" atbtrv32.dll 'qlx99\RecordManager=atbtrv32.dll')
 for key in qlx99 Options; do
   all+=("$key\\DataRoot=$office" "$key\\DocuRoot=$office\\Dokumente" "$key\\ProgramRoot=$office")
 done
 expect upgraded "${all[@]}"
-expect repaired "${all[@]}"
+expect repaired "${all[@]/Options\\DocuRoot=*/Options\\DocuRoot=C:\\Anderswo}"
 cmp "$folder/guide" "$folder/zip/INSTALL.txt" || fail "an upgrade leaves the older guide"
 expect removed 'Options\DocuRoot=C:\Anderswo'
 expect again "$files" {qlx99,Options}"\\DataRoot=$office" 'Options\DocuRoot=C:\Anderswo'

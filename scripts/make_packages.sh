@@ -12,7 +12,7 @@ folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
 # windows_text FILE NAME: as Windows' editors take it, the Basic editor above all: German code page, Windows' line ends.
-windows_text() { sed 's/$/\r/' "$1" | iconv -f UTF-8 -t WINDOWS-1252 >"$folder/$2"; }
+windows_text() { sed "s/@VERSION@/$version/g; s/\$/\r/" "$1" | iconv -f UTF-8 -t WINDOWS-1252 >"$folder/$2"; }
 
 # With the date of the sources, and without owners, time zone, rights and order of this machine.
 date=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}
