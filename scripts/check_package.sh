@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # check_package.sh ZIP QLX: whether the zip holds just what the guide in it lists, in the form that Windows' editors
-# take, whether it tells of the others whose code is in it, and whether the registry file in it, adapted as the guide says,
-# leads QLX to the sample office in it.
+# take, whether it tells of the others whose code is in it, whether the changelog tells of its version, and whether the
+# registry file in it, adapted as the guide says, leads QLX to the sample office in it.
 # check_package.sh ZIP --wine C_CALLER: the latter with the programs of the zip, with a script that calls the automation
 # server, and with the C program that is linked with its import library.
 set -euo pipefail
@@ -37,6 +37,11 @@ check_notices() {
   done
 }
 
+check_changelog() {
+  local version=${zip##*/qlx99-}
+  grep -qF "## [${version%-win32.zip}]" CHANGELOG.md || fail "is of a version that CHANGELOG.md does not tell of"
+}
+
 # adapted_registry FOLDER: as the guide says, for a machine without 64-bit Windows.
 adapted_registry() { sed -E "s/WOW6432Node.//; s|C:.*Daten|$1office|; s|C:.*Kanzlei|$1office|" "$folder/qlx99.reg"; }
 
@@ -70,6 +75,7 @@ if [ "$2" = --wine ]; then
 else
   check_contents
   check_notices
+  check_changelog
   # The registry here is a file of the same form.
   export QLX99_REGISTRY=$folder/here.reg
   adapted_registry "$folder/" | tr -d '\r' >"$QLX99_REGISTRY"
