@@ -41,6 +41,8 @@ cat >"$folder/story.bat" <<'END'
 set office=%CD%\zip\office
 set options=HKLM\Software\Quorvane\Stelvora\Options
 set environment=HKLM\System\CurrentControlSet\Control\Session Manager\Environment
+rem Tests and ./run have had their offices here.
+reg delete HKLM\Software\Quorvane /f >nul 2>nul
 rem The script host registers something of its own when it is first used.
 cscript //nologo script.vbs >nul 2>nul
 call everything before
@@ -92,7 +94,7 @@ product=$(msiinfo export "$msi" Property | tr -d '\r' | sed -n 's/^ProductCode\t
 sed -i "s/{PRODUCT}/$product/; s/\$/\r/" "$folder"/*.bat
 # A message box would wait for somebody to read it.
 wine=$PWD/scripts/wine
-(cd "$folder" && timeout 100 "$wine" --own-windows cmd /c story.bat >told 2>&1) || true
+(cd "$folder" && timeout 300 "$wine" --own-windows cmd /c story.bat >told 2>&1) || true
 
 # expect STATE LINE...: what was there then, files of ours as they are named and values as KEY\NAME=VALUE.
 expect() {
