@@ -27,12 +27,13 @@ WScript.Echo record
 END
 # look STATE: writes down what there is of ours and of the office's. everything STATE: of the whole machine.
 cat >"$folder/look.bat" <<'END'
-dir /s /b "C:\Program Files\qlx99" >%1 2>nul
+dir /s /b "%place%" >%1 2>nul
 reg query HKLM\Software\qlx99 /s >>%1 2>nul
 reg query HKLM\Software\Quorvane /s >>%1 2>nul
 END
 cat >"$folder/everything.bat" <<'END'
-dir /s /b "C:\Program Files" C:\windows >%1.files
+dir /b C:\ >%1.files
+dir /s /b "C:\Program Files" C:\windows >>%1.files
 regedit /E %1.registry HKEY_LOCAL_MACHINE\Software
 reg query "%environment%" >%1.environment
 END
@@ -45,20 +46,22 @@ rem Tests and ./run have had their offices here.
 reg delete HKLM\Software\Quorvane /f >nul 2>nul
 rem The script host registers something of its own when it is first used.
 cscript //nologo script.vbs >nul 2>nul
+mkdir C:\Kanzlei
 call everything before
 
-msiexec /i old.msi /qn ADDLOCAL=ALL DATAROOT="%office%" DOCUROOT="%office%\Dokumente" PROGRAMROOT="%office%"
+set place=C:\Kanzlei\qlx99
+msiexec /i old.msi /qn ADDLOCAL=ALL INSTALLFOLDER=%place% DATAROOT="%office%" DOCUROOT="%office%\Dokumente" PROGRAMROOT="%office%"
 echo install the older one: %ERRORLEVEL%>>codes
 msiexec /i new.msi /qn
 echo upgrade: %ERRORLEVEL%>>codes
 msiexec /i new.msi /qn DATAROOT=C:\Anderswo
 echo once more: %ERRORLEVEL%>>codes
-copy "C:\Program Files\qlx99\INSTALL.txt" guide >nul
+copy %place%\INSTALL.txt guide >nul
 call look upgraded
 msiexec /i old.msi /qn
 echo go back: %ERRORLEVEL%>>codes
 
-del "C:\Program Files\qlx99\qlx99.dll"
+del %place%\qlx99.dll
 reg add %options% /v DocuRoot /d C:\Anderswo /f >nul
 reg delete %options% /v DataRoot /f >nul
 rem What /fa means; Wine's own does nothing.
@@ -80,6 +83,7 @@ cd ..
 msiexec /x new.msi /qn
 echo remove: %ERRORLEVEL%>>codes
 call look removed
+set place=C:\Program Files\qlx99
 msiexec /i new.msi /qn DATAROOT="%office%" DOCUROOT="%office%\Dokumente"
 echo install again: %ERRORLEVEL%>>codes
 call look again
@@ -101,8 +105,8 @@ expect() {
   local state=$1
   shift
   tr -d '\r' <"$folder/$state" | awk '/^HKEY/ { key = $0; sub(/.*\\/, "", key) }
-    /REG_SZ/ { print key "\\" $1 "=" $3 }
-    /^C:/ { sub(/.*Program Files.qlx99./, ""); gsub(/\\/, "/"); print }' | grep -vx macros | sort |
+    /REG_SZ/ { name = $1; sub(/.*REG_SZ */, ""); print key "\\" name "=" $0; next }
+    /^C:/ { sub(/^C:.(Kanzlei|Program Files).qlx99./, ""); gsub(/\\/, "/"); print }' | grep -vx macros | sort |
     diff <(printf '%s\n' "$@" | sed '/^$/d' | sort) - || fail "something else is there, $state (< expected, > there)"
 }
 
@@ -120,7 +124,7 @@ END
 
 files=$(zipinfo -1 "$zip" | grep -vE '^(c|office)/|/$|^atbtrv32.dll$|^qlx99.reg$')
 office=Z:${folder//\//\\}\\zip\\office
-all=("$files" atbtrv32.dll 'qlx99\RecordManager=atbtrv32.dll')
+all=("$files" 'qlx99\Folder=C:\Kanzlei\qlx99\' atbtrv32.dll 'qlx99\RecordManager=atbtrv32.dll')
 for key in qlx99 Options; do
   all+=("$key\\DataRoot=$office" "$key\\DocuRoot=$office\\Dokumente" "$key\\ProgramRoot=$office")
 done
@@ -128,7 +132,7 @@ expect upgraded "${all[@]}"
 expect repaired "${all[@]/Options\\DocuRoot=*/Options\\DocuRoot=C:\\Anderswo}"
 cmp "$folder/guide" "$folder/zip/INSTALL.txt" || fail "an upgrade leaves the older guide"
 expect removed 'Options\DocuRoot=C:\Anderswo'
-expect again "$files" {qlx99,Options}"\\DataRoot=$office" 'Options\DocuRoot=C:\Anderswo'
+expect again "$files" 'qlx99\Folder=C:\Program Files\qlx99\' {qlx99,Options}"\\DataRoot=$office" 'Options\DocuRoot=C:\Anderswo'
 expect left "Options\\DataRoot=$office" 'Options\DocuRoot=C:\Anderswo' 'Options\ProgramName=STELVORA.EXE'
 
 for reader in macro script; do
