@@ -18,8 +18,8 @@ fail() {
 # Of the sample office, the guide gives a pattern.
 check_contents() {
   local listed samples
-  listed=$(iconv -f WINDOWS-1252 -t UTF-8 "$folder/INSTALL.txt" |
-    sed -nE '/^Inhalt/,/^Voraus/s/^  ([^ ]+)( .*)?\r?$/\1/p' | sed 's|\\|/|g')
+  listed=$(iconv -f WINDOWS-1252 -t UTF-8 "$folder/INSTALL.txt" | tr -d '\r' |
+    sed -nE '/^Inhalt/,/^Voraus/s/^  ([^ ]+)( .*)?$/\1/p' | sed 's|\\|/|g')
   samples=$(cd office/sample && printf '%s\n' *.txt | sed -E 's/(.*)\.txt/office\/\U\1.KRV/')
   diff <(sort <<<"$listed"$'\n'"$samples") <(zipinfo -1 "$zip" | grep -vE '^(c|macros)/$' | sort) ||
     fail "holds something else than INSTALL.txt lists (< listed, > held)"
