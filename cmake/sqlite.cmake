@@ -1,7 +1,8 @@
 # SQLite's amalgamation for the embedded record manager, as the target `sqlite3_amalgamation`.
 #
-# The source is fetched once a user, from the package that carries this very version, and checked at each configure. It
-# is not the distribution's library: 3.7.0 to 3.51.2 can damage a file in WAL mode when several processes write it.
+# The source is fetched once a user, from the package that carries this very version or from the folder that SQLITE_SOURCE
+# names, a variable of CMake or of the environment, and checked at each configure. It is not the distribution's library:
+# 3.7.0 to 3.51.2 can damage a file in WAL mode when several processes write it.
 include_guard(GLOBAL)
 
 set(SQLITE_VERSION 3.54.1)
@@ -34,6 +35,20 @@ function(sqlite_is_intact folder result)
       set(${result} FALSE PARENT_SCOPE)
     endif()
   endforeach()
+endfunction()
+
+# Copies the source from SQLITE_SOURCE to where its package has it; sets `result` to an error's text, or to nothing.
+function(sqlite_copy work result)
+  file(REAL_PATH "${SQLITE_SOURCE}" source BASE_DIRECTORY "${PROJECT_SOURCE_DIR}")
+  sqlite_is_intact("${source}" intact)
+  if(NOT intact)
+    set(${result} "${source} does not hold the expected ${SQLITE_FILES}" PARENT_SCOPE)
+    return()
+  endif()
+  foreach(name IN LISTS SQLITE_FILES)
+    file(COPY "${source}/${name}" DESTINATION "${work}/package/deps/sqlite3")
+  endforeach()
+  set(${result} "" PARENT_SCOPE)
 endfunction()
 
 # Fetches and unpacks the package into the empty folder `work`; sets `result` to an error's text, or to nothing.
@@ -72,11 +87,18 @@ function(sqlite_provide folder)
   if(intact)
     return()
   endif()
+  if(NOT SQLITE_SOURCE)
+    set(SQLITE_SOURCE "$ENV{SQLITE_SOURCE}")
+  endif()
   message(STATUS "Fetching SQLite ${SQLITE_VERSION} into ${folder}")
   string(RANDOM LENGTH 12 suffix)
   set(work "${folder}.${suffix}")
   file(MAKE_DIRECTORY "${work}" "${folder}")
-  sqlite_fetch("${work}" problem)
+  if(SQLITE_SOURCE)
+    sqlite_copy("${work}" problem)
+  else()
+    sqlite_fetch("${work}" problem)
+  endif()
   if(NOT problem)
     foreach(name IN LISTS SQLITE_FILES)
       file(RENAME "${work}/package/deps/sqlite3/${name}" "${folder}/${name}")

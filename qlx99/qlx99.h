@@ -1,5 +1,6 @@
 /* The exports of qlx99.dll, for callers in C and C++; link with qlx99.lib. Macros have the module
-   qlx99.bas instead. docs/exports.md tells of each export's record, field by field.
+   qlx99.bas instead. exports.md (in docs/ of the sources, in macros/ of the package) tells of each
+   export's record, field by field.
 
    Texts are zero-terminated, in the code page of a German Windows (1252); they stay the caller's
    and are not kept. Numbers are passed as decimal text unless the parameter is an int; what does

@@ -14,7 +14,7 @@ need_to_build() {
   need c++ g++
   need cmake cmake
   need ninja ninja-build
-  need npm npm # brings SQLite's source
+  [ -n "${SQLITE_SOURCE-}" ] || need npm npm # brings SQLite's source
   need /usr/include/CLI/CLI.hpp libcli11-dev
   need i686-w64-mingw32-windres binutils-mingw-w64-i686 # compiles the dialogs, for Linux too
   need /usr/share/mingw-w64/include/winuser.h mingw-w64-common
@@ -46,6 +46,8 @@ need_for_windows() {
 need_to_package() {
   need zip zip
   need unzip unzip
+  need wixl wixl
+  need msibuild msitools
 }
 
 can_be_root() { [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null; }

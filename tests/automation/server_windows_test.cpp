@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "automation/late_bound_client.h"
+#include "automation/machine_office.h"
 #include "frame/attach.h"
 #include "office/export_call.h"
 #include "office/sample_office.h"
@@ -35,35 +36,6 @@ using testkit::TemporaryFolder;
 
 const std::string kClassKeys[] = {"qlx99.Library", "qlx99.Library.1",
                                   "CLSID\\{A3F2BE8F-F156-4BB0-B3BA-7CA73F004344}"};
-
-void Move(HKEY from, const std::string& path, HKEY to, const std::string& newPath) {
-  HKEY key = nullptr;
-  RegCreateKeyA(to, newPath.c_str(), &key);
-  RegCopyTreeA(from, path.c_str(), key);
-  RegDeleteTreeA(from, path.c_str());
-  RegCloseKey(key);
-}
-
-// As long as it exists, the office that is registered for all programs is the test's.
-class MachineOffice {
- public:
-  MachineOffice() {
-    Move(HKEY_LOCAL_MACHINE, kKey, HKEY_CURRENT_USER, kSaved);
-    Qlx("office|create|" + folder_.Text());
-    Qlx("setup|" + folder_.Text());
-  }
-  ~MachineOffice() {
-    RegDeleteTreeA(HKEY_LOCAL_MACHINE, kKey);
-    Move(HKEY_CURRENT_USER, kSaved, HKEY_LOCAL_MACHINE, kKey);
-  }
-  MachineOffice(const MachineOffice&) = delete;
-  MachineOffice& operator=(const MachineOffice&) = delete;
-
- private:
-  static constexpr auto kKey = "SOFTWARE\\Quorvane\\Stelvora";
-  static constexpr auto kSaved = "Software\\qlx99 tests saved";
-  TemporaryFolder folder_;
-};
 
 bool Eventually(const std::function<bool()>& isSo) {
   constexpr int kTimes = 3000;
