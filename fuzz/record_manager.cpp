@@ -266,6 +266,12 @@ bool AnyIsOpen(const Files& files) {
   return std::ranges::any_of(fs::directory_iterator("/proc/self/fd"), isOurs);
 }
 
+bool AnyDraftIsLeft(const Files& files) {
+  return std::ranges::any_of(fs::directory_iterator(files.Path("")), [](const auto& entry) {
+    return entry.path().filename().string().starts_with("new-");
+  });
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
@@ -279,6 +285,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     while (!input.IsSpent()) caller.CallOnce();
   }
   if (AnyIsOpen(files)) fuzz::Found("a file stays open");
+  if (AnyDraftIsLeft(files)) fuzz::Found("a draft stays behind");
   if (!damaged) ExpectSound(files.Path("A.KRV"));
   return 0;
 }

@@ -15,7 +15,7 @@ struct BlockImage {
   std::uint32_t generation;
   std::int64_t id;
   std::int64_t version;
-  std::uint32_t rollbacks;
+  std::uint32_t transaction;
   std::int16_t keyNumber;
   std::uint8_t entrySize;
   std::uint8_t unused;
@@ -59,7 +59,7 @@ bool Cursor::Load(const std::uint8_t* positionBlock, Cursor& cursor) {
   cursor.handle = {image.slot, image.generation};
   cursor.keyNumber = image.keyNumber;
   cursor.entry = {image.entry, image.entrySize};
-  cursor.current = {image.id, image.version, image.rollbacks};
+  cursor.current = {image.id, image.version, image.transaction};
   return true;
 }
 
@@ -69,7 +69,7 @@ void Cursor::Save(std::uint8_t* positionBlock) const {
   image.generation = handle.generation;
   image.id = current.id;
   image.version = current.version;
-  image.rollbacks = current.rollbacks;
+  image.transaction = current.transaction;
   image.keyNumber = static_cast<std::int16_t>(keyNumber);
   image.entrySize = entry.size;
   image.entry = entry.bytes;

@@ -11,10 +11,12 @@
 namespace recordmanager {
 
 int Engine::Serve(const Call& call) noexcept {
-  const bool mayRepeat = !inTransaction_;  // what failed then has left nothing behind
+  // What failed then has left nothing behind.
+  const bool mayRepeat = !inTransaction_ || call.operation == btrieve::kOpen;
   const int status = Try(call);
-  if (status != btrieve::kOutOfMemory) return status;
+  if (status != btrieve::kOutOfMemory && status != btrieve::kFileTableFull) return status;
   files_.ForgetRecords();
+  files_.CloseUnused();
   return mayRepeat ? Try(call) : status;
 }
 
@@ -102,8 +104,9 @@ int Engine::ServeOpenFile(const Call& call) {
   Cursor cursor;
   if (!Cursor::Load(call.positionBlock, cursor)) return btrieve::kFileNotOpen;
   OpenFiles::OpenFile open;
-  if (!files_.Find(cursor.handle, call.client, open)) return btrieve::kFileNotOpen;
-  int status = btrieve::kSuccess;
+  int status = files_.Find(cursor.handle, call.client, open);
+  const bool mayClose = call.operation == btrieve::kClose && status != btrieve::kFileNotOpen;
+  if (status != btrieve::kSuccess && !mayClose) return status;
   switch (call.operation) {
     case btrieve::kClose:
       return Close(call, cursor);

@@ -3,12 +3,13 @@
 // A record file is one SQLite database with two tables:
 //
 //   file    one row. `description` is the buffer that Create was given (btrieve.h); `changes`
-//           counts every insertion and update and is never set back by a completed call. `state`
-//           and `before` tell this state of the file from any other, and the one that it came from
-//           (leftovers.h).
+//           counts every insertion and update and is set back only with a transaction that is taken
+//           back. `state` and `before` tell this state of the file from any other, and the one that
+//           it came from (leftovers.h).
 //   record  one row a record. `data` holds its bytes. `id` and `version` are the values of
-//           `changes` when it was inserted and last written, so neither ever comes back. A column
-//           `key<n>` a key holds the entry that key n sorts the record by (key.h).
+//           `changes` when it was inserted and last written, so neither ever comes back once it is
+//           committed. A column `key<n>` a key holds the entry that key n sorts the record by
+//           (key.h).
 //
 // An entry is the key's value, made comparable byte by byte; for keys with duplicates followed by
 // the value of `changes` when the record was given this value. Each key has a unique index: reading

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <chrono>
+#include <new>
 
 #include "recordmanager/host_files.h"
 #include "recordmanager/leftovers.h"
@@ -162,8 +163,13 @@ int OpenOnce(const std::string& path, Connection& connection, RecordLayout& layo
 int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool replace) {
   if (replace && IsInUse(path)) return btrieve::kFileInUse;  // without a draft for each try
   const std::string beside = UnusedNameBeside(path);
-  int status = BuildDatabase(beside, layout);
-  if (status == btrieve::kSuccess) status = MoveIntoPlace(beside, path, replace);
+  int status = btrieve::kSuccess;
+  try {
+    status = BuildDatabase(beside, layout);
+    if (status == btrieve::kSuccess) status = MoveIntoPlace(beside, path, replace);
+  } catch (const std::bad_alloc&) {
+    status = btrieve::kOutOfMemory;
+  }
   if (status != btrieve::kSuccess) RemoveFile(beside);
   return status;
 }

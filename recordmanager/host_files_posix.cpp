@@ -89,8 +89,8 @@ std::string FolderOf(const std::string& path) {
   return slash == std::string::npos ? "." : path.substr(0, slash + 1);
 }
 
-void SyncFolderOf(const std::string& path) {
-  const int folder = open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+void SyncFolder(const std::string& path) {
+  const int folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder >= 0) {
     fsync(folder);
     close(folder);
@@ -166,6 +166,7 @@ bool IsOnLocalDisk(const std::string& path) {
 Access AccessTo(const std::string& /*path*/, bool /*toWrite*/) { return Access::kImpossible; }
 
 MoveResult MoveFileTo(const std::string& from, const std::string& to) {
+  const std::string folder = FolderOf(to);  // while lack of memory leaves nothing half done
   int result = renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
   if (result != 0 && errno == EINVAL) {
     // A file system without that flag; most have links.
@@ -173,19 +174,20 @@ MoveResult MoveFileTo(const std::string& from, const std::string& to) {
     if (result == 0) unlink(from.c_str());
   }
   if (result != 0) return errno == EEXIST ? MoveResult::kTargetExists : MoveResult::kFailed;
-  SyncFolderOf(to);
+  SyncFolder(folder);
   return MoveResult::kDone;
 }
 
 // Every program that has the file open has a use mark on it. While this process locks the marks'
 // place, nobody else can open the file. Fails if another program has replaced the file before.
 MoveResult ReplaceFile(const std::string& from, const std::string& to) {
+  const std::string folder = FolderOf(to);
   const int target = open(to.c_str(), O_RDWR | O_CLOEXEC);
   if (target < 0) return MoveResult::kFailed;
   MoveResult result = MoveResult::kTargetInUse;
   if (Lock(target, F_WRLCK, kSqliteLocks, kToTheEnd) && IsAt(target, to)) {
     const bool isDone = std::rename(from.c_str(), to.c_str()) == 0;
-    if (isDone) SyncFolderOf(to);
+    if (isDone) SyncFolder(folder);
     result = isDone ? MoveResult::kDone : MoveResult::kFailed;
   }
   close(target);

@@ -40,6 +40,7 @@ int OpenFiles::Provide(const std::string& path, bool readOnly, Database*& databa
   for (std::size_t i = databases_.size(); i-- > 0;) {
     Database* known = databases_[i].get();
     if (known->identity != facts.identity && known->path != path) continue;
+    if (known->failure != btrieve::kSuccess) return known->failure;
     // A file that was read-only may be writable by now.
     const bool mayHaveChanged = known->users == 0 && known->file->IsReadOnly();
     // By another path it is the same database only if the old path still leads to it: SQLite's log
@@ -83,14 +84,15 @@ OpenFiles::Slot& OpenFiles::FreeSlot(std::uint32_t& number) {
   return *free;
 }
 
-bool OpenFiles::Find(const FileHandle& handle, const ClientId& client, OpenFile& open) const {
-  if (handle.slot >= slots_.size()) return false;
+int OpenFiles::Find(const FileHandle& handle, const ClientId& client, OpenFile& open) const {
+  if (handle.slot >= slots_.size()) return btrieve::kFileNotOpen;
   const Slot& slot = slots_[handle.slot];
   if (slot.database == nullptr || slot.generation != handle.generation || slot.client != client) {
-    return false;
+    return btrieve::kFileNotOpen;
   }
+  if (slot.database->isParents) return slot.database->failure;
   open = {slot.database->file.get(), slot.readOnly};
-  return true;
+  return btrieve::kSuccess;
 }
 
 void OpenFiles::Close(const FileHandle& handle) {
@@ -98,7 +100,7 @@ void OpenFiles::Close(const FileHandle& handle) {
   Database* database = std::exchange(slot.database, nullptr);
   if (--database->users == 0) {
     database->idleSince = Clock::now();
-    database->file->Settle();
+    if (!database->isParents) database->file->Settle();
   }
 }
 
@@ -113,11 +115,14 @@ int OpenFiles::Release(const std::string& path) {
   return btrieve::kSuccess;
 }
 
-void OpenFiles::CloseIdle() {
-  const auto longAgo = Clock::now() - kIdleTime;
-  std::erase_if(databases_, [longAgo](const auto& database) {
-    const bool idle =
-        database->users == 0 && !database->file->IsInTransaction() && database->idleSince < longAgo;
+void OpenFiles::CloseIdle() { CloseUnusedSince(Clock::now() - kIdleTime); }
+
+void OpenFiles::CloseUnused() { CloseUnusedSince(Clock::time_point::max()); }
+
+void OpenFiles::CloseUnusedSince(Clock::time_point time) {
+  std::erase_if(databases_, [time](const auto& database) {
+    const bool idle = database->users == 0 && !database->isParents &&
+                      !database->file->IsInTransaction() && database->idleSince < time;
     if (idle) database->file->Settle();  // if somebody was in the way when it was closed
     return idle;
   });
@@ -137,13 +142,22 @@ void OpenFiles::BecomeChild() {
   hasParents_ = true;
 }
 
+// What cannot be opened anew is tried again by the next call, as long as it is there at all.
 void OpenFiles::ReplaceParents() {
+  bool remain = false;
   for (std::size_t i = databases_.size(); i-- > 0;) {
-    const Database* parents = databases_[i].get();
+    Database* parents = databases_[i].get();
     if (!parents->isParents) continue;
     Database* own = nullptr;
-    if (parents->users != 0 && OpenAnew(parents->path, parents->identity,
-                                        parents->file->IsReadOnly(), own) == btrieve::kSuccess) {
+    if (parents->users != 0) {
+      parents->failure =
+          OpenAnew(parents->path, parents->identity, parents->file->IsReadOnly(), own);
+      if (own == nullptr && InspectFile(parents->path).identity == parents->identity) {
+        remain = true;
+        continue;
+      }
+    }
+    if (own != nullptr) {
       own->users = parents->users;
       own->file->GoOnFrom(*parents->file);
     }
@@ -152,7 +166,7 @@ void OpenFiles::ReplaceParents() {
     }
     Drop(parents);
   }
-  hasParents_ = false;
+  hasParents_ = remain;
 }
 
 // A forked child never closes its parent's files: that would end the parent's locks and empty its

@@ -25,8 +25,9 @@ class OpenFiles {
   int Open(const std::string& path, bool readOnly, const ClientId& client, FileHandle& handle);
   void Close(const FileHandle& handle);
 
-  // False when the handle is stale, or was opened by another client.
-  bool Find(const FileHandle& handle, const ClientId& client, OpenFile& open) const;
+  // Status 3 when the handle is stale, or was opened by another client; another one when the file,
+  // which a parent process had open, cannot be opened anew just now.
+  int Find(const FileHandle& handle, const ClientId& client, OpenFile& open) const;
 
   // Lets go of the file at `path` so that it can be replaced; status 85 when somebody here has it
   // open.
@@ -35,6 +36,9 @@ class OpenFiles {
   // Closes what nobody has used for a while, so that files can be moved and restored. Takes a look
   // at the clock; so it is for calls that take longer than that themselves.
   void CloseIdle();
+
+  // Closes all that nobody uses.
+  void CloseUnused();
 
   // To be called when this process has become a copy of another one that has files open, and then
   // before each call: opens anew what was open there.
@@ -60,6 +64,7 @@ class OpenFiles {
     int users = 0;
     Clock::time_point idleSince;
     bool isParents = false;
+    int failure = btrieve::kSuccess;  // why it is still the parent's
   };
 
   struct Slot {
@@ -72,6 +77,7 @@ class OpenFiles {
   int Provide(const std::string& path, bool readOnly, Database*& database);
   int OpenAnew(const std::string& path, const std::string& identity, bool readOnly,
                Database*& database);
+  void CloseUnusedSince(Clock::time_point time);
   void Drop(const Database* database);
   void ReplaceParents();
   void SettleUnused();

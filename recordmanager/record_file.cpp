@@ -112,11 +112,20 @@ int RecordFile::RenewState() {
 }
 
 int RecordFile::NextChange(std::int64_t& change) {
-  if (const int status = countChange_.Run(); status != btrieve::kSuccess) return status;
+  const int status = countChange_.Run();
+  return status == btrieve::kSuccess ? ReadChange(change) : status;
+}
+
+int RecordFile::ReadChange(std::int64_t& change) {
   const StatementUse use(readChange_);
   const int result = readChange_.Step();
   change = readChange_.Integer(0);
   return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
+}
+
+RecordVersion RecordFile::VersionOf(std::int64_t id, std::int64_t version) const {
+  const bool isUncertain = inTransaction_ && version > changeBefore_;
+  return {id, version, isUncertain ? transaction_ : 0};
 }
 
 int RecordFile::NumberRecord(std::span<std::uint8_t> record) {
@@ -155,7 +164,7 @@ int RecordFile::Insert(std::span<std::uint8_t> record, RecordVersion& version,
     for (const Key& key : layout_.keys) {
       entries.push_back(key.Make(key.In(record.data()), static_cast<std::uint64_t>(change)));
     }
-    version = {change, change, rollbacks_};
+    version = VersionOf(change, change);
     return StoreRecord(insert_, change, change, record, entries);
   });
 }
@@ -165,8 +174,8 @@ int RecordFile::LoadEntries(const RecordVersion& version, std::vector<Entry>& en
   const StatementUse use(loadEntries_);
   const int result = loadEntries_.Bind(1, version.id).Step();
   if (result != SQLITE_ROW && result != SQLITE_DONE) return StatusOf(result);
-  if (result == SQLITE_DONE || loadEntries_.Integer(0) != version.version ||
-      version.rollbacks != rollbacks_) {
+  const bool isTakenBack = version.transaction != 0 && version.transaction != transaction_;
+  if (result == SQLITE_DONE || loadEntries_.Integer(0) != version.version || isTakenBack) {
     return btrieve::kConflict;
   }
   entries.clear();
@@ -193,7 +202,7 @@ int RecordFile::Update(std::span<const std::uint8_t> record, RecordVersion& vers
       entry = key.Make(value, static_cast<std::uint64_t>(change));
       rekeyed = true;
     }
-    version.version = change;
+    version = VersionOf(version.id, change);
     // SQLite would write every key's index anew, though no value of it has changed.
     return rekeyed ? StoreRecord(rekey_, change, version.id, record, entries)
                    : StoreRecord(rewrite_, change, version.id, record, {});
@@ -210,8 +219,10 @@ int RecordFile::Delete(const RecordVersion& version) {
 
 int RecordFile::Begin() {
   if (inTransaction_) return btrieve::kSuccess;
-  const int status = BeginWriting();
-  inTransaction_ = status == btrieve::kSuccess;
+  if (const int status = BeginWriting(); status != btrieve::kSuccess) return status;
+  inTransaction_ = true;
+  const int status = ReadChange(changeBefore_);
+  if (status != btrieve::kSuccess) RollBack();
   return status;
 }
 
@@ -231,21 +242,19 @@ void RecordFile::RollBack() {
   if (!inTransaction_) return;
   const UnlessCommitted takenBack(connection_, rollBack_);
   inTransaction_ = false;
-  ++rollbacks_;
+  ++transaction_;
 }
 
 void RecordFile::BecomeParents() {
   connection_.EndMark();
   memory_.Remove(*this);
+  if (inTransaction_) ++transaction_;
+  inTransaction_ = false;
 }
 
 void RecordFile::ForgetRecords() {
   readAhead_.Forget();
   connection_.ForgetPages();
-}
-
-void RecordFile::GoOnFrom(const RecordFile& other) {
-  rollbacks_ = other.rollbacks_ + (other.inTransaction_ ? 1 : 0);
 }
 
 void RecordFile::Settle() {

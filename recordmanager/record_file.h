@@ -34,8 +34,8 @@ struct Search {
 struct RecordVersion {
   std::int64_t id = 0;  // 0: no record
   std::int64_t version = 0;
-  std::uint32_t rollbacks =
-      0;  // numbers given in a transaction that was taken back are given again
+  // 0, or the transaction that has given this number: if that is taken back, it is given again.
+  std::uint32_t transaction = 0;
 };
 
 class RecordFile {
@@ -52,7 +52,7 @@ class RecordFile {
   bool IsReadOnly() const { return connection_.IsReadOnly(); }
 
   // To be called in a process that is a copy of the one that has the file open, and leaves it
-  // alone.
+  // alone. Its transaction counts as taken back here.
   void BecomeParents();
 
   // Finds the entry that the search means and copies its record to `target`. Status 9 when there is
@@ -85,9 +85,8 @@ class RecordFile {
   void ForgetRecords();
   std::size_t KeptBytes() const { return readAhead_.Bytes() + connection_.PageBytes(); }
 
-  // Takes the place of an object for the same file: versions read there are as good here, unless
-  // they are those of a transaction that goes on there.
-  void GoOnFrom(const RecordFile& other);
+  // Takes the place of an object for the same file: versions read there are as good here.
+  void GoOnFrom(const RecordFile& other) { transaction_ = other.transaction_; }
 
   // To be called when the last user has closed the file: brings all its records, by whomever they
   // were written, into the file itself, so that it can be copied while processes still hold it.
@@ -121,6 +120,8 @@ class RecordFile {
   int BeginWriting();
   int RenewState();
   int NextChange(std::int64_t& change);
+  int ReadChange(std::int64_t& change);
+  RecordVersion VersionOf(std::int64_t id, std::int64_t version) const;
   int NumberRecord(std::span<std::uint8_t> record);
   int LoadEntries(const RecordVersion& version, std::vector<Entry>& entries);
   int StoreRecord(Statement& statement, std::int64_t change, std::int64_t id,
@@ -136,7 +137,8 @@ class RecordFile {
   Statement begin_, commit_, rollBack_, renewState_, countChange_, readChange_, loadEntries_,
       insert_, rewrite_, rekey_, delete_;
   bool inTransaction_ = false;
-  std::uint32_t rollbacks_ = 0;
+  std::int64_t changeBefore_ = 0;  // the transaction
+  std::uint32_t transaction_ = 1;  // another one after each that is taken back
 };
 
 }  // namespace recordmanager

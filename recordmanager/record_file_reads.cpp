@@ -71,7 +71,7 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
   if (search.bound == Bound::kWithin && search.last < record.entry) return btrieve::kEndOfFile;
   if (target.size() < record.data.size()) return btrieve::kDataBufferLength;
   std::memcpy(target.data(), record.data.data(), record.data.size());
-  version = {record.id, record.version, rollbacks_};
+  version = VersionOf(record.id, record.version);
   entry = record.entry;
   return btrieve::kSuccess;
 }

@@ -2,6 +2,7 @@
 // and processes are copied with what they have open.
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -126,6 +127,7 @@ TEST_F(PosixFiles, AreNotOpenedWithoutFreeHandles) {
   const std::string fresh = InFolder("FRESH.KRV");
   client.key = {};
   WriteAll(fresh, ReadAll(path));
+  Opened(path);  // its handles are not to be had
   fresh.copy(client.key.data(), client.key.size());
   BtrCall* const call = qlx99::tests::EmbeddedCall();
   std::vector<int> taken;
@@ -139,6 +141,54 @@ TEST_F(PosixFiles, AreNotOpenedWithoutFreeHandles) {
   }
   for (std::size_t i = 1; i < taken.size(); ++i) close(taken[i]);
   EXPECT_THAT(statuses, testing::MatchesRegex("(86 )+0 "));
+}
+
+// How many handles this process may have, until the end of the scope.
+class HandleLimit {
+ public:
+  explicit HandleLimit(rlim_t most) {
+    getrlimit(RLIMIT_NOFILE, &before_);
+    const rlimit limit{most, before_.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &limit);
+  }
+  HandleLimit(const HandleLimit&) = delete;
+  HandleLimit& operator=(const HandleLimit&) = delete;
+  ~HandleLimit() { setrlimit(RLIMIT_NOFILE, &before_); }
+
+ private:
+  rlimit before_{};
+};
+
+TEST_F(PosixFiles, ThatNobodyUsesKeepNoHandlesFromOthers) {
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const int firstFree = dup(STDIN_FILENO);
+  close(firstFree);
+  const HandleLimit limit(static_cast<rlim_t>(firstFree) + 20);
+  for (int i = 0; i < 10; ++i) {
+    const std::string name = InFolder(std::to_string(i) + ".KRV");
+    WriteAll(name, ReadAll(path));
+    ASSERT_EQ(client.Open(name), kSuccess) << i;
+    ASSERT_EQ(Create(InFolder("NEW" + std::to_string(i) + ".KRV")), kSuccess) << i;
+    ASSERT_EQ(client.Do("first, close"), "1 ok");
+  }
+}
+
+TEST_F(PosixFiles, AreStillOpenInACopyOfTheProcessThatLacksHandlesAtFirst) {
+  EXPECT_EQ(client.Do("insert, insert, first"), "1 2 1");
+  const pid_t child = fork();
+  if (child == 0) {
+    std::string said;
+    {
+      const HandleLimit limit(0);
+      said = client.Do("next, begin, first, end, update") + ' ';
+    }
+    said += client.Do("next, update, close");
+    _exit(said == "!86 ok !86 ok !86 2 ok ok" ? 0 : 1);
+  }
+  int end = 0;
+  waitpid(child, &end, 0);
+  EXPECT_EQ(WEXITSTATUS(end), 0);
+  EXPECT_EQ(client.Do("next, close"), "2 ok");
 }
 
 }  // namespace

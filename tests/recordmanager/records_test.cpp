@@ -152,5 +152,16 @@ TEST_F(Records, OfAnAbortedTransactionAreTrustedNoMore) {
   Take({{&other, "update", "ok"}, {&client, "update, next", "!80 !9"}});
 }
 
+TEST_F(Records, ThatAnAbortedTransactionHasNotWrittenAreStillTrusted) {
+  Client& other = Opened(path);
+  Take({{&client, "insert, insert, equal number=1", "1 2 1"},
+        {&other, "begin, equal number=2, update counter=1, equal number=1", "ok 2 ok 1"},
+        {&other, "abort, update counter=2", "ok ok"},
+        {&client, "update", "!80"},  // by what was written since
+        {&client, "equal number=2", "2"},
+        {&other, "begin, insert, abort, update", "ok 3 ok !80"},
+        {&client, "update, delete", "ok ok"}});
+}
+
 }  // namespace
 }  // namespace recordmanager_tests
