@@ -18,6 +18,7 @@ windows_text install/INSTALL.txt INSTALL.txt
 windows_text install/qlx99.reg qlx99.reg
 windows_text macros/qlx99.bas macros/qlx99.bas
 windows_text macros/letter.bas macros/letter.bas
+windows_text macros/HANDBUCH.md macros/HANDBUCH.txt
 windows_text qlx99/qlx99.h c/qlx99.h
 cp docs/exports.md "$folder/macros"
 cp "$binaries"/qlx99.lib "$folder/c"
