@@ -512,7 +512,8 @@ Private Sub RequireWindows1252()
         Fail qlxWrongCharacters, "Dieses Modul wurde aus einer UTF-8-Datei importiert. Bitte durch qlx99.bas aus " & _
             "dem Paket ersetzen."
     End If
-    If Not ByAutomation And AscW(Chr$(208)) <> 208 Then
+    If ByAutomation Then Exit Sub
+    If AscW(Chr$(208)) <> 208 Then
         Fail qlxWrongCharacters, "Dieses Windows verwendet nicht die westliche Codepage 1252; mit einer anderen " & _
             "verlieren Texte ihre Umlaute (Systemsteuerung, Region, Verwaltung)."
     End If

@@ -38,7 +38,8 @@ Public Function CalledAsDll(ByVal exportName As String, ByVal given As Variant, 
     Dim answer As String
     CalledAsDll = Answered(exportName, given, answer)
     If answer = "" Then Exit Function
-    If InStr(" UserNext ZtkodoliNext WVNext ", " " & exportName & " ") = 0 Then answer = answer & String$(5, Chr$(0)) & Chr$(1)
+    If InStr(" UserNext ZtkodoliNext WVNext ", " " & exportName & " ") = 0 Then answer = answer & String$(5, _
+        Chr$(0)) & Chr$(1)
     buffer = Left$(answer & Mid$(buffer, Len(answer) + 1), Len(buffer))
 End Function
 
