@@ -24,7 +24,7 @@ check_contents() {
   diff <(sort <<<"$listed"$'\n'"$samples") <(zipinfo -1 "$zip" | grep -vE '^(c|macros)/$' | sort) ||
     fail "holds something else than INSTALL.txt lists (< listed, > held)"
   local text
-  for text in INSTALL.txt THIRD-PARTY-NOTICES.txt qlx99.reg macros/qlx99.bas macros/letter.bas c/qlx99.h; do
+  for text in INSTALL.txt THIRD-PARTY-NOTICES.txt qlx99.reg macros/qlx99.bas macros/letter.bas macros/HANDBUCH.txt c/qlx99.h; do
     ! grep -qv $'\r$' "$folder/$text" || fail "$text does not have Windows' line ends"
   done
 }

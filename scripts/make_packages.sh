@@ -27,6 +27,7 @@ windows_text install/INSTALL.txt INSTALL.txt
 windows_text THIRD-PARTY-NOTICES.txt THIRD-PARTY-NOTICES.txt
 windows_text macros/qlx99.bas macros/qlx99.bas
 windows_text macros/letter.bas macros/letter.bas
+windows_text macros/HANDBUCH.md macros/HANDBUCH.txt
 cp docs/exports.md "$folder/macros"
 cp "$binaries"/{qlx99.dll,atbtrv32.dll,qlx99server.exe,qlx.exe} "$folder"
 like_anywhere

@@ -1,12 +1,9 @@
 // What is written down for people beside the code, against the code: what authors of macros are
-// given, the module and the document, against what callers in C are given and what the tool knows
-// of the exports; the document of the record files against their declarations.
+// told, against what callers in C are given and what the tool knows of the exports; the document of
+// the record files against their declarations.
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cctype>
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -19,6 +16,7 @@
 #include "office/record_text.h"
 #include "office/sample_file.h"
 #include "office/text_encoding.h"
+#include "project_text.h"
 #include "record_files.h"
 #include "sample_office.h"
 
@@ -28,36 +26,6 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::UnorderedElementsAreArray;
-
-std::string Replaced(std::string text,
-                     const std::vector<std::pair<const char*, const char*>>& replacements) {
-  for (const auto& [pattern, by] : replacements) {
-    text = std::regex_replace(text, std::regex(pattern), by);
-  }
-  return text;
-}
-
-std::string ProjectFile(const std::string& name) {
-  std::ifstream file(QLX99_PROJECT "/" + name);
-  std::string text{std::istreambuf_iterator<char>(file), {}};
-  EXPECT_FALSE(text.empty()) << name;
-  return text;
-}
-
-// The first group of every match; lines that are continued count as one.
-std::vector<std::string> All(const std::string& text, const char* pattern) {
-  const std::string flat = Replaced(text, {{"( _)?\\s+", " "}});
-  const std::regex regex(pattern);
-  std::vector<std::string> found;
-  std::transform(std::sregex_iterator(flat.begin(), flat.end(), regex), {},
-                 std::back_inserter(found), [](const std::smatch& match) { return match.str(1); });
-  return found;
-}
-
-// "UserNext(const char* index, char* record)"
-std::vector<std::string> Prototypes() {
-  return All(ProjectFile("qlx99/qlx99.h"), "int WINAPI (\\w+\\([^)]*\\));");
-}
 
 // The compiler compares no names of arguments.
 TEST(ExportList, NamesEachExportAndItsArgumentsAsTheHeaderDoes) {
@@ -72,50 +40,6 @@ TEST(ExportList, NamesEachExportAndItsArgumentsAsTheHeaderDoes) {
     EXPECT_EQ(hasRecord, !ExportNamed(prototype.substr(0, prototype.find('('))).fields.empty());
   }
   EXPECT_EQ(ExportList(), declared);
-}
-
-std::string Lower(std::string text) {
-  std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
-  return text;
-}
-
-TEST(MacroInterface, DeclaresEachExportAsTheHeaderDoes) {
-  std::vector<std::string> expected;
-  for (const std::string& prototype : Prototypes()) {
-    expected.push_back(Replaced(prototype, {{"void", ""},
-                                            {"(const )?char\\* (\\w+)", "ByVal $2 As String"},
-                                            {"\\bint (\\w+)", "ByVal $1 As Long"},
-                                            {"^(\\w+)", "$1 Lib \"qlx99.dll\" "}}) +
-                       " As Long");
-  }
-  EXPECT_EQ(All(ProjectFile("macros/qlx99.bas"), "Declare Function ([^)]*\\) As \\w+)"), expected);
-}
-
-TEST(MacroInterface, ReadsEachRecordIntoItsFieldsInTheirOrder) {
-  const std::string module = Replaced(Lower(ProjectFile("macros/qlx99.bas")),
-                                      {{"(public type|dim found as) \\w+", "$1"},
-                                       {" as (string|long)\n", "\n"},
-                                       {"numberof\\((.*)\\)\n", "$1\n"},
-                                       {"formedas\\(.*, (.*)\\)\n", "$1\n"},
-                                       {"fieldsof\\(.*\\), (\\d+), .*?(, \\d)?\\)\n", "$1$2\n"},
-                                       {"\\w+ = found\n", "= found\n"}});
-  for (const Export& one : Exports()) {
-    if (one.fields.empty() || one.fields.front().name == "path") continue;
-    std::string type = Lower("' " + std::string(one.name)) + "\npublic type\n";
-    const auto freeText = std::ranges::find(one.fields, Form::kFreeText, &Field::form);
-    std::string reading = "fields = " + std::to_string(one.fields.size());
-    if (freeText != one.fields.end()) {
-      reading += ", " + std::to_string(freeText - one.fields.begin());
-    }
-    reading += "\n    dim found as\n";
-    for (std::size_t i = 0; i < one.fields.size(); ++i) {
-      const std::string field = Lower(std::string(one.fields[i].name));
-      type += "    " + field + "\n";
-      reading += "    found." + field + " = fields(" + std::to_string(i) + ")\n";
-    }
-    EXPECT_THAT(module, HasSubstr(type + "end type\n"));
-    EXPECT_THAT(module, HasSubstr(reading + "    = found\n"));
-  }
 }
 
 TEST(MacroInterface, DocumentsEachExportWithItsArgumentsAndFields) {
