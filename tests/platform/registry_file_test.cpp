@@ -12,6 +12,7 @@
 #include "platform/windows_api.h"
 #include "testkit/files.h"
 #include "testkit/private_registry.h"
+#include "tests/office/sample_office.h"
 
 namespace {
 
@@ -154,6 +155,19 @@ TEST_F(RegistrationFile, LiesWhereTheEnvironmentSays) {
   EXPECT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
   unsetenv("XDG_CONFIG_HOME");
   EXPECT_TRUE(std::filesystem::exists(folder + "/qlx99/registry.reg"));
+}
+
+TEST(QlxRegistryFile, IsNamedWhenItIsNoFile) {
+  const testkit::PrivateRegistry registry;
+  const std::string folder = registry.Folder().string();
+  for (const char* command : {"office|check", "letter|1", "followups|1", "call|UserInit"}) {
+    setenv("QLX99_REGISTRY", (folder + "/none.reg").c_str(), 1);
+    EXPECT_THAT(Qlx(command).err, testing::HasSubstr("QLX99_REGISTRY names " + folder +
+                                                     "/none.reg, and there is no "));
+    setenv("QLX99_REGISTRY", folder.c_str(), 1);
+    EXPECT_THAT(Qlx(command).err, testing::HasSubstr(folder + " cannot be read: it is a folder."));
+  }
+  EXPECT_THAT(Qlx("setup|" + folder).err, testing::HasSubstr("cannot be read: it is a folder."));
 }
 
 }  // namespace
