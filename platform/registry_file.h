@@ -5,12 +5,12 @@
 //   [HKEY_LOCAL_MACHINE\SOFTWARE\Example]
 //   @="the key's nameless value"
 //   "DataRoot"="C:\\data"
-//   "Unterminated"=hex(1):61,\
-//     62
+//   "Unterminated"=hex(1):61,62
 //   "Number"=dword:0000002a
 //
-// Texts are the bytes of the file as they are (Windows-1252 by custom). The file may be other
-// programs' and people's, too: what a change does not concern stays byte for byte.
+// Bytes go on in the next line behind a backslash. Texts are the bytes of the file as they are
+// (Windows-1252 by custom). The file may be other programs' and people's, too: what a change does
+// not concern stays byte for byte.
 #pragma once
 
 #include <filesystem>
