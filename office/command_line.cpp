@@ -3,17 +3,23 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <optional>
 #include <ostream>
 
+#include "office/call_json.h"
 #include "office/check_office.h"
+#include "office/command_names.h"
 #include "office/export_call.h"
 #include "office/failure.h"
 #include "office/follow_up_table.h"
 #include "office/host.h"
 #include "office/letter.h"
 #include "office/new_office.h"
+#include "office/progress_line.h"
 #include "office/setup.h"
 #include "office/show_file.h"
+#include "office/text_encoding.h"
+#include "office/unattended.h"
 
 namespace office {
 namespace {
@@ -29,11 +35,19 @@ constexpr const char* kExamples = R"(Examples:
   qlx letter 12345678 --role G     ... to the opponent
   qlx call BListeNext 12345678 1   what a macro is given for the first party
   qlx followups 12345678           the case's deadlines, soonest first
-  qlx office show ZTCASE           all cases)";
+  qlx office show ZTCASE           all cases
+  qlx help office create           what a command takes)";
 
 constexpr const char* kCallNotes = R"(
 Arguments are texts, in the order in which a macro gives them but without its buffer. Those left out
 at the end are null pointers. The exports and their arguments:)";
+
+// A number or a folder that a script forgot to fill in.
+CLI::Validator NotEmpty() {
+  return {
+      [](const std::string& text) { return std::string(Trimmed(text).empty() ? "is empty" : ""); },
+      ""};
+}
 
 // The options' and arguments' values, and the commands that are run with them.
 class CommandLine {
@@ -41,7 +55,7 @@ class CommandLine {
   CommandLine(std::ostream& out, std::ostream& err) : out_(out), err_(err) {
     app_.require_subcommand(1);
     app_.set_version_flag("--version", "qlx " QLX_VERSION);
-    app_.set_help_flag("--help", "Print this help message and exit");
+    app_.set_help_flag("-h,--help", "Print this help message and exit");
     AddLetter();
     AddCall();
     AddFollowUps();
@@ -52,9 +66,17 @@ class CommandLine {
 
   // Throws CLI::ParseError, WrongUsage or Failure.
   void Run(std::vector<std::string> arguments) {
+    if (!arguments.empty() && arguments.front() == "help") {
+      std::rotate(arguments.begin(), arguments.begin() + 1, arguments.end());
+      arguments.back() = "--help";
+    }
+    RequireCommands(app_, arguments);
     std::ranges::reverse(arguments);  // the parser takes them from the back
     app_.parse(std::move(arguments));
   }
+
+  // Of the command that was run.
+  int ExitCode() const { return exitCode_; }
 
   // What a parse error means to the user: help that was asked for, or a mistake.
   int Report(const CLI::ParseError& error) {
@@ -64,14 +86,18 @@ class CommandLine {
  private:
   void AddLetter() {
     CLI::App* letter = app_.add_subcommand("letter", "Write the letter that a macro would write");
-    letter->add_option("CASE", caseNumber_, "Case number")->required();
+    letter->add_option("CASE", caseNumber_, "Case number")->required()->check(NotEmpty());
     letter
         ->add_option("--role", role_,
                      "Addressee: M client, G opponent, V opposing counsel, C court, §M and §G "
                      "their legal representatives, RM the client's legal-expenses insurer, HG "
                      "the opponent's liability insurer, two blanks anyone")
         ->capture_default_str();
-    letter->callback([this] { out_ << ComposeLetter(ReadLetterFacts(caseNumber_, role_)); });
+    AddNoDialog(letter);
+    letter->callback([this] {
+      LookForUser();
+      out_ << ComposeLetter(ReadLetterFacts(caseNumber_, role_));
+    });
   }
 
   void AddCall() {
@@ -79,17 +105,24 @@ class CommandLine {
     call->add_option("EXPORT", exportName_, "Its name, and what it is given")
         ->option_text("ARGUMENT...")
         ->required();
+    call->add_flag("--json", json_,
+                   "Answer with one line of JSON; exit code 1 when the export delivered nothing");
+    AddNoDialog(call);
     call->footer(kCallNotes + ExportList());
     // An argument may begin with a minus sign.
     call->prefix_command();
-    call->callback([this, call] { out_ << DescribeCall(exportName_, call->remaining()); });
+    call->callback([this, call] { Call(call->remaining()); });
   }
 
   void AddFollowUps() {
     CLI::App* followUps =
         app_.add_subcommand("followups", "List the follow-ups of a case, soonest first");
-    followUps->add_option("CASE", caseNumber_, "Case number")->required();
-    followUps->callback([this] { out_ << FollowUpTable(caseNumber_); });
+    followUps->add_option("CASE", caseNumber_, "Case number")->required()->check(NotEmpty());
+    AddNoDialog(followUps);
+    followUps->callback([this] {
+      LookForUser();
+      out_ << FollowUpTable(caseNumber_);
+    });
   }
 
   void AddOffice() {
@@ -97,7 +130,7 @@ class CommandLine {
     office->require_subcommand(1);
 
     CLI::App* create = office->add_subcommand("create", "Make the record files of an office");
-    create->add_option("DIR", directory_, "Folder; made if need be")->required();
+    create->add_option("DIR", directory_, "Folder; made if need be")->required()->check(NotEmpty());
     create
         ->add_option("--cases", cases_,
                      "Generate this many cases, numbered from 10000001, instead of the small "
@@ -111,13 +144,41 @@ class CommandLine {
 
     CLI::App* show = office->add_subcommand("show", "Show the records of a file");
     show->add_option("FILE", fileName_, "Name of the record file, such as ZTCASE")->required();
-    show->callback([this] { ShowFile(fileName_, out_); });
+    show->add_flag("--csv", csv_, "A line for each record, fields divided by commas, in UTF-8");
+    show->callback([this] { Show(); });
   }
 
   void AddSetup() {
     CLI::App* setup = app_.add_subcommand("setup", "Make the library read the office in a folder");
-    setup->add_option("DIR", directory_, "Folder with the record files")->required();
-    setup->callback([this] { out_ << SetUp(PathOf(directory_)); });
+    setup->add_option("DIR", directory_, "Folder with the record files")
+        ->required()
+        ->check(NotEmpty());
+    setup->add_flag("--force", force_, "Replace what is set up already");
+    setup->callback([this] {
+      out_ << SetUp(PathOf(directory_), force_ ? Replacing::kAnything : Replacing::kNothing);
+    });
+  }
+
+  // For commands that call exports.
+  void AddNoDialog(CLI::App* command) {
+    command->add_flag("--no-dialog", noDialog_,
+                      "Messages go to standard error, and nobody is asked to choose");
+  }
+
+  void LookForUser() {
+    if (noDialog_ || !HasScreen()) absence_.emplace(err_);
+  }
+
+  void Call(const std::vector<std::string>& arguments) {
+    RequireRegistry();
+    LookForUser();
+    if (!json_) {
+      out_ << DescribeCall(exportName_, arguments);
+      return;
+    }
+    const JsonAnswer answer = CallForJson(exportName_, arguments);
+    out_ << answer.text << "\n";
+    exitCode_ = answer.delivered ? kDone : kFailed;
   }
 
   void Create() {
@@ -125,16 +186,22 @@ class CommandLine {
     if (cases_ == 0) {
       MakeSampleOffice(directory);
     } else {
-      MakeGeneratedOffice(directory, cases_, [this](std::int32_t done, std::int32_t all) {
-        err_ << "\r" << done << " of " << all << " cases" << (done == all ? "\n" : "")
-             << std::flush;
+      ProgressLine progress(err_, "cases");
+      MakeGeneratedOffice(directory, cases_, [&progress](std::int32_t done, std::int32_t all) {
+        progress.Show(done, all);
       });
     }
     out_ << "The office is in " << directory_ << ". `qlx setup " << directory_
          << "` makes the library read it.\n";
   }
 
+  void Show() {
+    RequireRegistry();
+    ShowFile(fileName_, csv_ ? Listing::kCsv : Listing::kBlocks, out_);
+  }
+
   void Check() {
+    RequireRegistry();
     if (!CheckOffice(out_)) {
       throw Failure("This installation is not sound; see the lines marked with \"!\".");
     }
@@ -142,6 +209,7 @@ class CommandLine {
 
   std::ostream& out_;
   std::ostream& err_;
+  std::optional<Unattended> absence_;  // from the moment when nobody is there
   CLI::App app_{kAbout, "qlx"};
   std::string caseNumber_;
   std::string role_ = "M ";
@@ -149,6 +217,11 @@ class CommandLine {
   std::string directory_;
   std::string fileName_;
   std::int32_t cases_ = 0;
+  bool noDialog_ = false;
+  bool json_ = false;
+  bool csv_ = false;
+  bool force_ = false;
+  int exitCode_ = kDone;
 };
 
 int Complain(std::ostream& err, const char* words, int code) {
@@ -163,7 +236,7 @@ int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
   try {
     commandLine.Run(arguments);
     if (!out.flush()) throw Failure("Not everything could be written to the output.");
-    return kDone;
+    return commandLine.ExitCode();
   } catch (const CLI::ParseError& error) {
     return commandLine.Report(error);
   } catch (const WrongUsage& wrong) {

@@ -75,11 +75,23 @@ const std::string& DeliveredRecord::operator[](std::string_view name) const {
   return trimmed_[static_cast<std::size_t>(found - from_->fields.begin())];
 }
 
+namespace {
+
+std::string TooMany(const Export& called, std::size_t given) {
+  std::string names;
+  for (const std::string& name : called.arguments) names += (names.empty() ? " (" : ", ") + name;
+  const std::size_t taken = called.arguments.size();
+  return std::string(called.name) + " takes " + std::to_string(taken) +
+         (taken == 1 ? " argument" : " arguments") + names + (taken == 0 ? "" : ")") +
+         "; you gave " + std::to_string(given) + "." +
+         (called.fields.empty() ? "" : " The buffer is none of them.");
+}
+
+}  // namespace
+
 CallOutcome CallExport(const Export& called, const std::vector<std::string>& arguments) {
   if (arguments.size() > called.arguments.size()) {
-    throw WrongUsage(std::string(called.name) + " takes " +
-                     std::to_string(called.arguments.size()) + " arguments, not " +
-                     std::to_string(arguments.size()) + "; the buffer is not one of them.");
+    throw WrongUsage(TooMany(called, arguments.size()));
   }
   std::vector<std::string> texts;
   std::ranges::transform(arguments, std::back_inserter(texts),

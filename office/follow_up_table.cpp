@@ -6,6 +6,7 @@
 
 #include "office/export_call.h"
 #include "office/failure.h"
+#include "office/readiness.h"
 #include "office/text_table.h"
 #include "store/dates.h"
 
@@ -55,6 +56,7 @@ std::vector<std::string> RowOf(const DeliveredRecord& followUp, const std::strin
 }  // namespace
 
 std::string FollowUpTable(const std::string& caseNumber) {
+  RequireReadableOffice();
   std::vector<DeliveredRecord> followUps = ReadFollowUps(caseNumber);
   if (followUps.empty())
     throw Failure("Case " + caseNumber + " has no follow-ups, or there is no such case.");

@@ -18,11 +18,29 @@ void PrepareConsole();
 // Whether what is written there goes to a screen that obeys escape sequences for colours.
 bool ShowsColours(const std::ostream& out);
 
+// Whether standard error is written there and goes to a terminal, whose line can be overwritten.
+bool IsTerminal(const std::ostream& err);
+
+// Whether somebody may see a message box. On a system without windows they appear on the terminal.
+bool HasScreen();
+
+// Whether somebody was asked on the terminal and gave no answer.
+bool HasInputEnded();
+
 // A path as the record manager and the registry take it.
 std::string NativeText(const std::filesystem::path& path);
 
+// The same for people, of any text.
+std::string ShownText(const std::string& native);
+
 // Where the registry is kept, for people.
 std::string RegistryPlace();
+
+// Fails when the registry is a file that cannot be read.
+void RequireReadableRegistry();
+
+// The same, and when it is a file that was named but is not there.
+void RequireRegistry();
 
 // Paths are given and shown in UTF-8.
 inline std::filesystem::path PathOf(std::string_view utf8) {

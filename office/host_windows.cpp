@@ -38,8 +38,29 @@ bool ShowsColours(const std::ostream& out) {
          SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
+bool IsTerminal(const std::ostream& err) {
+  DWORD mode = 0;
+  return &err == &std::cerr && GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+}
+
+// Services and tasks without a logged-in user have a window station that nobody sees, or none.
+bool HasScreen() {
+  USEROBJECTFLAGS flags{};
+  return GetUserObjectInformationA(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags,
+                                   nullptr) != 0 &&
+         (flags.dwFlags & WSF_VISIBLE) != 0;
+}
+
+bool HasInputEnded() { return false; }
+
 std::string NativeText(const std::filesystem::path& path) { return Encode(PathText(path)); }
 
+std::string ShownText(const std::string& native) { return Decode(native); }
+
 std::string RegistryPlace() { return "the registry"; }
+
+void RequireReadableRegistry() {}
+
+void RequireRegistry() {}
 
 }  // namespace office

@@ -3,6 +3,8 @@
 
 #include "office/failure.h"
 #include "office/letter.h"
+#include "office/readiness.h"
+#include "office/unattended.h"
 
 namespace office {
 namespace {
@@ -57,8 +59,11 @@ DeliveredRecord Address(const std::string& caseNumber, const DeliveredRecord& pa
 }  // namespace
 
 LetterFacts ReadLetterFacts(const std::string& caseNumber, const std::string& role) {
+  RequireReadableOffice();
   const DeliveredRecord party = PartyInRole(caseNumber, RoleCode(role));
   DeliveredRecord address = Address(caseNumber, party);
+  // The export takes the first contact person and bank connection then, which nobody has chosen.
+  if (WasChoiceMissed()) throw Failure("A choice was not made, so there is no letter.");
   DeliveredRecord caseData = CaseData(caseNumber);
   // Last, because the number is used up.
   const std::int32_t number = CallExport(ExportNamed("GetDokuNr"), {caseNumber}).result;

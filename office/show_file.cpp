@@ -17,38 +17,23 @@ namespace office {
 namespace {
 
 using qlx99::FieldInfo;
-using qlx99::FieldKind;
 using qlx99::RecordLayout;
 
-constexpr std::size_t kWideTerminal = 132;
-
-bool IsText(const FieldInfo& field) {
-  return field.kind == FieldKind::kText || field.kind == FieldKind::kOemText;
-}
-
-// Known before the first record is read, so that no record has to wait for the last.
-std::size_t ColumnsFor(const FieldInfo& field) {
-  constexpr std::size_t kNumberColumns = 11;
-  constexpr std::size_t kAmountColumns = 16;
-  const std::size_t name = std::string_view(field.name).size();
-  if (IsText(field)) return std::max<std::size_t>(name, field.width);
-  if (field.kind == FieldKind::kDayNumber) return std::max(name, qlx99::kDateLength);
-  return std::max(name, field.kind == FieldKind::kAmount ? kAmountColumns : kNumberColumns);
-}
-
-std::string Cell(const FieldInfo& field, const std::string& text) {
-  const std::size_t columns = ColumnsFor(field);
-  if (IsText(field)) return PaddedRight(text, columns) + "  ";
-  return std::string(columns - std::min(columns, ColumnsOf(text)), ' ') + text + "  ";
+// In quotation marks, doubled where they stand in it, when a comma or a mark would divide it.
+std::string CsvCell(const std::string& text) {
+  if (text.find_first_of(",\"") == std::string::npos) return text;
+  std::string quoted = "\"";
+  for (const char c : text) quoted.append(c == '"' ? 2 : 1, c);
+  return quoted + '"';
 }
 
 // `textOf` gives a field's text.
 template <class TextOf>
-std::string TableLine(const RecordLayout& layout, const TextOf& textOf) {
+std::string CsvLine(const RecordLayout& layout, const TextOf& textOf) {
   std::string line;
-  for (const FieldInfo& field : layout.fields) line += Cell(field, textOf(field));
-  line.erase(line.find_last_not_of(' ') + 1);
-  return line + "\n";
+  for (const FieldInfo& field : layout.fields) line += CsvCell(textOf(field)) + ",";
+  line.back() = '\n';
+  return line;
 }
 
 std::string Block(const RecordLayout& layout, const std::string& record) {
@@ -58,12 +43,6 @@ std::string Block(const RecordLayout& layout, const std::string& record) {
     block += std::string(field.name) + (text.empty() ? ":" : ": ") + text + "\n";
   }
   return block + "\n";
-}
-
-bool FitsInALine(const RecordLayout& layout) {
-  std::size_t columns = 0;
-  for (const FieldInfo& field : layout.fields) columns += ColumnsFor(field) + 2;
-  return columns <= kWideTerminal;
 }
 
 std::string UpperCase(std::string_view text) {
@@ -78,8 +57,9 @@ std::string UpperCase(std::string_view text) {
 std::filesystem::path ConfiguredDataRoot() {
   const auto dataRoot = qlx99::ReadConfiguration<qlx99::kDataRoot>();
   if (dataRoot && dataRoot->front() != '\0') return dataRoot->data();
-  throw Failure("No office is configured: the registry has no DataRoot below " +
-                std::string(qlx99::kOptionsKey) + ". `qlx setup DIR` writes it.");
+  throw Failure("No office is configured: there is no DataRoot below " +
+                std::string(qlx99::kOptionsKey) + " in " + RegistryPlace() +
+                ". `qlx setup DIR` writes it.");
 }
 
 const RecordLayout& RecordFileNamed(std::string_view name) {
@@ -94,20 +74,15 @@ const RecordLayout& RecordFileNamed(std::string_view name) {
   throw WrongUsage("There is no record file \"" + std::string(name) + "\". There are:" + names);
 }
 
-void ShowFile(std::string_view name, std::ostream& out) {
+void ShowFile(std::string_view name, Listing listing, std::ostream& out) {
   const RecordLayout& layout = RecordFileNamed(name);
   const RecordManager manager;
   TableFile file(manager, ConfiguredDataRoot(), layout);
-  const bool inLines = FitsInALine(layout);
-  if (inLines) {
-    out << TableLine(layout, [](const FieldInfo& field) { return std::string(field.name); });
-  }
+  const bool inCsv = listing == Listing::kCsv;
+  if (inCsv) out << CsvLine(layout, [](const FieldInfo& field) { return field.name; });
   for (auto record = file.First(); record; record = file.Next()) {
-    if (inLines) {
-      out << TableLine(layout, [&](const FieldInfo& field) { return FieldText(field, *record); });
-    } else {
-      out << Block(layout, *record);
-    }
+    const auto textOf = [&](const FieldInfo& field) { return FieldText(field, *record); };
+    out << (inCsv ? CsvLine(layout, textOf) : Block(layout, *record));
   }
 }
 

@@ -1,4 +1,4 @@
-// The records of one file of the configured office, for people.
+// The records of one file of the configured office, for people and for other programs.
 #pragma once
 
 #include <filesystem>
@@ -16,8 +16,12 @@ std::filesystem::path ConfiguredDataRoot();
 // all when there is none.
 const qlx99::RecordLayout& RecordFileNamed(std::string_view name);
 
-// In the order of key 0: a line a record where that fits on a wide terminal, otherwise a block of
-// lines in the form of the sample office's texts. Holds one record at a time.
-void ShowFile(std::string_view name, std::ostream& out);
+enum class Listing {
+  kBlocks,  // a line for each field, in the form of the sample office's texts
+  kCsv,     // a line for each record, with commas between the fields; their names come first
+};
+
+// In the order of key 0. Holds one record at a time.
+void ShowFile(std::string_view name, Listing listing, std::ostream& out);
 
 }  // namespace office

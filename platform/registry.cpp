@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -18,7 +19,9 @@
 
 namespace {
 
+using platform::ReadRegistryFile;
 using platform::RegistryFile;
+using platform::RegistryFilePath;
 using platform::RegistryValue;
 
 constexpr LSTATUS Status(DWORD error) { return static_cast<LSTATUS>(error); }
@@ -39,25 +42,9 @@ std::string Environment(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-std::string FilePath() {
-  if (std::string path = Environment("QLX99_REGISTRY"); !path.empty()) return path;
-  const std::string settings = Environment("XDG_CONFIG_HOME");
-  const std::filesystem::path directory =
-      settings.empty() ? std::filesystem::path(Environment("HOME")) / ".config"
-                       : std::filesystem::path(settings);
-  return directory / "qlx99" / "registry.reg";
-}
-
-// A file that cannot be read is a registry without keys.
-RegistryFile Read() {
-  std::ifstream file(FilePath(), std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  return RegistryFile::Parse(text);
-}
-
 // Replaces the file in one step, so that readers see the old or the new one whole.
 LSTATUS Write(const RegistryFile& registry) {
-  const std::filesystem::path path = FilePath();
+  const std::filesystem::path path = RegistryFilePath();
   std::error_code error;
   if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), error);
   const std::string draft = path.string() + "." + std::to_string(getpid());
@@ -72,24 +59,54 @@ LSTATUS Write(const RegistryFile& registry) {
   return ERROR_SUCCESS;
 }
 
+// What cannot be read is not replaced either.
+template <class Action>
+LSTATUS Change(const Action& change) {
+  std::optional<RegistryFile> registry = ReadRegistryFile();
+  if (!registry) return Status(ERROR_ACCESS_DENIED);
+  change(*registry);
+  return Write(*registry);
+}
+
 std::string Below(HKEY key, LPCSTR subKey) { return PathOf(key) + '\\' + subKey; }
 
 }  // namespace
 
+std::filesystem::path platform::RegistryFilePath() {
+  if (std::string path = Environment("QLX99_REGISTRY"); !path.empty()) return path;
+  const std::string settings = Environment("XDG_CONFIG_HOME");
+  const std::filesystem::path directory =
+      settings.empty() ? std::filesystem::path(Environment("HOME")) / ".config"
+                       : std::filesystem::path(settings);
+  return directory / "qlx99" / "registry.reg";
+}
+
+std::optional<RegistryFile> platform::ReadRegistryFile() {
+  const std::filesystem::path path = RegistryFilePath();
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) return RegistryFile();
+  std::ifstream file(path, std::ios::binary);
+  if (!std::filesystem::is_regular_file(path, error) || !file) return std::nullopt;
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  if (text.starts_with("\xFF\xFE")) return std::nullopt;  // UTF-16
+  return RegistryFile::Parse(text);
+}
+
 LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD /*options*/, REGSAM /*access*/,
                              HKEY* result) {
   const std::string path = Below(key, subKey);
-  const bool isThere = Read().Has(path);
+  const std::optional<RegistryFile> registry = ReadRegistryFile();
+  const bool isThere = registry && registry->Has(path);
   *result = isThere ? NewHandle(path) : nullptr;
   return isThere ? ERROR_SUCCESS : Status(ERROR_FILE_NOT_FOUND);
 }
 
 LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR valueName, DWORD* /*reserved*/, DWORD* type,
                                 BYTE* data, DWORD* size) {
-  const RegistryFile registry = Read();
-  const RegistryValue* value = registry.Find(PathOf(key), valueName);
+  const std::optional<RegistryFile> registry = ReadRegistryFile();
+  const RegistryValue* value = registry ? registry->Find(PathOf(key), valueName) : nullptr;
   if (value == nullptr) return Status(ERROR_FILE_NOT_FOUND);
-  *type = REG_SZ;
+  *type = value->type;
   const DWORD room = std::exchange(*size, static_cast<DWORD>(value->bytes.size()));
   if (room < *size) return Status(ERROR_MORE_DATA);
   std::copy(value->bytes.begin(), value->bytes.end(), data);
@@ -103,9 +120,7 @@ LSTATUS WINAPI RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD /*reserved*/, LPST
     platform::Unsupported("RegCreateKeyExA", "anything but a plain key");
   }
   const std::string path = Below(key, subKey);
-  RegistryFile registry = Read();
-  registry.KeyAt(path);
-  const LSTATUS status = Write(registry);
+  const LSTATUS status = Change([&](RegistryFile& registry) { registry.AddKey(path); });
   if (status == ERROR_SUCCESS) *result = NewHandle(path);
   return status;
 }
@@ -113,15 +128,13 @@ LSTATUS WINAPI RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD /*reserved*/, LPST
 LSTATUS WINAPI RegSetValueExA(HKEY key, LPCSTR valueName, DWORD /*reserved*/, DWORD type,
                               const BYTE* data, DWORD size) {
   if (type != REG_SZ) platform::Unsupported("RegSetValueExA", "anything but a text");
-  RegistryFile registry = Read();
-  registry.Set(PathOf(key), {valueName, std::string(data, data + size)});
-  return Write(registry);
+  return Change([&](RegistryFile& registry) {
+    registry.Set(PathOf(key), {valueName, std::string(data, data + size)});
+  });
 }
 
 LSTATUS WINAPI RegDeleteValueA(HKEY key, LPCSTR valueName) {
-  RegistryFile registry = Read();
-  registry.Remove(PathOf(key), valueName);
-  return Write(registry);
+  return Change([&](RegistryFile& registry) { registry.Remove(PathOf(key), valueName); });
 }
 
 LSTATUS WINAPI RegCloseKey(HKEY key) {

@@ -84,7 +84,10 @@ class TerminalScreen final : public Screen {
     for (int attempt = 0; attempt < kAttempts && dialog.IsOpen(); ++attempt) {
       std::cerr << "\nNummer (Eingabe = markierte Zeile, 0 = Abbruch): " << std::flush;
       std::string answer;
-      if (!std::getline(std::cin, answer)) break;
+      if (!std::getline(std::cin, answer)) {
+        std::cerr << '\n';
+        break;
+      }
       std::erase_if(answer, [](char c) { return c == ' ' || c == '\r'; });
       if (!Act(dialog, answer)) std::cerr << "Diese Nummer steht nicht zur Wahl.";
     }

@@ -16,6 +16,7 @@ need_to_build() {
   need ninja ninja-build
   [ -n "${SQLITE_SOURCE-}" ] || need npm npm # brings SQLite's source
   need /usr/include/CLI/CLI.hpp libcli11-dev
+  need /usr/include/nlohmann/json.hpp nlohmann-json3-dev
   need i686-w64-mingw32-windres binutils-mingw-w64-i686 # compiles the dialogs, for Linux too
   need /usr/share/mingw-w64/include/winuser.h mingw-w64-common
 }

@@ -34,7 +34,7 @@ class Installation {
  public:
   explicit Installation(const fs::path& folder) {
     testkit::UsePrivateRegistry(folder);
-    office::SetUp(OfficeIn(folder));
+    office::SetUp(OfficeIn(folder), office::Replacing::kAnything);
     qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   }
   ~Installation() {

@@ -9,7 +9,11 @@ namespace {
 
 constexpr UINT kAnsi = 1252;
 
+const AbsentUser* absentUser = nullptr;
+
 }  // namespace
+
+void SetAbsentUser(const AbsentUser* user) { absentUser = user; }
 
 WideText::WideText(const char* ansi) {
   const std::string_view text = BoundedText(ansi, kLongest);
@@ -17,11 +21,13 @@ WideText::WideText(const char* ansi) {
 }
 
 void ShowMessageBox(const char* text, const char* title, UINT style) {
+  if (absentUser != nullptr) return absentUser->tell(text, title);
   const HeldQuit untilItIsRead;
   MessageBoxW(nullptr, WideText(text).Get(), WideText(title).Get(), style);
 }
 
 void RunDialog(WORD dialog, DLGPROC procedure, LPARAM parameter) {
+  if (absentUser != nullptr) return absentUser->miss();
   const HeldQuit untilItIsAnswered;
   DialogBoxParamW(CurrentAttachment().module, MAKEINTRESOURCEW(dialog), nullptr, procedure,
                   parameter);

@@ -24,6 +24,15 @@ class WideText {
   std::array<WCHAR, kLongest + 1> text_{};
 };
 
+// Stands in for the user where a program that has the library built in has nobody at its screen.
+struct AbsentUser {
+  void (*tell)(const char* text, const char* title);  // in a message box's place; Windows-1252
+  void (*miss)();                                     // a dialog, which ends without a choice
+};
+
+// Null, as at first, brings the user back. The caller keeps what it points to.
+void SetAbsentUser(const AbsentUser* user);
+
 // Without an owner window; `style` as of MessageBoxW.
 void ShowMessageBox(const char* text, const char* title, UINT style);
 

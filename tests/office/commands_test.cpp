@@ -7,6 +7,7 @@
 #include "office/record_text.h"
 #include "record_files.h"
 #include "sample_office.h"
+#include "support/user.h"
 #include "testkit/process.h"
 
 namespace {
@@ -15,6 +16,7 @@ using office::kDone;
 using office::kFailed;
 using office::kWrongUsage;
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -33,7 +35,8 @@ const struct {
   const char* part;  // of what it prints: when it is done, on stdout, and otherwise on stderr
 } kOutcomes[] = {
     {"--version", kDone, "qlx "},
-    {"--help", kDone, "qlx letter 12345678"},
+    {"-h", kDone, "qlx letter 12345678"},
+    {"help|office|show", kDone, "Usage: qlx office show [OPTIONS] FILE"},
     {"call|BLesenDLL|M |12345678", kDone,
      "kind: local\nresult: -1  (-1: delivered)\nrecord: 4711|25|0|815\n   1  addressNumber       "
      "  4711\n"},
@@ -41,25 +44,40 @@ const struct {
     // Two parties, and no dialog allowed: nothing is written.
     {"call|BLesenDLL|G |23001124||1", kDone,
      "kind: local\nresult: 0  (-1: delivered)\nrecord: none; the buffer was left as it was\n"},
+    {"call|--json|BLesenDLL|M |12345678", kDone,
+     R"({"export":"BLesenDLL","kind":"local","result":-1,"record":"4711|25|0|815","fields":)"
+     R"({"addressNumber":"4711","relationCode":"25","always0":"0","linkNumber":"815"}})"
+     "\n"},
+    // Without date and kind: the result is 0, and the record is whole all the same.
+    {"call|--json|WVNext|24000402|1", kDone, R"("result":0,"record":"|)"},
+    {"call|--json|UserInit", kDone, "\"result\":5}\n"},
     {"call|SLesenDLL|99999999", kDone, "record: 0|\n"},
     {"call|SLesenDLL|99999999", kDone, "go without names"},
     {"call|WVNext|24000317|-5", kDone, "(§ 4 KSchG)"},
     {"call|GetDocuRoot|260", kDone, "Dokumente\n   1  path "},
     {"followups|24000402", kDone, "Versorgungsausgleich klären"},  // without date and kind
     {"office|check", kDone, "ZTCASE.KRV"},
-    {"office|show|ztablag", kDone,
-     "  1  A-117  12.12.2003\n          2  Kö/08  30.06.1999\n          3  "},
+    {"office|show|ztablag", kDone, "id: 2\nmark: Kö/08\ndate: 30.06.1999\n\nid: 3\nmark:\n"},
+    {"office|show|ztbank|--csv", kDone,
+     "\n5,4901,\"Anderkonto, Rheinische Kreditbank\",370 700 60,"},
     {"office|show|ZTCASE.KRV", kDone, "\n\nid: 5\ncaseNumber: 98010042\nuserId: 1\n"},
     {"followups|99999999", kFailed, "Case 99999999 has no follow-ups"},
     {"letter|99999999", kFailed, "There is no case 99999999"},
     {"letter|25000001", kFailed, "None of the 0 parties of case 25000001 is in the role \"M \""},
     {"letter|12345678|--role|§G", kFailed, "None of the 7 parties"},
     {"letter|98010042|--role|G", kFailed, "Address 4806, of Roßbach, has no place"},
+    {"letter|98010042|--no-dialog", kFailed, "A choice was not made"},
     {"", kWrongUsage, "subcommand is required"},
+    {"bogus", kWrongUsage, "There is no command \"bogus\". `qlx --help` lists all.\n"},
+    {"office|craete", kWrongUsage, "Did you mean \"create\"? `qlx office --help` "},
+    {"foll|12345678", kWrongUsage, "Did you mean \"followups\"?"},
+    {"letter||--role|M", kWrongUsage, "CASE: is empty"},
+    {"office|create| ", kWrongUsage, "DIR: is empty"},
     {"letter", kWrongUsage, "CASE is required"},
     {"letter|12345678|--rolle|M", kWrongUsage, "--rolle"},
     {"call|Blubb", kWrongUsage, "There is no export \"Blubb\". There are:\n  GetDocuRoot length\n"},
-    {"call|UserInit|1", kWrongUsage, "UserInit takes 0 arguments, not 1"},
+    {"call|UserInit|1", kWrongUsage, "UserInit takes 0 arguments; you gave 1.\n"},
+    {"call|SLesenDLL|1|2", kWrongUsage, "takes 1 argument (caseNumber); you gave 2. The buffer "},
     {"call|GetDocuRoot|x", kWrongUsage, "\"x\" is not a whole number"},
     {"office|show|ZTNIX", kWrongUsage, "There are: ZTUSER ZTTCASE"},
     {"office|create|nowhere|--cases|0", kWrongUsage, "--cases"},
@@ -80,7 +98,28 @@ TEST_F(QlxCommands, SayWhatTheyDeliverOrWhyTheyDoNot) {
   EXPECT_EQ(Qlx("office|show|ZTHISTO.KRV").out, numbersBefore) << "of refused letters";
 }
 
+TEST_F(QlxCommands, TellAScriptThatNothingWasDelivered) {
+  const struct {
+    const char* command;
+    const char* out;
+    const char* err;
+  } rows[] = {
+      {"BLesenDLL|G |23001124||1", R"("result":0,"record":null,"fields":null})", ""},
+      {"SLesenDLL|99999999", R"("result":-1,"record":"0|","fields":null})", ""},
+      {"WVNew|12345678|1|morgen|1|0|0|x", R"("result":0})",
+       "Systemmeldung !\nGeben Sie bitte ein Datum an !\n"},
+  };
+  for (const auto& [command, out, err] : rows) {
+    const Outcome outcome = Qlx(std::string("call|--json|--no-dialog|") + command);
+    EXPECT_EQ(outcome.code, kFailed) << command;
+    EXPECT_THAT(outcome.out, EndsWith(std::string(out) + "\n"));
+    EXPECT_EQ(outcome.err, err);
+  }
+}
+
 TEST_F(QlxCommands, LettersSpeakToWhomTheyAreFor) {
+  qlx99::tests::User user;
+  user.TakesTheSelectedFromNowOn();
   const struct {
     const char* caseNumber;
     const char* role;
@@ -135,6 +174,7 @@ TEST_F(QlxCommands, ShowWhatIsThereWhateverItsTextsHold) {
   SetField(qlx99::CaseRecord::id, "77", oneCase);
   SetField(qlx99::CaseRecord::caseNumber, "77000001", oneCase);
   oneCase[qlx99::CaseRecord::rubrum.offset] = '|';
+  SetField(qlx99::CaseRecord::text40, "wegen \"Nichts\"", oneCase);
   const RecordManager manager;
   TableFile(manager, Folder(), followUps).Insert(followUp);
   TableFile(manager, Folder(), cases).Insert(oneCase);
@@ -143,6 +183,7 @@ TEST_F(QlxCommands, ShowWhatIsThereWhateverItsTextsHold) {
               AllOf(HasSubstr("\n?                  cannot be told apart: ||0|"),
                     HasSubstr("\n15.05.2024  Frist  a|b ")));
   EXPECT_THAT(Qlx("letter|77000001").err, HasSubstr("Case 77000001 cannot be read"));
+  EXPECT_THAT(Qlx("office|show|ztcase|--csv").out, HasSubstr(",\"wegen \"\"Nichts\"\"\","));
 }
 
 }  // namespace

@@ -4,9 +4,11 @@
 #include <array>
 #include <fstream>
 #include <set>
+#include <sstream>
 
 #include "frame/attach.h"
 #include "office/command_line.h"
+#include "office/progress_line.h"
 #include "office/record_manager.h"
 #include "record_files.h"
 #include "sample_office.h"
@@ -29,8 +31,6 @@ class QlxInstallations : public testing::Test {
 
 TEST_F(QlxInstallations, AreCheckedFileByFile) {
   EXPECT_THAT(Qlx("setup|" + folder_.Text()).err, HasSubstr("There is no office in"));
-  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! DataRoot        is not set in "));
-
   const office::RecordManager manager;
   const auto create = [&](qlx99::RecordLayout layout) {
     office::TableFile::Create(manager, folder_.Path(), layout);
@@ -111,7 +111,15 @@ TEST(QlxConfiguration, IsCheckedForWhatItsKindNeeds) {
   EXPECT_EQ(Qlx("call|UserInit").out, "kind: delegated\nresult: 0  (number of users)\n");
   its.IsNotConfigured("ProgramName");
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
+  its.IsNotConfigured("DataRoot");
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! DataRoot        is not set in "));
+  for (const char* command : {"letter|12345678", "followups|12345678", "office|show|ztcase"}) {
+    EXPECT_THAT(Qlx(command).err,
+                HasSubstr("No office is configured: there is no DataRoot below "));
+  }
   its.IsConfigured("DataRoot", "/nowhere");
+  EXPECT_THAT(Qlx("letter|12345678").err,
+              HasSubstr("There is no folder /nowhere, which DataRoot "));
   EXPECT_THAT(
       Qlx("office|check").out,
       AllOf(HasSubstr("  ProgramName     local, as it is not set; "),
@@ -121,14 +129,37 @@ TEST(QlxConfiguration, IsCheckedForWhatItsKindNeeds) {
               HasSubstr("local, as \"c:\\programs\\stelvora.exe\" does not name TELQ32; "));
 }
 
+TEST_F(QlxInstallations, ReplaceEachOtherOnlyWhenAsked) {
+  const TemporaryFolder second;
+  for (const std::string& folder : {folder_.Text(), second.Text()}) {
+    ASSERT_EQ(Qlx("office|create|" + folder).code, office::kDone);
+  }
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
+  const Outcome refused = Qlx("setup|" + second.Text());
+  EXPECT_EQ(refused.code, office::kFailed);
+  EXPECT_THAT(refused.err, AllOf(HasSubstr("\n  DataRoot = " + folder_.Text() + "\n"),
+                                 HasSubstr("Nothing was changed. `qlx setup " + second.Text())));
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("DataRoot        " + folder_.Text() + "\n"));
+  EXPECT_THAT(Qlx("setup|--force|" + second.Text()).out,
+              HasSubstr("DataRoot = " + second.Text() + "  (before: " + folder_.Text() + ")\n"));
+}
+
+// In a file that is kept, nothing is drawn over.
+TEST(QlxProgress, TakesAFewWholeLinesWhereThereIsNoTerminal) {
+  std::ostringstream shown;
+  office::ProgressLine progress(shown, "cases");
+  for (int done = 1; done <= 40; ++done) progress.Show(done, 40);
+  EXPECT_EQ(shown.str(), "10 of 40 cases\n20 of 40 cases\n30 of 40 cases\n40 of 40 cases\n");
+}
+
 TEST_F(QlxInstallations, CanBeGeneratedAndAreTheSameEachTime) {
   const TemporaryFolder second;
   std::set<std::string> shown;
   for (const std::string& folder : {folder_.Text(), second.Text()}) {
     const Outcome created = Qlx("office|create|" + folder + "|--cases|3");
     ASSERT_EQ(created.code, office::kDone) << created.err;
-    EXPECT_THAT(created.err, HasSubstr("3 of 3 cases\n"));
-    ASSERT_EQ(Qlx("setup|" + folder).code, office::kDone);
+    EXPECT_EQ(created.err, "3 of 3 cases\n");
+    ASSERT_EQ(Qlx("setup|--force|" + folder).code, office::kDone);
     std::string all;
     for (const char* file : {"ZTCASE", "ZTHEAD", "ZTPART", "ZTADRESS", "ZTBANK", "ZTDOLIST"}) {
       all += Qlx(std::string("office|show|") + file).out;

@@ -7,9 +7,12 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <utility>
 
 #include "platform/windows_api.h"
+#include "testkit/files.h"
 #include "testkit/private_registry.h"
+#include "tests/office/sample_office.h"
 
 namespace {
 
@@ -17,44 +20,66 @@ using platform::RegistryFile;
 
 using namespace std::string_literals;
 
+// By hand, and by other programs.
 constexpr auto kAsWritten =
     "REGEDIT4\r\n"
     "; the office's folders in C:\\hex\\\r\n"
     "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Options]\r\n"
+    "@=\"nameless\"\r\n"
     "\"DataRoot\"=\"C:\\\\data \\\"new\\\"\"\r\n"
     "  \"Spaced\" = \"x=1\" \r\n"
-    "\"Unterminated\"=hex(1):61, 62\r\n"
-    "[HKEY_CURRENT_USER\\Other]\r\n";
-constexpr auto kAsFormatted =
-    "REGEDIT4\r\n\r\n"
-    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Options]\r\n"
-    "\"DataRoot\"=\"C:\\\\data \\\"new\\\"\"\r\n"
-    "\"Spaced\"=\"x=1\"\r\n"
-    "\"Unterminated\"=hex(1):61,62\r\n\r\n"
-    "[HKEY_CURRENT_USER\\Other]\r\n";
+    "\"Unterminated\"=hex(1):61, \\ \r\n"
+    "  62,\\\r\n"
+    "  63\r\n"
+    "\"Number\"=dword:0000002a\r\n"
+    "\"Bytes\"=hex:ff,00\r\n"
+    "; of another key\r\n"
+    "\r\n"
+    "[HKEY_CURRENT_USER\\Other]\r\n"
+    "\"Unterminated\"=hex(2):64,\\";
 
-TEST(RegistrationText, IsUnderstoodInEveryFormAndWrittenInOne) {
+TEST(RegistrationText, IsUnderstoodInEveryForm) {
   std::string withoutReturns = kAsWritten;
   std::erase(withoutReturns, '\r');
-  for (const std::string& text :
-       {std::string(kAsWritten), withoutReturns, std::string(kAsFormatted)}) {
-    EXPECT_EQ(RegistryFile::Parse(text).Format(), kAsFormatted);
-    // Wherever it ends, nothing behind is read.
-    for (std::size_t length = 0; length < text.size(); ++length)
-      RegistryFile::Parse(std::string(text, 0, length));
+  for (const std::string& text : {std::string(kAsWritten), withoutReturns}) {
+    const RegistryFile file = RegistryFile::Parse(text);
+    EXPECT_EQ(file.Format(), text);
+    const struct {
+      const char* name;
+      std::string bytes;
+      DWORD type;
+    } rows[] = {{"", "nameless\0"s, 1},       {"DataRoot", "C:\\data \"new\"\0"s, 1},
+                {"Spaced", "x=1\0"s, 1},      {"Unterminated", "abc", 1},
+                {"Number", "\x2A\0\0\0"s, 4}, {"Bytes", "\xFF\0"s, 3}};
+    for (const auto& [name, bytes, type] : rows) {
+      const auto* const value = file.Find("HKEY_LOCAL_MACHINE\\SOFTWARE\\Options", name);
+      ASSERT_NE(value, nullptr) << name;
+      EXPECT_EQ(value->bytes, bytes) << name;
+      EXPECT_EQ(value->type, type) << name;
+    }
+    // Wherever it ends, nothing behind is read, and it can be written to.
+    for (std::size_t length = 0; length < text.size(); ++length) {
+      RegistryFile part = RegistryFile::Parse(std::string(text, 0, length));
+      part.Set("HKEY_CURRENT_USER\\Other", {"new", "value\0"s});
+      const RegistryFile again = RegistryFile::Parse(part.Format());
+      ASSERT_NE(again.Find("HKEY_CURRENT_USER\\Other", "new"), nullptr) << length;
+    }
   }
 }
 
 TEST(RegistrationText, MayHaveLinesThatMeanNothing) {
-  const std::string key = "[HKEY_LOCAL_MACHINE\\Key]\r\n";
+  const std::string key = "HKEY_LOCAL_MACHINE\\Key";
   for (const char* line :
-       {"rubbish", R"("x)", R"("x")", R"("x"=)", R"("x"="open)", R"("x"="a"b)", R"("x"=dword:1)",
+       {"rubbish", R"("x)", R"("x")", R"("x"=)", R"("x"="open)", R"("x"="a"b)", R"("x"=dword:1g)",
         R"("x"=hex(1):1g)", R"("x"=hex(1):100)", R"("x"=hex(1:00)", R"("x"=-)", "=", R"("\)", "[",
         "[]", "@", "\xFF\xFE"}) {
-    EXPECT_EQ(
-        RegistryFile::Parse("\"of no\"=\"key\"\r\n" + key + line + "\r\n\"a\"=\"b\"").Format(),
-        "REGEDIT4\r\n\r\n" + key + "\"a\"=\"b\"\r\n")
-        << line;
+    const std::string text =
+        "\"of no\"=\"key\"\r\n[" + key + "]\r\n" + line + "\r\n\"a\"=\"b\"\r\n";
+    RegistryFile file = RegistryFile::Parse(text);
+    EXPECT_EQ(file.Find(key, "x"), nullptr) << line;
+    EXPECT_EQ(file.Find("", "of no"), nullptr);
+    file.Set(key, {"A", "c\0"s});
+    EXPECT_EQ(file.Format(), std::string(text).replace(text.find("\"b\""), 3, "\"c\""));
   }
 }
 
@@ -93,14 +118,31 @@ class RegistrationFile : public testing::Test {
 };
 
 TEST_F(RegistrationFile, KeepsWhatAChangeDoesNotConcern) {
-  std::ofstream(Path(), std::ios::binary) << kAsWritten;  // by hand
+  std::ofstream(Path(), std::ios::binary) << kAsWritten;
   EXPECT_EQ(Set("spaced"), LSTATUS{ERROR_SUCCESS});
-  std::string expected = kAsFormatted;
-  expected.replace(expected.find("x=1"), 3, "new");
-  std::ifstream stream(Path(), std::ios::binary);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), expected);
+  EXPECT_EQ(Set("unTerminated"), LSTATUS{ERROR_SUCCESS});
+  EXPECT_EQ(Set("added"), LSTATUS{ERROR_SUCCESS});
+  std::string expected = kAsWritten;
+  for (const auto& [old, by] : {std::pair{"  \"Spaced\" = \"x=1\" ", "\"Spaced\"=\"new\""},
+                                std::pair{"hex(1):61, \\ \r\n  62,\\\r\n  63", "\"new\""},
+                                std::pair{"ff,00\r\n", "ff,00\r\n\"added\"=\"new\"\r\n"}}) {
+    expected.replace(expected.find(old), std::string(old).size(), by);
+  }
+  expected += "\r\n\r\n";  // or what comes next would continue the last value
+  EXPECT_EQ(testkit::ReadAll(Path()), expected);
   const std::filesystem::directory_iterator files(registry_.Folder());
   EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "a draft was left behind";
+}
+
+TEST_F(RegistrationFile, IsNotReplacedWhenItCannotBeRead) {
+  const std::string unicode = "\xFF\xFER\0E\0G\0"s;
+  testkit::WriteAll(Path(), unicode);
+  EXPECT_EQ(Set("value"), LSTATUS{ERROR_ACCESS_DENIED});
+  EXPECT_EQ(testkit::ReadAll(Path()), unicode);
+  setenv("QLX99_REGISTRY", registry_.Folder().c_str(), 1);
+  EXPECT_EQ(Set("value"), LSTATUS{ERROR_ACCESS_DENIED});
+  HKEY key = nullptr;
+  EXPECT_NE(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE", 0, KEY_READ, &key), ERROR_SUCCESS);
 }
 
 TEST_F(RegistrationFile, LiesWhereTheEnvironmentSays) {
@@ -113,6 +155,19 @@ TEST_F(RegistrationFile, LiesWhereTheEnvironmentSays) {
   EXPECT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
   unsetenv("XDG_CONFIG_HOME");
   EXPECT_TRUE(std::filesystem::exists(folder + "/qlx99/registry.reg"));
+}
+
+TEST(QlxRegistryFile, IsNamedWhenItIsNoFile) {
+  const testkit::PrivateRegistry registry;
+  const std::string folder = registry.Folder().string();
+  for (const char* command : {"office|check", "letter|1", "followups|1", "call|UserInit"}) {
+    setenv("QLX99_REGISTRY", (folder + "/none.reg").c_str(), 1);
+    EXPECT_THAT(Qlx(command).err, testing::HasSubstr("QLX99_REGISTRY names " + folder +
+                                                     "/none.reg, and there is no "));
+    setenv("QLX99_REGISTRY", folder.c_str(), 1);
+    EXPECT_THAT(Qlx(command).err, testing::HasSubstr(folder + " cannot be read: it is a folder."));
+  }
+  EXPECT_THAT(Qlx("setup|" + folder).err, testing::HasSubstr("cannot be read: it is a folder."));
 }
 
 }  // namespace

@@ -1,33 +1,44 @@
 // The terminal that stands in for a screen on a host without Windows.
 #include <iostream>
 #include <sstream>
+#include <utility>
 
 #include "addresses/bank_connection_file.h"
 #include "addresses/contact_person_file.h"
+#include "office/command_line.h"
 #include "platform/screen.h"
 #include "support/export_test.h"
+#include "tests/office/sample_office.h"
 
 namespace qlx99::tests {
 namespace {
 
 using testing::HasSubstr;
 
-class Terminal : public ExampleOfficeTest {
- protected:
-  Terminal() : keys_(std::cin.rdbuf()), display_(std::cerr.rdbuf(shown_.rdbuf())) {
-    platform::SetScreen(nullptr);
-  }
-  ~Terminal() override {
+// What somebody types, as long as it exists.
+class FedInput {
+ public:
+  explicit FedInput(const std::string& typed) : typed_(typed) { std::cin.clear(); }
+  ~FedInput() {
     std::cin.rdbuf(keys_);
     std::cin.clear();
-    std::cerr.rdbuf(display_);
   }
+  FedInput(const FedInput&) = delete;
+  FedInput& operator=(const FedInput&) = delete;
+
+ private:
+  std::istringstream typed_;
+  std::streambuf* keys_ = std::cin.rdbuf(typed_.rdbuf());
+};
+
+class Terminal : public ExampleOfficeTest {
+ protected:
+  Terminal() : display_(std::cerr.rdbuf(shown_.rdbuf())) { platform::SetScreen(nullptr); }
+  ~Terminal() override { std::cerr.rdbuf(display_); }
 
   // What the call gives to somebody who types `answers`.
   std::string Typing(const std::string& answers, const std::function<std::int32_t(char*)>& call) {
-    std::istringstream typed(answers);
-    std::cin.rdbuf(typed.rdbuf());
-    std::cin.clear();
+    const FedInput input(answers);
     return OutcomeOf(call);
   }
 
@@ -35,7 +46,6 @@ class Terminal : public ExampleOfficeTest {
 
  private:
   std::ostringstream shown_;
-  std::streambuf* keys_;
   std::streambuf* display_;
 };
 
@@ -78,6 +88,33 @@ TEST_F(Terminal, ShowsMessagesAndWhatStandsBesideLabels) {
   EXPECT_EQ(library->UserInit(), 0);
   EXPECT_THAT(Shown(), testing::EndsWith("\nSystemmeldung !\nDatenpfad nicht gefunden !\n "
                                          "User können nicht übernommen werden ! \n"));
+}
+
+class QlxAtTheTerminal : public SampleOffice {
+ protected:
+  ~QlxAtTheTerminal() override { std::cerr.rdbuf(display_); }
+
+ private:
+  std::ostringstream shown_;
+  std::streambuf* display_ = std::cerr.rdbuf(shown_.rdbuf());
+};
+
+// Whichever dialog it is that gets no answer.
+TEST_F(QlxAtTheTerminal, TakesTheEndOfInputForNoChoiceAndUsesUpNoNumber) {
+  const std::string numbers = Qlx("office|show|ZTHISTO").out;
+  const std::pair<const char*, const char*> rows[] = {{"letter|23001124|--role|G", ""},
+                                                      {"letter|23001124", ""},
+                                                      {"letter|23001124", "1\n"},
+                                                      {"letter|98010042", ""}};
+  for (const auto& [command, answers] : rows) {
+    const FedInput input(answers);
+    const auto letter = Qlx(command);
+    EXPECT_EQ(letter.code, office::kFailed);
+    EXPECT_THAT(letter.err, HasSubstr(", so there is no letter.")) << command;
+  }
+  EXPECT_EQ(Qlx("office|show|ZTHISTO").out, numbers);
+  const FedInput input("2\n2");
+  EXPECT_THAT(Qlx("letter|23001124").out, HasSubstr("Sehr geehrte"));
 }
 
 }  // namespace
