@@ -32,7 +32,7 @@ check_contents() {
 check_notices() {
   local sqlite name
   sqlite=$(sed -nE 's/^set\(SQLITE_VERSION (.*)\)/\1/p' cmake/sqlite.cmake)
-  for name in "SQLite $sqlite" CLI11 GCC mingw-w64 winpthreads; do
+  for name in "SQLite $sqlite" CLI11 "JSON for" GCC mingw-w64 winpthreads; do
     grep -q "^$name" "$folder/THIRD-PARTY-NOTICES.txt" || fail "has no notice of $name"
   done
 }
