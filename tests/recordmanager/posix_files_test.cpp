@@ -2,10 +2,12 @@
 // and processes are copied with what they have open.
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sched.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <optional>
 
 #include "party_file.h"
@@ -139,6 +141,58 @@ TEST_F(PosixFiles, AreNotOpenedWithoutFreeHandles) {
   }
   for (std::size_t i = 1; i < taken.size(); ++i) close(taken[i]);
   EXPECT_THAT(statuses, testing::MatchesRegex("(86 )+0 "));
+}
+
+// Makes the folder a disk of its own, until this process ends, with blocks smaller than pages.
+bool Mount(const std::string& folder) {
+  const std::string disk = folder + ".disk";
+  const std::string make = "mount --make-rprivate / && truncate -s 1M " + disk +
+                           " && mkfs.ext4 -q -b 1024 -O ^has_journal " + disk + " && mkdir " +
+                           folder + " && mount -o loop " + disk + ' ' + folder;
+  return unshare(CLONE_NEWNS) == 0 &&
+         std::system(("{ " + make + "; } > /dev/null 2>&1").c_str()) == 0;
+}
+
+// Leaves so much room on the disk.
+void Fill(const std::string& filler, off_t room) {
+  const std::string bytes(1024, 'x');
+  const int file = open(filler.c_str(), O_RDWR | O_CREAT, 0600);
+  off_t size = 0;
+  while (write(file, bytes.data(), bytes.size()) > 0) size += std::ssize(bytes);
+  EXPECT_EQ(ftruncate(file, size - room), 0);
+  close(file);
+}
+
+// The statuses of opening the file, with more and more room.
+std::string StatusesOnFullDisk(const std::string& file, const std::string& filler) {
+  std::string statuses;
+  for (off_t room = 0; room < 20; ++room) {
+    Fill(filler, room * 1024);
+    statuses += std::to_string(Client().Open(file)) + ' ';
+    qlx99::tests::ReleaseEmbedded();
+    std::filesystem::remove(filler);
+  }
+  return statuses;
+}
+
+// What the users of a log share is memory, and writing to memory that the disk has no room for
+// would kill the process.
+TEST_F(PosixFiles, OnAFullDiskOfSmallBlocksSaySo) {
+  constexpr int kNoMount = 77;
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const std::string disk = InFolder("disk");
+  const pid_t child = fork();
+  if (child == 0) {
+    if (!Mount(disk)) _exit(kNoMount);
+    std::filesystem::copy_file(path, disk + "/FILE.KRV");
+    const std::string statuses = StatusesOnFullDisk(disk + "/FILE.KRV", disk + "/filler");
+    EXPECT_THAT(statuses, testing::MatchesRegex("18 ((0|18) )*0 ((0|18) )*"));
+    _exit(HasFailure() ? 1 : 0);
+  }
+  int end = 0;
+  waitpid(child, &end, 0);
+  if (WIFEXITED(end) && WEXITSTATUS(end) == kNoMount) GTEST_SKIP() << "may not mount a disk";
+  EXPECT_EQ(end, 0);
 }
 
 }  // namespace

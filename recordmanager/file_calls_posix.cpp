@@ -1,0 +1,46 @@
+// What SQLite asks of the system, where it should ask for more.
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <array>
+#include <bit>
+#include <cerrno>
+
+#include "recordmanager/host_files.h"
+
+namespace recordmanager {
+namespace {
+
+// The memory that users of a log share grows by a zero as the last byte of each page. Where the
+// disk's blocks are smaller than that, it would have holes; and who writes to a hole while the disk
+// is full is killed.
+ssize_t Write(int file, const void* bytes, std::size_t count, off_t place) {
+  constexpr std::array<char, 4096> kPage{};
+  const off_t begin = place + 1 - std::ssize(kPage);
+  if (count != 1 || begin < 0 || begin % std::ssize(kPage) != 0) {
+    return pwrite(file, bytes, count, place);
+  }
+  const ssize_t written = pwrite(file, kPage.data(), kPage.size(), begin);
+  if (written >= 0 && written < std::ssize(kPage)) errno = ENOSPC;
+  return written == std::ssize(kPage) ? 1 : -1;
+}
+
+// Logs and their memory are given to the file's owner and group by root only. What others make
+// should at least be the group's: it may be by the group that the file's users may write it.
+uid_t RootsId() { return 0; }
+int GiveAway(int file, uid_t owner, gid_t group) {
+  constexpr auto kSame = static_cast<uid_t>(-1);
+  return fchown(file, geteuid() == 0 ? owner : kSame, group);
+}
+
+}  // namespace
+
+void AdaptFileCalls() {
+  sqlite3_vfs* files = sqlite3_vfs_find("unix");
+  if (files == nullptr) return;
+  files->xSetSystemCall(files, "pwrite", std::bit_cast<sqlite3_syscall_ptr>(&Write));
+  files->xSetSystemCall(files, "geteuid", std::bit_cast<sqlite3_syscall_ptr>(&RootsId));
+  files->xSetSystemCall(files, "fchown", std::bit_cast<sqlite3_syscall_ptr>(&GiveAway));
+}
+
+}  // namespace recordmanager
