@@ -11,6 +11,13 @@
 namespace recordmanager {
 namespace {
 
+// A quota, or the largest size that the file system or the process allows, is a full disk to the
+// user, too; SQLite would take it for a faulty one.
+ssize_t Outcome(ssize_t written) {
+  if (written < 0 && (errno == EDQUOT || errno == EFBIG)) errno = ENOSPC;
+  return written;
+}
+
 // The memory that users of a log share grows by a zero as the last byte of each page. Where the
 // disk's blocks are smaller than that, it would have holes; and who writes to a hole while the disk
 // is full is killed.
@@ -18,9 +25,9 @@ ssize_t Write(int file, const void* bytes, std::size_t count, off_t place) {
   constexpr std::array<char, 4096> kPage{};
   const off_t begin = place + 1 - std::ssize(kPage);
   if (count != 1 || begin < 0 || begin % std::ssize(kPage) != 0) {
-    return pwrite(file, bytes, count, place);
+    return Outcome(pwrite(file, bytes, count, place));
   }
-  const ssize_t written = pwrite(file, kPage.data(), kPage.size(), begin);
+  const ssize_t written = Outcome(pwrite(file, kPage.data(), kPage.size(), begin));
   if (written >= 0 && written < std::ssize(kPage)) errno = ENOSPC;
   return written == std::ssize(kPage) ? 1 : -1;
 }

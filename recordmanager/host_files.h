@@ -83,6 +83,9 @@ bool CanMakeLogFor(const std::string& path);
 // opens any.
 void AdaptFileCalls();
 
+// Whether the disk has no room for one more file in the folder of `path`, where the host tells.
+bool HasNoRoomBeside(const std::string& path);
+
 // Whether nothing can be opened any more because too much is open, in this process or altogether.
 bool AreFileHandlesUsedUp();
 

@@ -255,6 +255,8 @@ bool CanMakeLogFor(const std::string& /*path*/) { return true; }
 // There is no limit that is reached before memory ends.
 void AdaptFileCalls() {}
 
+bool HasNoRoomBeside(const std::string& /*path*/) { return false; }
+
 bool AreFileHandlesUsedUp() { return false; }
 
 bool AreAddressesUsedUp() {

@@ -3,11 +3,13 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sched.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
 #include <optional>
 
 #include "party_file.h"
@@ -143,6 +145,22 @@ TEST_F(PosixFiles, AreNotOpenedWithoutFreeHandles) {
   EXPECT_THAT(statuses, testing::MatchesRegex("(86 )+0 "));
 }
 
+TEST_F(PosixFiles, ThatMayNotBecomeLargerSaySo) {
+  rlimit limit{};
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const rlimit small{100'000, limit.rlim_max};
+  auto* const before = std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &small);
+  std::string outcomes;
+  while (outcomes.size() < 1000 && outcomes.find('!') == std::string::npos) {
+    outcomes += client.Do("insert") + ' ';
+  }
+  EXPECT_THAT(outcomes, testing::MatchesRegex("1 2 .*!18 "));
+  setrlimit(RLIMIT_FSIZE, &limit);
+  std::signal(SIGXFSZ, before);
+  EXPECT_EQ(client.Do("first, next, insert, close").find('!'), std::string::npos);
+}
+
 // Makes the folder a disk of its own, until this process ends, with blocks smaller than pages.
 bool Mount(const std::string& folder) {
   const std::string disk = folder + ".disk";
@@ -175,6 +193,13 @@ std::string StatusesOnFullDisk(const std::string& file, const std::string& fille
   return statuses;
 }
 
+// Of a disk that has room, but for no more files.
+void ExpectNoMoreFiles(const std::string& file) {
+  for (int fillers = 0; std::ofstream(file + std::to_string(fillers));) ++fillers;
+  EXPECT_EQ(Client().Open(file), kDiskFull);
+  EXPECT_EQ(Create(file + ".NEW"), kDiskFull);
+}
+
 // What the users of a log share is memory, and writing to memory that the disk has no room for
 // would kill the process.
 TEST_F(PosixFiles, OnAFullDiskOfSmallBlocksSaySo) {
@@ -187,6 +212,8 @@ TEST_F(PosixFiles, OnAFullDiskOfSmallBlocksSaySo) {
     std::filesystem::copy_file(path, disk + "/FILE.KRV");
     const std::string statuses = StatusesOnFullDisk(disk + "/FILE.KRV", disk + "/filler");
     EXPECT_THAT(statuses, testing::MatchesRegex("18 ((0|18) )*0 ((0|18) )*"));
+    std::filesystem::copy_file(path, disk + "/OTHER.KRV");
+    ExpectNoMoreFiles(disk + "/OTHER.KRV");
     _exit(HasFailure() ? 1 : 0);
   }
   int end = 0;
