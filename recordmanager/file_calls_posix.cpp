@@ -1,4 +1,5 @@
 // What SQLite asks of the system, where it should ask for more.
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
@@ -10,6 +11,16 @@
 
 namespace recordmanager {
 namespace {
+
+// In a folder where nobody may delete what others have made, the kernel may refuse to make a file
+// that another user has made already, as a log.
+int Open(const char* path, int flags, int rights) {
+  const int made = open(path, flags, rights);
+  if (made >= 0 || errno != EACCES || (flags & (O_CREAT | O_EXCL)) != O_CREAT) return made;
+  const int found = open(path, flags & ~O_CREAT);
+  if (found < 0) errno = EACCES;
+  return found;
+}
 
 // A quota, or the largest size that the file system or the process allows, is a full disk to the
 // user, too; SQLite would take it for a faulty one.
@@ -45,6 +56,7 @@ int GiveAway(int file, uid_t owner, gid_t group) {
 void AdaptFileCalls() {
   sqlite3_vfs* files = sqlite3_vfs_find("unix");
   if (files == nullptr) return;
+  files->xSetSystemCall(files, "open", std::bit_cast<sqlite3_syscall_ptr>(&Open));
   files->xSetSystemCall(files, "pwrite", std::bit_cast<sqlite3_syscall_ptr>(&Write));
   files->xSetSystemCall(files, "geteuid", std::bit_cast<sqlite3_syscall_ptr>(&RootsId));
   files->xSetSystemCall(files, "fchown", std::bit_cast<sqlite3_syscall_ptr>(&GiveAway));

@@ -188,7 +188,8 @@ gid_t GroupOf(const std::string& file) {
   return facts.st_gid;
 }
 
-// A killed program leaves its log and the memory of it to the others.
+// A killed program leaves its log and the memory of it to the others; also in a folder where they
+// may not delete them. (That has two sides only where /proc/sys/fs/protected_regular is set.)
 TEST_F(ProtectedFiles, AreSharedWithTheirGroupTogetherWithTheirLogs) {
   constexpr uid_t kMember = 65534;
   constexpr gid_t kGroup = 65533;
@@ -197,7 +198,7 @@ TEST_F(ProtectedFiles, AreSharedWithTheirGroupTogetherWithTheirLogs) {
   std::filesystem::copy_file(path, file);
   EXPECT_EQ(chown(file.c_str(), 0, kGroup), 0);
   std::filesystem::permissions(file, perms{0660});
-  std::filesystem::permissions(folder, perms::all);
+  std::filesystem::permissions(folder, perms::all | perms::sticky_bit);
   std::array<gid_t, 64> groups{};
   const int count = getgroups(groups.size(), groups.data());
   ASSERT_EQ(setgroups(1, &kGroup), 0);
@@ -206,6 +207,7 @@ TEST_F(ProtectedFiles, AreSharedWithTheirGroupTogetherWithTheirLogs) {
   BecomeOneselfAgain();
   EXPECT_EQ(setgroups(static_cast<std::size_t>(count), groups.data()), 0);
   for (const char* suffix : {"-wal", "-shm"}) EXPECT_EQ(GroupOf(file + suffix), kGroup);
+  EXPECT_EQ(Worker({file, "insert"}).Wait(), 0);
 }
 
 // The first look finds out whether the file fits the log, the second uses it. Makes `flag` when it
