@@ -45,6 +45,11 @@ int BuildDatabase(const std::string& path, const RecordLayout& layout) {
   return status;
 }
 
+// A log or a draft that could not be made may have lacked room rather than rights.
+int Refine(int status, const std::string& path) {
+  return status == btrieve::kPermissionError && HasNoRoomBeside(path) ? btrieve::kDiskFull : status;
+}
+
 // Short, as a name has room for little more than the longest ending that SQLite adds to it.
 std::string UnusedNameBeside(const std::string& path) {
   std::uint32_t number = 0;
@@ -171,7 +176,7 @@ int CreateRecordFile(const std::string& path, const RecordLayout& layout, bool r
     status = btrieve::kOutOfMemory;
   }
   if (status != btrieve::kSuccess) RemoveFile(beside);
-  return status;
+  return Refine(status, path);
 }
 
 int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& layout,
@@ -193,7 +198,7 @@ int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& 
     status = OpenOnce(path, connection, layout, forReading);
   }
   if (status == btrieve::kFileInUse) connection.GiveUp();
-  return status;
+  return Refine(status, path);
 }
 
 }  // namespace recordmanager

@@ -79,6 +79,13 @@ bool CanMakeFilesBeside(const std::string& path);
 // Whether a log that this process made beside the file could be used by everybody who may write it.
 bool CanMakeLogFor(const std::string& path);
 
+// Has SQLite use the host's files with more care than it does by itself. To be called before it
+// opens any.
+void AdaptFileCalls();
+
+// Whether the disk has no room for one more file in the folder of `path`, where the host tells.
+bool HasNoRoomBeside(const std::string& path);
+
 // Whether nothing can be opened any more because too much is open, in this process or altogether.
 bool AreFileHandlesUsedUp();
 

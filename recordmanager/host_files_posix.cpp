@@ -237,6 +237,13 @@ bool CanMakeLogFor(const std::string& path) {
   return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
+bool HasNoRoomBeside(const std::string& path) {
+  const int probe = open(FolderOf(path).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR);
+  if (probe < 0) return errno == ENOSPC || errno == EDQUOT;
+  close(probe);
+  return false;
+}
+
 bool AreFileHandlesUsedUp() {
   const int spare = open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (spare < 0) return errno == EMFILE || errno == ENFILE;

@@ -253,6 +253,10 @@ bool CanMakeFilesBeside(const std::string& path) {
 bool CanMakeLogFor(const std::string& /*path*/) { return true; }
 
 // There is no limit that is reached before memory ends.
+void AdaptFileCalls() {}
+
+bool HasNoRoomBeside(const std::string& /*path*/) { return false; }
+
 bool AreFileHandlesUsedUp() { return false; }
 
 bool AreAddressesUsedUp() {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -66,6 +67,7 @@ int FitLog(const RawFile& log, const Base& base, bool& fits) {
   bool continuesFirst = base.IsOfFirstFormat();
   bool continuesState = false;
   bool isFirst = true;
+  std::set<std::uint32_t> missing;
   for (auto offset = static_cast<std::int64_t>(head.size());; offset += std::ssize(frame)) {
     const int status = log.Read(offset, frame);
     if (status != btrieve::kSuccess) return ErrorOf(status);
@@ -81,8 +83,9 @@ int FitLog(const RawFile& log, const Base& base, bool& fits) {
       continuesState = continuesState || page.state == now || (isFirst && page.before == now);
       isFirst = false;
     }
+    if (base.Misses(NumberAt(frame, 0))) missing.insert(NumberAt(frame, 0));
     if (NumberAt(frame, 4) != 0) {  // the last frame of a commit
-      fits = continuesFirst || continuesState;
+      fits = (continuesFirst || continuesState) && missing.size() == base.MissingPages();
     }
   }
 }
@@ -100,6 +103,7 @@ bool DifferInModeOnly(View page, View other) {
 // Whether the journal leads back from what the file is. Its first page is that of the states, as
 // each transaction begins with it, but for changes of the mode.
 int FitJournal(const RawFile& journal, const Base& base, bool& fits) {
+  constexpr std::size_t kPagesPlace = 16;
   constexpr std::size_t kSectorPlace = 20;
   fits = true;
   Bytes head(kJournalHeadSize);
@@ -119,6 +123,7 @@ int FitJournal(const RawFile& journal, const Base& base, bool& fits) {
   } else {
     fits = isFirstFormat || (NumberAt(entry, 0) == 1 && DifferInModeOnly(page, base.firstPage));
   }
+  fits = fits && base.pagesThere >= NumberAt(head, kPagesPlace);  // no transaction shortens it
   return btrieve::kSuccess;
 }
 

@@ -95,6 +95,7 @@ const char* PatientFiles() {
     patientFiles.zName = "patient";
     patientFiles.xOpen = &Open;
     patientFiles.xSleep = &Sleep;
+    AdaptFileCalls();
     sqlite3_vfs_register(&patientFiles, 0);
   }
   return patientFiles.zName;

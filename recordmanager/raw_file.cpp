@@ -22,4 +22,12 @@ int RawFile::Read(std::int64_t offset, std::span<std::uint8_t> bytes) const {
   return result == SQLITE_IOERR_SHORT_READ ? btrieve::kEndOfFile : StatusOf(result);
 }
 
+int RawFile::Size(std::int64_t& bytes) const {
+  if (opened_ != SQLITE_OK || file_->pMethods == nullptr) return StatusOf(opened_);
+  sqlite3_int64 size = 0;
+  const int result = file_->pMethods->xFileSize(file_, &size);
+  bytes = size;
+  return StatusOf(result);
+}
+
 }  // namespace recordmanager

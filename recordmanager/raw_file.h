@@ -28,6 +28,8 @@ class RawFile {
   // Status 9 when the file ends before all bytes are read; the others are 0 then.
   int Read(std::int64_t offset, std::span<std::uint8_t> bytes) const;
 
+  int Size(std::int64_t& bytes) const;
+
  private:
   std::vector<std::max_align_t> memory_;  // of a file of our own
   sqlite3_file* file_ = nullptr;

@@ -89,8 +89,8 @@ int RecordFile::Write(Body body) {
 
 // Each transaction leads to a state of its own, and tells so first.
 int RecordFile::BeginWriting() {
-  int status = btrieve::kSuccess;
-  if (!renewState_.IsPrepared()) {
+  int status = connection_.IsReplaced() ? btrieve::kFileInUse : btrieve::kSuccess;
+  if (status == btrieve::kSuccess && !renewState_.IsPrepared()) {
     // Not earlier, as there are files of the first format that cannot be written.
     status = connection_.Prepare("UPDATE file SET before = state, state = ?1 WHERE rowid = 1",
                                  renewState_);

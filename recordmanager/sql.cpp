@@ -169,6 +169,13 @@ void Connection::FindLogIndex() {
   }
 }
 
+bool Connection::IsReplaced() const {
+  int hasMoved = 0;
+  return sqlite3_file_control(handle_, "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved) == SQLITE_OK &&
+         hasMoved != 0 &&
+         InspectFile(sqlite3_db_filename(handle_, "main")).kind != FileKind::kMissing;
+}
+
 bool Connection::HasLogToMove() {
   constexpr std::size_t kPagesInLog = 4;
   return ReadLogState()[kPagesInLog] != 0;
@@ -219,6 +226,7 @@ std::size_t Connection::PageBytes() const {
 }
 
 void Connection::Checkpoint() {
+  if (IsReplaced()) return;
   sqlite3_busy_handler(handle_, nullptr, nullptr);
   sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
   sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);

@@ -112,6 +112,9 @@ class Connection {
   // The log's state; all zero if it is unknown: without a log, or before the first read.
   LogState ReadLogState();
 
+  // Whether another file has taken this one's place, and with it what lies beside: the log.
+  bool IsReplaced() const;
+
   // Whether the log holds changes that somebody still has to move into the file.
   bool HasLogToMove();
 
@@ -127,7 +130,7 @@ class Connection {
   std::size_t PageBytes() const;
 
   // Moves what the log (in WAL mode) holds into the file and empties the log, unless others are
-  // using it just now.
+  // using it just now, or the file was replaced.
   void Checkpoint();
 
  private:

@@ -49,6 +49,9 @@ int Base::Read(const RawFile& file) {
   page.resize(size == 1 ? kLargestPage : std::max<std::size_t>(size, kSmallestPage));
   status = file.Read(0, page);
   firstPage = page;
+  std::int64_t bytesThere = 0;
+  if (status == btrieve::kSuccess) status = file.Size(bytesThere);
+  pagesThere = static_cast<std::uint32_t>(bytesThere / std::ssize(page));
   if (status == btrieve::kSuccess) {
     status = file.Read(static_cast<std::int64_t>((kStatePage - 1) * page.size()), page);
   }
@@ -56,6 +59,24 @@ int Base::Read(const RawFile& file) {
   hasStates = States::AreOn(page);
   states = States::On(page);
   return ErrorOf(status);
+}
+
+std::uint32_t Base::MissingPages() const {
+  constexpr std::uint32_t kLocks = 0x40000000;  // the page there is never written
+  const std::uint32_t told = PagesTold();
+  if (told <= pagesThere) return 0;
+  const bool skipsOne = Misses(static_cast<std::uint32_t>(kLocks / firstPage.size() + 1));
+  return told - pagesThere - (skipsOne ? 1 : 0);
+}
+
+// 0 unless the first page tells.
+std::uint32_t Base::PagesTold() const {
+  constexpr std::size_t kWrites = 24;
+  constexpr std::size_t kPages = 28;
+  constexpr std::size_t kWritesWhenCounted = 92;
+  const bool isTold =
+      !firstPage.empty() && NumberAt(firstPage, kWrites) == NumberAt(firstPage, kWritesWhenCounted);
+  return isTold ? NumberAt(firstPage, kPages) : 0;
 }
 
 }  // namespace recordmanager

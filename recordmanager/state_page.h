@@ -37,6 +37,7 @@ struct States {
 // The file without what lies beside it.
 struct Base {
   Bytes firstPage;  // empty when it is no database
+  std::uint32_t pagesThere = 0;
   bool hasStates = false;
   States states;
 
@@ -45,7 +46,17 @@ struct Base {
   // Or the page of the states was torn by a loss of power: then its states are true all the same,
   // as they lie together at its end, but the row that they belong to cannot be told.
   bool IsOfFirstFormat() const { return !firstPage.empty() && !hasStates; }
-  bool IsUnwritten() const { return hasStates && states.state == states.before; }
+  bool IsUnwritten() const {
+    return hasStates && states.state == states.before && MissingPages() == 0;
+  }
+
+  // What should be there and is not: the file was cut off, or a log was just being moved into it,
+  // which has it.
+  bool Misses(std::uint32_t page) const { return page > pagesThere && page <= PagesTold(); }
+  std::uint32_t MissingPages() const;
+
+ private:
+  std::uint32_t PagesTold() const;
 };
 
 }  // namespace recordmanager

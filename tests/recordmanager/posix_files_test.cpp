@@ -2,11 +2,14 @@
 // and processes are copied with what they have open.
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sched.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
+#include <fstream>
 #include <optional>
 
 #include "party_file.h"
@@ -42,6 +45,25 @@ TEST_F(PosixFiles, ThatHaveMovedInATransactionAreNotForgotten) {
   EXPECT_EQ(client.Open(moved), kFileInUse);
   EXPECT_EQ(client.Do("end"), "ok");
   EXPECT_EQ(Opened(moved).Do("first, next*"), "1 2 !9");
+}
+
+// As when a backup is put back while a program that has been forgotten is still running.
+TEST_F(PosixFiles, ThatHaveTheLogOfAReplacedOneKeepIt) {
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const std::string saved = InFolder("SAVED.KRV");
+  const std::string away = InFolder("AWAY.KRV");
+  const std::string flag = InFolder("flag");
+  Client& forgotten = Opened(path);
+  std::filesystem::copy_file(path, saved);
+  std::filesystem::rename(path, away);
+  std::filesystem::rename(saved, path);
+  Worker writer({path, "insert, wait " + flag});
+  WaitUntilHeld(flag);
+  EXPECT_EQ(forgotten.Do("insert, close"), "!85 ok");
+  std::filesystem::remove(flag);
+  EXPECT_EQ(writer.Wait(), 0);
+  EXPECT_EQ(Opened(path).Do("first, next*"), "1 2 !9");
+  EXPECT_EQ(Opened(away).Do("first, next*"), "1 !9");
 }
 
 TEST_F(PosixFiles, AreTheSameByEveryPath) {
@@ -189,6 +211,83 @@ TEST_F(PosixFiles, AreStillOpenInACopyOfTheProcessThatLacksHandlesAtFirst) {
   waitpid(child, &end, 0);
   EXPECT_EQ(WEXITSTATUS(end), 0);
   EXPECT_EQ(client.Do("next, close"), "2 ok");
+}
+
+TEST_F(PosixFiles, ThatMayNotBecomeLargerSaySo) {
+  rlimit limit{};
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const rlimit small{100'000, limit.rlim_max};
+  auto* const before = std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &small);
+  std::string outcomes;
+  while (outcomes.size() < 1000 && outcomes.find('!') == std::string::npos) {
+    outcomes += client.Do("insert") + ' ';
+  }
+  EXPECT_THAT(outcomes, testing::MatchesRegex("1 2 .*!18 "));
+  setrlimit(RLIMIT_FSIZE, &limit);
+  std::signal(SIGXFSZ, before);
+  EXPECT_EQ(client.Do("first, next, insert, close").find('!'), std::string::npos);
+}
+
+// Makes the folder a disk of its own, until this process ends, with blocks smaller than pages.
+bool Mount(const std::string& folder) {
+  const std::string disk = folder + ".disk";
+  const std::string make = "mount --make-rprivate / && truncate -s 1M " + disk +
+                           " && mkfs.ext4 -q -b 1024 -O ^has_journal " + disk + " && mkdir " +
+                           folder + " && mount -o loop " + disk + ' ' + folder;
+  return unshare(CLONE_NEWNS) == 0 &&
+         std::system(("{ " + make + "; } > /dev/null 2>&1").c_str()) == 0;
+}
+
+// Leaves so much room on the disk.
+void Fill(const std::string& filler, off_t room) {
+  const std::string bytes(1024, 'x');
+  const int file = open(filler.c_str(), O_RDWR | O_CREAT, 0600);
+  off_t size = 0;
+  while (write(file, bytes.data(), bytes.size()) > 0) size += std::ssize(bytes);
+  EXPECT_EQ(ftruncate(file, size - room), 0);
+  close(file);
+}
+
+// The statuses of opening the file, with more and more room.
+std::string StatusesOnFullDisk(const std::string& file, const std::string& filler) {
+  std::string statuses;
+  for (off_t room = 0; room < 20; ++room) {
+    Fill(filler, room * 1024);
+    statuses += std::to_string(Client().Open(file)) + ' ';
+    qlx99::tests::ReleaseEmbedded();
+    std::filesystem::remove(filler);
+  }
+  return statuses;
+}
+
+// Of a disk that has room, but for no more files.
+void ExpectNoMoreFiles(const std::string& file) {
+  for (int fillers = 0; std::ofstream(file + std::to_string(fillers));) ++fillers;
+  EXPECT_EQ(Client().Open(file), kDiskFull);
+  EXPECT_EQ(Create(file + ".NEW"), kDiskFull);
+}
+
+// What the users of a log share is memory, and writing to memory that the disk has no room for
+// would kill the process.
+TEST_F(PosixFiles, OnAFullDiskOfSmallBlocksSaySo) {
+  constexpr int kNoMount = 77;
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  const std::string disk = InFolder("disk");
+  const pid_t child = fork();
+  if (child == 0) {
+    if (!Mount(disk)) _exit(kNoMount);
+    std::filesystem::copy_file(path, disk + "/FILE.KRV");
+    const std::string statuses = StatusesOnFullDisk(disk + "/FILE.KRV", disk + "/filler");
+    EXPECT_THAT(statuses, testing::MatchesRegex("18 ((0|18) )*0 ((0|18) )*"));
+    std::filesystem::copy_file(path, disk + "/OTHER.KRV");
+    ExpectNoMoreFiles(disk + "/OTHER.KRV");
+    _exit(HasFailure() ? 1 : 0);
+  }
+  int end = 0;
+  waitpid(child, &end, 0);
+  if (WIFEXITED(end) && WEXITSTATUS(end) == kNoMount) GTEST_SKIP() << "may not mount a disk";
+  EXPECT_EQ(end, 0);
 }
 
 }  // namespace

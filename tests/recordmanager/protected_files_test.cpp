@@ -1,7 +1,9 @@
 // Files that somebody may not write, or in whose folder he may make none.
 #include <fcntl.h>
+#include <grp.h>
 #include <linux/capability.h>
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -178,6 +180,34 @@ TEST_F(ProtectedFiles, CanBeWrittenByTheirOwnerWhoeverHasOpenedThem) {
   EXPECT_FALSE(std::filesystem::exists(file + "-shm"));
   BecomeOneselfAgain();
   EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next*, close"), "1 2 !9 ok");
+}
+
+gid_t GroupOf(const std::string& file) {
+  struct stat facts {};
+  EXPECT_EQ(stat(file.c_str(), &facts), 0) << file;
+  return facts.st_gid;
+}
+
+// A killed program leaves its log and the memory of it to the others; also in a folder where they
+// may not delete them. (That has two sides only where /proc/sys/fs/protected_regular is set.)
+TEST_F(ProtectedFiles, AreSharedWithTheirGroupTogetherWithTheirLogs) {
+  constexpr uid_t kMember = 65534;
+  constexpr gid_t kGroup = 65533;
+  if (geteuid() != 0 || !MayBeEntered(folder, kMember)) GTEST_SKIP() << "takes two users";
+  const std::string file = InFolder("FILE.KRV");
+  std::filesystem::copy_file(path, file);
+  EXPECT_EQ(chown(file.c_str(), 0, kGroup), 0);
+  std::filesystem::permissions(file, perms{0660});
+  std::filesystem::permissions(folder, perms::all | perms::sticky_bit);
+  std::array<gid_t, 64> groups{};
+  const int count = getgroups(groups.size(), groups.data());
+  ASSERT_EQ(setgroups(1, &kGroup), 0);
+  BecomeUser(kMember);
+  EXPECT_EQ(Opened(file).Do("insert"), "1");
+  BecomeOneselfAgain();
+  EXPECT_EQ(setgroups(static_cast<std::size_t>(count), groups.data()), 0);
+  for (const char* suffix : {"-wal", "-shm"}) EXPECT_EQ(GroupOf(file + suffix), kGroup);
+  EXPECT_EQ(Worker({file, "insert"}).Wait(), 0);
 }
 
 // The first look finds out whether the file fits the log, the second uses it. Makes `flag` when it

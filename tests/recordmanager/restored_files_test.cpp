@@ -119,6 +119,28 @@ TEST_F(Restored, BesideAJournalAreWholeOrRefused) {
   EXPECT_EQ(Read("", "-journal", journal), kRefused);
 }
 
+// As by a copy that was interrupted. What lies beside has some pages of the lost end, not all.
+TEST_F(Restored, AndCutOffAreNotGoneOnWith) {
+  constexpr std::size_t kPage = 4096;
+  std::string inserts = "begin";
+  for (int i = 0; i < 400; ++i) inserts += ", insert";
+  inserts += ", end";
+  const std::string base = After(ReadAll(path), inserts);
+  const std::string log = LeftoverOf(base, inserts);
+  const std::string whole = Read(base, "-wal", log);
+  ASSERT_TRUE(whole.starts_with("1 2 ")) << whole.substr(0, 20);
+  // Killed when only the first page had been moved into the file, and tells of the others.
+  EXPECT_EQ(Read(log.substr(56, kPage) + base.substr(kPage), "-wal", log), whole);
+
+  EXPECT_EQ(Read(base.substr(0, 3 * kPage), "-wal", log), kRefused);
+  const std::string unwritten = ReadAll(path);
+  EXPECT_EQ(Read(unwritten.substr(0, 3 * kPage), "-wal", LeftoverOf(unwritten, "insert")), kOne)
+      << "the log has all pages that are missing";
+  const std::string journalled = WithRollbackJournal(base);
+  const std::string journal = Synchronised(Leftover(path, "begin, insert", "-journal"));
+  EXPECT_EQ(Read(journalled.substr(0, 3 * kPage), "-journal", journal), kRefused);
+}
+
 // The power went while the page of the states was written: of its sectors only the first is new,
 // which tells where its row begins; the row has grown, as its count of changes needs a byte more.
 TEST_F(Restored, WithATornPageOfTheStatesGoOnFromTheirOwnLeftoversOnly) {
