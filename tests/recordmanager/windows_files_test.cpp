@@ -208,6 +208,16 @@ TEST_F(WindowsFiles, AreTheSameByTheirShortNames) {
   EXPECT_EQ(Opened(name).Do("last"), "2");
 }
 
+TEST_F(WindowsFiles, AreReplacedByWhicheverNotationOfTheirPath) {
+  for (const char* const prefix : {R"(\\?\)", R"(\\.\)"}) {
+    EXPECT_EQ(Opened(prefix + path).Do("first, close"), "1 ok");
+    EXPECT_EQ(Create(path), kSuccess);
+    EXPECT_EQ(Opened(path).Do("insert, close"), "1 ok");
+    EXPECT_EQ(Create(prefix + path), kSuccess);
+    EXPECT_EQ(Opened(path).Do("insert, close"), "1 ok");
+  }
+}
+
 // By whatever links or drives they are reached: the log lies beside the file itself.
 TEST_F(WindowsFiles, AreTheSameByTheirSymbolicLinks) {
   const std::string file = InFolder("FILE.KRV");
