@@ -33,7 +33,10 @@ int StoreDescription(Connection& connection, const RecordLayout& layout) {
 int BuildDatabase(const std::string& path, const RecordLayout& layout) {
   Connection connection;
   int status = connection.Open(path, Connection::Way::kNew);
-  if (status == btrieve::kSuccess) status = connection.Execute("BEGIN");
+  if (status == btrieve::kSuccess) {
+    // Nobody goes on with a draft, and a journal would stay when somebody has it open.
+    status = connection.Execute("PRAGMA journal_mode = MEMORY; BEGIN");
+  }
   if (status == btrieve::kSuccess) {
     status = connection.Execute((MarksSql() + SchemaSql(layout)).c_str());
   }

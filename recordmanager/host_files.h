@@ -39,6 +39,9 @@ bool IsOnLocalDisk(const std::string& path);
 enum class Access { kFree, kDenied, kImpossible };
 Access AccessTo(const std::string& path, bool toWrite);
 
+// Whether no program keeps the file from being deleted. Always so on a host where none can.
+bool IsDeletable(const std::string& path);
+
 enum class MoveResult { kDone, kTargetExists, kTargetInUse, kFailed };
 
 // Renames a file within its folder in one step, unless there is a file of that name, and sees to it

@@ -165,6 +165,8 @@ bool IsOnLocalDisk(const std::string& path) {
 
 Access AccessTo(const std::string& /*path*/, bool /*toWrite*/) { return Access::kImpossible; }
 
+bool IsDeletable(const std::string& /*path*/) { return true; }
+
 MoveResult MoveFileTo(const std::string& from, const std::string& to) {
   const std::string folder = FolderOf(to);  // while lack of memory leaves nothing half done
   int result = renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);

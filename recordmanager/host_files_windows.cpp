@@ -202,6 +202,8 @@ Access AccessTo(const std::string& path, bool toWrite) {
   return Probe(ToWide(path), toWrite ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ);
 }
 
+bool IsDeletable(const std::string& path) { return Probe(ToWide(path), DELETE) != Access::kDenied; }
+
 MoveResult MoveFileTo(const std::string& from, const std::string& to) {
   return Move(ToWide(from), ToWide(to), false);
 }

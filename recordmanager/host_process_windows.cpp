@@ -1,5 +1,7 @@
 #include <sqlite3.h>
 
+#include <atomic>
+
 #include "btrieve/btrieve.h"
 #include "platform/windows_api.h"
 #include "recordmanager/host_process.h"
@@ -13,20 +15,39 @@ void __freeres();  // gives back what the compiler's runtime keeps for exception
 namespace {
 
 SRWLOCK turns = SRWLOCK_INIT;
+std::atomic<DWORD> holder = 0;  // the thread whose turn it is
+
+// No call makes another: who holds the turn and asks for it has left a call.
+bool HasLeft(DWORD thread) {
+  if (thread == 0 || thread == GetCurrentThreadId()) return thread != 0;
+  HANDLE const alive = OpenThread(SYNCHRONIZE, FALSE, thread);
+  if (alive == nullptr) return GetLastError() == ERROR_INVALID_PARAMETER;
+  const bool hasEnded = WaitForSingleObject(alive, 0) == WAIT_OBJECT_0;
+  CloseHandle(alive);
+  return hasEnded;
+}
 
 }  // namespace
 
 namespace recordmanager {
 
-// While the process ends, only one thread is left: a turn that is taken then never ends.
+// A turn never ends when its thread has ended within it, as all but one do when the process ends,
+// or has left it by an exception after which the host goes on. What is half done then stays so: all
+// are kept out, as if the process had been killed. Who waits already when that happens waits for
+// ever.
 int TakeTurn() {
-  if (TryAcquireSRWLockExclusive(&turns) != 0) return btrieve::kSuccess;
-  if (RtlDllShutdownInProgress() != 0) return btrieve::kFileInUse;
-  AcquireSRWLockExclusive(&turns);
+  if (TryAcquireSRWLockExclusive(&turns) == 0) {
+    if (RtlDllShutdownInProgress() != 0 || HasLeft(holder)) return btrieve::kFileInUse;
+    AcquireSRWLockExclusive(&turns);
+  }
+  holder = GetCurrentThreadId();
   return btrieve::kSuccess;
 }
 
-void EndTurn() { ReleaseSRWLockExclusive(&turns); }
+void EndTurn() {
+  holder = 0;
+  ReleaseSRWLockExclusive(&turns);
+}
 
 }  // namespace recordmanager
 

@@ -62,7 +62,8 @@ int OpenFiles::OpenAnew(const std::string& path, const std::string& identity, bo
   if (patience.IsSpent())
     return btrieve::kFileInUse;  // asking for the file's path costs an opening
   auto opened = std::make_unique<Database>();
-  const int status = RecordFile::Open(PathOfFile(path), readOnly, memory_, opened->file);
+  opened->realPath = PathOfFile(path);
+  const int status = RecordFile::Open(opened->realPath, readOnly, memory_, opened->file);
   if (status == btrieve::kFileInUse) patience.GiveUp();
   if (InspectFile(path).identity != identity) {
     return btrieve::kFileInUse;  // replaced in this very moment
@@ -106,9 +107,12 @@ void OpenFiles::Close(const FileHandle& handle) {
 
 int OpenFiles::Release(const std::string& path) {
   const std::string identity = InspectFile(path).identity;
+  const std::string real = PathOfFile(path);
   for (std::size_t i = databases_.size(); i-- > 0;) {
     const Database* known = databases_[i].get();
-    if (known->path != path && (identity.empty() || known->identity != identity)) continue;
+    const bool isSame = known->path == path || known->realPath == real ||
+                        (!identity.empty() && known->identity == identity);
+    if (!isSame) continue;
     if (known->users != 0) return btrieve::kFileInUse;
     Drop(known);
   }

@@ -59,6 +59,7 @@ class OpenFiles {
     ~Database();
 
     std::string path;
+    std::string realPath;  // as PathOfFile gives it
     std::string identity;
     std::unique_ptr<RecordFile> file;
     int users = 0;

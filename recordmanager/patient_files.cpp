@@ -6,6 +6,7 @@
 #include <string>
 
 #include "recordmanager/host_files.h"
+#include "recordmanager/journal_end.h"
 #include "recordmanager/patience.h"
 
 namespace recordmanager {
@@ -68,9 +69,24 @@ int OpenPatiently(const char* name, sqlite3_file* file, int wanted, int* outFlag
 int Open(sqlite3_vfs* /*files*/, const char* name, sqlite3_file* file, int flags, int* outFlags) {
   if (name == nullptr) return realFiles->xOpen(realFiles, name, file, flags, outFlags);
   try {
-    return OpenPatiently(name, file, flags, outFlags);
+    const int result = OpenPatiently(name, file, flags, outFlags);
+    const bool isJournal = (flags & SQLITE_OPEN_MAIN_JOURNAL) != 0;
+    if (result == SQLITE_OK && isJournal) EndSurely(file, *realFiles);
+    return result;
   } catch (...) {  // SQLite knows no exceptions
     file->pMethods = nullptr;
+    return SQLITE_NOMEM;
+  }
+}
+
+int Delete(sqlite3_vfs* files, const char* name, int synchronise) {
+  try {
+    int result = SQLITE_IOERR_DELETE;
+    if (!IsJournal(name) || IsDeletable(name)) {
+      result = realFiles->xDelete(realFiles, name, synchronise);
+    }
+    return result == SQLITE_IOERR_DELETE && IsJournal(name) ? EndInPlace(*files, name) : result;
+  } catch (...) {
     return SQLITE_NOMEM;
   }
 }
@@ -93,7 +109,9 @@ const char* PatientFiles() {
     realFiles = found;
     patientFiles = *found;
     patientFiles.zName = "patient";
+    patientFiles.szOsFile = FileSizeWithEnd(*found);
     patientFiles.xOpen = &Open;
+    patientFiles.xDelete = &Delete;
     patientFiles.xSleep = &Sleep;
     AdaptFileCalls();
     sqlite3_vfs_register(&patientFiles, 0);

@@ -20,6 +20,12 @@ int CheckRecordCall(const Call& call, const RecordLayout& layout, const Key*& ke
                                                     : btrieve::kSuccess;
 }
 
+// Not written from the caller's memory itself: another thread may change that between the keys and
+// the record.
+std::vector<std::uint8_t> CopyOf(std::span<const std::uint8_t> record) {
+  return {record.begin(), record.end()};
+}
+
 const Entry& EntryOf(const Key& key, const RecordLayout& layout,
                      const std::vector<Entry>& entries) {
   return entries[static_cast<std::size_t>(&key - layout.keys.data())];
@@ -31,9 +37,9 @@ int Insert(const Call& call, RecordFile& file, Cursor& cursor) {
   if (const int status = CheckRecordCall(call, layout, key); status != btrieve::kSuccess) {
     return status;
   }
-  // A copy, as the numbers it may be given are the caller's only once the record is written.
+  // The numbers it may be given are the caller's only once the record is written.
   const auto data = call.Data().first(layout.RecordLength());
-  std::vector<std::uint8_t> record(data.begin(), data.end());
+  std::vector<std::uint8_t> record = CopyOf(data);
   RecordVersion version;
   std::vector<Entry> entries;
   if (const int status = file.Insert(record, version, entries); status != btrieve::kSuccess) {
@@ -56,10 +62,10 @@ int Update(const Call& call, RecordFile& file, Cursor& cursor) {
   if (const int status = CheckRecordCall(call, layout, key); status != btrieve::kSuccess) {
     return status;
   }
-  const auto data = call.Data().first(layout.RecordLength());
+  const auto record = CopyOf(call.Data().first(layout.RecordLength()));
   RecordVersion version = cursor.current;
   std::vector<Entry> entries;
-  if (const int status = file.Update(data, version, entries); status != btrieve::kSuccess) {
+  if (const int status = file.Update(record, version, entries); status != btrieve::kSuccess) {
     return status;
   }
   cursor.current = version;
@@ -67,7 +73,7 @@ int Update(const Call& call, RecordFile& file, Cursor& cursor) {
     // By another key than that of the last read the place on that one stays, and reading on by this
     // one is refused.
     if (cursor.keyNumber == key->Number()) cursor.entry = EntryOf(*key, layout, entries);
-    call.ReturnKey(*key, data.data());
+    call.ReturnKey(*key, record.data());
   }
   return btrieve::kSuccess;
 }

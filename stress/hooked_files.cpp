@@ -12,15 +12,10 @@ using Methods = sqlite3_io_methods;
 HookedFiles* hooks = nullptr;
 sqlite3_vfs* real = nullptr;
 
-// A file's methods, and those that they stand before.
-struct Shim {
-  Methods methods;
-  const Methods* real;
-};
+// Not by the file's methods of now: others may have put theirs before ours.
+std::map<const sqlite3_file*, const Methods*> realMethods;
 
-const Methods& RealMethodsOf(const sqlite3_file* file) {
-  return *reinterpret_cast<const Shim*>(file->pMethods)->real;
-}
+const Methods& RealMethodsOf(const sqlite3_file* file) { return *realMethods.at(file); }
 
 template <class... Arguments>
 Request Describe(int kind, const sqlite3_file* file, Arguments... /*of no interest*/) {
@@ -49,17 +44,17 @@ struct Hook<method, kind> {
   static void Install(Methods& methods) { methods.*method = &Call; }
 };
 
-std::unique_ptr<Shim> MakeShim(const Methods& methods) {
-  auto shim = std::make_unique<Shim>(Shim{methods, &methods});
-  Hook<&Methods::xRead, SQLITE_IOERR_READ>::Install(shim->methods);
-  Hook<&Methods::xWrite, SQLITE_IOERR_WRITE>::Install(shim->methods);
-  Hook<&Methods::xTruncate, SQLITE_IOERR_TRUNCATE>::Install(shim->methods);
-  Hook<&Methods::xSync, SQLITE_IOERR_FSYNC>::Install(shim->methods);
-  Hook<&Methods::xFileSize, SQLITE_IOERR_FSTAT>::Install(shim->methods);
-  Hook<&Methods::xLock, SQLITE_IOERR_LOCK>::Install(shim->methods);
-  Hook<&Methods::xCheckReservedLock, SQLITE_IOERR_CHECKRESERVEDLOCK>::Install(shim->methods);
-  Hook<&Methods::xShmMap, SQLITE_IOERR_SHMMAP>::Install(shim->methods);
-  shim->methods.xShmLock = [](sqlite3_file* file, int offset, int count, int flags) {
+std::unique_ptr<Methods> MakeShim(const Methods& methods) {
+  auto shim = std::make_unique<Methods>(methods);
+  Hook<&Methods::xRead, SQLITE_IOERR_READ>::Install(*shim);
+  Hook<&Methods::xWrite, SQLITE_IOERR_WRITE>::Install(*shim);
+  Hook<&Methods::xTruncate, SQLITE_IOERR_TRUNCATE>::Install(*shim);
+  Hook<&Methods::xSync, SQLITE_IOERR_FSYNC>::Install(*shim);
+  Hook<&Methods::xFileSize, SQLITE_IOERR_FSTAT>::Install(*shim);
+  Hook<&Methods::xLock, SQLITE_IOERR_LOCK>::Install(*shim);
+  Hook<&Methods::xCheckReservedLock, SQLITE_IOERR_CHECKRESERVEDLOCK>::Install(*shim);
+  Hook<&Methods::xShmMap, SQLITE_IOERR_SHMMAP>::Install(*shim);
+  shim->xShmLock = [](sqlite3_file* file, int offset, int count, int flags) {
     const bool takes = (flags & SQLITE_SHM_LOCK) != 0;
     const int answer =
         takes ? hooks->Answer({.kind = SQLITE_IOERR_SHMLOCK, .file = file}) : SQLITE_OK;
@@ -74,10 +69,11 @@ int Open(sqlite3_vfs* /*shim*/, const char* name, sqlite3_file* file, int flags,
   if (answer != SQLITE_OK) return answer;
   const int result = real->xOpen(real, name, file, flags, outFlags);
   if (file->pMethods != nullptr) {
-    static std::map<const Methods*, std::unique_ptr<Shim>> shims;
+    static std::map<const Methods*, std::unique_ptr<Methods>> shims;
+    realMethods[file] = file->pMethods;
     auto& shim = shims[file->pMethods];
     if (shim == nullptr) shim = MakeShim(*file->pMethods);
-    file->pMethods = &shim->methods;
+    file->pMethods = shim.get();
     hooks->NoteOpened(file, name);
   }
   return result;

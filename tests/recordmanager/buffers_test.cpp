@@ -1,7 +1,9 @@
 // The position block and the other buffers are in the caller's hands: whatever comes back must be
 // recognised or refused, and nothing beyond them is touched.
+#include <atomic>
 #include <cstring>
 #include <memory>
+#include <thread>
 
 #include "party_file.h"
 
@@ -73,6 +75,24 @@ TEST_F(Buffers, MayBeMissing) {
   EXPECT_EQ(without(kKey, {kGetFirst, kInsert, kOpen}), "21 21 11 ");
   EXPECT_EQ(without(kNone, {16, 105, 0xFFFF}), "1 1 1 ");
   EXPECT_EQ(without(kData | kLength | kKey, {kDelete, kClose}), "0 0 ");
+}
+
+// Otherwise the record would lie beneath a key that it has not.
+TEST_F(Buffers, MayBeChangedByAnotherThreadWhileTheyAreWritten) {
+  constexpr int kTimes = 2000;
+  std::atomic<bool> ends = false;
+  std::thread other([&] {
+    volatile char& caseNumber = client.record[4];
+    while (!ends) caseNumber = static_cast<char>(caseNumber ^ 0x55);
+  });
+  for (int i = 0; i < kTimes && !HasFailure(); ++i) {
+    EXPECT_EQ(client.Call(kUpdate, 0), kSuccess);
+    Client reader = client;
+    EXPECT_EQ(reader.Do("equal number=1"), "1");
+    EXPECT_EQ(reader.Do("equal case=" + std::to_string(reader.record[4])), "1");
+  }
+  ends = true;
+  other.join();
 }
 
 TEST_F(Buffers, ThatAreTooShortStayAsTheyAre) {

@@ -27,7 +27,14 @@ class Onlooker {
   }
 
   void Lock() { EXPECT_TRUE(LockFile(file_, 0, 0, MAXDWORD, MAXLONG)); }
+  void Map() {
+    const HANDLE mapping = CreateFileMappingA(file_, nullptr, PAGE_READONLY, 0, 0, nullptr);
+    view_ = MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0);
+    EXPECT_NE(view_, nullptr);
+    CloseHandle(mapping);
+  }
   void GoAway() {
+    if (view_ != nullptr) UnmapViewOfFile(std::exchange(view_, nullptr));
     if (file_ != INVALID_HANDLE_VALUE) CloseHandle(std::exchange(file_, INVALID_HANDLE_VALUE));
   }
   void GoAwayAfter(std::chrono::milliseconds time) {
@@ -39,6 +46,7 @@ class Onlooker {
 
  private:
   HANDLE file_;
+  void* view_ = nullptr;
   std::thread thread_;
 };
 
@@ -55,6 +63,12 @@ class WindowsFiles : public PartyFile {
   static void WaitForFile(const std::string& name, bool isThere) {
     for (int i = 0; i < 500 && std::filesystem::exists(name) != isThere; ++i) Sleep(10);
     ASSERT_EQ(std::filesystem::exists(name), isThere);
+  }
+
+  std::string WithRollbackJournal() const {
+    std::string bytes = ReadAll(path);
+    bytes.at(18) = bytes.at(19) = 1;
+    return bytes;
   }
 
   WindowsFiles() { EXPECT_EQ(client.Do("insert, close"), "1 ok"); }
@@ -79,9 +93,8 @@ TEST_F(WindowsFiles, AreWaitedForWhileSomebodyLooksAtThem) {
   int i = 0;
   for (const auto& [suffix, shared, time] : rows) {
     const std::string name = InFolder(std::to_string(++i) + ".KRV");
-    std::string bytes = ReadAll(path);
-    if (suffix == std::string("-journal")) bytes.at(18) = bytes.at(19) = 1;
-    WriteAll(name, bytes);
+    const bool hasJournal = suffix == std::string("-journal");
+    WriteAll(name, hasJournal ? WithRollbackJournal() : ReadAll(path));
     if (*suffix != '\0') WriteAll(name + suffix, "");
     Onlooker onlooker(name + suffix, shared);
     onlooker.GoAwayAfter(time);
@@ -150,6 +163,41 @@ TEST_F(WindowsFiles, AreInUseWhileSomebodyLocksTheMemoryOfTheirLog) {
   EXPECT_EQ(Opened(name).Do("first"), "1");
 }
 
+// As virus scanners do. Windows truncates no file that is mapped, and SQLite takes that for done.
+TEST_F(WindowsFiles, KeepWhatWasWrittenWhileSomebodyHadTheirJournalMapped) {
+  const std::string name = InFolder("MAPPED.KRV");
+  WriteAll(name, WithRollbackJournal());
+  Client& writer = Opened(name);
+  EXPECT_EQ(writer.Do("begin, insert"), "ok 2");
+  Onlooker onlooker(name + "-journal", FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+  onlooker.Map();
+  EXPECT_EQ(writer.Do("end, insert"), "ok 3");
+  EXPECT_EQ(Worker({name, "insert"}).Wait(), 0);
+  EXPECT_EQ(writer.Do("first, next*"), "1 2 3 4 !9");
+}
+
+// As whoever writes the file now and then does.
+TEST_F(WindowsFiles, RecoverFromAJournalThatSomebodyHasOpen) {
+  const std::string base = WithRollbackJournal();
+  const std::string name = InFolder("BEGUN.KRV");
+  WriteAll(name, base);
+  Client& killed = Opened(name);
+  EXPECT_EQ(killed.Do("begin, insert"), "ok 2");
+  // As it is just before the file is written.
+  const std::string journal =
+      "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7\xFF\xFF\xFF\xFF" + ReadAll(name + "-journal").substr(12);
+  EXPECT_EQ(killed.Do("abort"), "ok");
+  for (const bool isMapped : {false, true}) {
+    const std::string copy = InFolder(isMapped ? "MAPPED.KRV" : "OPEN.KRV");
+    WriteAll(copy, base);
+    WriteAll(copy + "-journal", journal);
+    Onlooker other(copy + "-journal", FILE_SHARE_READ | FILE_SHARE_WRITE);
+    if (isMapped) other.Map();
+    EXPECT_EQ(Client(Opened(copy)).Do("first, next, insert, close"), "1 !9 2 ok") << isMapped;
+    EXPECT_EQ(Worker({copy, "insert"}).Wait(), 0);
+  }
+}
+
 TEST_F(WindowsFiles, AreTheSameByTheirShortNames) {
   const std::string name = InFolder("Beteiligte der Akten.KRV");
   ASSERT_EQ(Create(name), kSuccess);
@@ -158,6 +206,16 @@ TEST_F(WindowsFiles, AreTheSameByTheirShortNames) {
   EXPECT_EQ(Opened(name).Do("insert, first"), "1 1");
   EXPECT_EQ(Opened(shortName.data()).Do("first, insert"), "1 2");
   EXPECT_EQ(Opened(name).Do("last"), "2");
+}
+
+TEST_F(WindowsFiles, AreReplacedByWhicheverNotationOfTheirPath) {
+  for (const char* const prefix : {R"(\\?\)", R"(\\.\)"}) {
+    EXPECT_EQ(Opened(prefix + path).Do("first, close"), "1 ok");
+    EXPECT_EQ(Create(path), kSuccess);
+    EXPECT_EQ(Opened(path).Do("insert, close"), "1 ok");
+    EXPECT_EQ(Create(prefix + path), kSuccess);
+    EXPECT_EQ(Opened(path).Do("insert, close"), "1 ok");
+  }
 }
 
 // By whatever links or drives they are reached: the log lies beside the file itself.

@@ -49,7 +49,22 @@ void TakeAllMemory() {
   }
 }
 
-using WindowsLibrary = PartyFile;
+// Ends the process with the status of one more call.
+[[noreturn]] void CallOnceMore() {
+  Client one;
+  TerminateProcess(GetCurrentProcess(), static_cast<UINT>(one.Open("NONE.KRV")));
+  std::abort();
+}
+
+LONG CALLBACK GoOn(EXCEPTION_POINTERS* /*exception*/) { CallOnceMore(); }
+
+class WindowsLibrary : public PartyFile {
+ protected:
+  // A thread that waits for who keeps everybody from opening the file.
+  static DWORD CALLBACK Wait(void* test) {
+    return static_cast<DWORD>(Client().Open(static_cast<WindowsLibrary*>(test)->path));
+  }
+};
 
 // Hosts load and free it for each letter.
 TEST_F(WindowsLibrary, LeavesNothingBehindWhenItIsFreed) {
@@ -91,6 +106,33 @@ TEST_F(WindowsLibrary, SaysSoWhenOnlyItsHeapHasMemoryLeft) {
     TerminateProcess(GetCurrentProcess(), static_cast<UINT>(client.Open(path)));
   };
   EXPECT_EXIT(call(), testing::ExitedWithCode(btrieve::kOutOfMemory), "");
+}
+
+// What is half done then stays so, but nobody waits for its end.
+TEST_F(WindowsLibrary, KeepsNoHostThatGoesOnAfterAnExceptionInACall) {
+  const auto call = [this] {
+    AddVectoredExceptionHandler(1, GoOn);
+    void* const noBuffer = VirtualAlloc(nullptr, kPartyLength, MEM_RESERVE, PAGE_NOACCESS);
+    ULONG length = kPartyLength;
+    qlx99::tests::EmbeddedCall()(btrieve::kInsert, client.block.data(), noBuffer, &length,
+                                 client.key.data(), btrieve::kMaxKeyLength, 0);
+  };
+  EXPECT_EXIT(call(), testing::ExitedWithCode(btrieve::kFileInUse), "");
+}
+
+TEST_F(WindowsLibrary, KeepsNoHostThatTerminatesAThreadWithinACall) {
+  const auto terminate = [this] {
+    const HANDLE keepsOut =
+        CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    const HANDLE thread = CreateThread(nullptr, 0, Wait, this, 0, nullptr);
+    Sleep(500);
+    TerminateThread(thread, 0);
+    CloseHandle(keepsOut);
+    CallOnceMore();
+  };
+  client.Do("close");
+  qlx99::tests::ReleaseEmbedded();
+  EXPECT_EXIT(terminate(), testing::ExitedWithCode(btrieve::kFileInUse), "");
 }
 
 // Others that are detached still call, and no turn of an ended thread ever comes to an end.
