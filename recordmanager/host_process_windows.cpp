@@ -18,13 +18,14 @@ SRWLOCK turns = SRWLOCK_INIT;
 std::atomic<DWORD> holder = 0;  // the thread whose turn it is
 
 // No call makes another: who holds the turn and asks for it has left a call.
-bool HasLeft(DWORD thread) {
+bool HasHolderLeft() {
+  const DWORD thread = holder;
   if (thread == 0 || thread == GetCurrentThreadId()) return thread != 0;
   HANDLE const alive = OpenThread(SYNCHRONIZE, FALSE, thread);
-  if (alive == nullptr) return GetLastError() == ERROR_INVALID_PARAMETER;
-  const bool hasEnded = WaitForSingleObject(alive, 0) == WAIT_OBJECT_0;
-  CloseHandle(alive);
-  return hasEnded;
+  const bool hasEnded = alive == nullptr ? GetLastError() == ERROR_INVALID_PARAMETER
+                                         : WaitForSingleObject(alive, 0) == WAIT_OBJECT_0;
+  if (alive != nullptr) CloseHandle(alive);
+  return hasEnded && holder == thread;  // it may have ended its turn before itself
 }
 
 }  // namespace
@@ -37,7 +38,7 @@ namespace recordmanager {
 // ever.
 int TakeTurn() {
   if (TryAcquireSRWLockExclusive(&turns) == 0) {
-    if (RtlDllShutdownInProgress() != 0 || HasLeft(holder)) return btrieve::kFileInUse;
+    if (RtlDllShutdownInProgress() != 0 || HasHolderLeft()) return btrieve::kFileInUse;
     AcquireSRWLockExclusive(&turns);
   }
   holder = GetCurrentThreadId();
