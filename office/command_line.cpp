@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "office/check_office.h"
+#include "office/copy_office.h"
 #include "office/export_call.h"
 #include "office/failure.h"
 #include "office/follow_up_table.h"
@@ -29,7 +30,8 @@ constexpr const char* kExamples = R"(Examples:
   qlx letter 12345678 --role G     ... to the opponent
   qlx call BListeNext 12345678 1   what a macro is given for the first party
   qlx followups 12345678           the case's deadlines, soonest first
-  qlx office show ZTCASE           all cases)";
+  qlx office show ZTCASE           all cases
+  qlx office copy backup           all record files, also while others work)";
 
 constexpr const char* kCallNotes = R"(
 Arguments are texts, in the order in which a macro gives them but without its buffer. Those left out
@@ -109,6 +111,15 @@ class CommandLine {
         office->add_subcommand("check", "Check this installation: registry, record manager, files");
     check->callback([this] { Check(); });
 
+    CLI::App* copy = office->add_subcommand(
+        "copy", "Copy all record files, as a backup or for another record manager");
+    copy->add_option("TARGET", directory_, "A new folder, or one without record files")->required();
+    copy->add_option("--from", from_,
+                     "Library of the record manager that has the office, such as atbtrv32.dll; "
+                     "otherwise the one that qlx99 finds");
+    copy->add_option("--to", to_, "The same, of the one that is to have the copy");
+    copy->callback([this] { Copy(); });
+
     CLI::App* show = office->add_subcommand("show", "Show the records of a file");
     show->add_option("FILE", fileName_, "Name of the record file, such as ZTCASE")->required();
     show->callback([this] { ShowFile(fileName_, out_); });
@@ -125,13 +136,24 @@ class CommandLine {
     if (cases_ == 0) {
       MakeSampleOffice(directory);
     } else {
-      MakeGeneratedOffice(directory, cases_, [this](std::int32_t done, std::int32_t all) {
-        err_ << "\r" << done << " of " << all << " cases" << (done == all ? "\n" : "")
-             << std::flush;
-      });
+      MakeGeneratedOffice(directory, cases_, ShownProgress("cases"));
     }
     out_ << "The office is in " << directory_ << ". `qlx setup " << directory_
          << "` makes the library read it.\n";
+  }
+
+  void Copy() {
+    const std::size_t files = CopyOffice(
+        {.target = PathOf(directory_), .from = from_, .to = to_},
+        {.copied = ShownProgress("records copied"), .compared = ShownProgress("records compared")});
+    out_ << files << " record files were copied to " << directory_ << ", and all is equal.\n";
+  }
+
+  Progress ShownProgress(const char* what) {
+    return [this, what](std::int32_t done, std::int32_t all) {
+      err_ << "\r" << done << " of " << all << " " << what << (done == all ? "\n" : "")
+           << std::flush;
+    };
   }
 
   void Check() {
@@ -147,6 +169,8 @@ class CommandLine {
   std::string role_ = "M ";
   std::string exportName_;
   std::string directory_;
+  std::string from_;
+  std::string to_;
   std::string fileName_;
   std::int32_t cases_ = 0;
 };
