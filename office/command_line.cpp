@@ -107,8 +107,11 @@ class CommandLine {
         ->check(CLI::Range(1, kMostGeneratedCases));
     create->callback([this] { Create(); });
 
-    CLI::App* check =
-        office->add_subcommand("check", "Check this installation: registry, record manager, files");
+    CLI::App* check = office->add_subcommand(
+        "check", "Check this installation: library, registry, record manager, files");
+    check->add_option("--library", library_,
+                      "The qlx99.dll that macros load, as it lies in the word processor's folder; "
+                      "otherwise the one that this program finds");
     check->callback([this] { Check(); });
 
     CLI::App* copy = office->add_subcommand(
@@ -157,7 +160,7 @@ class CommandLine {
   }
 
   void Check() {
-    if (!CheckOffice(out_)) {
+    if (!CheckOffice(library_, out_)) {
       throw Failure("This installation is not sound; see the lines marked with \"!\".");
     }
   }
@@ -169,6 +172,7 @@ class CommandLine {
   std::string role_ = "M ";
   std::string exportName_;
   std::string directory_;
+  std::string library_;
   std::string from_;
   std::string to_;
   std::string fileName_;

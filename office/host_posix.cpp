@@ -25,4 +25,11 @@ std::string RegistryPlace() {
   return "your registration file (the environment variable QLX99_REGISTRY names another)";
 }
 
+std::string VersionOf(const std::filesystem::path& /*file*/) { return {}; }
+
+// Offices are on Windows.
+bool IsOnNetworkDrive(const std::filesystem::path& /*folder*/) { return false; }
+
+std::optional<AutomationServer> LookForAutomationServer() { return std::nullopt; }
+
 }  // namespace office

@@ -10,8 +10,6 @@
 #include "office/failure.h"
 #include "office/file_description.h"
 #include "office/host.h"
-#include "office/module.h"
-#include "store/record_manager.h"
 #include "store/record_manager_library.h"
 
 namespace office {
@@ -72,17 +70,16 @@ FARPROC FindEntryPoint(HMODULE library, const std::string& libraryName, const ch
 }  // namespace
 
 RecordManager::RecordManager() {
-  HMODULE library = nullptr;
   for (const char* name : qlx99::kRecordManagerNames) {
     name_ = name;
-    library = qlx99::LoadRecordManagerLibrary(name);
-    if (library != nullptr) break;
+    library_ = qlx99::LoadRecordManagerLibrary(name);
+    if (library_ != nullptr) break;
   }
-  if (library == nullptr) {
+  if (library_ == nullptr) {
     throw Failure(
         "There is no record manager. Put the embedded one, atbtrv32, beside this program.");
   }
-  FindEntryPoints(library);
+  FindEntryPoints();
 }
 
 RecordManager::RecordManager(const std::string& library) : name_(library) {
@@ -90,18 +87,18 @@ RecordManager::RecordManager(const std::string& library) : name_(library) {
     *this = RecordManager();
     return;
   }
-  HMODULE const loaded = LoadModule(library);
-  if (loaded == nullptr) {
+  library_ = LoadModule(library);
+  if (library_ == nullptr) {
     throw Failure("The record manager " + library + " cannot be loaded (error " +
                   std::to_string(GetLastError()) + "). Check its name and folder.");
   }
-  FindEntryPoints(loaded);
+  FindEntryPoints();
 }
 
-void RecordManager::FindEntryPoints(HMODULE library) {
+void RecordManager::FindEntryPoints() {
   entryPoint_ = btrieve::EntryPointOf(
-      std::bit_cast<btrieve::BtrCall*>(FindEntryPoint(library, name_, btrieve::kBtrCallName)));
-  FindEntryPoint(library, name_, btrieve::kBtrCallIdName);  // the library will not do without it
+      std::bit_cast<btrieve::BtrCall*>(FindEntryPoint(library_, name_, btrieve::kBtrCallName)));
+  FindEntryPoint(library_, name_, btrieve::kBtrCallIdName);  // the library will not do without it
 }
 
 Transaction::Transaction(const RecordManager& manager) : client_(manager.EntryPoint()) {

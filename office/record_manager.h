@@ -11,7 +11,9 @@
 
 #include "btrieve/client.h"
 #include "btrieve/file_description.h"
+#include "office/module.h"
 #include "store/record_layout.h"
+#include "store/record_manager.h"
 
 namespace office {
 
@@ -24,15 +26,20 @@ class RecordManager {
   // That of a library, as LoadModule finds it; the above when the text is empty.
   explicit RecordManager(const std::string& library);
 
-  // The name by which it was found.
+  // The name by which it was found, and where it lies.
   const std::string& Name() const { return name_; }
+  std::filesystem::path File() const { return PathOfModule(library_); }
+
+  // Whether it is that of this project, by its name.
+  bool IsEmbedded() const { return name_ == qlx99::kRecordManagerNames.back(); }
 
   const btrieve::EntryPoint& EntryPoint() const { return entryPoint_; }
 
  private:
-  void FindEntryPoints(HMODULE library);
+  void FindEntryPoints();
 
   std::string name_;
+  HMODULE library_ = nullptr;
   btrieve::EntryPoint entryPoint_;
 };
 
