@@ -1,5 +1,6 @@
 // Is there somebody who answers for the automation object?
 #include <array>
+#include <sstream>
 #include <string>
 
 #include "office/host.h"
@@ -42,6 +43,13 @@ std::filesystem::path ProgramOf(const CLSID& id) {
   return program;
 }
 
+// As it is looked up: "0x80080005".
+std::string NumberOf(HRESULT failure) {
+  std::ostringstream text;
+  text << "0x" << std::hex << static_cast<unsigned long>(failure);
+  return text.str();
+}
+
 HRESULT Ask(const CLSID& id) {
   IDispatch* library = nullptr;
   HRESULT result = CoCreateInstance(id, nullptr, CLSCTX_LOCAL_SERVER, IID_IDispatch,
@@ -63,7 +71,9 @@ std::optional<AutomationServer> LookForAutomationServer() {
   CLSID id{};
   if (FAILED(CLSIDFromProgID(kClassName, &id))) return server;
   server.program = ProgramOf(id);
-  if (!server.program.empty()) server.error = Ask(id);
+  if (server.program.empty()) return server;
+  const HRESULT answer = Ask(id);
+  if (FAILED(answer)) server.error = NumberOf(answer);
   return server;
 }
 

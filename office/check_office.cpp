@@ -94,7 +94,7 @@ void LookForRightToWrite(Report& report, const char* what, const std::filesystem
   if (std::filesystem::create_directory(trial, error)) std::filesystem::remove(trial, error);
   if (!error) return;
   report.Doubtful(what, "nothing can be made in " + PathText(folder) +
-                            ": everybody needs the right to write there.");
+                            ": it is not there, or you lack the right to write.");
 }
 
 std::string DescribeManager(const RecordManager& manager) {

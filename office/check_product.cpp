@@ -73,8 +73,8 @@ void ExaminedLibrary::LookAtAutomation(Report& report) const {
                        "not registered, so only 32-bit word processors have the library; "
                        "`qlx99server /regserver` registers it");
   }
-  if (server->error != 0) {
-    return report.Bad(kWhat, program + " does not answer (error " + std::to_string(server->error) +
+  if (!server->error.empty()) {
+    return report.Bad(kWhat, program + " does not answer (error " + server->error +
                                  "). Run `qlx99server /regserver` where it lies now.");
   }
   const std::filesystem::path beside = server->program.parent_path() / kLibraryName;

@@ -35,7 +35,7 @@ bool IsOnNetworkDrive(const std::filesystem::path& folder);
 // Who is registered for the automation object qlx99.Library, and what came of asking for one.
 struct AutomationServer {
   std::filesystem::path program;  // empty: nobody
-  long error = 0;                 // 0: it answers; otherwise the system's number
+  std::string error;              // empty: it answers; otherwise the system's number
 };
 
 // Nothing where there is no automation.
