@@ -139,24 +139,26 @@ class CommandLine {
     if (cases_ == 0) {
       MakeSampleOffice(directory);
     } else {
-      MakeGeneratedOffice(directory, cases_, ShownProgress("cases"));
+      MakeGeneratedOffice(directory, cases_, [this](std::int32_t done, std::int32_t all) {
+        err_ << "\r" << done << " of " << all << " cases" << (done == all ? "\n" : "")
+             << std::flush;
+      });
     }
     out_ << "The office is in " << directory_ << ". `qlx setup " << directory_
          << "` makes the library read it.\n";
   }
 
   void Copy() {
-    const std::size_t files = CopyOffice(
-        {.target = PathOf(directory_), .from = from_, .to = to_},
-        {.copied = ShownProgress("records copied"), .compared = ShownProgress("records compared")});
-    out_ << files << " record files were copied to " << directory_ << ", and all is equal.\n";
-  }
-
-  Progress ShownProgress(const char* what) {
-    return [this, what](std::int32_t done, std::int32_t all) {
-      err_ << "\r" << done << " of " << all << " " << what << (done == all ? "\n" : "")
-           << std::flush;
+    const auto shown = [this](const char* what) {
+      return [this, what](std::int32_t done, std::int32_t all) {
+        err_ << "\r" << done << " of " << all << " " << what << (done == all ? "\n" : "")
+             << std::flush;
+      };
     };
+    const std::size_t files =
+        CopyOffice({.target = PathOf(directory_), .from = from_, .to = to_},
+                   {.copied = shown("records copied"), .compared = shown("records compared")});
+    out_ << files << " record files were copied to " << directory_ << ", and all is equal.\n";
   }
 
   void Check() {

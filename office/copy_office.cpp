@@ -28,7 +28,9 @@ class Counter {
     constexpr std::uint32_t kStride = 1000;
     if (++done_ % kStride == 0 && done_ < all_) Tell(done_);
   }
-  void End() const { Tell(all_); }
+  void End() const {
+    if (all_ != 0) Tell(all_);
+  }
 
  private:
   void Tell(std::uint32_t done) const {
