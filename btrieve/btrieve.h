@@ -73,6 +73,12 @@ enum [[nodiscard]] Status : int{
     kOutOfMemory = 101,
 };
 
+// Whether somebody else has the record or the file just now: the same call may succeed later.
+constexpr bool IsBusy(Status status) {
+  return status == kWaitError || status == kLockError || status == kRecordInUse ||
+         status == kFileInUse;
+}
+
 // Open's modes and Create's ways, both given as the key number.
 inline constexpr char kOpenNormal = 0;
 inline constexpr char kOpenReadOnly = -2;
@@ -94,13 +100,14 @@ using BtrCallId = short WINAPI(WORD operation, void* positionBlock, void* dataBu
 inline constexpr const char* kBtrCallName = "BTRCALL";
 inline constexpr const char* kBtrCallIdName = "BTRCALLID";
 
-// Flags of a file's description: the keys' descriptions give their numbers; otherwise they count
-// from 0.
-inline constexpr std::uint16_t kKeyNumbersGiven = 0x0400;
+// Flags of a file's description.
+inline constexpr std::uint16_t kPreallocated = 0x0004;     // Create sets `pages` aside
+inline constexpr std::uint16_t kKeyNumbersGiven = 0x0400;  // by the keys; or they count from 0
 
 // Key flags of a key's description.
 inline constexpr std::uint16_t kKeyDuplicates = 0x0001;
 inline constexpr std::uint16_t kKeyModifiable = 0x0002;
+inline constexpr std::uint16_t kKeySegmented = 0x0010;  // the next description is of the same key
 inline constexpr std::uint16_t kKeyExtendedType = 0x0100;
 
 // Extended key types.
@@ -108,9 +115,9 @@ inline constexpr std::uint8_t kStringKey = 0;
 inline constexpr std::uint8_t kIntegerKey = 1;
 inline constexpr std::uint8_t kAutoincrementKey = 15;
 
-// Create takes a file description followed by one key description a key; Stat gives the same back,
-// with the number of records and, in each key, the number of its unique values. All little-endian;
-// Windows and this project's hosts are.
+// Create takes a file description followed by one key description a key, or a segment of it; Stat
+// gives the same back, with the number of records and, in each key, the number of its unique
+// values. All little-endian; Windows and this project's hosts are.
 #pragma pack(push, 1)
 struct FileDescription {
   std::uint16_t recordLength;

@@ -49,16 +49,35 @@ inline constexpr std::size_t kMostKeys = 119;
 inline constexpr std::size_t kLongestDescription =
     sizeof(FileDescription) + kMostKeys * sizeof(KeyDescription);
 
-// Of the buffer that Stat gave back: as many keys as it holds.
+// Of the buffer that Stat gave back: as many keys as it holds, each with all its segments.
 inline FileFacts FactsIn(std::string_view description) {
   FileFacts facts;
   description.copy(reinterpret_cast<char*>(&facts.file), sizeof facts.file);
   description.remove_prefix(std::min(description.size(), sizeof facts.file));
-  facts.keys.resize(
-      std::min<std::size_t>(facts.file.keyCount, description.size() / sizeof(KeyDescription)));
-  description.copy(reinterpret_cast<char*>(facts.keys.data()),
-                   facts.keys.size() * sizeof(KeyDescription));
+  for (int keys = 0; keys < facts.file.keyCount && description.size() >= sizeof(KeyDescription);) {
+    KeyDescription& key = facts.keys.emplace_back();
+    description.copy(reinterpret_cast<char*>(&key), sizeof key);
+    description.remove_prefix(sizeof key);
+    if ((key.flags & kKeySegmented) == 0) ++keys;
+  }
   return facts;
+}
+
+// The buffer that Stat gave back as Create takes it, for a file of the same make: without what is
+// counted, and without the version, which belongs to the record manager that made the file.
+inline std::string DescribeAnother(std::string description) {
+  FileFacts facts = FactsIn(description);
+  facts.file.fileVersion = 0;
+  facts.file.recordCount = 0;
+  facts.file.fileFlags = static_cast<std::uint16_t>(facts.file.fileFlags & ~kPreallocated);
+  facts.file.reserved = 0;
+  facts.file.pages = 0;
+  for (KeyDescription& key : facts.keys) key.uniqueValues = 0;
+  std::memcpy(description.data(), &facts.file, std::min(description.size(), sizeof facts.file));
+  if (facts.keys.empty()) return description;
+  std::memcpy(description.data() + sizeof facts.file, facts.keys.data(),
+              facts.keys.size() * sizeof(KeyDescription));
+  return description;  // what lies behind the keys, a collating sequence, stays
 }
 
 }  // namespace btrieve

@@ -2,16 +2,18 @@
 
 #include <algorithm>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "frame/registry.h"
 #include "frame/sibling_library.h"
+#include "office/check_product.h"
 #include "office/failure.h"
 #include "office/host.h"
 #include "office/install_kind.h"
 #include "office/record_manager.h"
+#include "office/report.h"
 #include "office/show_file.h"
 #include "office/text_encoding.h"
 #include "record_files.h"
@@ -20,47 +22,6 @@ namespace office {
 namespace {
 
 using qlx99::RecordLayout;
-
-// A table of what was looked at and what was found, which remembers whether all was well.
-class Report {
- public:
-  explicit Report(std::ostream& out) : out_(out), inColour_(ShowsColours(out)) {}
-
-  void Good(const std::string& what, const std::string& found) {
-    Write("\x1b[32m", "  ", what, found);
-  }
-  void Bad(const std::string& what, const std::string& wrong) {
-    Write("\x1b[31m", "! ", what, wrong);
-    sound_ = false;
-  }
-
-  // Reports what `look` returns as sound, and what it throws as a fault. Returns whether it was
-  // sound.
-  template <class Look>
-  bool Add(const std::string& what, const Look& look) {
-    try {
-      Good(what, look());
-      return true;
-    } catch (const Failure& failure) {
-      Bad(what, failure.what());
-      return false;
-    }
-  }
-
-  bool IsSound() const { return sound_; }
-
- private:
-  void Write(const char* colour, const char* mark, const std::string& what,
-             const std::string& words) {
-    constexpr std::size_t kWidth = 16;
-    out_ << (inColour_ ? colour : "") << mark << PaddedRight(what, kWidth) << words
-         << (inColour_ ? "\x1b[0m" : "") << "\n";
-  }
-
-  std::ostream& out_;
-  bool inColour_;
-  bool sound_ = true;
-};
 
 std::string ReasonForKind() {
   const qlx99::WholeText programName = qlx99::ReadWholeText(qlx99::kProgramName);
@@ -126,13 +87,64 @@ std::string LookAtDataRoot() {
                 "; connect its drive, or name another folder with `qlx setup DIR`.");
 }
 
+// Tried, as rights are not all that keeps somebody from writing.
+void LookForRightToWrite(Report& report, const char* what, const std::filesystem::path& folder) {
+  std::error_code error;
+  const std::filesystem::path trial = folder / "qlx-check";
+  if (std::filesystem::create_directory(trial, error)) std::filesystem::remove(trial, error);
+  if (!error) return;
+  report.Doubtful(what, "nothing can be made in " + PathText(folder) +
+                            ": it is not there, or you lack the right to write.");
+}
+
+std::string DescribeManager(const RecordManager& manager) {
+  return manager.Name() + (manager.IsEmbedded() ? ", embedded" : ", client/server") + ", in " +
+         PathText(manager.File().parent_path());
+}
+
+// A log without its file, or beside one of a record manager that makes none, waits for a file to
+// spoil. What lies beside a file of the embedded record manager, that one judges when it opens it.
+void LookForLeftovers(Report& report, const RecordManager& manager,
+                      const std::filesystem::path& directory) {
+  for (const RecordLayout& layout : qlx99::kRecordFiles) {
+    const bool isJudged =
+        manager.IsEmbedded() && std::filesystem::exists(directory / layout.file.name);
+    for (const char* ending : {"-wal", "-journal"}) {
+      const std::string name = std::string(layout.file.name) + ending;
+      std::error_code error;
+      const auto size = std::filesystem::file_size(directory / name, error);
+      if (isJudged || error || size == 0) continue;
+      report.Doubtful(layout.file.name, name +
+                                            " lies in the folder, but belongs to no file in it. "
+                                            "Move it away, or put back its file.");
+    }
+  }
+}
+
+void LookAtFolders(Report& report, const RecordManager& manager) {
+  const std::filesystem::path directory = ConfiguredDataRoot();
+  if (manager.IsEmbedded() && IsOnNetworkDrive(directory)) {
+    report.Doubtful(qlx99::kDataRoot.name,
+                    "lies on a network drive, but the embedded record manager is for the programs "
+                    "of one machine: several workstations need a client/server one.");
+  }
+  LookForRightToWrite(report, qlx99::kDataRoot.name, directory);
+  const auto documents = qlx99::ReadConfiguration<qlx99::kDocuRoot>();
+  if (documents && documents->front() != '\0') {
+    LookForRightToWrite(report, qlx99::kDocuRoot.name, documents->data());
+  }
+  LookForLeftovers(report, manager, directory);
+}
+
 void LookAtRecordFiles(Report& report) {
   const bool hasFolder = report.Add(qlx99::kDataRoot.name, LookAtDataRoot);
   report.Add(qlx99::kDocuRoot.name, LookAtValue<qlx99::kDocuRoot>);
   report.Add(qlx99::kProgramRoot.name, LookAtValue<qlx99::kProgramRoot>);
   std::optional<RecordManager> manager;
-  const bool hasManager = report.Add("record manager", [&] { return manager.emplace().Name(); });
+  const bool hasManager =
+      report.Add("record manager", [&] { return DescribeManager(manager.emplace()); });
   if (!hasFolder || !hasManager) return;
+  LookAtFolders(report, *manager);
   const std::filesystem::path directory = ConfiguredDataRoot();
   for (const RecordLayout& layout : qlx99::kRecordFiles) {
     report.Add(layout.file.name, [&] { return LookAtFile(*manager, directory, layout); });
@@ -166,8 +178,9 @@ void LookAtOtherPrograms(Report& report) {
 
 }  // namespace
 
-bool CheckOffice(std::ostream& out) {
+bool CheckOffice(const std::string& library, std::ostream& out) {
   Report report(out);
+  const ExaminedLibrary examined(library, report);
   report.Good(qlx99::kProgramName.name, KindOfInstallation());
   if (IsDelegated()) {
     LookAtOtherPrograms(report);

@@ -9,6 +9,7 @@
 #include "office/call_json.h"
 #include "office/check_office.h"
 #include "office/command_names.h"
+#include "office/copy_office.h"
 #include "office/export_call.h"
 #include "office/failure.h"
 #include "office/follow_up_table.h"
@@ -36,6 +37,7 @@ constexpr const char* kExamples = R"(Examples:
   qlx call BListeNext 12345678 1   what a macro is given for the first party
   qlx followups 12345678           the case's deadlines, soonest first
   qlx office show ZTCASE           all cases
+  qlx office copy backup           all record files, also while others work
   qlx help office create           what a command takes)";
 
 constexpr const char* kCallNotes = R"(
@@ -138,9 +140,23 @@ class CommandLine {
         ->check(CLI::Range(1, kMostGeneratedCases));
     create->callback([this] { Create(); });
 
-    CLI::App* check =
-        office->add_subcommand("check", "Check this installation: registry, record manager, files");
+    CLI::App* check = office->add_subcommand(
+        "check", "Check this installation: library, registry, record manager, files");
+    check->add_option("--library", library_,
+                      "The qlx99.dll that macros load, as it lies in the word processor's folder; "
+                      "otherwise the one that this program finds");
     check->callback([this] { Check(); });
+
+    CLI::App* copy = office->add_subcommand(
+        "copy", "Copy all record files, as a backup or for another record manager");
+    copy->add_option("TARGET", directory_, "A new folder, or one without record files")
+        ->required()
+        ->check(NotEmpty());
+    copy->add_option("--from", from_,
+                     "Library of the record manager that has the office, such as atbtrv32.dll; "
+                     "otherwise the one that qlx99 finds");
+    copy->add_option("--to", to_, "The same, of the one that is to have the copy");
+    copy->callback([this] { Copy(); });
 
     CLI::App* show = office->add_subcommand("show", "Show the records of a file");
     show->add_option("FILE", fileName_, "Name of the record file, such as ZTCASE")->required();
@@ -200,9 +216,20 @@ class CommandLine {
     ShowFile(fileName_, csv_ ? Listing::kCsv : Listing::kBlocks, out_);
   }
 
+  void Copy() {
+    RequireRegistry();
+    ProgressLine copied(err_, "records copied");
+    ProgressLine compared(err_, "records compared");
+    const auto files = CopyOffice(
+        {.target = PathOf(directory_), .from = from_, .to = to_},
+        {.copied = [&](std::int32_t done, std::int32_t all) { copied.Show(done, all); },
+         .compared = [&](std::int32_t done, std::int32_t all) { compared.Show(done, all); }});
+    out_ << files << " record files were copied to " << directory_ << ", and all is equal.\n";
+  }
+
   void Check() {
     RequireRegistry();
-    if (!CheckOffice(out_)) {
+    if (!CheckOffice(library_, out_)) {
       throw Failure("This installation is not sound; see the lines marked with \"!\".");
     }
   }
@@ -215,6 +242,9 @@ class CommandLine {
   std::string role_ = "M ";
   std::string exportName_;
   std::string directory_;
+  std::string library_;
+  std::string from_;
+  std::string to_;
   std::string fileName_;
   std::int32_t cases_ = 0;
   bool noDialog_ = false;

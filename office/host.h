@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,6 +42,22 @@ void RequireReadableRegistry();
 
 // The same, and when it is a file that was named but is not there.
 void RequireRegistry();
+
+// The version that a program or library says of itself; empty when it says none, as where libraries
+// do not have one.
+std::string VersionOf(const std::filesystem::path& file);
+
+// Whether the folder is another machine's.
+bool IsOnNetworkDrive(const std::filesystem::path& folder);
+
+// Who is registered for the automation object qlx99.Library, and what came of asking for one.
+struct AutomationServer {
+  std::filesystem::path program;  // empty: nobody
+  std::string error;              // empty: it answers; otherwise the system's number
+};
+
+// Nothing where there is no automation.
+std::optional<AutomationServer> LookForAutomationServer();
 
 // Paths are given and shown in UTF-8.
 inline std::filesystem::path PathOf(std::string_view utf8) {

@@ -55,4 +55,11 @@ void RequireRegistry() {
                 ", and there is no such file. `qlx setup DIR` makes it.");
 }
 
+std::string VersionOf(const std::filesystem::path& /*file*/) { return {}; }
+
+// Offices are on Windows.
+bool IsOnNetworkDrive(const std::filesystem::path& /*folder*/) { return false; }
+
+std::optional<AutomationServer> LookForAutomationServer() { return std::nullopt; }
+
 }  // namespace office

@@ -63,4 +63,24 @@ void RequireReadableRegistry() {}
 
 void RequireRegistry() {}
 
+std::string VersionOf(const std::filesystem::path& file) {
+  std::vector<char> block(GetFileVersionInfoSizeW(file.c_str(), nullptr));
+  void* found = nullptr;
+  UINT size = 0;
+  if (GetFileVersionInfoW(file.c_str(), 0, static_cast<DWORD>(block.size()), block.data()) == 0 ||
+      VerQueryValueW(block.data(), L"\\", &found, &size) == 0) {
+    return {};
+  }
+  const auto& facts = *static_cast<const VS_FIXEDFILEINFO*>(found);
+  return std::to_string(HIWORD(facts.dwFileVersionMS)) + "." +
+         std::to_string(LOWORD(facts.dwFileVersionMS)) + "." +
+         std::to_string(HIWORD(facts.dwFileVersionLS));
+}
+
+bool IsOnNetworkDrive(const std::filesystem::path& folder) {
+  std::wstring root(folder.native().size() + MAX_PATH, L'\0');
+  return GetVolumePathNameW(folder.c_str(), root.data(), static_cast<DWORD>(root.size())) != 0 &&
+         GetDriveTypeW(root.c_str()) == DRIVE_REMOTE;
+}
+
 }  // namespace office

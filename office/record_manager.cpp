@@ -2,18 +2,22 @@
 
 #include <algorithm>
 #include <bit>
+#include <chrono>
+#include <thread>
 #include <tuple>
+#include <utility>
 
 #include "office/failure.h"
 #include "office/file_description.h"
 #include "office/host.h"
-#include "store/record_manager.h"
 #include "store/record_manager_library.h"
 
 namespace office {
 namespace {
 
 using btrieve::Status;
+
+constexpr std::size_t kLongestRecord = 0xFFFF;  // that a length of 16 bits can tell
 
 struct StatusWords {
   Status status;
@@ -66,26 +70,45 @@ FARPROC FindEntryPoint(HMODULE library, const std::string& libraryName, const ch
 }  // namespace
 
 RecordManager::RecordManager() {
-  HMODULE library = nullptr;
   for (const char* name : qlx99::kRecordManagerNames) {
     name_ = name;
-    library = qlx99::LoadRecordManagerLibrary(name);
-    if (library != nullptr) break;
+    library_ = qlx99::LoadRecordManagerLibrary(name);
+    if (library_ != nullptr) break;
   }
-  if (library == nullptr) {
+  if (library_ == nullptr) {
     throw Failure(
         "There is no record manager. Put the embedded one, atbtrv32, beside this program.");
   }
+  FindEntryPoints();
+}
+
+RecordManager::RecordManager(const std::string& library) : name_(library) {
+  if (library.empty()) {
+    *this = RecordManager();
+    return;
+  }
+  library_ = LoadModule(library);
+  if (library_ == nullptr) {
+    throw Failure("The record manager " + library + " cannot be loaded (error " +
+                  std::to_string(GetLastError()) + "). Check its name and folder.");
+  }
+  FindEntryPoints();
+}
+
+void RecordManager::FindEntryPoints() {
   entryPoint_ = btrieve::EntryPointOf(
-      std::bit_cast<btrieve::BtrCall*>(FindEntryPoint(library, name_, btrieve::kBtrCallName)));
-  FindEntryPoint(library, name_, btrieve::kBtrCallIdName);  // the library will not do without it
+      std::bit_cast<btrieve::BtrCall*>(FindEntryPoint(library_, name_, btrieve::kBtrCallName)));
+  FindEntryPoint(library_, name_, btrieve::kBtrCallIdName);  // the library will not do without it
 }
 
 Transaction::Transaction(const RecordManager& manager) : client_(manager.EntryPoint()) {
-  Check(client_.Call(btrieve::kBeginTransaction), "Beginning to write");
+  const Status status = client_.Call(btrieve::kBeginTransaction);
+  open_ = status != btrieve::kInvalidOperation;
+  if (open_) Check(status, "Beginning to write");
 }
 
 void Transaction::Commit() {
+  if (!open_) return;
   open_ = false;
   Check(client_.Call(btrieve::kEndTransaction), "Completing what was written");
 }
@@ -102,32 +125,78 @@ void TableFile::Create(const RecordManager& manager, const std::filesystem::path
         "Making " + PathText(path));
 }
 
+void TableFile::CreateOver(const RecordManager& manager, const std::filesystem::path& path,
+                           const std::string& description) {
+  btrieve::Client client(manager.EntryPoint());
+  Check(client.Create(KeyText(path), description, btrieve::kCreateOver),
+        "Making " + PathText(path));
+}
+
 TableFile::TableFile(const RecordManager& manager, const std::filesystem::path& directory,
                      const qlx99::RecordLayout& layout)
+    : TableFile(manager, directory / layout.file.name, layout.file.length, layout.file.length,
+                btrieve::kOpenNormal) {}
+
+TableFile::TableFile(const RecordManager& manager, const std::filesystem::path& path, char mode)
+    : TableFile(manager, path, 0, kLongestRecord, mode) {}
+
+TableFile::TableFile(const RecordManager& manager, std::filesystem::path path, std::size_t shortest,
+                     std::size_t longest, char mode)
     : client_(manager.EntryPoint()),
-      path_(directory / layout.file.name),
-      recordLength_(layout.file.length) {
-  Check(client_.Open(KeyText(path_)), "Opening " + PathText(path_));
+      path_(std::move(path)),
+      shortest_(shortest),
+      room_(longest, '\0') {
+  client_.SetKey(KeyText(path_));
+  Check(Call(btrieve::kOpen, mode), "Opening " + PathText(path_));
 }
 
 TableFile::~TableFile() { std::ignore = client_.Close(); }
 
 void TableFile::Insert(std::span<char> record) {
-  Check(client_.Call(btrieve::kInsert, 0, record), "Writing to " + PathText(path_));
+  Check(Call(btrieve::kInsert, 0, record), "Writing to " + PathText(path_));
 }
 
-std::optional<std::string> TableFile::Read(WORD operation) {
-  std::string record(recordLength_, '\0');
-  const Status status = client_.Call(operation, 0, record);
+std::optional<std::string> TableFile::Read(WORD operation, int key) {
+  const Status status = Call(operation, key, room_);
   if (status == btrieve::kEndOfFile) return std::nullopt;
   Check(status, "Reading " + PathText(path_));
+  std::string record(room_, 0, client_.Length());
+  if (record.size() < shortest_) record.resize(shortest_);
   return record;
 }
 
-btrieve::FileFacts TableFile::Facts() {
+bool TableFile::Find(int key, std::string_view value) {
+  client_.SetKey(value);
+  const Status status = Call(btrieve::kGetEqual, key, room_);
+  if (status == btrieve::kKeyNotFound) return false;
+  Check(status, "Reading " + PathText(path_));
+  return true;
+}
+
+bool TableFile::TryWrite(WORD operation, int key, std::span<char> record) {
+  const Status status = Call(operation, key, record);
+  if (status == btrieve::kDuplicateKey) return false;
+  Check(status, "Writing to " + PathText(path_));
+  return true;
+}
+
+std::string TableFile::Description() {
   std::string description(btrieve::kLongestDescription, '\0');
-  Check(client_.Call(btrieve::kStat, 0, description), "Examining " + PathText(path_));
-  return btrieve::FactsIn(std::string_view(description).substr(0, client_.Length()));
+  Check(Call(btrieve::kStat, 0, description), "Examining " + PathText(path_));
+  description.resize(client_.Length());
+  return description;
+}
+
+Status TableFile::Call(WORD operation, int key, std::span<char> data) {
+  using namespace std::chrono_literals;
+  constexpr auto kPatience = 5s;
+  constexpr auto kPause = 20ms;
+  const auto end = std::chrono::steady_clock::now() + kPatience;
+  for (;;) {
+    const Status status = client_.Call(operation, key, data);
+    if (!IsBusy(status) || std::chrono::steady_clock::now() > end) return status;
+    std::this_thread::sleep_for(kPause);
+  }
 }
 
 }  // namespace office

@@ -75,11 +75,6 @@ Status CallOnce(WORD operation, const CallArguments& arguments) {
   return static_cast<Status>(status);
 }
 
-bool IsBusy(Status status) {
-  return status == btrieve::kWaitError || status == btrieve::kLockError ||
-         status == btrieve::kRecordInUse || status == btrieve::kFileInUse;
-}
-
 // Tries again at once while the record or file is busy: another workstation's operation takes a
 // moment only.
 Status CallWithRetries(WORD operation, const CallArguments& arguments) {

@@ -30,6 +30,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using testing::HasSubstr;
 using testing::StartsWith;
 using testkit::ProductFolder;
 using testkit::TemporaryFolder;
@@ -227,6 +228,22 @@ TEST_F(AutomationServer, SaysWhyThereIsNoLibrary) {
   EXPECT_THAT(
       Start("attempt(\"UserInit()\")", "js")->WholeText(),
       StartsWith("8007007e " + (alone.Path() / "qlx99.dll").string() + " cannot be loaded. "));
+}
+
+TEST_F(AutomationServer, IsFoundByTheCheck) {
+  const std::string program = (ProductFolder() / "qlx99server.exe").string();
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("  automation      " + program + " answers\n"));
+  TemporaryFolder alone;
+  const fs::path copy = alone.Path() / "qlx99server.exe";
+  fs::copy_file(program, copy);
+  RunServer("/regserver", alone.Path());
+  EXPECT_THAT(Qlx("office|check").out,
+              HasSubstr("! automation      " + copy.string() + " answers, but has no qlx99.dll"));
+  EXPECT_TRUE(Eventually([] { return CountServers() == 0; }));
+  fs::remove(copy);
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr(copy.string() + " does not answer (error 0x8"));
+  RunServer("/unregserver");
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("  automation      not registered, "));
 }
 
 TEST_F(AutomationServer, IsAProcessOfItsOwnForEachObject) {

@@ -52,6 +52,7 @@ TEST_F(QlxInstallations, AreCheckedFileByFile) {
   otherNumbers.keys = numbers;
   create(otherNumbers);
   std::ofstream(folder_.Path() / "ZTKONAT.KRV") << "This is not a record file.";
+  std::ofstream(folder_.Path() / "ZTPART.KRV-wal") << "of a file that was moved away";
   ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
 
   const Outcome check = Qlx("office|check");
@@ -63,7 +64,28 @@ TEST_F(QlxInstallations, AreCheckedFileByFile) {
                     HasSubstr("\n! ZTKODOLI.KRV    key 0 does not lie over "),
                     HasSubstr("\n! ZTDOLIST.KRV    key 0 does not lie over id"),
                     HasSubstr("ZTKONAT.KRV: it is not a record file, or"),
-                    HasSubstr("ZTPART.KRV: there is no such file; restore it")));
+                    HasSubstr("ZTPART.KRV: there is no such file; restore it"),
+                    HasSubstr("\n? ZTPART.KRV      ZTPART.KRV-wal lies in the folder, but "),
+                    HasSubstr("\n? DocuRoot        nothing can be made in ")));
+}
+
+TEST_F(QlxInstallations, AreCheckedForTheLibraryThatMacrosLoad) {
+  using testkit::LibraryFile;
+  ASSERT_EQ(Qlx("office|create|" + folder_.Text()).code, office::kDone);
+  ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
+  const auto check = [](const std::string& library) {
+    return Qlx("office|check|--library|" + (testkit::ProductFolder() / library).string());
+  };
+  const std::string bits = std::to_string(sizeof(void*) * 8) + " bits, in ";
+  const Outcome good = check("qlx99.dll");
+  EXPECT_EQ(good.code, office::kDone) << good.out;
+  EXPECT_THAT(good.out,
+              AllOf(HasSubstr("  library         " + LibraryFile("qlx99")), HasSubstr(", " + bits),
+                    HasSubstr(", embedded, in "), Not(HasSubstr("\n? "))));
+  const Outcome missing = check("qlx98.dll");
+  EXPECT_EQ(missing.code, office::kFailed);
+  EXPECT_THAT(missing.out, AllOf(HasSubstr("! library         "), HasSubstr("is not there")));
+  EXPECT_THAT(check("atbtrv32.dll").out, HasSubstr(", has no function "));
 }
 
 TEST_F(QlxInstallations, AreCheckedForARecordManagerThatMayWrite) {

@@ -22,6 +22,10 @@ bool BringsData(WORD operation) {
          operation == btrieve::kUpdate;
 }
 
+bool IsRead(WORD operation) {
+  return operation >= btrieve::kGetEqual && operation <= btrieve::kGetLast;
+}
+
 bool ComesAgain(int status) {
   return status == btrieve::kWaitError || status == btrieve::kLockError ||
          status == btrieve::kRecordInUse || status == btrieve::kFileInUse;
@@ -132,10 +136,12 @@ int ManagerScript::Answer(const btrieve::Arguments& arguments) {
                    .dataLength = *arguments.dataLength,
                    .data = {},
                    .plain = arguments.clientId == nullptr};
-  if (call.operation == btrieve::kOpen) call.path = call.key.substr(0, call.key.find('\0'));
-  call.file = call.operation == btrieve::kOpen ? call.path.substr(call.path.find_last_of("\\/") + 1)
-                                               : FileOf(arguments.positionBlock);
-  EXPECT_NE(call.file, "") << "operation " << call.operation << " on a file that is not open";
+  const bool hasPath = call.operation == btrieve::kOpen || call.operation == btrieve::kCreate;
+  if (hasPath) call.path = call.key.substr(0, call.key.find('\0'));
+  call.file = hasPath ? call.path.substr(call.path.find_last_of("\\/") + 1)
+                      : FileOf(arguments.positionBlock);
+  EXPECT_TRUE(!call.file.empty() || call.operation >= btrieve::kBeginTransaction)
+      << "operation " << call.operation << " on a file that is not open";
   if (BringsData(call.operation)) {
     call.data.assign(static_cast<const char*>(arguments.dataBuffer), call.dataLength);
   }
@@ -143,7 +149,7 @@ int ManagerScript::Answer(const btrieve::Arguments& arguments) {
   RunActions(call);
   const std::optional<int> scripted = ScriptedStatus(call);
   call.status = scripted ? *scripted : EmbeddedEntryPoint()(arguments);
-  if (call.operation >= btrieve::kGetEqual && call.status == btrieve::kSuccess) {
+  if (IsRead(call.operation) && call.status == btrieve::kSuccess) {
     if (longest_) *arguments.dataLength = std::min(*arguments.dataLength, *longest_);
   }
   Keep(call, arguments.positionBlock);

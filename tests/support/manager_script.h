@@ -16,8 +16,8 @@ namespace qlx99::tests {
 // One call as it arrived, and the status that it was given.
 struct ManagerCall {
   WORD operation;
-  std::string file;  // the bare name, as the position block was opened
-  std::string path;  // of Open
+  std::string file;  // the bare name, as the position block was opened; of a transaction none
+  std::string path;  // of Open and Create
   std::string key;   // all of the key buffer
   int keyNumber;
   int keyLength;

@@ -1,0 +1,143 @@
+#include "office/copied_file.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "office/failure.h"
+
+namespace office {
+namespace {
+
+constexpr std::size_t kRecordsPerTransaction = 500;
+
+struct FileKey {
+  int number = 0;
+  bool hasDuplicates = false;
+  std::vector<btrieve::KeyDescription> segments;
+
+  std::string ValueIn(const std::string& record) const {
+    std::string value;
+    for (const auto& segment : segments) {
+      value += record.substr(segment.position - 1U, segment.length);
+    }
+    return value;
+  }
+
+  // A record with another value.
+  std::string Moved(std::string record) const {
+    char& first = record.at(segments.front().position - 1U);
+    first = static_cast<char>(~first);
+    return record;
+  }
+};
+
+// At least one.
+std::vector<FileKey> KeysOf(const btrieve::FileFacts& facts) {
+  const bool numbersGiven = (facts.file.fileFlags & btrieve::kKeyNumbersGiven) != 0;
+  std::vector<FileKey> keys;
+  bool isNew = true;
+  for (const btrieve::KeyDescription& segment : facts.keys) {
+    if (isNew) {
+      keys.push_back({.number = numbersGiven ? segment.keyNumber : static_cast<int>(keys.size()),
+                      .hasDuplicates = (segment.flags & btrieve::kKeyDuplicates) != 0,
+                      .segments = {}});
+    }
+    keys.back().segments.push_back(segment);
+    isNew = (segment.flags & btrieve::kKeySegmented) == 0;
+  }
+  if (keys.empty()) throw Failure("A file without keys cannot be copied.");
+  return keys;
+}
+
+// Records of one value stand in the order in which they were given it. Along the first of these
+// keys they are copied, which keeps its order; the other ones have duplicates, too.
+std::vector<FileKey> KeysWithAnOrder(const std::vector<FileKey>& keys) {
+  std::vector<FileKey> ordered;
+  std::ranges::copy_if(keys, std::back_inserter(ordered), &FileKey::hasDuplicates);
+  if (ordered.size() != 1) ordered.insert(ordered.begin(), keys.front());
+  return ordered;
+}
+
+// Takes the records along a key, and hands them on some at a time: in a transaction of the other
+// file nothing is read, as a record manager may keep all from writing what is read in one.
+template <class Body>
+void ForEachBatch(TableFile& file, const FileKey& key, const Body& body) {
+  auto record = file.First(key.number);
+  while (record) {
+    std::vector<std::string> batch;
+    for (; record && batch.size() < kRecordsPerTransaction; record = file.Next(key.number)) {
+      batch.push_back(std::move(*record));
+    }
+    body(batch);
+  }
+}
+
+// Gives all records of the copy their value of the key anew, in the order of the file.
+void RestoreOrder(const RecordManager& manager, TableFile& source, TableFile& copy,
+                  const FileKey& key, const FileKey& unique) {
+  ForEachBatch(source, key, [&](std::vector<std::string>& batch) {
+    Transaction transaction(manager);
+    for (std::string& record : batch) {
+      if (!copy.Find(unique.number, unique.ValueIn(record))) continue;
+      std::string moved = key.Moved(record);
+      std::ignore = copy.TryUpdate(unique.number, moved) && copy.TryUpdate(unique.number, record);
+    }
+    transaction.Commit();
+  });
+}
+
+// Returns the number of records along the key; nothing when they are not the same ones.
+std::optional<std::uint32_t> CountIfEqual(TableFile& source, TableFile& copy, const FileKey& key,
+                                          const CopiedFile::Step& step) {
+  std::uint32_t count = 0;
+  auto record = source.First(key.number);
+  auto copied = copy.First(key.number);
+  for (; record && record == copied; ++count) {
+    step();
+    record = source.Next(key.number);
+    copied = copy.Next(key.number);
+  }
+  return record == copied ? std::optional(count) : std::nullopt;
+}
+
+}  // namespace
+
+void CopiedFile::Copy(const Step& step) const {
+  TableFile source = OpenSource();
+  const std::string description = source.Description();
+  TableFile::CreateOver(*to_, copy_, btrieve::DescribeAnother(description));
+  TableFile copy = OpenCopy();
+  const std::vector<FileKey> keys = KeysOf(btrieve::FactsIn(description));
+  const std::vector<FileKey> ordered = KeysWithAnOrder(keys);
+  ForEachBatch(source, ordered.front(), [&](std::vector<std::string>& batch) {
+    Transaction transaction(*to_);
+    // A record that somebody gives another value of the key meanwhile may come twice.
+    for (std::string& record : batch) std::ignore = copy.TryInsert(record);
+    transaction.Commit();
+    for (std::size_t i = 0; i < batch.size(); ++i) step();
+  });
+  const auto unique = std::ranges::find(keys, false, &FileKey::hasDuplicates);
+  if (unique == keys.end()) return;
+  for (const FileKey& key : std::span(ordered).subspan(1)) {
+    if (CountIfEqual(source, copy, key, [] {})) continue;
+    RestoreOrder(*to_, source, copy, key, *unique);
+  }
+}
+
+bool CopiedFile::IsComplete(const Step& step) const {
+  TableFile source = OpenSource();
+  TableFile copy = OpenCopy();
+  const btrieve::FileFacts facts = source.Facts();
+  const std::vector<FileKey> ordered = KeysWithAnOrder(KeysOf(facts));
+  const auto count = CountIfEqual(source, copy, ordered.front(), step);
+  const std::uint32_t all = facts.file.recordCount;
+  return count == all &&
+         std::ranges::all_of(std::span(ordered).subspan(1), [&](const FileKey& key) {
+           return CountIfEqual(source, copy, key, [] {}) == count;
+         });
+}
+
+}  // namespace office

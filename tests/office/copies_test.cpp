@@ -1,0 +1,169 @@
+// `qlx office copy`: what it copies, whatever happens meanwhile, and what is left when it fails.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <set>
+
+#include "btrieve/file_description.h"
+#include "office/command_line.h"
+#include "office/record_manager.h"
+#include "record_files.h"
+#include "sample_office.h"
+#include "support/manager_script.h"
+#include "testkit/files.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using namespace qlx99::tests;
+using office::TableFile;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class QlxCopies : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(Qlx("office|create|" + Office().string()).code, office::kDone);
+    ASSERT_EQ(Qlx("setup|" + Office().string()).code, office::kDone);
+  }
+
+  fs::path Office() const { return folder_.Path() / "office"; }
+  fs::path Target() const { return folder_.Path() / "copy"; }
+  std::string CopyCommand() const { return "office|copy|" + Target().string(); }
+
+  static std::set<std::string> NamesIn(const fs::path& folder) {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+      names.insert(entry.path().filename().string());
+    }
+    return names;
+  }
+
+  static std::vector<std::string> RecordsOf(const fs::path& file, int key) {
+    const office::RecordManager manager;
+    TableFile table(manager, file, btrieve::kOpenReadOnly);
+    std::vector<std::string> records;
+    for (auto record = table.First(key); record; record = table.Next(key)) {
+      records.push_back(*record);
+    }
+    return records;
+  }
+
+  // A file that only the case-management system knows, with several orders of its own.
+  void MakeForeignFile() const {
+    constexpr std::size_t kLength = 50;
+    const auto key = [](std::size_t offset, unsigned flags) {
+      return btrieve::DescribeKey(offset, 4, btrieve::kIntegerKey, flags);
+    };
+    constexpr unsigned kRepeated = btrieve::kKeyDuplicates | btrieve::kKeyModifiable;
+    const fs::path path = Office() / kForeign;
+    const office::RecordManager manager;
+    TableFile::CreateOver(
+        manager, path,
+        btrieve::DescribeFile(kLength, {key(0, 0), key(4, kRepeated), key(8, kRepeated)}));
+    TableFile file(manager, path, btrieve::kOpenNormal);
+    const auto record = [](int id, int one, int other) {
+      std::string bytes(kLength, static_cast<char>(id));
+      const std::int32_t values[] = {id, one, other};
+      std::copy_n(reinterpret_cast<const char*>(values), sizeof values, bytes.begin());
+      return bytes;
+    };
+    office::Transaction transaction(manager);
+    for (int id = 1'200; id > 0; --id) {
+      std::string bytes = record(id, id % 7, id % 3);
+      file.Insert(bytes);
+    }
+    for (int id = 1; id < 900; id += 11) {
+      std::string away = record(id, -1, id % 3);
+      std::string back = record(id, id % 7, id % 3);
+      const std::string value(back, 0, sizeof(std::int32_t));
+      ASSERT_TRUE(file.Find(0, value) && file.TryUpdate(0, away) && file.TryUpdate(0, back));
+    }
+    transaction.Commit();
+  }
+
+  static constexpr auto kForeign = "ZTANDERE.krv";
+  PrivateRegistry registry_;
+  TemporaryFolder folder_;
+};
+
+TEST_F(QlxCopies, HoldEveryByteAndEveryOrder) {
+  MakeForeignFile();
+  const std::string library =
+      (testkit::ProductFolder() / testkit::LibraryFile("atbtrv32")).string();
+  const Outcome copied = Qlx(CopyCommand() + "|--to|" + library);
+  ASSERT_EQ(copied.code, office::kDone) << copied.err;
+  EXPECT_THAT(copied.err, HasSubstr(" records compared\n"));
+  const auto names = NamesIn(Target());
+
+  std::vector<std::pair<std::string, int>> orders = {{kForeign, 0}, {kForeign, 1}, {kForeign, 2}};
+  std::set<std::string> expected = {kForeign};
+  for (const qlx99::RecordLayout& layout : qlx99::kRecordFiles) {
+    expected.insert(layout.file.name);
+    for (const qlx99::Key& key : layout.keys) orders.emplace_back(layout.file.name, key.number);
+  }
+  EXPECT_EQ(names, expected);
+  for (const auto& [name, key] : orders) {
+    EXPECT_EQ(RecordsOf(Target() / name, key), RecordsOf(Office() / name, key)) << name << key;
+  }
+  EXPECT_THAT(Qlx(CopyCommand()).err, HasSubstr("Nothing was copied"));
+}
+
+TEST_F(QlxCopies, AreOfOneMomentAlsoWhileTheOfficeWorks) {
+  FoundManagers managers;
+  ManagerScript manager(managers);
+  const auto insert = [this](const char* name, std::string record) {
+    btrieve::Client client(testkit::EmbeddedEntryPoint());
+    btrieve::Must(client.Open((Office() / name).string()));
+    btrieve::Must(client.Call(btrieve::kInsert, 0, record));
+    btrieve::Must(client.Close());
+  };
+  const std::string user(qlx99::UserRecord::file.length, '\0');  // the first by its number
+  const std::string bank(qlx99::BankConnectionRecord::file.length, '\0');
+  manager.Meanwhile(btrieve::kGetNext, "ZTUSER.KRV", [&] { insert("ZTUSER.KRV", user); });
+  manager.Meanwhile(btrieve::kGetNext, "ZTDOLIST.KRV", [&] { insert("ZTBANK.KRV", bank); });
+  const Outcome copied = Qlx(CopyCommand());
+  ASSERT_EQ(copied.code, office::kDone) << copied.err;
+  EXPECT_EQ(RecordsOf(Target() / "ZTUSER.KRV", 0).front(), user);
+  EXPECT_EQ(RecordsOf(Target() / "ZTBANK.KRV", 0).front(), bank);
+  UnloadRecordManager("w3btrv7.dll");
+}
+
+TEST_F(QlxCopies, AreThereWithAllFilesOrNotAtAll) {
+  const struct {
+    const char* target;
+    WORD operation;
+    const char* file;
+    int status;
+    const char* words;
+  } rows[] = {
+      {"copy", btrieve::kCreate, "ZTHEAD.KRV", btrieve::kInvalidFileName, "is not usable"},
+      {"copy", btrieve::kInsert, "ZTBANK.KRV", btrieve::kSuccess, "does not keep what it is given"},
+      {"there", btrieve::kInsert, "ZTPART.KRV", btrieve::kDiskFull, "the disk is full"},
+  };
+  FoundManagers managers;
+  ManagerScript manager(managers);
+  const fs::path folder = folder_.Path() / "there";
+  fs::create_directory(folder);
+  testkit::WriteAll(folder / "notes", "");
+  for (const auto& [target, operation, file, status, words] : rows) {
+    SCOPED_TRACE(words);
+    manager.Forget();
+    manager.Answers(operation, file, status);
+    const Outcome copied = Qlx("office|copy|" + (folder_.Path() / target).string());
+    EXPECT_EQ(copied.code, office::kFailed);
+    EXPECT_THAT(copied.err, HasSubstr(words));
+    EXPECT_THAT(NamesIn(folder_.Path()), ElementsAre("office", "there"));
+    EXPECT_THAT(NamesIn(folder), ElementsAre("notes"));
+  }
+  manager.Forget();
+  // A record manager that knows no transactions is no fault.
+  manager.Answers(btrieve::kBeginTransaction, "", btrieve::kInvalidOperation);
+  ASSERT_EQ(Qlx("office|copy|" + folder.string()).code, office::kDone);
+  EXPECT_EQ(NamesIn(folder).size(), qlx99::kRecordFiles.size() + 1);
+  EXPECT_EQ(Qlx("office|create|" + Target().string()).code, office::kDone);
+  UnloadRecordManager("w3btrv7.dll");
+}
+
+}  // namespace
