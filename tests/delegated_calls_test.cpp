@@ -5,7 +5,7 @@
 #include <tuple>
 #include <type_traits>
 
-#include "support/delegated_test.h"
+#include "support/office_programs.h"
 #include "support/world.h"
 
 namespace qlx99::tests {
@@ -15,43 +15,42 @@ using testing::ElementsAre;
 
 using LoginHandshakeTest = DelegatedTest;
 
+using Programs = std::vector<const char*>;
+const Programs kBoth{kLoginServer, kInquiryProgram};
+
+struct Login {
+  const char* name;
+  std::size_t complaints;
+  bool confirmed;
+  Programs running;
+  std::deque<Heard> conversation;
+};
+
+const Login kLogins[] = {
+    {"logged in from the start", 0, true, kBoth,
+     Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized())},
+    {"nobody logged in",
+     0,
+     true,
+     {kLoginServer},
+     Talk(LoggedIn(0), Started().Meanwhile(Mask(1)), Product(0), Product(0), Product(8),
+          LoginEnded(0), LoginEnded(0), LoginEnded(1), Minimized())},
+    {"no login server, and the mask closed", 0, false, {}, Talk(Started().Meanwhile(Mask(2)))},
+    {"another product, then yet another", 2, true, kBoth,
+     Talk(LoggedIn(1), Product(3), ChangeLogin(), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(),
+          Product(5), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(), Product(0), ChangeLogin(),
+          Product(8), LoginEnded(1), Minimized())},
+    {"another product, then the mask closed", 1, false, kBoth,
+     Talk(LoggedIn(1), Product(3), ChangeLogin().Meanwhile(Mask(2)), ChangeLogin())},
+    {"login taken back and made again before it has ended", 0, true, kBoth,
+     Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(-1)), LoginEnded(1),
+          LoginEnded(1).Meanwhile(Mask(1)), LoginEnded(1), Minimized())},
+    {"mask closed before the login has ended", 0, false, kBoth,
+     Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(2)), LoginEnded(1))},
+};
+
 TEST_F(LoginHandshakeTest, FollowsTheLogin) {
-  const auto serverStarts = [&] {
-    programs.Start(kLoginServer);
-    OfficePrograms::LoginMaskReports(1);
-  };
-  using Programs = std::vector<const char*>;
-  const Programs both{kLoginServer, kInquiryProgram};
-  const Programs server{kLoginServer};
-  const Programs none;
-  const struct {
-    const char* name;
-    std::size_t complaints;
-    bool confirmed;
-    Programs running;
-    std::deque<Heard> conversation;
-  } cases[] = {
-      {"logged in from the start", 0, true, both,
-       Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized())},
-      {"nobody logged in", 0, true, server,
-       Talk(LoggedIn(0), Started().Meanwhile(Mask(1)), Product(0), Product(0), Product(8),
-            LoginEnded(0), LoginEnded(0), LoginEnded(1), Minimized())},
-      {"no login server yet", 0, true, none,
-       Talk(Started().Meanwhile(serverStarts), Product(8), LoginEnded(1), Minimized())},
-      {"no login server, and the mask closed", 0, false, none, Talk(Started().Meanwhile(Mask(2)))},
-      {"another product, then yet another", 2, true, both,
-       Talk(LoggedIn(1), Product(3), ChangeLogin(), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(),
-            Product(5), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(), Product(0), ChangeLogin(),
-            Product(8), LoginEnded(1), Minimized())},
-      {"another product, then the mask closed", 1, false, both,
-       Talk(LoggedIn(1), Product(3), ChangeLogin().Meanwhile(Mask(2)), ChangeLogin())},
-      {"login taken back and made again before it has ended", 0, true, both,
-       Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(-1)), LoginEnded(1),
-            LoginEnded(1).Meanwhile(Mask(1)), LoginEnded(1), Minimized())},
-      {"mask closed before the login has ended", 0, false, both,
-       Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(2)), LoginEnded(1))},
-  };
-  for (const auto& [name, complaints, confirmed, running, conversation] : cases) {
+  for (const auto& [name, complaints, confirmed, running, conversation] : kLogins) {
     SCOPED_TRACE(name);
     for (const char* program : running) programs.Start(program);
     programs.WillHear(conversation);
@@ -62,6 +61,15 @@ TEST_F(LoginHandshakeTest, FollowsTheLogin) {
                                                 "angemeldet. Bitte und melden Sie sich um.",
                                                 "Systemmeldung !", MB_SYSTEMMODAL}));
   }
+}
+
+TEST_F(LoginHandshakeTest, StartsTheInquiryProgramWhereThereIsNoLoginServerYet) {
+  const auto serverStarts = [&] {
+    programs.Start(kLoginServer);
+    OfficePrograms::LoginMaskReports(1);
+  };
+  programs.WillHear({Started().Meanwhile(serverStarts), Product(8), LoginEnded(1), Minimized()});
+  EXPECT_EQ(library->UserInit(), kDelegateAnswer);
 }
 
 TEST_F(LoginHandshakeTest, TakesNobodyForLoggedInWithoutTheInquiryProgram) {

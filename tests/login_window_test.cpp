@@ -1,7 +1,7 @@
 // The hidden window that hears of the login, and what becomes of the library when it goes.
 #include <thread>
 
-#include "support/delegated_test.h"
+#include "support/office_programs.h"
 
 namespace qlx99::tests {
 namespace {

@@ -44,7 +44,7 @@ class NestedCallsTest : public ExampleOfficeTest {
   Outcomes Both(const Row& first, const Row& second, bool closesFirst = false) {
     Outcomes outcomes;
     const auto callSecond = [&] {
-      user.LetsTheHostCall([&] { outcomes.second = OutcomeOf(second.call); });
+      LetTheHostCall([&] { outcomes.second = OutcomeOf(second.call); });
     };
     const auto meetSecond = [&](auto closeFirst) {
       if (!second.act) return;
@@ -176,7 +176,7 @@ TEST_F(NestedCallsTest, EndNoDialogWhenTheyEndTheHost) {
   for (const bool wasTold : {false, true}) {
     const Row row = Address("a bank connection", "4712", "815", 2);
     user.Does([&](OpenDialog& dialog) {
-      if (!wasTold) user.LetsTheHostCall([] { PostQuitMessage(7); });
+      if (!wasTold) LetTheHostCall([] { PostQuitMessage(7); });
       std::this_thread::sleep_for(std::chrono::milliseconds(50));  // time to be ended
       row.act(dialog);
     });

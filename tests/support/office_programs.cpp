@@ -13,8 +13,6 @@
 namespace qlx99::tests {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr struct {
   const char* name;
   const char* file;

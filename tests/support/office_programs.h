@@ -12,11 +12,12 @@
 #include <string>
 
 #include "platform/windows_api.h"
-#include "support/office.h"
+#include "support/export_test.h"
 #include "testkit/qlx02.h"
 
 namespace qlx99::tests {
 
+namespace fs = std::filesystem;
 using namespace testkit;
 
 // By the classes of their windows.
@@ -57,7 +58,7 @@ class OfficePrograms {
   static void LoginMaskReports(int state);
 
   // "\bin32" below the mapping root.
-  const std::filesystem::path& Bin32() const { return bin32_; }
+  const fs::path& Bin32() const { return bin32_; }
 
   // How the sibling library was last called.
   static DelegateCall LastDelegateCall();
@@ -68,8 +69,46 @@ class OfficePrograms {
  private:
   void AwaitExpected();
 
-  std::filesystem::path bin32_;
+  fs::path bin32_;
   std::deque<Heard> expected_;
+};
+
+// What they hear in the tests of the delegated kind, and these tests' fixture.
+inline Heard LoggedIn(LRESULT answer) { return {"KRVLOGSRV32: WM_ISLOGGEDIN", answer}; }
+inline Heard Product(LRESULT answer) { return {"KRVLOGSRV32: WM_GETCURRENTPRODUCTID", answer}; }
+inline Heard ChangeLogin() { return {"KRVLOGSRV32: WM_CHANGELOGIN"}; }
+inline Heard LoginEnded(LRESULT answer) { return {"KRVLOGSRV32: WM_ISENDLOGIN", answer}; }
+inline Heard Started() { return {"TELQBASE: started 5 0"}; }
+inline Heard Minimized() { return {"TELQBASE: WM_KRV_SHOWWINDOW 0 6"}; }
+
+inline std::deque<Heard> Talk(const auto&... heard) { return {heard...}; }
+
+inline std::function<void()> Mask(int state) {
+  return [state] { OfficePrograms::LoginMaskReports(state); };
+}
+
+class DelegatedTest : public ExportTest {
+ protected:
+  DelegatedTest() { managers.Are({}); }  // where it is missed, the user is told
+
+  void TearDown() override {
+    fs::current_path(folderBefore_);
+    programs.End();
+    ExportTest::TearDown();
+  }
+
+  void BothProgramsRun() {
+    programs.Start(kLoginServer);
+    programs.Start(kInquiryProgram);
+  }
+
+  // The next call finds the user logged in as it must be.
+  void LoginIsThere() { programs.WillHear({LoggedIn(1), Product(8), LoginEnded(1), Minimized()}); }
+
+  OfficePrograms programs{office};
+
+ private:
+  fs::path folderBefore_ = fs::current_path();
 };
 
 }  // namespace qlx99::tests

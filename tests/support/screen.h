@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -51,46 +50,34 @@ std::ostream& operator<<(std::ostream& out, const ShownDialog& dialog);
 // A dialog that waits for its user.
 class OpenDialog {
  public:
-  virtual ~OpenDialog() = default;
+  explicit OpenDialog(HWND window) : window_(window) {}
 
-  virtual ShownDialog Look() const = 0;
-  virtual bool IsOpen() const = 0;
+  ShownDialog Look() const;
+  bool IsOpen() const;
 
   // Each returns false when there is nothing of the kind to click.
-  virtual bool Select(int listId, int index) = 0;
-  virtual bool DoubleClick(int listId, int index) = 0;
-  virtual bool Press(int buttonId) = 0;
+  bool Select(int listId, int index);
+  bool DoubleClick(int listId, int index);
+  bool Press(int buttonId);
 
   // The Escape key or the close box.
-  virtual void Cancel() = 0;
-};
-
-class Watcher {
- public:
-  virtual ~Watcher() = default;
-  virtual void Sees(const MessageBox& message) = 0;  // which is then closed
-  virtual void Sees(OpenDialog& dialog) = 0;         // must close it
-};
-
-// Once, before the first test. From then on a dialog or a message box that appears while there is
-// no Screen does not make the tests wait for ever.
-void WatchTheScreen();
-
-// As long as it exists, everything that appears is shown to the watcher.
-class Screen {
- public:
-  explicit Screen(Watcher& watcher);
-  ~Screen();
-  Screen(const Screen&) = delete;
-  Screen& operator=(const Screen&) = delete;
-
-  // For the watcher, while something is open: the host makes a call on the thread that waits in it.
-  // Returns when the call has; what appears meanwhile is shown to the watcher, too.
-  void HostCalls(const std::function<void()>& call);
+  void Cancel();
 
  private:
-  class Implementation;
-  std::unique_ptr<Implementation> implementation_;
+  HWND window_;
 };
+
+class User;
+
+// Once, before the first test. From then on a dialog or a message box that appears while there is
+// no user does not make the tests wait for ever.
+void WatchTheScreen();
+
+// From now on everything that appears is shown to this user, or with null to nobody.
+void ShowTheScreenTo(User* user);
+
+// For the user, while something is open: the host makes a call on the thread that waits in it.
+// Returns when the call has; what appears meanwhile is shown to the user, too.
+void LetTheHostCall(const std::function<void()>& call);
 
 }  // namespace qlx99::tests

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
-#include "support/screen.h"
 #include "support/text.h"
+#include "support/user.h"
 
 namespace qlx99::tests {
 namespace {
@@ -15,55 +15,48 @@ ShownControl Shown(const platform::Control& control) {
   return shown;
 }
 
-class Dialog final : public OpenDialog {
+class Screen final : public platform::Screen {
  public:
-  explicit Dialog(platform::Dialog& view) : view_(view) {}
-
-  ShownDialog Look() const override {
-    ShownDialog shown{Utf8(view_.Title()), {}};
-    for (const auto& control : view_.Controls()) shown.controls.push_back(Shown(control));
-    return shown;
+  int ShowMessage(const platform::MessageBoxView& message) override {
+    user->Sees({Utf8(message.text), Utf8(message.title), message.style});
+    return IDOK;
   }
-  bool IsOpen() const override { return view_.IsOpen(); }
-  bool Select(int listId, int index) override { return view_.Select(listId, index); }
-  bool DoubleClick(int listId, int index) override { return view_.DoubleClick(listId, index); }
-  bool Press(int buttonId) override { return view_.Press(buttonId); }
-  void Cancel() override { view_.Cancel(); }
+  void ShowDialog(platform::Dialog& view) override {
+    OpenDialog dialog(view.Handle());
+    user->Sees(dialog);
+  }
 
- private:
-  platform::Dialog& view_;
+  User* user = nullptr;
 };
 
 }  // namespace
 
-class Screen::Implementation final : public platform::Screen {
- public:
-  explicit Implementation(Watcher& watcher) : watcher_(watcher) { platform::SetScreen(this); }
-  ~Implementation() override { platform::SetScreen(nullptr); }
-  Implementation(const Implementation&) = delete;
-  Implementation& operator=(const Implementation&) = delete;
-
-  int ShowMessage(const platform::MessageBoxView& message) override {
-    watcher_.Sees({Utf8(message.text), Utf8(message.title), message.style});
-    return IDOK;
-  }
-  void ShowDialog(platform::Dialog& view) override {
-    Dialog dialog(view);
-    watcher_.Sees(dialog);
-  }
-
- private:
-  Watcher& watcher_;
-};
+ShownDialog OpenDialog::Look() const {
+  platform::Dialog& view = *platform::DialogOf(window_);
+  ShownDialog shown{Utf8(view.Title()), {}};
+  for (const auto& control : view.Controls()) shown.controls.push_back(Shown(control));
+  return shown;
+}
+bool OpenDialog::IsOpen() const { return platform::DialogOf(window_)->IsOpen(); }
+bool OpenDialog::Select(int listId, int index) {
+  return platform::DialogOf(window_)->Select(listId, index);
+}
+bool OpenDialog::DoubleClick(int listId, int index) {
+  return platform::DialogOf(window_)->DoubleClick(listId, index);
+}
+bool OpenDialog::Press(int buttonId) { return platform::DialogOf(window_)->Press(buttonId); }
+void OpenDialog::Cancel() { platform::DialogOf(window_)->Cancel(); }
 
 // Nobody sits at the terminal: a dialog that no test expects is cancelled.
 void WatchTheScreen() { std::freopen("/dev/null", "r", stdin); }
 
-Screen::Screen(Watcher& watcher) : implementation_(std::make_unique<Implementation>(watcher)) {}
+void ShowTheScreenTo(User* user) {
+  static Screen screen;
+  screen.user = user;
+  platform::SetScreen(user == nullptr ? nullptr : &screen);
+}
 
-Screen::~Screen() = default;
-
-// The person sits in the waiting thread.
-void Screen::HostCalls(const std::function<void()>& call) { call(); }
+// The user sits in the waiting thread.
+void LetTheHostCall(const std::function<void()>& call) { call(); }
 
 }  // namespace qlx99::tests

@@ -10,10 +10,11 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
-#include "support/screen.h"
 #include "support/text.h"
+#include "support/user.h"
 
 namespace qlx99::tests {
 namespace {
@@ -80,67 +81,27 @@ ShownControl LookAt(HWND control) {
   return shown;
 }
 
-class Dialog final : public OpenDialog {
- public:
-  explicit Dialog(HWND window) : window_(window) {}
+// The control of the dialog, if it is of that class and a person can get at it.
+HWND Reachable(HWND dialog, int id, const char* controlClass) {
+  HWND control = IsWindowVisible(dialog) ? GetDlgItem(dialog, id) : nullptr;
+  const bool reachable = control != nullptr && HasClass(control, controlClass) &&
+                         IsWindowVisible(control) && IsWindowEnabled(control);
+  return reachable ? control : nullptr;
+}
 
-  ShownDialog Look() const override {
-    ShownDialog shown{TextOf(window_), {}};
-    ForEachControl(window_, [&](HWND control) { shown.controls.push_back(LookAt(control)); });
-    return shown;
+// With the mouse, in the middle of the line.
+bool Click(HWND list, int index, std::initializer_list<UINT> mouseMessages) {
+  if (list == nullptr || index < 0 || index >= Ask(list, LB_GETCOUNT)) return false;
+  const auto line = static_cast<WPARAM>(index);
+  RECT place{};
+  Ask(list, LB_SETTOPINDEX, line);
+  Ask(list, LB_GETITEMRECT, line, reinterpret_cast<LPARAM>(&place));
+  const LPARAM middle = MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+  for (const UINT message : mouseMessages) {
+    Ask(list, message, message == WM_LBUTTONUP ? 0 : MK_LBUTTON, middle);
   }
-
-  bool IsOpen() const override { return IsWindowVisible(window_) != FALSE; }
-
-  bool Select(int listId, int index) override {
-    return Click(listId, index, {WM_LBUTTONDOWN, WM_LBUTTONUP});
-  }
-
-  bool DoubleClick(int listId, int index) override {
-    return Click(listId, index, {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP});
-  }
-
-  bool Press(int buttonId) override {
-    HWND button = Reachable(buttonId, "BUTTON");
-    return button != nullptr && Ask(button, BM_CLICK);
-  }
-
-  // By the close box where there is one, or else by the Escape key.
-  void Cancel() override {
-    const bool closes = HasStyle(window_, WS_SYSMENU);
-    PostMessageA(window_, closes ? WM_SYSCOMMAND : WM_KEYDOWN, closes ? SC_CLOSE : VK_ESCAPE, 0);
-    for (UINT waited = 0; IsOpen() && waited < kPatience; ++waited) {
-      std::this_thread::sleep_for(1ms);
-    }
-  }
-
- private:
-  // The control, if it is of that class and a person can get at it.
-  HWND Reachable(int id, const char* controlClass) const {
-    HWND control = IsOpen() ? GetDlgItem(window_, id) : nullptr;
-    const bool reachable = control != nullptr && HasClass(control, controlClass) &&
-                           IsWindowVisible(control) && IsWindowEnabled(control);
-    return reachable ? control : nullptr;
-  }
-
-  // With the mouse, in the middle of the line.
-  bool Click(int listId, int index, std::initializer_list<UINT> mouseMessages) {
-    HWND list = Reachable(listId, "LISTBOX");
-    if (list == nullptr || index < 0 || index >= Ask(list, LB_GETCOUNT)) return false;
-    const auto line = static_cast<WPARAM>(index);
-    RECT place{};
-    Ask(list, LB_SETTOPINDEX, line);
-    Ask(list, LB_GETITEMRECT, line, reinterpret_cast<LPARAM>(&place));
-    const LPARAM middle =
-        MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
-    for (const UINT message : mouseMessages) {
-      Ask(list, message, message == WM_LBUTTONUP ? 0 : MK_LBUTTON, middle);
-    }
-    return true;
-  }
-
-  HWND window_;
-};
+  return true;
+}
 
 struct MessageIcon {
   LPSTR icon;
@@ -175,25 +136,13 @@ bool IsWaiting(HWND window) {
   return IsWindowVisible(window) && Ask(window, WM_NULL) && IsWindowVisible(window);
 }
 
-// Whoever finds a window that no test expects.
-class Passer final : public Watcher {
- public:
-  void Sees(const MessageBox& message) override { ADD_FAILURE() << "unexpected " << message; }
-  void Sees(OpenDialog& dialog) override {
-    ADD_FAILURE() << "unexpected " << dialog.Look();
-    dialog.Cancel();
-  }
-};
-
 class Person {
  public:
-  void Serve(Watcher& watcher) {
+  // Returns when no other user is busy any more.
+  void Serve(User* user) {
     const std::lock_guard lock(mutex_);
-    watcher_ = &watcher;
+    user_ = user;
   }
-
-  // Returns when no watcher is busy any more.
-  void ServeNobody() { Serve(passer_); }
 
   void WatchUntil(const std::atomic<bool>& end) {
     for (; !end; std::this_thread::sleep_for(kGlance)) {
@@ -211,12 +160,13 @@ class Person {
   void Show(HWND window) {
     const std::lock_guard lock(mutex_);
     known_.push_back(window);
-    Dialog dialog(window);
+    OpenDialog dialog(window);
     HWND text = GetDlgItem(window, kMessageText);
+    if (user_ == nullptr) ADD_FAILURE() << "nobody expects " << dialog.Look();
     if (text == nullptr) {
-      watcher_->Sees(dialog);
+      user_ == nullptr ? dialog.Cancel() : user_->Sees(dialog);
     } else {
-      watcher_->Sees({TextOf(text), TextOf(window), StyleOf(window)});
+      if (user_ != nullptr) user_->Sees({TextOf(text), TextOf(window), StyleOf(window)});
       Ask(FindWindowExA(window, nullptr, "BUTTON", nullptr), BM_CLICK);
     }
     if (dialog.IsOpen()) {
@@ -227,9 +177,8 @@ class Person {
   }
 
   std::recursive_mutex mutex_;  // what is open may lead to something else
-  Passer passer_;
-  Watcher* watcher_ = &passer_;
-  // Being shown to the watcher, or hopeless: those stay open until the test's time is over.
+  User* user_ = nullptr;
+  // Being shown to the user, or hopeless: those stay open until the test's time is over.
   std::vector<HWND> known_;
 };
 
@@ -239,58 +188,71 @@ Person& ThePerson() {
   return person;
 }
 
+constexpr UINT kCall = WM_APP;
+
+LRESULT CALLBACK HostProc(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
+  if (message != kCall) return DefWindowProcA(window, message, wordParam, longParam);
+  (*reinterpret_cast<const std::function<void()>*>(longParam))();
+  return 0;
+}
+
+// The word processor's window, on the thread that calls the library.
+HWND host = nullptr;
+
 }  // namespace
+
+ShownDialog OpenDialog::Look() const {
+  ShownDialog shown{TextOf(window_), {}};
+  ForEachControl(window_, [&](HWND control) { shown.controls.push_back(LookAt(control)); });
+  return shown;
+}
+
+bool OpenDialog::IsOpen() const { return IsWindowVisible(window_) != FALSE; }
+
+bool OpenDialog::Select(int listId, int index) {
+  return Click(Reachable(window_, listId, "LISTBOX"), index, {WM_LBUTTONDOWN, WM_LBUTTONUP});
+}
+
+bool OpenDialog::DoubleClick(int listId, int index) {
+  return Click(Reachable(window_, listId, "LISTBOX"), index,
+               {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP});
+}
+
+bool OpenDialog::Press(int buttonId) {
+  HWND button = Reachable(window_, buttonId, "BUTTON");
+  return button != nullptr && Ask(button, BM_CLICK);
+}
+
+// By the close box where there is one, or else by the Escape key.
+void OpenDialog::Cancel() {
+  const bool closes = HasStyle(window_, WS_SYSMENU);
+  PostMessageA(window_, closes ? WM_SYSCOMMAND : WM_KEYDOWN, closes ? SC_CLOSE : VK_ESCAPE, 0);
+  for (UINT waited = 0; IsOpen() && waited < kPatience; ++waited) std::this_thread::sleep_for(1ms);
+}
 
 void WatchTheScreen() {
   static const std::atomic<bool> never = false;
   std::thread([] { ThePerson().WatchUntil(never); }).detach();
 }
 
-class Screen::Implementation {
- public:
-  explicit Implementation(Watcher& watcher) { ThePerson().Serve(watcher); }
-  ~Implementation() {
-    ThePerson().ServeNobody();
-    DestroyWindow(host_);
-  }
-  Implementation(const Implementation&) = delete;
-  Implementation& operator=(const Implementation&) = delete;
+void ShowTheScreenTo(User* user) {
+  ThePerson().Serve(user);
+  if (host != nullptr) DestroyWindow(std::exchange(host, nullptr));
+  if (user == nullptr) return;
+  host = CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                         GetModuleHandleA(nullptr), nullptr);
+  SetWindowLongPtrA(host, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&HostProc));
+}
 
-  // Posted, as a click on the host's toolbar is.
-  void HostCalls(const std::function<void()>& call) {
-    std::atomic<bool> isDone = false;
-    const std::function<void()> callToTheEnd = [&] {
-      call();
-      isDone = true;
-    };
-    PostMessageA(host_, kCall, 0, reinterpret_cast<LPARAM>(&callToTheEnd));
-    ThePerson().WatchUntil(isDone);
-  }
-
- private:
-  static constexpr UINT kCall = WM_APP;
-
-  static LRESULT CALLBACK HostProc(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {
-    if (message != kCall) return DefWindowProcA(window, message, wordParam, longParam);
-    (*reinterpret_cast<const std::function<void()>*>(longParam))();
-    return 0;
-  }
-
-  // The word processor's window, on the thread that calls the library.
-  static HWND CreateHost() {
-    HWND host = CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                                GetModuleHandleA(nullptr), nullptr);
-    SetWindowLongPtrA(host, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&HostProc));
-    return host;
-  }
-
-  HWND host_ = CreateHost();
-};
-
-Screen::Screen(Watcher& watcher) : implementation_(std::make_unique<Implementation>(watcher)) {}
-
-Screen::~Screen() = default;
-
-void Screen::HostCalls(const std::function<void()>& call) { implementation_->HostCalls(call); }
+// Posted, as a click on the host's toolbar is.
+void LetTheHostCall(const std::function<void()>& call) {
+  std::atomic<bool> isDone = false;
+  const std::function<void()> callToTheEnd = [&] {
+    call();
+    isDone = true;
+  };
+  PostMessageA(host, kCall, 0, reinterpret_cast<LPARAM>(&callToTheEnd));
+  ThePerson().WatchUntil(isDone);
+}
 
 }  // namespace qlx99::tests

@@ -15,9 +15,12 @@ namespace qlx99::tests {
 // Takes a line of the dialog's list, counted from 1; what the user may be told to do.
 std::function<void(OpenDialog&)> Choice(int line);
 
-class User final : public Watcher {
+class User {
  public:
-  User() : screen_(*this) {}
+  User() { ShowTheScreenTo(this); }
+  ~User() { ShowTheScreenTo(nullptr); }
+  User(const User&) = delete;
+  User& operator=(const User&) = delete;
 
   // What to do at the next dialog, one instruction for each dialog to come.
   void Chooses(int line);      // selects that line, counted from 1, and takes it
@@ -28,9 +31,6 @@ class User final : public Watcher {
 
   // What to do at the next message, before it is closed.
   void DoesAtMessage(std::function<void()> action) { atMessage_ = std::move(action); }
-
-  // While the user is at a dialog or message, the host makes another call.
-  void LetsTheHostCall(const std::function<void()>& call) { screen_.HostCalls(call); }
 
   // At every dialog without an instruction of its own, takes what is selected.
   void TakesTheSelectedFromNowOn() { isPatient_ = true; }
@@ -45,8 +45,9 @@ class User final : public Watcher {
   // At a test's end: no message was left unread, and no instruction unused.
   void ExpectNothingLeft();
 
-  void Sees(const MessageBox& message) override;
-  void Sees(OpenDialog& dialog) override;
+  // For the screen: a message, which is then closed, and a dialog, which it closes.
+  void Sees(const MessageBox& message);
+  void Sees(OpenDialog& dialog);
 
  private:
   std::deque<std::function<void(OpenDialog&)>> instructions_;
@@ -54,7 +55,6 @@ class User final : public Watcher {
   bool isPatient_ = false;
   std::vector<MessageBox> messages_;
   std::vector<ShownDialog> dialogs_;
-  Screen screen_;
 };
 
 // The messages that many exports have in common.
