@@ -3,7 +3,7 @@
 #include "store/dates.h"
 #include "support/export_test.h"
 #include "support/world.h"
-#include "tests/recordmanager/worker.h"
+#include "tests/recordmanager/party_file.h"
 
 namespace qlx99::tests {
 namespace {
@@ -179,7 +179,7 @@ TEST_F(FollowUpMaintenanceTest, WriteNothingOverAnotherWorkstationsChange) {
               {Delete, "3", btrieve::kDelete, "equal number=3, delete"}};
   for (const auto& [write, id, operation, script] : rows) {
     manager.Meanwhile(operation, F::file.name, [&, text = script] {
-      EXPECT_EQ(recordmanager_tests::Worker({file, text}).Wait(), 0);
+      EXPECT_EQ(recordmanager_tests::Worker(file, text).Wait(), 0);
     });
     EXPECT_EQ(write({id}), 0) << script;
   }

@@ -4,7 +4,6 @@
 #include <cerrno>
 
 #include "party_file.h"
-#include "worker.h"
 
 namespace recordmanager_tests {
 namespace {
@@ -22,7 +21,7 @@ class LinkedFiles : public PartyFile {
 
   // This process would know by itself that both names lead to what it has open.
   static int InAnotherProcess(const std::string& name, const std::string& script) {
-    return Worker({name, script}).Wait();
+    return Worker(name, script).Wait();
   }
 
   static bool CanBeNoted(const std::string& name) {
@@ -31,7 +30,6 @@ class LinkedFiles : public PartyFile {
 
   const std::string file = InFolder("FILE.KRV");
   const std::string other = InFolder("snapshot/FILE.KRV");
-  const std::string flag = InFolder("flag");
 };
 
 TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogOrJournalOfTheNameThatWasUsedLast) {
@@ -42,10 +40,8 @@ TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogOrJournalOfTheNameThatWasUsedLast) 
     std::string bytes = ReadAll(file);
     bytes.at(18) = bytes.at(19) = mode;
     WriteAll(file, bytes);
-    Worker writer({file, "insert, begin, insert, wait " + flag});
-    WaitUntilHeld(flag);
-    EXPECT_EQ(writer.Kill(), Worker::kKilled);
-    std::filesystem::remove(flag);
+    Worker writer(file, "insert, begin, insert, hold");
+    writer.Kill();
     if (mode == kJournalled) {  // as it is once it is synchronised, just before the file is written
       const std::string head = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7\xFF\xFF\xFF\xFF";
       WriteAll(file + "-journal", head + ReadAll(file + "-journal").substr(head.size()));
@@ -69,10 +65,9 @@ TEST_F(LinkedFiles, AreUsedByTheNameThatIsLeft) {
 TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogThatTheyWereMovedAwayFrom) {
   if (!CanBeNoted(file)) GTEST_SKIP() << "names cannot be noted on this file system";
   std::filesystem::remove(other);
-  Worker writer({file, "insert, wait " + flag});
-  WaitUntilHeld(flag);
+  Worker writer(file, "insert, hold");
   std::filesystem::rename(file, other);
-  EXPECT_EQ(writer.Kill(), Worker::kKilled);
+  writer.Kill();
   EXPECT_EQ(Client().Open(other), kFileInUse);
   std::filesystem::rename(other, file);
   EXPECT_EQ(InAnotherProcess(file, "last"), 0);

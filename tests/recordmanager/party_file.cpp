@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <fstream>
 #include <sstream>
 #include <thread>
 
@@ -49,10 +48,12 @@ void Store(const PartyField& field, const std::string& value, char* target) {
   }
 }
 
-void WaitUntilRemoved(const std::string& flag) {
-  std::ofstream(flag) << "held";
-  while (std::filesystem::exists(flag)) std::this_thread::sleep_for(std::chrono::milliseconds(2));
-}
+// Of this process as a worker.
+std::string flag;
+
+std::string FlagOf(const std::string& file) { return file + ".held"; }
+
+void Pause() { std::this_thread::sleep_for(std::chrono::milliseconds(5)); }
 
 }  // namespace
 
@@ -67,13 +68,6 @@ std::string DescribeParties() {
 
 int Create(const std::string& path, const std::string& description, char way) {
   return btrieve::Client(testkit::EmbeddedEntryPoint()).Create(path, description, way);
-}
-
-void WaitUntilHeld(const std::string& flag) {
-  for (int i = 0; i < 2000 && !std::filesystem::exists(flag); ++i) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  EXPECT_TRUE(std::filesystem::exists(flag));
 }
 
 int Client::Call(WORD operation, int keyNumber) {
@@ -98,8 +92,9 @@ std::string Client::Take(const std::string& step) {
   std::istringstream words(step);
   std::string word;
   words >> word;
-  if (word == "wait" && words >> word) {
-    WaitUntilRemoved(word);
+  if (word == "hold") {
+    testkit::WriteAll(flag, "");
+    while (std::filesystem::exists(flag)) Pause();
     return " ok";
   }
   const bool repeated = word.ends_with('*');
@@ -131,6 +126,31 @@ std::string Client::Outcome(WORD operation, int keyNumber) {
     if (std::memcmp(key.data(), record.data() + field.offset, field.length) != 0) return "keyless";
   }
   return reads || operation == kInsert ? std::to_string(Number()) : "ok";
+}
+
+Worker::Worker(const std::string& file, const std::string& script, int times)
+    : testkit::Process({kWorkerOption, file, script, std::to_string(times)}), flag_(FlagOf(file)) {
+  if (script.find("hold") != std::string::npos) WaitUntilItHolds();
+}
+
+void Worker::WaitUntilItHolds() const {
+  for (int i = 0; i < 2000 && !std::filesystem::exists(flag_); ++i) Pause();
+  EXPECT_TRUE(std::filesystem::exists(flag_));
+}
+
+void Worker::Kill() {
+  EXPECT_EQ(testkit::Process::Kill(), kKilled);
+  GoOn();
+}
+
+int Work(const std::vector<std::string>& arguments) {
+  flag = FlagOf(arguments.at(0));
+  Client client;
+  if (client.Open(arguments.at(0)) != btrieve::kSuccess) return 1;
+  for (int left = std::stoi(arguments.at(2)); left > 0; --left) {
+    if (client.Do(arguments.at(1)).find('!') != std::string::npos) return 1;
+  }
+  return client.Do("close") == "ok" ? 0 : 1;
 }
 
 PartyFile::PartyFile() {

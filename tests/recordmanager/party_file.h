@@ -11,11 +11,13 @@
 #include <deque>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "btrieve/client.h"
 #include "btrieve/file_description.h"
 #include "testkit/embedded_manager.h"
 #include "testkit/files.h"
+#include "testkit/process.h"
 #include "testkit/temporary_folder.h"
 
 namespace qlx99::tests {
@@ -35,9 +37,6 @@ std::string DescribeParties();
 
 int Create(const std::string& path, const std::string& description = DescribeParties(),
            char way = btrieve::kCreateOver);
-
-// Until a client's "wait" has made the file.
-void WaitUntilHeld(const std::string& flag);
 
 // A client of the embedded record manager with a record. A copy has a copy of the position block.
 class Client : public btrieve::Client {
@@ -61,8 +60,8 @@ class Client : public btrieve::Client {
   //   "insert case=7 role=M, equal case=7, next case, update rank=5 case, delete"
   //
   // Insert and update write the given fields, of a fresh record and of the present one, by the key
-  // named without a value (-1 for none) or by number. "next*" goes on until it fails, "wait NAME"
-  // makes a file and waits until it has been removed.
+  // named without a value (-1 for none) or by number. "next*" goes on until it fails, "hold" is
+  // for workers.
   std::string Do(const std::string& script);
 
   // Of the record; of any other than a party's, the integers in the same places.
@@ -74,6 +73,27 @@ class Client : public btrieve::Client {
   std::string Take(const std::string& step);
   std::string Outcome(WORD operation, int keyNumber);
 };
+
+// A process that works on a record file beside the tests' own: this program, started anew. It takes
+// a client's script, once or so many times; its exit code is 0 when all went well. With a "hold" in
+// the script, the constructor returns when the process holds there.
+class Worker : public testkit::Process {
+ public:
+  Worker(const std::string& file, const std::string& script, int times = 1);
+
+  void WaitUntilItHolds() const;
+  void GoOn() const { std::filesystem::remove(flag_); }
+
+  // In the midst of its work.
+  void Kill();
+
+ private:
+  std::string flag_;  // a file that is there while the process holds
+};
+
+// Its work, for main() of a program that was started with the option; returns the exit code.
+inline constexpr const char* kWorkerOption = "--worker";
+int Work(const std::vector<std::string>& arguments);
 
 class PartyFile : public testing::Test {
   const testkit::TemporaryFolder temporaryFolder_;

@@ -13,7 +13,6 @@
 #include <optional>
 
 #include "party_file.h"
-#include "worker.h"
 
 namespace recordmanager_tests {
 namespace {
@@ -140,7 +139,7 @@ TEST_F(PosixFiles, AreLeftAloneByWhoeverComesFromAFileThatTheyHaveReplaced) {
     int end = 0;
     waitpid(late, &end, 0);
     EXPECT_EQ(WEXITSTATUS(end), kFileInUse) << name;
-    EXPECT_EQ(Worker({name, "first"}).Wait(), 0) << name;
+    EXPECT_EQ(Worker(name, "first").Wait(), 0) << name;
   }
 }
 

@@ -3,7 +3,6 @@
 #include <chrono>
 
 #include "party_file.h"
-#include "worker.h"
 
 namespace recordmanager_tests {
 namespace {
@@ -23,7 +22,7 @@ class Processes : public PartyFile {
 // Once, what was known of the gap that the record moves into was mixed with what lies beyond it.
 TEST_F(Processes, NeverMissARecordThatIsAlwaysSomewhere) {
   EXPECT_EQ(client.Do("insert case=9"), "2");
-  Worker mover({path, "first, update case=7, update case=5", "1000000"});
+  Worker mover(path, "first, update case=7, update case=5", 1000000);
   for (int look = 0; look < 10000; ++look) {
     ASSERT_TRUE(client.Do("from case=6, less case=8").ends_with(" 1"));
   }
@@ -34,17 +33,15 @@ TEST_F(Processes, KeepWhatTheyHaveOpenFromBeingReplaced) {
   EXPECT_EQ(client.Do("close"), "ok");
   for (const char mode : {kLogged, kJournalled}) {
     const std::string name = InFolder("OPEN.KRV");
-    const std::string flag = InFolder("held");
     std::string bytes = ReadAll(path);
     bytes.at(18) = bytes.at(19) = mode;
     WriteAll(name, bytes);
-    Worker holder({name, "first, wait " + flag + ", insert"});
-    WaitUntilHeld(flag);
+    Worker holder(name, "first, hold, insert");
     bytes = ReadAll(name);
     EXPECT_EQ(Create(name), kFileInUse);
     EXPECT_EQ(Create(name, DescribeParties(), kCreateOnly), kFileExists);
     EXPECT_TRUE(ReadAll(name) == bytes) << int{mode};
-    std::filesystem::remove(flag);
+    holder.GoOn();
     EXPECT_EQ(holder.Wait(), 0);
     EXPECT_EQ(Opened(name).Do("first, next, next, close"), "1 2 !9 ok");
     EXPECT_EQ(Create(name), kSuccess);
@@ -58,14 +55,12 @@ TEST_F(Processes, UseAFileByOneNameAtATime) {
   EXPECT_EQ(client.Do("close"), "ok");
   qlx99::tests::ReleaseEmbedded();
   const std::string other = InFolder("OTHER.KRV");
-  const std::string flag = InFolder("held");
   std::filesystem::create_hard_link(path, other);
-  Worker writer({path, "insert, wait " + flag + ", insert"});
-  WaitUntilHeld(flag);
+  Worker writer(path, "insert, hold, insert");
   EXPECT_EQ(Client().Open(other), kFileInUse);
   EXPECT_EQ(Client().Open(other, kOpenReadOnly), kFileInUse);
-  EXPECT_EQ(Worker({path, "last"}).Wait(), 0);
-  std::filesystem::remove(flag);
+  EXPECT_EQ(Worker(path, "last").Wait(), 0);
+  writer.GoOn();
   EXPECT_EQ(writer.Wait(), 0);
   EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 3 !9");
 }
@@ -73,7 +68,7 @@ TEST_F(Processes, UseAFileByOneNameAtATime) {
 // No read stays open between two calls, so it may take its time.
 TEST_F(Processes, EmptyTheLogBesideSomebodyWhoPausesInAWalk) {
   EXPECT_EQ(client.Do("insert, insert, first, next"), "2 3 1 2");
-  EXPECT_EQ(Worker({path, "insert", "20"}).Wait(), 0);
+  EXPECT_EQ(Worker(path, "insert", 20).Wait(), 0);
   EXPECT_EQ(std::filesystem::file_size(path + "-wal"), 0);
   std::filesystem::copy_file(path, InFolder("COPY.KRV"));
   EXPECT_EQ(Opened(InFolder("COPY.KRV")).Do("last"), "23");
@@ -81,9 +76,7 @@ TEST_F(Processes, EmptyTheLogBesideSomebodyWhoPausesInAWalk) {
 }
 
 TEST_F(Processes, ReadButNeitherWriteNorReplaceWhatAnotherHolds) {
-  const std::string flag = InFolder("held");
-  Worker holder({path, "begin, insert, wait " + flag + ", end"});
-  WaitUntilHeld(flag);
+  Worker holder(path, "begin, insert, hold, end");
 
   EXPECT_EQ(client.Do("first, next"), "1 !9");
   EXPECT_EQ(Create(InFolder("OTHER.KRV")), kSuccess);
@@ -105,7 +98,7 @@ TEST_F(Processes, ReadButNeitherWriteNorReplaceWhatAnotherHolds) {
   EXPECT_EQ(Create(path), kFileInUse);
   EXPECT_EQ(std::filesystem::last_write_time(folder), lastChange) << "a draft was made";
 
-  std::filesystem::remove(flag);
+  holder.GoOn();
   EXPECT_EQ(holder.Wait(), 0);
   EXPECT_EQ(Opened(path).Do("insert, first, next*"), "3 1 2 3 !9");
 }

@@ -12,7 +12,6 @@
 #include <functional>
 
 #include "party_file.h"
-#include "worker.h"
 
 namespace recordmanager_tests {
 namespace {
@@ -94,24 +93,21 @@ TEST_F(ProtectedFiles, ThatMayNotBeWrittenAreRefused) {
 
 TEST_F(ProtectedFiles, ThatMayNotBeWrittenAreReadBesideWhoMay) {
   EXPECT_EQ(client.Do("insert, close"), "1 ok");
-  const std::string flag = InFolder("flag");
-  Worker writer({path, "wait " + flag + ", insert, wait " + flag});
-  WaitUntilHeld(flag);
+  Worker writer(path, "hold, insert, hold");
   Client* reader = nullptr;
   const auto read = [&] {
     if (reader == nullptr) reader = &Opened(path, kOpenReadOnly);
     return reader->Do("first, next*");
   };
   EXPECT_EQ(DoAsReader(path, read), "1 !9");
-  std::filesystem::remove(flag);
-  WaitUntilHeld(flag);
+  writer.GoOn();
+  writer.WaitUntilItHolds();
   EXPECT_EQ(DoAsReader(path, read), "1 2 !9");
-  EXPECT_EQ(writer.Kill(), Worker::kKilled);
+  writer.Kill();
 }
 
 TEST_F(ProtectedFiles, AreReadWithAllThatOthersWriteWhoCameLater) {
   EXPECT_EQ(client.Do("insert case=7, close"), "1 ok");
-  const std::string flag = InFolder("flag");
   // A copy, as this process still holds what it has written itself.
   const std::string file = InFolder("FILE.KRV");
   std::filesystem::copy_file(path, file);
@@ -123,17 +119,16 @@ TEST_F(ProtectedFiles, AreReadWithAllThatOthersWriteWhoCameLater) {
     });
   };
   EXPECT_EQ(read("first, next, first"), "1 !9 1");
-  EXPECT_EQ(Worker({file, "insert case=7"}).Wait(), 0);
+  EXPECT_EQ(Worker(file, "insert case=7").Wait(), 0);
   EXPECT_FALSE(std::filesystem::exists(file + "-wal")) << "has come and gone";
   EXPECT_EQ(read("next, next, equal case=7"), "2 !9 1");
-  EXPECT_EQ(Worker({file, "insert case=7"}).Wait(), 0);
+  EXPECT_EQ(Worker(file, "insert case=7").Wait(), 0);
   reader->length = 1024;
   EXPECT_EQ(read("stat"), "ok");
   EXPECT_EQ(reader->record.at(offsetof(FileDescription, recordCount)), 3);
-  Worker writer({file, "insert, wait " + flag + ", insert"});
-  WaitUntilHeld(flag);
+  Worker writer(file, "insert, hold, insert");
   EXPECT_EQ(read("equal case=7, next* case, last"), "1 2 3 !9 4");
-  std::filesystem::remove(flag);
+  writer.GoOn();
   EXPECT_EQ(writer.Wait(), 0);
   EXPECT_EQ(read("next, next, close"), "5 !9 ok");
 }
@@ -144,7 +139,6 @@ TEST_F(ProtectedFiles, CanBeWrittenByTheirOwnerWhoeverHasOpenedThem) {
   constexpr uid_t kReader = 65534;
   if (geteuid() != 0 || !MayBeEntered(folder, kReader)) GTEST_SKIP() << "takes two users";
   EXPECT_EQ(client.Do("insert, close"), "1 ok");
-  const std::string flag = InFolder("flag");
   std::filesystem::permissions(folder, perms::all);
   for (const char mode : {kOpenReadOnly, kOpenNormal}) {
     const std::string file = InFolder("FILE.KRV") + std::to_string(-mode);
@@ -160,20 +154,17 @@ TEST_F(ProtectedFiles, CanBeWrittenByTheirOwnerWhoeverHasOpenedThem) {
     BecomeUser(kOwner);
     EXPECT_EQ(Opened(file).Do("insert, close"), "2 ok");
     BecomeOneselfAgain();
-    Worker idle({file, "wait " + flag});
-    WaitUntilHeld(flag);
+    Worker idle(file, "hold");
     BecomeUser(kReader);
     EXPECT_EQ(Opened(file, kOpenReadOnly).Do("first, next*, close"), "1 2 !9 ok");
     BecomeOneselfAgain();
-    EXPECT_EQ(idle.Kill(), Worker::kKilled);
-    std::filesystem::remove(flag);
+    idle.Kill();
   }
   const std::string file = InFolder("FILE.KRV");
   std::filesystem::copy_file(path, file);
   std::filesystem::permissions(file, perms{0644});
-  Worker writer({file, "insert, wait " + flag});
-  WaitUntilHeld(flag);
-  EXPECT_EQ(writer.Kill(), Worker::kKilled);
+  Worker writer(file, "insert, hold");
+  writer.Kill();
   std::filesystem::remove(file + "-shm");
   BecomeUser(kReader);
   EXPECT_EQ(Client().Open(file, kOpenReadOnly), kPermissionError) << "the log's memory is missing";

@@ -1,7 +1,6 @@
 // A file that was put back beside what a killed program has left, its log or its journal, or that
 // was torn there by a loss of power.
 #include "party_file.h"
-#include "worker.h"
 
 namespace recordmanager_tests {
 namespace {
@@ -24,12 +23,9 @@ class Restored : public PartyFile {
   // What a program that takes this script leaves beside the file when it is killed in the midst.
   std::string Leftover(const std::string& name, const std::string& script,
                        const std::string& suffix) const {
-    const std::string flag = InFolder("flag");
-    Worker worker({name, script + ", wait " + flag});
-    WaitUntilHeld(flag);
+    Worker worker(name, script + ", hold");
     std::string left = ReadAll(name + suffix);
-    EXPECT_EQ(worker.Kill(), Worker::kKilled);
-    std::filesystem::remove(flag);
+    worker.Kill();
     return left;
   }
 

@@ -3,7 +3,6 @@
 #include <thread>
 
 #include "party_file.h"
-#include "worker.h"
 
 namespace recordmanager_tests {
 namespace {
@@ -222,16 +221,14 @@ TEST_F(WindowsFiles, AreReplacedByWhicheverNotationOfTheirPath) {
 TEST_F(WindowsFiles, AreTheSameByTheirSymbolicLinks) {
   const std::string file = InFolder("FILE.KRV");
   const std::string link = InFolder("LINK.KRV");
-  const std::string flag = InFolder("flag");
   ASSERT_EQ(Create(file), kSuccess);
   if (!CreateSymbolicLinkA(link.c_str(), file.c_str(), 0) || !std::filesystem::exists(link)) {
     RunOnHostOfWine("/bin/ln -s FILE.KRV LINK.KRV");
   }
   WaitForFile(link, true);
-  Worker writer({file, "insert, wait " + flag + ", insert"});
-  WaitUntilHeld(flag);
+  Worker writer(file, "insert, hold, insert");
   EXPECT_EQ(Opened(link).Do("first, insert"), "1 2");
-  std::filesystem::remove(flag);
+  writer.GoOn();
   EXPECT_EQ(writer.Wait(), 0);
   EXPECT_EQ(Opened(link).Do("first, next*"), "1 2 3 !9");
   if (RunOnHostOfWine("/bin/rm LINK.KRV")) WaitForFile(link, false);

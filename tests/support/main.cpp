@@ -9,7 +9,7 @@
 #include "support/record_managers.h"
 #include "support/screen.h"
 #include "testkit/temporary_folder.h"
-#include "tests/recordmanager/worker.h"
+#include "tests/recordmanager/party_file.h"
 
 namespace {
 
