@@ -31,7 +31,7 @@ constexpr UINT kGermanOem = 850;
 // What shows umlauts, asks for a choice among them, or converts them.
 constexpr auto kOptions =
     "--gtest_brief=1 --gtest_filter=HostOfUtf8.*:CaseRecordTest.Keeps*:PartySelectionTest.*:"
-    "AddressReadingTest.User*:EveryExportTest.SaysWhich*:MessageBoxes.*";
+    "AddressReadingTest.User*:EveryExportTest.SaysWhich*";
 
 TEST(HostOfUtf8, HasThatCodePageAndNoOtherHas) {
   std::array<char, MAX_PATH> program{};

@@ -56,14 +56,9 @@ TEST_F(Terminal, TakesTheLineOfTheNumberAndAsksAgainButNotForEver) {
   }
   std::string nonsense;
   for (int i = 0; i < 1000; ++i) nonsense += "99\n";
-  const std::pair<std::string, const char*> rows[] = {{"\n", "Sparkasse"},
-                                                      {"2\n", "Volksbank"},
-                                                      {" 2 \r\n", "Volksbank"},
-                                                      {"2", "Volksbank"},
-                                                      {"0\n", "Sparkasse"},
-                                                      {"", "Sparkasse"},
-                                                      {"4\nx\n-1\n2\n", "Volksbank"},
-                                                      {nonsense, "Sparkasse"}};
+  const std::pair<std::string, const char*> rows[] = {
+      {"\n", "Sparkasse"}, {" 2 \r\n", "Volksbank"},       {"0\n", "Sparkasse"},
+      {"", "Sparkasse"},   {"4\nx\n-1\n2\n", "Volksbank"}, {nonsense, "Sparkasse"}};
   for (const auto& [answers, bank] : rows) {
     EXPECT_THAT(Typing(answers, [&](char* b) { return library->ALesenDLL("", "4711", b, ""); }),
                 HasSubstr(bank))
