@@ -191,7 +191,7 @@ TEST_F(DelegateTest, GetsTheArgumentsAsTheyAreAndGivesTheResult) {
       }
     }
   }
-  EXPECT_EQ(Outcome(0, record), "0 ");
+  EXPECT_EQ(OutcomeText(0, record), "0 ");
 }
 
 TEST_F(DelegateTest, ThatIsMissingIsNamed) {
@@ -208,7 +208,7 @@ TEST_F(DelegateTest, ThatIsMissingIsNamed) {
                                                        "< aus der QLX02.DLL nicht gefunden")));
     }
   }
-  EXPECT_EQ(Outcome(0, record), "0 ");
+  EXPECT_EQ(OutcomeText(0, record), "0 ");
 }
 
 TEST_F(DelegateTest, IsNotCalledWithoutAMappingRoot) {
@@ -218,7 +218,7 @@ TEST_F(DelegateTest, IsNotCalledWithoutAMappingRoot) {
     programs.WillHear({Minimized()});
     EXPECT_EQ(call(), 0) << exportName;
   }
-  EXPECT_EQ(Outcome(0, record), "0 ");
+  EXPECT_EQ(OutcomeText(0, record), "0 ");
 }
 
 TEST_F(DelegateTest, StaysLoadedBetweenCallsWithItsFolderCurrent) {

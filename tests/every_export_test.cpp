@@ -233,7 +233,7 @@ bool EveryExportTest::IsSoundWhenCallFails(const Row& row, std::size_t n, int st
   SCOPED_TRACE(std::string(row.name) + ": " + failed.Text() + " (call " + std::to_string(n) +
                ") fails with status " + std::to_string(status));
   EXPECT_EQ(std::to_string(result), results.at(n - 1));
-  EXPECT_THAT(Outcome(result, buffer), Not(HasSubstr("<rubbish>")));
+  EXPECT_THAT(OutcomeText(result, buffer), Not(HasSubstr("<rubbish>")));
   EXPECT_THAT(manager.OpenFiles(), IsEmpty());
   // What is acknowledged is written, what is refused is not.
   if (writes) {

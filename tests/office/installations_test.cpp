@@ -118,7 +118,7 @@ TEST(QlxConfiguration, IsCheckedForWhatItsKindNeeds) {
   Office its;
   const OfficePrograms programs(its);
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
-  const auto whole = Qlx("office|check");
+  const Outcome whole = Qlx("office|check");
   EXPECT_EQ(whole.code, office::kDone);
   EXPECT_THAT(whole.out,
               HasSubstr("  ProgramName     delegated, as \"telq32.exe\" names TELQ32; "));

@@ -51,15 +51,13 @@ TEST_F(PosixFiles, ThatHaveTheLogOfAReplacedOneKeepIt) {
   EXPECT_EQ(client.Do("insert, close"), "1 ok");
   const std::string saved = InFolder("SAVED.KRV");
   const std::string away = InFolder("AWAY.KRV");
-  const std::string flag = InFolder("flag");
   Client& forgotten = Opened(path);
   std::filesystem::copy_file(path, saved);
   std::filesystem::rename(path, away);
   std::filesystem::rename(saved, path);
-  Worker writer({path, "insert, wait " + flag});
-  WaitUntilHeld(flag);
+  Worker writer(path, "insert, hold");
   EXPECT_EQ(forgotten.Do("insert, close"), "!85 ok");
-  std::filesystem::remove(flag);
+  writer.GoOn();
   EXPECT_EQ(writer.Wait(), 0);
   EXPECT_EQ(Opened(path).Do("first, next*"), "1 2 !9");
   EXPECT_EQ(Opened(away).Do("first, next*"), "1 !9");

@@ -198,7 +198,7 @@ TEST_F(ProtectedFiles, AreSharedWithTheirGroupTogetherWithTheirLogs) {
   BecomeOneselfAgain();
   EXPECT_EQ(setgroups(static_cast<std::size_t>(count), groups.data()), 0);
   for (const char* suffix : {"-wal", "-shm"}) EXPECT_EQ(GroupOf(file + suffix), kGroup);
-  EXPECT_EQ(Worker({file, "insert"}).Wait(), 0);
+  EXPECT_EQ(Worker(file, "insert").Wait(), 0);
 }
 
 // The first look finds out whether the file fits the log, the second uses it. Makes `flag` when it
@@ -228,7 +228,9 @@ TEST_F(ProtectedFiles, AreReadBesideALogThatGoesWhileTheyAreOpened) {
   WriteAll(file + "-wal", std::string(5000, 'x'));  // which cannot be played in here
   const pid_t writer = fork();
   if (writer == 0) _exit(RemoveAfterTwoLooks(file + "-wal", InFolder("flag")) ? 0 : 1);
-  WaitUntilHeld(InFolder("flag"));
+  while (!std::filesystem::exists(InFolder("flag"))) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
   EXPECT_EQ(DoAsReader(file, [&] { return Opened(file, kOpenReadOnly).Do("first, next, close"); }),
             "1 !9 ok");
   int outcome = -1;

@@ -175,7 +175,7 @@ TEST_F(WindowsFiles, KeepWhatWasWrittenWhileSomebodyHadTheirJournalMapped) {
   Onlooker onlooker(name + "-journal", FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
   onlooker.Map();
   EXPECT_EQ(writer.Do("end, insert"), "ok 3");
-  EXPECT_EQ(Worker({name, "insert"}).Wait(), 0);
+  EXPECT_EQ(Worker(name, "insert").Wait(), 0);
   EXPECT_EQ(writer.Do("first, next*"), "1 2 3 4 !9");
 }
 
@@ -197,7 +197,7 @@ TEST_F(WindowsFiles, RecoverFromAJournalThatSomebodyHasOpen) {
     Onlooker other(copy + "-journal", FILE_SHARE_READ | FILE_SHARE_WRITE);
     if (isMapped) other.Map();
     EXPECT_EQ(Client(Opened(copy)).Do("first, next, insert, close"), "1 !9 2 ok") << isMapped;
-    EXPECT_EQ(Worker({copy, "insert"}).Wait(), 0);
+    EXPECT_EQ(Worker(copy, "insert").Wait(), 0);
   }
 }
 

@@ -47,7 +47,7 @@ inline const std::string kEndMark = std::string(5, '\0') + '\1';
 //   "-1 4711|25|0|815<0>"   the record and a terminator
 //   "0 ||<end>"             the record and an end mark
 //   "-1 "                   the buffer as it was
-inline std::string Outcome(std::int32_t result, const CallerBuffer& buffer) {
+inline std::string OutcomeText(std::int32_t result, const CallerBuffer& buffer) {
   const std::string_view record = buffer.Record();
   std::string_view rest = buffer.Bytes().substr(record.size());
   rest = rest.substr(0, rest.find_last_not_of(' ') + 1);
@@ -61,7 +61,7 @@ inline std::string Outcome(std::int32_t result, const CallerBuffer& buffer) {
 std::string OutcomeOf(const auto& call) {
   CallerBuffer buffer;
   const std::int32_t result = call(static_cast<char*>(buffer));
-  return Outcome(result, buffer);
+  return OutcomeText(result, buffer);
 }
 
 }  // namespace qlx99::tests
