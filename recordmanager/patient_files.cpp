@@ -52,18 +52,23 @@ int OpenPatiently(const char* name, sqlite3_file* file, int wanted, int* outFlag
   const int flags = isOfOthers ? wanted & ~SQLITE_OPEN_CREATE : wanted;
   const bool toWrite = (flags & SQLITE_OPEN_READWRITE) != 0;
   const Patience patience(database);
+  int result = SQLITE_OK;
   do {
+    result = SQLITE_BUSY;
     if (IsDenied(path, database, flags)) continue;
     int got = flags;
-    const int result = realFiles->xOpen(realFiles, name, file, flags, &got);
+    result = realFiles->xOpen(realFiles, name, file, flags, &got);
     if (outFlags != nullptr) *outFlags = got;
     const bool isAsWanted = result == SQLITE_OK && (flags & ~got & SQLITE_OPEN_READWRITE) == 0;
     // The program that was in the way may have gone by now.
     if (isAsWanted || AccessTo(path, toWrite) == Access::kImpossible) return result;
-    if (result == SQLITE_OK) file->pMethods->xClose(file);
+    if (result == SQLITE_OK) {
+      file->pMethods->xClose(file);
+      result = SQLITE_BUSY;
+    }
   } while (patience.Lasts());
   file->pMethods = nullptr;
-  return SQLITE_BUSY;
+  return result;  // of a file that nobody denies, why it cannot be opened all the same
 }
 
 int Open(sqlite3_vfs* /*files*/, const char* name, sqlite3_file* file, int flags, int* outFlags) {
