@@ -250,8 +250,8 @@ Public Function FollowUpAt(ByVal caseNumber As String, ByVal atPosition As Long)
     theEntry.Id = NumberOf(theFields(11))
     theEntry.CaseNumber = caseNumber
     theEntry.PartyRecordId = PartyRecordIdAt(caseNumber, theEntry.PartyPosition)
-    If InStr(theEntry.Text, "|") > 0 Then RequireNames theEntry
     FollowUpAt = theEntry
+    If InStr(theEntry.Text, "|") > 0 Then RequireNames theEntry
 End Function
 
 ' The kind is the Id of a QlxFollowUpKind, the user the Number of a QlxUser, the party the PartyRecordId of a
