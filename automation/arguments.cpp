@@ -52,6 +52,11 @@ void CheckType(const VARIANT& value) {
   if (!IsTextOrNumber(value.vt)) throw Failure{DISP_E_TYPEMISMATCH};
 }
 
+// Without an exponent: the library would read 1E+15 as 1.
+bool IsPlainNumber(std::wstring_view text) {
+  return text.find_first_not_of(L"-.0123456789") == std::wstring_view::npos;
+}
+
 std::string Utf8(std::wstring_view text) {
   const auto length = static_cast<int>(text.size());
   std::string utf8(3 * text.size(), '\0');  // three bytes at most for each place
@@ -102,8 +107,11 @@ const char* Arguments::Text() {
   const std::wstring name = NextName();
   Value value(Take());
   CheckType(value);
+  const bool isText = value.vt == VT_BSTR;
   value.Become(VT_BSTR);
-  return texts_.emplace_back(Ansi({value.bstrVal, SysStringLen(value.bstrVal)}, name)).c_str();
+  const std::wstring_view text(value.bstrVal, SysStringLen(value.bstrVal));
+  if (!isText && !IsPlainNumber(text)) throw Failure{DISP_E_OVERFLOW};
+  return texts_.emplace_back(Ansi(text, name)).c_str();
 }
 
 // The only numbers are lengths of the buffer, and that one is ours.

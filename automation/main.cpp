@@ -1,4 +1,5 @@
 // qlx99server: the library as an automation object, for programs that cannot load it.
+#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -63,6 +64,7 @@ int Run(std::string_view option) {
 }  // namespace
 }  // namespace automation
 
-int WINAPI WinMain(HINSTANCE /*program*/, HINSTANCE /*previous*/, LPSTR options, int /*show*/) {
-  return automation::Run(options);
+// The line itself may have quotes, and blanks at its end, as shells leave them.
+int WINAPI WinMain(HINSTANCE /*program*/, HINSTANCE /*previous*/, LPSTR /*line*/, int /*show*/) {
+  return automation::Run(__argc == 2 ? __argv[1] : "");
 }

@@ -251,6 +251,7 @@ Public Function FollowUpAt(ByVal caseNumber As String, ByVal atPosition As Long)
     theEntry.CaseNumber = caseNumber
     theEntry.PartyRecordId = PartyRecordIdAt(caseNumber, theEntry.PartyPosition)
     FollowUpAt = theEntry
+    If InStr(theEntry.Text, "|") > 0 Then RequireNames theEntry
 End Function
 
 ' The kind is the Id of a QlxFollowUpKind, the user the Number of a QlxUser, the party the PartyRecordId of a
@@ -429,7 +430,8 @@ Public Function ProgramRoot() As String
     Dim theBuffer As String
     theBuffer = EmptyBuffer()
     If GetProgramRoot(BufferSize, theBuffer) = 0 Then
-        Fail qlxNotRead, "Das Programmverzeichnis fehlt: " & RecordIn(theBuffer)
+        Fail qlxNotRead, "Das Programmverzeichnis " & _
+            IIf(RecordIn(theBuffer) = "", "ist nicht eingerichtet.", "fehlt: " & RecordIn(theBuffer))
     End If
     ProgramRoot = RecordIn(theBuffer)
 End Function
@@ -465,14 +467,15 @@ Private Function CasePartyRecord(ByVal caseNumber As String, ByVal atPosition As
     If CasePartyRecord = "||" Then CasePartyRecord = ""
 End Function
 
-' A case that is not there has a party count and a currency only, one that cannot be read not even those.
+' A case that is not there has a party count and a currency only, one that cannot be read not even those; there is no
+' record at all where another interface library answers and the user has not logged in.
 Private Function CaseRecord(ByVal caseNumber As String) As String
     Dim theBuffer As String
     theBuffer = EmptyBuffer()
     SLesenDLL caseNumber, theBuffer
     CaseRecord = RecordIn(theBuffer)
     If CaseRecord = "0|" Then Fail qlxNotThere, "Die Akte " & caseNumber & " gibt es nicht."
-    If CaseRecord = "|" Then
+    If CaseRecord = "|" Or CaseRecord = "" Then
         Fail qlxNotRead, "Die Akte " & caseNumber & " kann nicht gelesen werden: qlx99 ist auf diesem Arbeitsplatz " & _
             "nicht eingerichtet, oder die Datendateien sind nicht erreichbar."
     End If
@@ -529,7 +532,7 @@ End Function
 Private Function FieldsOf(ByVal theRecord As String, ByVal fieldCount As Long, ByVal entryName As String, _
     Optional ByVal freeText As Long = -1) As String()
     Dim theFields() As String
-    If theRecord = "" Then Fail qlxNotThere, entryName & " gibt es nicht oder kann nicht gelesen werden."
+    If theRecord = "" Then Fail qlxNotThere, entryName & " fehlt oder kann nicht gelesen werden."
     theFields = Split(theRecord, "|")
     If freeText >= 0 And UBound(theFields) >= fieldCount Then
         JoinFreeText theFields, freeText, UBound(theFields) + 1 - fieldCount
@@ -597,6 +600,32 @@ End Function
 
 Private Function LastField(ByVal theRecord As String) As String
     LastField = Mid$(theRecord, InStrRev(theRecord, "|") + 1)
+End Function
+
+' A "|" in a name moves the fields as one in the text does, and a change would write what is not the text's own. Then the
+' names are not those of the lists.
+Private Sub RequireNames(ByRef theFollowUp As QlxFollowUp)
+    If theFollowUp.KindName <> KindNameOf(theFollowUp.KindId) Then FailForText
+    If theFollowUp.UserName <> UserNameOf(theFollowUp.UserId) Then FailForText
+    If theFollowUp.SecondUserName <> UserNameOf(theFollowUp.SecondUserId) Then FailForText
+End Sub
+
+Private Function KindNameOf(ByVal kindId As Long) As String
+    Dim atPosition As Long
+    For atPosition = 1 To ZtkodoliInit()
+        If HasNumber(FollowUpKindRecord(atPosition), kindId) Then KindNameOf = FirstField(FollowUpKindRecord(atPosition))
+    Next
+End Function
+
+Private Function UserNameOf(ByVal userId As Long) As String
+    Dim atPosition As Long
+    For atPosition = 1 To UserInit()
+        If HasNumber(UserRecord(atPosition), userId) Then UserNameOf = FirstField(UserRecord(atPosition))
+    Next
+End Function
+
+Private Function FirstField(ByVal theRecord As String) As String
+    FirstField = Left$(theRecord, InStr(theRecord & "|", "|") - 1)
 End Function
 
 Private Function PartyRecordIdAt(ByVal caseNumber As String, ByVal atPosition As Long) As Long

@@ -133,10 +133,16 @@ Private Sub CheckSamples()
     boxAnswers = "12345678;15.5.2026"
     MusterFrist
     Expect "a deadline without a date", lastWritten & (InStr(shownMessage, "braucht ein Datum") > 0), CStr(True)
+    caseText = Replace(caseText, "Rechtsanwalt Dr. Jan Merten|JM", "|")
+    userRecords = Array("Aushilfe||||3")
+    boxAnswers = "12345678;15.05.2026"
+    MusterFrist
+    Expect "a deadline for nobody", lastWritten & shownMessage, "Den Benutzer 0 gibt es nicht."
+    NewOffice
     boxAnswers = "12345678"
     MusterBeteiligte
     Expect "the sample of a list", Flat(newDocument), _
         "1. Brandstätter, Lindenthaler Gürtel 84 a, Köln 2. Wernicke, " & _
-        "Krefelder Wall 40, Köln 3. Beteiligter 3 der Akte 12345678 gibt es nicht oder kann nicht gelesen werden. " & _
+        "Krefelder Wall 40, Köln 3. Beteiligter 3 der Akte 12345678 fehlt oder kann nicht gelesen werden. " & _
         "4. Ohne Beziehung, Ring 1, Köln"
 End Sub

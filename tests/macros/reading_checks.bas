@@ -82,6 +82,12 @@ Public Sub CheckSeparators()
     userRecords(0) = "A|B|C|D"
     UserAt 1
     Refused "a record without all fields", qlxNotRead, "vollständig"
+    followUpRecords(0) = "15.05.2024|Frist|2|Text|Name mit | darin|MIT|2|||0|0|1"
+    FollowUpAt "12345678", 1
+    Refused "a follow-up of a user with a | in the name", qlxNotRead, "Trennzeichen"
+    followUpRecords(0) = "15.05.2024|Termin ||4|Text|Petra Lohmeyer|PL|4|||0|0|1"
+    FollowUpAt "12345678", 1
+    Refused "a follow-up of a kind that ends in a |", qlxNotRead, "Trennzeichen"
     NewOffice
 End Sub
 
@@ -159,11 +165,20 @@ Public Sub CheckUnconfigured()
     FollowUpAt "12345678", 1
     Refused "a follow-up, unconfigured", qlxNotRead, "eingerichtet"
     isConfigured = True
+    caseText = ""
+    ReadCase "12345678"
+    Refused "a case, not logged in", qlxNotRead, "kann nicht gelesen werden"
+    PartyInRole RoleCourt, "12345678"
+    Refused "a party, not logged in", qlxNotRead, "kann nicht gelesen werden"
+    NextDocumentNumber "12345678"
+    Refused "a document number, not logged in", qlxNotRead, "kann nicht gelesen werden"
+    FollowUpCount "12345678"
+    Refused "follow-ups, not logged in", qlxNotRead, "kann nicht gelesen werden"
     documentText = ""
     DocumentRoot
     Refused "no folder of documents", qlxNotRead, "Dokumentenverzeichnis"
     ProgramRoot
-    Refused "no program's folder", qlxNotRead, "Programmverzeichnis"
+    Refused "no program's folder", qlxNotRead, "Das Programmverzeichnis ist nicht eingerichtet."
     NewOffice
     Expect "the folders", DocumentRoot() & ProgramRoot(), "C:\qlx99\office\DokumenteC:\qlx99\office\Dokumente"
 End Sub
