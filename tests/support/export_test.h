@@ -2,7 +2,7 @@
 // does, and looks at what it got and at what the user saw:
 //
 //   TEST_F(UserListTest, CountsTheUsers) {
-//     office.Has<UserRecord>({{UserRecord::number, 17}});
+//     office.Has<UserRecord>("number: 17");
 //     EXPECT_EQ(library->UserInit(), 1);
 //   }
 #pragma once
