@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <stdexcept>
-#include <string>
 #include <utility>
 
 #include "testkit/embedded_manager.h"

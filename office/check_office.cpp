@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <system_error>
 
 #include "frame/registry.h"

@@ -2,7 +2,6 @@
 // another record manager.
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
 

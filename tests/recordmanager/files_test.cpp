@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstring>
 #include <iterator>
-#include <memory>
 #include <thread>
 
 #include "party_file.h"

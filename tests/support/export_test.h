@@ -9,10 +9,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdint>
-#include <functional>
-#include <vector>
-
 #include "support/caller_buffer.h"
 #include "support/library.h"
 #include "support/manager_script.h"
