@@ -26,17 +26,13 @@ class Counter {
 
   void Step() {
     constexpr std::uint32_t kStride = 1000;
-    if (++done_ % kStride == 0 && done_ < all_) Tell(done_);
+    if (++done_ % kStride == 0 && done_ < all_) progress_(done_, all_);
   }
   void End() const {
-    if (all_ != 0) Tell(all_);
+    if (all_ != 0) progress_(all_, all_);
   }
 
  private:
-  void Tell(std::uint32_t done) const {
-    progress_(static_cast<std::int32_t>(done), static_cast<std::int32_t>(all_));
-  }
-
   const Progress& progress_;
   std::uint32_t all_;
   std::uint32_t done_ = 0;

@@ -8,7 +8,7 @@
 
 #include "frame/attach.h"
 #include "office/command_line.h"
-#include "office/progress_line.h"
+#include "office/progress.h"
 #include "office/record_manager.h"
 #include "record_files.h"
 #include "sample_office.h"
