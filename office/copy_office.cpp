@@ -1,14 +1,14 @@
 #include "office/copy_office.h"
 
 #include <algorithm>
-#include <cctype>
 #include <tuple>
 #include <vector>
 
 #include "office/copied_file.h"
 #include "office/failure.h"
 #include "office/host.h"
-#include "office/show_file.h"
+#include "office/readiness.h"
+#include "office/text_encoding.h"
 #include "office/working_folder.h"
 #include "record_files.h"
 
@@ -39,10 +39,7 @@ class Counter {
 };
 
 bool IsRecordFile(const fs::directory_entry& entry) {
-  std::string extension = PathText(entry.path().extension());
-  std::ranges::transform(extension, extension.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  return extension == ".KRV" && entry.is_regular_file();
+  return UpperCase(PathText(entry.path().extension())) == ".KRV" && entry.is_regular_file();
 }
 
 // Those that the library knows, which have to be there, and the case-management system's other

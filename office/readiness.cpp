@@ -1,12 +1,20 @@
 #include "office/readiness.h"
 
+#include "frame/registry.h"
 #include "office/failure.h"
 #include "office/host.h"
 #include "office/install_kind.h"
 #include "office/record_manager.h"
-#include "office/show_file.h"
 
 namespace office {
+
+std::filesystem::path ConfiguredDataRoot() {
+  const auto dataRoot = qlx99::ReadConfiguration<qlx99::kDataRoot>();
+  if (dataRoot && dataRoot->front() != '\0') return dataRoot->data();
+  throw Failure("No office is configured: there is no DataRoot below " +
+                std::string(qlx99::kOptionsKey) + " in " + RegistryPlace() +
+                ". `qlx setup DIR` writes it.");
+}
 
 void RequireReadableOffice() {
   RequireRegistry();
