@@ -25,11 +25,6 @@ int ToEmbedded(void* /*context*/, const btrieve::Arguments& arguments) {
   return Embedded()(arguments);
 }
 
-bool BringsData(WORD operation) {
-  return operation == btrieve::kOpen || operation == btrieve::kInsert ||
-         operation == btrieve::kUpdate;
-}
-
 std::vector<char> Bytes(const void* begin, std::size_t size) {
   const auto* const bytes = static_cast<const char*>(begin);
   return {bytes, bytes + size};
@@ -50,7 +45,7 @@ class Recorder {
                       .status = 0,
                       .answer = {},
                       .answerKey = {}};
-    if (BringsData(operation)) call.data = Bytes(its.dataBuffer, *its.dataLength);
+    if (testkit::BringsData(operation)) call.data = Bytes(its.dataBuffer, *its.dataLength);
     std::memcpy(call.key.data(), its.keyBuffer, its.keyLength);
     call.keyIsInserted = operation == btrieve::kGetEqual && !inserted_.empty() &&
                          std::equal(inserted_.begin(), inserted_.end(), call.key.begin());

@@ -17,11 +17,6 @@ constexpr const char* kSigns[] = {"+",      "-",   "insert ", "update ", "delete
                                   "=",      ">",   "<",       "above ",  "from ",
                                   "below ", "to ", "first ",  "last "};
 
-bool BringsData(WORD operation) {
-  return operation == btrieve::kOpen || operation == btrieve::kInsert ||
-         operation == btrieve::kUpdate;
-}
-
 bool IsRead(WORD operation) {
   return operation >= btrieve::kGetEqual && operation <= btrieve::kGetLast;
 }
