@@ -107,9 +107,7 @@ void LetGo(const RecordManager& manager) {
 }  // namespace
 
 std::size_t CopyOffice(const CopyOrder& order, const CopyProgress& progress) {
-  const fs::path directory = ConfiguredDataRoot();
-  if (!fs::is_directory(directory))
-    throw Failure("There is no folder " + PathText(directory) + ".");
+  const fs::path directory = ExistingDataRoot();
   const std::vector<fs::path> names = RecordFilesIn(directory);
   RefuseToOverwrite(order.target, names);
   const RecordManager from(order.from);

@@ -1,5 +1,7 @@
 #include "office/readiness.h"
 
+#include <tuple>
+
 #include "frame/registry.h"
 #include "office/failure.h"
 #include "office/host.h"
@@ -16,14 +18,17 @@ std::filesystem::path ConfiguredDataRoot() {
                 ". `qlx setup DIR` writes it.");
 }
 
+std::filesystem::path ExistingDataRoot() {
+  std::filesystem::path folder = ConfiguredDataRoot();
+  if (std::filesystem::is_directory(folder)) return folder;
+  throw Failure("There is no folder " + PathText(folder) +
+                ", which DataRoot names. Connect its drive, or name another with `qlx setup`.");
+}
+
 void RequireReadableOffice() {
   RequireRegistry();
   if (IsDelegated()) return;
-  const std::filesystem::path folder = ConfiguredDataRoot();
-  if (!std::filesystem::is_directory(folder)) {
-    throw Failure("There is no folder " + PathText(folder) +
-                  ", which DataRoot names. Connect its drive, or name another with `qlx setup`.");
-  }
+  std::ignore = ExistingDataRoot();
   const RecordManager manager;
 }
 

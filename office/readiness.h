@@ -9,6 +9,9 @@ namespace office {
 // The folder that "DataRoot" names; fails when it is not configured.
 std::filesystem::path ConfiguredDataRoot();
 
+// The same; fails also when there is no such folder.
+std::filesystem::path ExistingDataRoot();
+
 // Fails with what is missing: the configuration, the folder of the record files or, where the
 // library needs it, the record manager.
 void RequireReadableOffice();
