@@ -3,7 +3,6 @@
 #include <array>
 #include <cwchar>
 #include <string_view>
-#include <utility>
 
 #include "failure.h"
 

@@ -1,8 +1,6 @@
 // The class in the registry, where clients look for it.
 #pragma once
 
-#include <optional>
-
 #include "platform/windows_api.h"
 
 namespace automation {

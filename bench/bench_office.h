@@ -1,9 +1,7 @@
 // The offices that are measured in, below the folder that the program is given.
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
-#include <string>
 
 #include "frame/registry.h"
 

@@ -40,7 +40,7 @@ void InsertMany(office::OfficeFiles& files, std::int32_t count, const Fill& fill
 std::filesystem::path OfficeOfLongLists() {
   auto folder = TheOffices().work / "lists";
   if (std::filesystem::exists(folder)) return folder;
-  office::MakeGeneratedOffice(folder, std::size(kLengths), [](std::int32_t, std::int32_t) {});
+  office::MakeGeneratedOffice(folder, std::size(kLengths), [](auto, auto) {});
   const office::RecordManager manager;
   office::OfficeFiles files(manager, folder);
   office::Transaction transaction(manager);

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <stdexcept>
-#include <string>
 #include <utility>
 
 #include "testkit/embedded_manager.h"
@@ -23,11 +23,6 @@ const btrieve::EntryPoint& Embedded() {
 
 int ToEmbedded(void* /*context*/, const btrieve::Arguments& arguments) {
   return Embedded()(arguments);
-}
-
-bool BringsData(WORD operation) {
-  return operation == btrieve::kOpen || operation == btrieve::kInsert ||
-         operation == btrieve::kUpdate;
 }
 
 std::vector<char> Bytes(const void* begin, std::size_t size) {
@@ -50,7 +45,7 @@ class Recorder {
                       .status = 0,
                       .answer = {},
                       .answerKey = {}};
-    if (BringsData(operation)) call.data = Bytes(its.dataBuffer, *its.dataLength);
+    if (testkit::BringsData(operation)) call.data = Bytes(its.dataBuffer, *its.dataLength);
     std::memcpy(call.key.data(), its.keyBuffer, its.keyLength);
     call.keyIsInserted = operation == btrieve::kGetEqual && !inserted_.empty() &&
                          std::equal(inserted_.begin(), inserted_.end(), call.key.begin());

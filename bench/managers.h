@@ -3,7 +3,6 @@
 #pragma once
 
 #include <array>
-#include <map>
 #include <vector>
 
 #include "btrieve/btrieve.h"

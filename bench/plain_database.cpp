@@ -1,10 +1,7 @@
 #include "bench/plain_database.h"
 
-#include <algorithm>
 #include <array>
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "bench/plain_sqlite.h"
 #include "office/record_manager.h"

@@ -1,3 +1,5 @@
+// The login server of the delegated kind, and the user at the login mask, while the exports are
+// fuzzed.
 #pragma once
 
 #include <filesystem>
@@ -9,8 +11,7 @@
 
 namespace fuzz {
 
-// The login server of the delegated kind, and the user at the login mask: both do what the input
-// says, and at last the mask is closed.
+// Both do what the input says, and at last the mask is closed.
 class LoginServer {
  public:
   explicit LoginServer(Input& input) {

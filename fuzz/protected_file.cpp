@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
-#include <utility>
 
 #include "btrieve/file_description.h"
 #include "fuzz/failing_memory.h"

@@ -4,8 +4,6 @@
 #include <array>
 #include <filesystem>
 #include <memory>
-#include <optional>
-#include <vector>
 
 #include "btrieve/file_description.h"
 #include "fuzz/failing_memory.h"

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <system_error>
 
 #include "frame/registry.h"
@@ -12,9 +11,9 @@
 #include "office/failure.h"
 #include "office/host.h"
 #include "office/install_kind.h"
+#include "office/readiness.h"
 #include "office/record_manager.h"
 #include "office/report.h"
-#include "office/show_file.h"
 #include "office/text_encoding.h"
 #include "record_files.h"
 

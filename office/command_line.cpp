@@ -16,7 +16,7 @@
 #include "office/host.h"
 #include "office/letter.h"
 #include "office/new_office.h"
-#include "office/progress_line.h"
+#include "office/progress.h"
 #include "office/setup.h"
 #include "office/show_file.h"
 #include "office/text_encoding.h"
@@ -203,9 +203,8 @@ class CommandLine {
       MakeSampleOffice(directory);
     } else {
       ProgressLine progress(err_, "cases");
-      MakeGeneratedOffice(directory, cases_, [&progress](std::int32_t done, std::int32_t all) {
-        progress.Show(done, all);
-      });
+      MakeGeneratedOffice(directory, cases_,
+                          [&](auto done, auto all) { progress.Show(done, all); });
     }
     out_ << "The office is in " << directory_ << ". `qlx setup " << directory_
          << "` makes the library read it.\n";
@@ -220,10 +219,10 @@ class CommandLine {
     RequireRegistry();
     ProgressLine copied(err_, "records copied");
     ProgressLine compared(err_, "records compared");
-    const auto files = CopyOffice(
-        {.target = PathOf(directory_), .from = from_, .to = to_},
-        {.copied = [&](std::int32_t done, std::int32_t all) { copied.Show(done, all); },
-         .compared = [&](std::int32_t done, std::int32_t all) { compared.Show(done, all); }});
+    const auto files =
+        CopyOffice({.target = PathOf(directory_), .from = from_, .to = to_},
+                   {.copied = [&](auto done, auto all) { copied.Show(done, all); },
+                    .compared = [&](auto done, auto all) { compared.Show(done, all); }});
     out_ << files << " record files were copied to " << directory_ << ", and all is equal.\n";
   }
 

@@ -1,14 +1,14 @@
 #include "office/copy_office.h"
 
 #include <algorithm>
-#include <cctype>
 #include <tuple>
 #include <vector>
 
 #include "office/copied_file.h"
 #include "office/failure.h"
 #include "office/host.h"
-#include "office/show_file.h"
+#include "office/readiness.h"
+#include "office/text_encoding.h"
 #include "office/working_folder.h"
 #include "record_files.h"
 
@@ -26,27 +26,20 @@ class Counter {
 
   void Step() {
     constexpr std::uint32_t kStride = 1000;
-    if (++done_ % kStride == 0 && done_ < all_) Tell(done_);
+    if (++done_ % kStride == 0 && done_ < all_) progress_(done_, all_);
   }
   void End() const {
-    if (all_ != 0) Tell(all_);
+    if (all_ != 0) progress_(all_, all_);
   }
 
  private:
-  void Tell(std::uint32_t done) const {
-    progress_(static_cast<std::int32_t>(done), static_cast<std::int32_t>(all_));
-  }
-
   const Progress& progress_;
   std::uint32_t all_;
   std::uint32_t done_ = 0;
 };
 
 bool IsRecordFile(const fs::directory_entry& entry) {
-  std::string extension = PathText(entry.path().extension());
-  std::ranges::transform(extension, extension.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  return extension == ".KRV" && entry.is_regular_file();
+  return UpperCase(PathText(entry.path().extension())) == ".KRV" && entry.is_regular_file();
 }
 
 // Those that the library knows, which have to be there, and the case-management system's other
@@ -114,9 +107,7 @@ void LetGo(const RecordManager& manager) {
 }  // namespace
 
 std::size_t CopyOffice(const CopyOrder& order, const CopyProgress& progress) {
-  const fs::path directory = ConfiguredDataRoot();
-  if (!fs::is_directory(directory))
-    throw Failure("There is no folder " + PathText(directory) + ".");
+  const fs::path directory = ExistingDataRoot();
   const std::vector<fs::path> names = RecordFilesIn(directory);
   RefuseToOverwrite(order.target, names);
   const RecordManager from(order.from);

@@ -2,11 +2,10 @@
 // another record manager.
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
 
-#include "office/new_office.h"
+#include "office/progress.h"
 
 namespace office {
 
@@ -16,7 +15,7 @@ struct CopyOrder {
   std::string to;
 };
 
-// Told, now and then, of the records that are copied and of those that are compared.
+// Of the records that are copied, and of those that are compared.
 struct CopyProgress {
   Progress copied;
   Progress compared;

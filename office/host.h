@@ -16,10 +16,10 @@ std::vector<std::string> CommandLineArguments(int count, char** texts);
 // Lets a console show UTF-8.
 void PrepareConsole();
 
-// Whether what is written there goes to a screen that obeys escape sequences for colours.
+// Whether `out` is standard output and goes to a screen that obeys escape sequences for colours.
 bool ShowsColours(const std::ostream& out);
 
-// Whether standard error is written there and goes to a terminal, whose line can be overwritten.
+// Whether `err` is standard error and goes to a terminal, whose line can be overwritten.
 bool IsTerminal(const std::ostream& err);
 
 // Whether somebody may see a message box. On a system without windows they appear on the terminal.
@@ -40,11 +40,11 @@ std::string RegistryPlace();
 // Fails when the registry is a file that cannot be read.
 void RequireReadableRegistry();
 
-// The same, and when it is a file that was named but is not there.
+// Fails also when it is a file that was named but is not there.
 void RequireRegistry();
 
-// The version that a program or library says of itself; empty when it says none, as where libraries
-// do not have one.
+// The version that a program or library says of itself; empty when it says none, as no file does
+// but on Windows.
 std::string VersionOf(const std::filesystem::path& file);
 
 // Whether the folder is another machine's.

@@ -1,3 +1,4 @@
+// The tool qlx.
 #include <iostream>
 
 #include "frame/attach.h"

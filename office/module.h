@@ -8,9 +8,9 @@
 
 namespace office {
 
-// With a folder, the library in it; a bare name is looked for as a record manager's is, in the
-// program's folder, the system's, those on the PATH, and never in the current one. Null, with the
-// last error set, when there is none or it cannot be loaded.
+// With a folder, the library in it; a bare name is looked for where the library looks for a record
+// manager (store/record_manager_library.h). Null, with the last error set, when there is none or it
+// cannot be loaded.
 HMODULE LoadModule(const std::string& library);
 
 // The file of a loaded library.

@@ -3,21 +3,20 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
+
+#include "office/progress.h"
 
 namespace office {
 
 inline constexpr std::int32_t kMostGeneratedCases = 10'000'000;
-
-// Told now and then how many of the cases are written.
-using Progress = std::function<void(std::int32_t done, std::int32_t all)>;
 
 // The readable sample office, in a folder that is made if need be, with a folder for documents in
 // it. Fails, before anything is written, when one of the record files is there already.
 void MakeSampleOffice(const std::filesystem::path& directory);
 
 // An office with the sample's users and catalogues and this many generated cases, numbered from
-// 10000001. The same number gives the same office, byte for byte as far as fields go.
+// 10000001. The same number gives the same office, byte for byte as far as fields go. `progress`
+// counts the cases that are written.
 void MakeGeneratedOffice(const std::filesystem::path& directory, std::int32_t cases,
                          const Progress& progress);
 

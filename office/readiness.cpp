@@ -1,21 +1,34 @@
 #include "office/readiness.h"
 
+#include <tuple>
+
+#include "frame/registry.h"
 #include "office/failure.h"
 #include "office/host.h"
 #include "office/install_kind.h"
 #include "office/record_manager.h"
-#include "office/show_file.h"
 
 namespace office {
+
+std::filesystem::path ConfiguredDataRoot() {
+  const auto dataRoot = qlx99::ReadConfiguration<qlx99::kDataRoot>();
+  if (dataRoot && dataRoot->front() != '\0') return dataRoot->data();
+  throw Failure("No office is configured: there is no DataRoot below " +
+                std::string(qlx99::kOptionsKey) + " in " + RegistryPlace() +
+                ". `qlx setup DIR` writes it.");
+}
+
+std::filesystem::path ExistingDataRoot() {
+  std::filesystem::path folder = ConfiguredDataRoot();
+  if (std::filesystem::is_directory(folder)) return folder;
+  throw Failure("There is no folder " + PathText(folder) +
+                ", which DataRoot names. Connect its drive, or name another with `qlx setup`.");
+}
 
 void RequireReadableOffice() {
   RequireRegistry();
   if (IsDelegated()) return;
-  const std::filesystem::path folder = ConfiguredDataRoot();
-  if (!std::filesystem::is_directory(folder)) {
-    throw Failure("There is no folder " + PathText(folder) +
-                  ", which DataRoot names. Connect its drive, or name another with `qlx setup`.");
-  }
+  std::ignore = ExistingDataRoot();
   const RecordManager manager;
 }
 

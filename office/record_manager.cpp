@@ -31,8 +31,7 @@ constexpr StatusWords kStatusWords[] = {
     {btrieve::kFileNotFound, "there is no such file; restore it from a backup"},
     {btrieve::kLogError,
      "what lies beside it (its name with -wal or -journal) belongs to another state of it; put "
-     "back "
-     "the file that lay there before, or delete the two to go on with this file as it is"},
+     "back the file that lay there before, or delete the two to go on with this file as it is"},
     {btrieve::kDiskFull, "the disk is full; make room on it"},
     {btrieve::kDataBufferLength, "its records are longer than this program knows them"},
     {btrieve::kNotARecordFile,

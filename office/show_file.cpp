@@ -1,13 +1,10 @@
 #include "office/show_file.h"
 
-#include <algorithm>
-#include <cctype>
 #include <ostream>
 #include <string>
 
-#include "frame/registry.h"
 #include "office/failure.h"
-#include "office/host.h"
+#include "office/readiness.h"
 #include "office/record_manager.h"
 #include "office/record_text.h"
 #include "office/text_encoding.h"
@@ -45,22 +42,7 @@ std::string Block(const RecordLayout& layout, const std::string& record) {
   return block + "\n";
 }
 
-std::string UpperCase(std::string_view text) {
-  std::string upper(text);
-  std::ranges::transform(upper, upper.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  return upper;
-}
-
 }  // namespace
-
-std::filesystem::path ConfiguredDataRoot() {
-  const auto dataRoot = qlx99::ReadConfiguration<qlx99::kDataRoot>();
-  if (dataRoot && dataRoot->front() != '\0') return dataRoot->data();
-  throw Failure("No office is configured: there is no DataRoot below " +
-                std::string(qlx99::kOptionsKey) + " in " + RegistryPlace() +
-                ". `qlx setup DIR` writes it.");
-}
 
 const RecordLayout& RecordFileNamed(std::string_view name) {
   const std::string wanted = UpperCase(name);

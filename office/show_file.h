@@ -1,16 +1,12 @@
 // The records of one file of the configured office, for people and for other programs.
 #pragma once
 
-#include <filesystem>
 #include <iosfwd>
 #include <string_view>
 
 #include "store/record_layout.h"
 
 namespace office {
-
-// The folder that "DataRoot" names; fails when it is not configured.
-std::filesystem::path ConfiguredDataRoot();
 
 // The record file of this name, in any case, with or without its extension; fails with the list of
 // all when there is none.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <string>
 #include <system_error>
 #include <thread>
 #include <utility>

@@ -10,7 +10,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "platform/recoding.h"
 #include "platform/unsupported.h"

@@ -1,3 +1,4 @@
+// How a program ends that asks more of Windows than `platform` knows.
 #pragma once
 
 #include <cstdio>

@@ -1,6 +1,7 @@
 #include "recordmanager/key.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace recordmanager {
 namespace {

@@ -7,7 +7,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstring>
 
 #include "btrieve/btrieve.h"
 

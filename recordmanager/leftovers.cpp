@@ -7,7 +7,6 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "recordmanager/raw_file.h"
 #include "recordmanager/state_page.h"

@@ -59,8 +59,8 @@ int OpenFiles::Provide(const std::string& path, bool readOnly, Database*& databa
 int OpenFiles::OpenAnew(const std::string& path, const std::string& identity, bool readOnly,
                         Database*& database) {
   const Patience patience(path);
-  if (patience.IsSpent())
-    return btrieve::kFileInUse;  // asking for the file's path costs an opening
+  // Before the question for the file's own path, which costs an opening.
+  if (patience.IsSpent()) return btrieve::kFileInUse;
   auto opened = std::make_unique<Database>();
   opened->realPath = PathOfFile(path);
   const int status = RecordFile::Open(opened->realPath, readOnly, memory_, opened->file);

@@ -1,3 +1,4 @@
+// `qlx_stress faults`: a disk that fails, at each request in turn.
 #include <deque>
 #include <set>
 #include <string>

@@ -1,3 +1,4 @@
+// Who notices when a folder is synchronised, so that its names outlive a loss of power.
 #pragma once
 
 #include <functional>

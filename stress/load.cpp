@@ -1,3 +1,4 @@
+// `qlx_stress load`: workstations of one office, killed at random.
 #include <algorithm>
 #include <chrono>
 #include <map>

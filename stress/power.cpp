@@ -1,3 +1,4 @@
+// `qlx_stress power`: the power goes while two workstations write.
 #include <iterator>
 #include <optional>
 #include <random>

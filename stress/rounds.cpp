@@ -1,3 +1,4 @@
+// `qlx_stress restore`, `leave`, `pause`, `create` and `fork`: rounds around one record file.
 #include <algorithm>
 #include <chrono>
 #include <deque>

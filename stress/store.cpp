@@ -71,8 +71,6 @@ void Must(int status, const char* what) {
   if (status != btrieve::kSuccess) throw Refusal(what, status);
 }
 
-bool IsBusy(int status) { return status == btrieve::kRecordInUse || status == btrieve::kFileInUse; }
-
 void Take(std::set<int>& items, int item) {
   if (!items.insert(item).second) throw Fault("item " + std::to_string(item) + " is there twice");
 }
@@ -94,7 +92,7 @@ class Store::Cursor {
   int Call(WORD operation, Key key) {
     return Patiently([&] { return CallOnce(operation, key); });
   }
-  int CallOnce(WORD operation, Key key) { return client_.Call(operation, key, record); }
+  btrieve::Status CallOnce(WORD operation, Key key) { return client_.Call(operation, key, record); }
 
   void SetKey(std::int32_t value) { client_.SetKey(value); }
 
@@ -111,7 +109,7 @@ class Store::Cursor {
   template <class Action>
   static int Patiently(const Action& action) {
     constexpr int kMostAttempts = 1000;
-    int status = btrieve::kRecordInUse;
+    btrieve::Status status = btrieve::kRecordInUse;
     for (int i = 0; i < kMostAttempts && IsBusy(status); ++i) status = action();
     return status;
   }
@@ -134,7 +132,7 @@ void Store::Add(int item) {
 void Store::Replace(int item, int by) {
   if (by % 2 == 0) return Rewrite(item, by);
   Cursor records(office_, manager_);
-  int status = btrieve::kRecordInUse;
+  btrieve::Status status = btrieve::kRecordInUse;
   while (IsBusy(status)) {
     Must(records.Call(btrieve::kBeginTransaction, kByNumber), "Begin Transaction");
     Remove(item);

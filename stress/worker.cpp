@@ -56,7 +56,7 @@ void Prepare(const Assignment& assignment) {
   const fs::path office = OfficeIn(assignment.folder);
   fs::create_directories(office);
   if (assignment.slots != 0) {
-    office::MakeGeneratedOffice(office, assignment.slots, [](std::int32_t, std::int32_t) {});
+    office::MakeGeneratedOffice(office, assignment.slots, [](auto, auto) {});
   }
   CreateRecords(office);
 }

@@ -1,3 +1,4 @@
+// A second record manager within one process.
 #pragma once
 
 #include "btrieve/client.h"
@@ -5,8 +6,7 @@
 
 namespace testkit {
 
-// A record manager of one's own within this process: what another process would have. `engine` must
-// stay.
+// The way into `engine`, which outlives it. It stands for the record manager of another process.
 inline btrieve::EntryPoint EntryPointOf(recordmanager::Engine& engine) {
   return [&engine](const btrieve::Arguments& a) {
     return engine.Serve({.operation = a.operation,

@@ -1,3 +1,4 @@
+// Whole files, read and written at once.
 #pragma once
 
 #include <filesystem>

@@ -1,3 +1,4 @@
+// A function of a loaded library, by its name.
 #pragma once
 
 #include <bit>
@@ -8,8 +9,7 @@
 
 namespace testkit {
 
-// A function that a library exports, whatever the type it is taken for. Throws when the library has
-// none of that name.
+// Whatever the type it is taken for. Throws when the library has none of that name.
 class FoundExport {
  public:
   FoundExport(HMODULE library, const char* name) : address_(GetProcAddress(library, name)) {

@@ -1,3 +1,4 @@
+// A registry of one's own, with a folder.
 #pragma once
 
 #include "testkit/process.h"
@@ -5,7 +6,7 @@
 
 namespace testkit {
 
-// As long as it exists, this process has a registry of its own, empty at first. One at a time.
+// As long as it exists, this process has it; empty at first. One at a time.
 class PrivateRegistry {
  public:
   // A key for tests that need just any.

@@ -1,3 +1,4 @@
+// A folder of one's own.
 #pragma once
 
 #include <filesystem>
@@ -5,7 +6,7 @@
 
 namespace testkit {
 
-// An empty folder that nobody else uses, until the end of its scope. What cannot be removed then,
+// Empty, and used by nobody else, until the end of its scope. What cannot be removed then,
 // because a file is still open, goes with RemoveTemporaryFolders.
 class TemporaryFolder {
  public:

@@ -1,7 +1,6 @@
 // SLesenDLL.
 #include <bit>
 #include <cfenv>
-#include <cmath>
 #include <cstdio>
 #include <limits>
 

@@ -1,6 +1,5 @@
 // What holds for every export, whatever its work: the gate, the data path, the record manager's
 // being there, the order of its calls, and that each of them may fail.
-#include <algorithm>
 #include <functional>
 #include <regex>
 #include <sstream>

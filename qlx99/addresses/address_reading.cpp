@@ -1,8 +1,6 @@
 // ALesenDLL: one address with everything that belongs to it, as one line of 25 fields in four
 // blocks: the contact person, the postal address, the bank connection, and what a case says of the
 // address as its party.
-#include <algorithm>
-
 #include "addresses/address_file.h"
 #include "addresses/address_link_file.h"
 #include "addresses/choice_dialogs.h"

@@ -1,6 +1,5 @@
 // SLesenDLL: everything that a letter says of a case itself, as one line of 15 fields.
 #include <cstdint>
-#include <string_view>
 
 #include "caseparties/case_party_file.h"
 #include "cases/amount.h"

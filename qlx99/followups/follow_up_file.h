@@ -3,8 +3,6 @@
 // were entered.
 #pragma once
 
-#include <cstdint>
-
 #include "store/record_file.h"
 
 namespace qlx99 {

@@ -13,8 +13,8 @@ using MappingRoot = RegistryText<kMappingRoot>;
 
 // "%s" stands for the mapping root.
 inline constexpr const char* kInquiryProgram = "%s\\bin32\\telq32.exe";
-inline constexpr const char* kInquiryCommand =
-    "\"%s\\bin32\\telq32.exe\"";  // the root may have blanks
+// The root may have blanks.
+inline constexpr const char* kInquiryCommand = "\"%s\\bin32\\telq32.exe\"";
 inline constexpr const char* kSiblingFolder = "%s\\bin32";
 inline constexpr const char* kSiblingFile = "%s\\bin32\\qlx02.dll";
 

@@ -1,7 +1,5 @@
 // BLesenDLL: who the client (the opponent, the court ...) of a case is. One party in the role is
 // delivered as it is; of several, the user picks one.
-#include <algorithm>
-
 #include "cases/case_file.h"
 #include "frame/arguments.h"
 #include "frame/bytes.h"

@@ -1,7 +1,5 @@
 // BListeInit and BListeNext: how many parties a case has, whatever their role, and the party at a
 // position.
-#include <algorithm>
-
 #include "addresses/address_file.h"
 #include "addresses/contact_person_file.h"
 #include "addresses/relation_file.h"

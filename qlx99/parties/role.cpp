@@ -1,7 +1,6 @@
 #include "parties/role.h"
 
 #include <algorithm>
-#include <array>
 
 #include "frame/ansi_text.h"
 

@@ -1,7 +1,6 @@
 // Roles: what a macro asks for ("M ", the client), and the relations that count as it.
 #pragma once
 
-#include <cstddef>
 #include <span>
 #include <string_view>
 

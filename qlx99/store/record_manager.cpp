@@ -1,6 +1,5 @@
 #include "store/record_manager.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstring>
 

@@ -13,6 +13,12 @@ using ManagerHandler = int(void* context, const btrieve::Arguments& arguments);
 // with an I/O error.
 using SetHandlerFunction = void(ManagerHandler* handler, void* context);
 
+// Whether the data buffer of the operation brings something.
+inline bool BringsData(WORD operation) {
+  return operation == btrieve::kOpen || operation == btrieve::kInsert ||
+         operation == btrieve::kUpdate;
+}
+
 short Handle(const btrieve::Arguments& arguments);
 
 }  // namespace testkit

@@ -22,8 +22,6 @@
 #include "testkit/embedded_manager.h"
 #include "testkit/files.h"
 #include "testkit/temporary_folder.h"
-// <windows.h> first: this builds on it.
-#include <tlhelp32.h>
 
 namespace qlx99::tests {
 namespace {
@@ -47,18 +45,7 @@ bool Eventually(const std::function<bool()>& isSo) {
   return false;
 }
 
-int CountServers() {
-  int count = 0;
-  HANDLE processes = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
-  PROCESSENTRY32 process{};
-  process.dwSize = sizeof process;
-  for (BOOL more = Process32First(processes, &process); more != FALSE;
-       more = Process32Next(processes, &process)) {
-    if (std::string(process.szExeFile) == "qlx99server.exe") ++count;
-  }
-  CloseHandle(processes);
-  return count;
-}
+int CountServers() { return CountRunning("qlx99server.exe"); }
 
 HWND PartyDialog() {
   HWND dialog = FindWindowW(L"#32770", L"Gegner auswählen");

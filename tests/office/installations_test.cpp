@@ -8,7 +8,7 @@
 
 #include "frame/attach.h"
 #include "office/command_line.h"
-#include "office/progress_line.h"
+#include "office/progress.h"
 #include "office/record_manager.h"
 #include "record_files.h"
 #include "sample_office.h"
@@ -140,8 +140,9 @@ TEST(QlxConfiguration, IsCheckedForWhatItsKindNeeds) {
                 HasSubstr("No office is configured: there is no DataRoot below "));
   }
   its.IsConfigured("DataRoot", "/nowhere");
-  EXPECT_THAT(Qlx("letter|12345678").err,
-              HasSubstr("There is no folder /nowhere, which DataRoot "));
+  for (const char* command : {"letter|12345678", "office|copy|backup"}) {
+    EXPECT_THAT(Qlx(command).err, HasSubstr("There is no folder /nowhere, which DataRoot "));
+  }
   EXPECT_THAT(
       Qlx("office|check").out,
       AllOf(HasSubstr("  ProgramName     local, as it is not set; "),

@@ -4,9 +4,10 @@
 
 #include <algorithm>
 #include <cctype>
-#include <fstream>
 #include <iterator>
 #include <regex>
+
+#include "testkit/files.h"
 
 namespace office {
 
@@ -19,8 +20,7 @@ std::string Replaced(std::string text,
 }
 
 std::string ProjectFile(const std::string& name) {
-  std::ifstream file(QLX99_PROJECT "/" + name);
-  std::string text{std::istreambuf_iterator<char>(file), {}};
+  std::string text = testkit::ReadAll(QLX99_PROJECT "/" + name);
   EXPECT_FALSE(text.empty()) << name;
   return text;
 }

@@ -11,7 +11,7 @@ namespace recordmanager_tests {
 namespace {
 
 using namespace btrieve;
-using qlx99::tests::EmbeddedCall;
+using testkit::EmbeddedCall;
 
 class Buffers : public PartyFile {
  protected:

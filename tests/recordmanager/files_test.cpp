@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstring>
 #include <iterator>
-#include <memory>
 #include <thread>
 
 #include "party_file.h"
@@ -12,7 +11,7 @@ namespace recordmanager_tests {
 namespace {
 
 using namespace btrieve;
-using qlx99::tests::EmbeddedCall;
+using testkit::EmbeddedCall;
 
 class Files : public PartyFile {
  protected:

@@ -20,10 +20,6 @@
 #include "testkit/process.h"
 #include "testkit/temporary_folder.h"
 
-namespace qlx99::tests {
-using namespace testkit;
-}
-
 namespace recordmanager_tests {
 
 using testkit::ReadAll;

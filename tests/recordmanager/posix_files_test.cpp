@@ -148,7 +148,7 @@ TEST_F(PosixFiles, AreNotOpenedWithoutFreeHandles) {
   WriteAll(fresh, ReadAll(path));
   Opened(path);  // its handles are not to be had
   fresh.copy(client.key.data(), client.key.size());
-  BtrCall* const call = qlx99::tests::EmbeddedCall();
+  BtrCall* const call = testkit::EmbeddedCall();
   std::vector<int> taken;
   for (int handle = 0; handle >= 0; handle = dup(STDIN_FILENO)) taken.push_back(handle);
   std::string statuses;
@@ -252,7 +252,7 @@ std::string StatusesOnFullDisk(const std::string& file, const std::string& fille
   for (off_t room = 0; room < 20; ++room) {
     Fill(filler, room * 1024);
     statuses += std::to_string(Client().Open(file)) + ' ';
-    qlx99::tests::ReleaseEmbedded();
+    testkit::ReleaseEmbedded();
     std::filesystem::remove(filler);
   }
   return statuses;

@@ -53,7 +53,7 @@ TEST_F(Processes, KeepWhatTheyHaveOpenFromBeingReplaced) {
 // Each name (hard link) would have a log of its own.
 TEST_F(Processes, UseAFileByOneNameAtATime) {
   EXPECT_EQ(client.Do("close"), "ok");
-  qlx99::tests::ReleaseEmbedded();
+  testkit::ReleaseEmbedded();
   const std::string other = InFolder("OTHER.KRV");
   std::filesystem::create_hard_link(path, other);
   Worker writer(path, "insert, hold, insert");

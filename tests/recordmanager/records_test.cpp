@@ -95,7 +95,10 @@ TEST_F(Records, GetNumbersAndKeepTheirOrderAndTheReadersPlace) {
     ASSERT_EQ(Create(fresh), kSuccess);
     Take({{&Opened(fresh), script, outcome}});
   }
-  // An autoincrement key of two bytes, with 1 in the bytes behind it, does not grow into them.
+}
+
+// An autoincrement key of two bytes, with 1 in the bytes behind it.
+TEST_F(Records, GetNumbersThatStayWithinTheirKey) {
   const std::string small = InFolder("SMALL.KRV");
   ASSERT_EQ(Create(small, DescribeFile(kPartyLength, {DescribeKey(0, 2, kAutoincrementKey)})),
             kSuccess);

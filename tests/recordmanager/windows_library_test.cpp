@@ -72,12 +72,12 @@ TEST_F(WindowsLibrary, LeavesNothingBehindWhenItIsFreed) {
   Possessions before;
   for (int i = -1; i < kTimes; ++i) {
     client.Do("insert, close");
-    qlx99::tests::ReleaseEmbedded();
+    testkit::ReleaseEmbedded();
     if (i < 0) before = CountPossessions();
     EXPECT_EQ(client.Open(path), btrieve::kSuccess);
   }
   client.Do("close");
-  qlx99::tests::ReleaseEmbedded();
+  testkit::ReleaseEmbedded();
   const Possessions after = CountPossessions();
   EXPECT_EQ(after.localStorage, before.localStorage);
   EXPECT_EQ(after.handle, before.handle);
@@ -85,9 +85,9 @@ TEST_F(WindowsLibrary, LeavesNothingBehindWhenItIsFreed) {
 }
 
 TEST_F(WindowsLibrary, SaysSoWhenThereIsNoMemoryForItsFirstCall) {
-  qlx99::tests::ReleaseEmbedded();
+  testkit::ReleaseEmbedded();
   const auto call = [this] {
-    qlx99::tests::EmbeddedCallId();
+    testkit::EmbeddedCallId();
     TakeAllMemory();
     TerminateProcess(GetCurrentProcess(), static_cast<UINT>(client.Open(path)));
   };
@@ -96,9 +96,9 @@ TEST_F(WindowsLibrary, SaysSoWhenThereIsNoMemoryForItsFirstCall) {
 
 // The log's users share memory that needs addresses of its own.
 TEST_F(WindowsLibrary, SaysSoWhenOnlyItsHeapHasMemoryLeft) {
-  qlx99::tests::ReleaseEmbedded();
+  testkit::ReleaseEmbedded();
   const auto call = [this] {
-    qlx99::tests::EmbeddedCallId();
+    testkit::EmbeddedCallId();
     std::vector<void*> room(2000);
     for (void*& part : room) part = std::malloc(4000);
     TakeAllAddresses();
@@ -114,8 +114,8 @@ TEST_F(WindowsLibrary, KeepsNoHostThatGoesOnAfterAnExceptionInACall) {
     AddVectoredExceptionHandler(1, GoOn);
     void* const noBuffer = VirtualAlloc(nullptr, kPartyLength, MEM_RESERVE, PAGE_NOACCESS);
     ULONG length = kPartyLength;
-    qlx99::tests::EmbeddedCall()(btrieve::kInsert, client.block.data(), noBuffer, &length,
-                                 client.key.data(), btrieve::kMaxKeyLength, 0);
+    testkit::EmbeddedCall()(btrieve::kInsert, client.block.data(), noBuffer, &length,
+                            client.key.data(), btrieve::kMaxKeyLength, 0);
   };
   EXPECT_EXIT(call(), testing::ExitedWithCode(btrieve::kFileInUse), "");
 }
@@ -131,7 +131,7 @@ TEST_F(WindowsLibrary, KeepsNoHostThatTerminatesAThreadWithinACall) {
     CallOnceMore();
   };
   client.Do("close");
-  qlx99::tests::ReleaseEmbedded();
+  testkit::ReleaseEmbedded();
   EXPECT_EXIT(terminate(), testing::ExitedWithCode(btrieve::kFileInUse), "");
 }
 
@@ -150,7 +150,7 @@ TEST_F(WindowsLibrary, KeepsNoProcessThatEndsWithinACall) {
     ExitProcess(0);
   };
   client.Do("close");
-  qlx99::tests::ReleaseEmbedded();
+  testkit::ReleaseEmbedded();
   EXPECT_EXIT(leave(), testing::ExitedWithCode(btrieve::kFileInUse), "");
 }
 

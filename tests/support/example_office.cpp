@@ -1,3 +1,4 @@
+// The records of the office that most tests of exports begin with.
 #include "support/export_test.h"
 
 #include "record_files.h"

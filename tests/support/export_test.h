@@ -2,16 +2,12 @@
 // does, and looks at what it got and at what the user saw:
 //
 //   TEST_F(UserListTest, CountsTheUsers) {
-//     office.Has<UserRecord>({{UserRecord::number, 17}});
+//     office.Has<UserRecord>("number: 17");
 //     EXPECT_EQ(library->UserInit(), 1);
 //   }
 #pragma once
 
 #include <gmock/gmock.h>
-
-#include <cstdint>
-#include <functional>
-#include <vector>
 
 #include "support/caller_buffer.h"
 #include "support/library.h"

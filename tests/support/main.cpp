@@ -1,3 +1,4 @@
+// The program of all tests, which is also the worker of those that need another process.
 #include <gmock/gmock.h>
 
 #include <atomic>

@@ -17,18 +17,8 @@ constexpr const char* kSigns[] = {"+",      "-",   "insert ", "update ", "delete
                                   "=",      ">",   "<",       "above ",  "from ",
                                   "below ", "to ", "first ",  "last "};
 
-bool BringsData(WORD operation) {
-  return operation == btrieve::kOpen || operation == btrieve::kInsert ||
-         operation == btrieve::kUpdate;
-}
-
 bool IsRead(WORD operation) {
   return operation >= btrieve::kGetEqual && operation <= btrieve::kGetLast;
-}
-
-bool ComesAgain(int status) {
-  return status == btrieve::kWaitError || status == btrieve::kLockError ||
-         status == btrieve::kRecordInUse || status == btrieve::kFileInUse;
 }
 
 }  // namespace
@@ -122,7 +112,8 @@ void ManagerScript::Keep(const ManagerCall& call, const void* positionBlock) {
   if (call.operation == btrieve::kOpen && call.status == btrieve::kSuccess) {
     files_[positionBlock] = call.file;
   }
-  if (call.operation == btrieve::kClose && !ComesAgain(call.status)) files_.erase(positionBlock);
+  const bool comesAgain = btrieve::IsBusy(static_cast<btrieve::Status>(call.status));
+  if (call.operation == btrieve::kClose && !comesAgain) files_.erase(positionBlock);
   calls_.push_back(call);
 }
 

@@ -1,7 +1,5 @@
 #include "platform/screen.h"
 
-#include <cstdio>
-
 #include "support/text.h"
 #include "support/user.h"
 

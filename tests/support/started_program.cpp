@@ -5,6 +5,8 @@
 #include <fstream>
 
 #include "office/text_encoding.h"
+// <windows.h> first: this builds on it.
+#include <tlhelp32.h>
 
 namespace qlx99::tests {
 
@@ -42,6 +44,19 @@ std::string StartedProgram::Written() const {
 std::string StartedProgram::WholeText() const {
   WaitForSingleObject(started_.hProcess, INFINITE);
   return Written();
+}
+
+int CountRunning(const std::string& fileName) {
+  int count = 0;
+  HANDLE processes = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+  PROCESSENTRY32 process{};
+  process.dwSize = sizeof process;
+  for (BOOL more = Process32First(processes, &process); more != FALSE;
+       more = Process32Next(processes, &process)) {
+    if (process.szExeFile == fileName) ++count;
+  }
+  CloseHandle(processes);
+  return count;
 }
 
 }  // namespace qlx99::tests

@@ -29,4 +29,7 @@ class StartedProgram {
   PROCESS_INFORMATION started_{};
 };
 
+// How many processes of the machine run a file of this name.
+int CountRunning(const std::string& fileName);
+
 }  // namespace qlx99::tests

@@ -2,8 +2,12 @@
 
 #include <cstddef>
 
+#include "platform/windows_api.h"
+
 namespace qlx99::tests {
 namespace {
+
+using WideString = std::basic_string<WCHAR>;
 
 constexpr UINT kAnsi = 1252;
 
@@ -30,8 +34,6 @@ std::string FromWide(const WideString& wide, UINT codePage) {
 std::string Utf8(std::string_view ansi) { return FromWide(ToWide(ansi, kAnsi), CP_UTF8); }
 
 std::string Ansi(std::string_view utf8) { return FromWide(ToWide(utf8, CP_UTF8), kAnsi); }
-
-WideString Wide(std::string_view utf8) { return ToWide(utf8, CP_UTF8); }
 
 std::string Utf8(std::u16string_view utf16) {
   return FromWide({utf16.begin(), utf16.end()}, CP_UTF8);

@@ -4,8 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "platform/windows_api.h"
-
 namespace qlx99::tests {
 
 // Every byte of Windows-1252 has a character of its own, so two texts are equal exactly when their
@@ -13,9 +11,5 @@ namespace qlx99::tests {
 std::string Utf8(std::string_view ansi);
 std::string Ansi(std::string_view utf8);
 std::string Utf8(std::u16string_view utf16);
-
-// As the wide functions of Windows take it.
-using WideString = std::basic_string<WCHAR>;
-WideString Wide(std::string_view utf8);
 
 }  // namespace qlx99::tests

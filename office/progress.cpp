@@ -1,4 +1,4 @@
-#include "office/progress_line.h"
+#include "office/progress.h"
 
 #include <ostream>
 #include <utility>
