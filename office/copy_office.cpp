@@ -1,7 +1,6 @@
 #include "office/copy_office.h"
 
 #include <algorithm>
-#include <cctype>
 #include <tuple>
 #include <vector>
 
@@ -9,6 +8,7 @@
 #include "office/failure.h"
 #include "office/host.h"
 #include "office/show_file.h"
+#include "office/text_encoding.h"
 #include "office/working_folder.h"
 #include "record_files.h"
 
@@ -43,23 +43,21 @@ class Counter {
 };
 
 bool IsRecordFile(const fs::directory_entry& entry) {
-  std::string extension = PathText(entry.path().extension());
-  std::ranges::transform(extension, extension.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  return extension == ".KRV" && entry.is_regular_file();
+  return UpperCase(PathText(entry.path().extension())) == ".KRV" && entry.is_regular_file();
 }
 
 // Those that the library knows, which have to be there, and the case-management system's other
-// ones.
+// ones. To Windows a name is the same in small letters.
 std::vector<fs::path> RecordFilesIn(const fs::path& directory) {
   std::vector<fs::path> names(qlx99::kRecordFiles.size());
   std::ranges::transform(qlx99::kRecordFiles, names.begin(),
                          [](const qlx99::RecordLayout& layout) { return layout.file.name; });
   for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {
     const fs::path name = entry.path().filename();
-    if (IsRecordFile(entry) && std::ranges::find(names, name) == names.end()) {
-      names.push_back(name);
-    }
+    const bool isKnown = std::ranges::any_of(qlx99::kRecordFiles, [&](const auto& layout) {
+      return UpperCase(PathText(name)) == layout.file.name;
+    });
+    if (IsRecordFile(entry) && !isKnown) names.push_back(name);
   }
   return names;
 }

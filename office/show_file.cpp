@@ -1,7 +1,5 @@
 #include "office/show_file.h"
 
-#include <algorithm>
-#include <cctype>
 #include <ostream>
 #include <string>
 
@@ -43,13 +41,6 @@ std::string Block(const RecordLayout& layout, const std::string& record) {
     block += std::string(field.name) + (text.empty() ? ":" : ": ") + text + "\n";
   }
   return block + "\n";
-}
-
-std::string UpperCase(std::string_view text) {
-  std::string upper(text);
-  std::ranges::transform(upper, upper.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  return upper;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdio>
 
 #include "office/failure.h"
@@ -100,6 +101,13 @@ std::string PaddedRight(std::string_view utf8, std::size_t columns) {
   std::string padded(utf8);
   padded.append(columns - std::min(columns, ColumnsOf(utf8)), ' ');
   return padded;
+}
+
+std::string UpperCase(std::string_view text) {
+  std::string upper(text);
+  std::ranges::transform(upper, upper.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  return upper;
 }
 
 std::string_view Trimmed(std::string_view text) {

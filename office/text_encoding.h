@@ -23,6 +23,9 @@ std::size_t ColumnsOf(std::string_view utf8);
 // The text filled up with blanks to the columns; a longer one stays whole.
 std::string PaddedRight(std::string_view utf8, std::size_t columns);
 
+// With the letters from A to Z in place of the small ones.
+std::string UpperCase(std::string_view text);
+
 // Without the blanks at both ends.
 std::string_view Trimmed(std::string_view text);
 
