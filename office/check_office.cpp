@@ -82,7 +82,8 @@ std::string LookAtValue() {
 
 std::string LookAtDataRoot() {
   std::string text = LookAtValue<qlx99::kDataRoot>();
-  if (std::filesystem::is_directory(ConfiguredDataRoot())) return text;
+  std::error_code error;
+  if (std::filesystem::is_directory(ConfiguredDataRoot(), error)) return text;
   throw Failure("there is no folder " + text +
                 "; connect its drive, or name another folder with `qlx setup DIR`.");
 }

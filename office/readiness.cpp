@@ -12,7 +12,8 @@ void RequireReadableOffice() {
   RequireRegistry();
   if (IsDelegated()) return;
   const std::filesystem::path folder = ConfiguredDataRoot();
-  if (!std::filesystem::is_directory(folder)) {
+  std::error_code error;
+  if (!std::filesystem::is_directory(folder, error)) {
     throw Failure("There is no folder " + PathText(folder) +
                   ", which DataRoot names. Connect its drive, or name another with `qlx setup`.");
   }
