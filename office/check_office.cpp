@@ -132,7 +132,7 @@ void LookAtFolders(Report& report, const RecordManager& manager) {
   LookForRightToWrite(report, qlx99::kDataRoot.name, directory);
   const auto documents = qlx99::ReadConfiguration<qlx99::kDocuRoot>();
   if (documents && documents->front() != '\0') {
-    LookForRightToWrite(report, qlx99::kDocuRoot.name, documents->data());
+    LookForRightToWrite(report, qlx99::kDocuRoot.name, PathOfNative(documents->data()));
   }
   LookForLeftovers(report, manager, directory);
 }

@@ -47,7 +47,7 @@ std::string Block(const RecordLayout& layout, const std::string& record) {
 
 std::filesystem::path ConfiguredDataRoot() {
   const auto dataRoot = qlx99::ReadConfiguration<qlx99::kDataRoot>();
-  if (dataRoot && dataRoot->front() != '\0') return dataRoot->data();
+  if (dataRoot && dataRoot->front() != '\0') return PathOfNative(dataRoot->data());
   throw Failure("No office is configured: there is no DataRoot below " +
                 std::string(qlx99::kOptionsKey) + " in " + RegistryPlace() +
                 ". `qlx setup DIR` writes it.");
