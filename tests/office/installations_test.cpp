@@ -177,6 +177,7 @@ TEST_F(QlxInstallations, LieInAnyFolderThatTheCodePageCanName) {
     EXPECT_EQ(outcome.code, office::kDone) << command << outcome.out << outcome.err;
     EXPECT_THAT(outcome.out, Not(HasSubstr("\n? "))) << command;
   }
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("Kanzlei – Köln €\n"));
 }
 
 // In a file that is kept, nothing is drawn over.
