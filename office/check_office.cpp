@@ -73,7 +73,7 @@ std::string LookAtFile(const RecordManager& manager, const std::filesystem::path
 template <const qlx99::RegistryValue& value>
 std::string LookAtValue() {
   const auto text = qlx99::ReadConfiguration<value>();
-  if (text && text->front() != '\0') return Decode(text->data());
+  if (text && text->front() != '\0') return ShownText(text->data());
   throw Failure("is not set in " + RegistryPlace() +
                 (IsDelegated() ? "; install the office's programs on this machine."
                                : "; `qlx setup DIR` sets it."));
@@ -81,7 +81,8 @@ std::string LookAtValue() {
 
 std::string LookAtDataRoot() {
   std::string text = LookAtValue<qlx99::kDataRoot>();
-  if (std::filesystem::is_directory(ConfiguredDataRoot())) return text;
+  std::error_code error;
+  if (std::filesystem::is_directory(ConfiguredDataRoot(), error)) return text;
   throw Failure("there is no folder " + text +
                 "; connect its drive, or name another folder with `qlx setup DIR`.");
 }
@@ -130,7 +131,7 @@ void LookAtFolders(Report& report, const RecordManager& manager) {
   LookForRightToWrite(report, qlx99::kDataRoot.name, directory);
   const auto documents = qlx99::ReadConfiguration<qlx99::kDocuRoot>();
   if (documents && documents->front() != '\0') {
-    LookForRightToWrite(report, qlx99::kDocuRoot.name, documents->data());
+    LookForRightToWrite(report, qlx99::kDocuRoot.name, PathOfNative(documents->data()));
   }
   LookForLeftovers(report, manager, directory);
 }
@@ -152,19 +153,20 @@ void LookAtRecordFiles(Report& report) {
 
 std::string LookAtInquiryProgram(const qlx99::MappingRoot& root) {
   std::string file = qlx99::PathBelow(root, qlx99::kInquiryProgram).data();
-  if (_access(file.c_str(), 0) == 0) return file;
-  throw Failure("there is no " + file + "; connect its drive, or install the office's programs.");
+  if (_access(file.c_str(), 0) == 0) return ShownText(file);
+  throw Failure("there is no " + ShownText(file) +
+                "; connect its drive, or install the office's programs.");
 }
 
 std::string LookAtSiblingLibrary(const qlx99::MappingRoot& root) {
   std::string file = qlx99::PathBelow(root, qlx99::kSiblingFile).data();
   HMODULE library = LoadLibraryA(file.c_str());
   if (library == nullptr) {
-    throw Failure(file + " cannot be loaded (error " + std::to_string(GetLastError()) +
+    throw Failure(ShownText(file) + " cannot be loaded (error " + std::to_string(GetLastError()) +
                   "); install the office's programs again.");
   }
   FreeLibrary(library);
-  return file;
+  return ShownText(file);
 }
 
 void LookAtOtherPrograms(Report& report) {

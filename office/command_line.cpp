@@ -51,6 +51,11 @@ CLI::Validator NotEmpty() {
       ""};
 }
 
+// The same for a role, which may be blank.
+CLI::Validator Filled() {
+  return {[](const std::string& text) { return std::string(text.empty() ? "is empty" : ""); }, ""};
+}
+
 // The options' and arguments' values, and the commands that are run with them.
 class CommandLine {
  public:
@@ -94,7 +99,8 @@ class CommandLine {
                      "Addressee: M client, G opponent, V opposing counsel, C court, §M and §G "
                      "their legal representatives, RM the client's legal-expenses insurer, HG "
                      "the opponent's liability insurer, two blanks anyone")
-        ->capture_default_str();
+        ->capture_default_str()
+        ->check(Filled());
     AddNoDialog(letter);
     letter->callback([this] {
       LookForUser();
@@ -142,9 +148,11 @@ class CommandLine {
 
     CLI::App* check = office->add_subcommand(
         "check", "Check this installation: library, registry, record manager, files");
-    check->add_option("--library", library_,
-                      "The qlx99.dll that macros load, as it lies in the word processor's folder; "
-                      "otherwise the one that this program finds");
+    check
+        ->add_option("--library", library_,
+                     "The qlx99.dll that macros load, as it lies in the word processor's folder; "
+                     "otherwise the one that this program finds")
+        ->check(NotEmpty());
     check->callback([this] { Check(); });
 
     CLI::App* copy = office->add_subcommand(
@@ -154,8 +162,10 @@ class CommandLine {
         ->check(NotEmpty());
     copy->add_option("--from", from_,
                      "Library of the record manager that has the office, such as atbtrv32.dll; "
-                     "otherwise the one that qlx99 finds");
-    copy->add_option("--to", to_, "The same, of the one that is to have the copy");
+                     "otherwise the one that qlx99 finds")
+        ->check(NotEmpty());
+    copy->add_option("--to", to_, "The same, of the one that is to have the copy")
+        ->check(NotEmpty());
     copy->callback([this] { Copy(); });
 
     CLI::App* show = office->add_subcommand("show", "Show the records of a file");

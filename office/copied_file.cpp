@@ -16,6 +16,7 @@ constexpr std::size_t kRecordsPerTransaction = 500;
 struct FileKey {
   int number = 0;
   bool hasDuplicates = false;
+  bool isModifiable = false;
   std::vector<btrieve::KeyDescription> segments;
 
   std::string ValueIn(const std::string& record) const {
@@ -43,6 +44,7 @@ std::vector<FileKey> KeysOf(const btrieve::FileFacts& facts) {
     if (isNew) {
       keys.push_back({.number = numbersGiven ? segment.keyNumber : static_cast<int>(keys.size()),
                       .hasDuplicates = (segment.flags & btrieve::kKeyDuplicates) != 0,
+                      .isModifiable = (segment.flags & btrieve::kKeyModifiable) != 0,
                       .segments = {}});
     }
     keys.back().segments.push_back(segment);
@@ -53,11 +55,14 @@ std::vector<FileKey> KeysOf(const btrieve::FileFacts& facts) {
 }
 
 // Records of one value stand in the order in which they were given it. Along the first of these
-// keys they are copied, which keeps its order; the other ones have duplicates, too.
+// keys they are copied, which keeps its order; the other ones have duplicates, too. Their order has
+// to be restored, for which their values are changed, so one that must not be changed comes first.
 std::vector<FileKey> KeysWithAnOrder(const std::vector<FileKey>& keys) {
   std::vector<FileKey> ordered;
   std::ranges::copy_if(keys, std::back_inserter(ordered), &FileKey::hasDuplicates);
-  if (ordered.size() != 1) ordered.insert(ordered.begin(), keys.front());
+  std::ranges::stable_sort(ordered, {}, &FileKey::isModifiable);
+  const bool keepsOne = !ordered.empty() && !ordered.front().isModifiable;
+  if (ordered.size() != 1 && !keepsOne) ordered.insert(ordered.begin(), keys.front());
   return ordered;
 }
 

@@ -43,16 +43,17 @@ bool IsRecordFile(const fs::directory_entry& entry) {
 }
 
 // Those that the library knows, which have to be there, and the case-management system's other
-// ones.
+// ones. To Windows a name is the same in small letters.
 std::vector<fs::path> RecordFilesIn(const fs::path& directory) {
   std::vector<fs::path> names(qlx99::kRecordFiles.size());
   std::ranges::transform(qlx99::kRecordFiles, names.begin(),
                          [](const qlx99::RecordLayout& layout) { return layout.file.name; });
   for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {
     const fs::path name = entry.path().filename();
-    if (IsRecordFile(entry) && std::ranges::find(names, name) == names.end()) {
-      names.push_back(name);
-    }
+    const bool isKnown = std::ranges::any_of(qlx99::kRecordFiles, [&](const auto& layout) {
+      return UpperCase(PathText(name)) == layout.file.name;
+    });
+    if (IsRecordFile(entry) && !isKnown) names.push_back(name);
   }
   return names;
 }

@@ -68,4 +68,10 @@ inline std::string PathText(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
+// What NativeText gives, as a path. The system's own conversion does not know the office's code
+// page.
+inline std::filesystem::path PathOfNative(const std::string& native) {
+  return PathOf(ShownText(native));
+}
+
 }  // namespace office

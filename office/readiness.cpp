@@ -1,5 +1,6 @@
 #include "office/readiness.h"
 
+#include <system_error>
 #include <tuple>
 
 #include "frame/registry.h"
@@ -12,7 +13,7 @@ namespace office {
 
 std::filesystem::path ConfiguredDataRoot() {
   const auto dataRoot = qlx99::ReadConfiguration<qlx99::kDataRoot>();
-  if (dataRoot && dataRoot->front() != '\0') return dataRoot->data();
+  if (dataRoot && dataRoot->front() != '\0') return PathOfNative(dataRoot->data());
   throw Failure("No office is configured: there is no DataRoot below " +
                 std::string(qlx99::kOptionsKey) + " in " + RegistryPlace() +
                 ". `qlx setup DIR` writes it.");
@@ -20,7 +21,8 @@ std::filesystem::path ConfiguredDataRoot() {
 
 std::filesystem::path ExistingDataRoot() {
   std::filesystem::path folder = ConfiguredDataRoot();
-  if (std::filesystem::is_directory(folder)) return folder;
+  std::error_code error;
+  if (std::filesystem::is_directory(folder, error)) return folder;
   throw Failure("There is no folder " + PathText(folder) +
                 ", which DataRoot names. Connect its drive, or name another with `qlx setup`.");
 }

@@ -37,6 +37,10 @@ WorkingFolder::WorkingFolder(const fs::path& target, std::function<void()> letGo
       path_((isWithin_ ? target_ : target_.parent_path()) / kName),
       letGo_(std::move(letGo)) {
   std::error_code error;
+  const bool isOther = fs::symlink_status(target_, error).type() != fs::file_type::not_found;
+  if (target_ == path_ || (isOther && !isWithin_)) {
+    throw Failure(PathText(target_) + " cannot be the folder. Nothing was copied; name another.");
+  }
   if (fs::create_directory(path_, error)) return;
   if (!error) {
     throw Failure("There is a folder " + PathText(path_) +

@@ -42,15 +42,26 @@ std::string Environment(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-// Replaces the file in one step, so that readers see the old or the new one whole.
-LSTATUS Write(const RegistryFile& registry) {
+// The file itself, when the path leads to it by links.
+std::filesystem::path WrittenPath() {
   const std::filesystem::path path = RegistryFilePath();
   std::error_code error;
+  std::filesystem::path whole = std::filesystem::weakly_canonical(path, error);
+  return error ? path : whole;
+}
+
+// Replaces the file in one step, so that readers see the old or the new one whole. Who may read it
+// stays the same.
+LSTATUS Write(const RegistryFile& registry) {
+  const std::filesystem::path path = WrittenPath();
+  std::error_code error;
+  const std::filesystem::file_status old = std::filesystem::status(path, error);
   if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), error);
   const std::string draft = path.string() + "." + std::to_string(getpid());
   std::ofstream file(draft, std::ios::binary | std::ios::trunc);
   file << registry.Format();
   file.close();
+  if (exists(old)) std::filesystem::permissions(draft, old.permissions(), error);
   if (file) std::filesystem::rename(draft, path, error);
   if (!file || error) {
     std::filesystem::remove(draft, error);
@@ -85,10 +96,13 @@ std::optional<RegistryFile> platform::ReadRegistryFile() {
   const std::filesystem::path path = RegistryFilePath();
   std::error_code error;
   if (!std::filesystem::exists(path, error)) return RegistryFile();
+  // First, as opening a pipe would wait for its writer.
+  if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
   std::ifstream file(path, std::ios::binary);
-  if (!std::filesystem::is_regular_file(path, error) || !file) return std::nullopt;
+  if (!file) return std::nullopt;
   const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (text.starts_with("\xFF\xFE")) return std::nullopt;  // UTF-16
+  const bool isUtf16 = text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
+  if (isUtf16) return std::nullopt;
   return RegistryFile::Parse(text);
 }
 

@@ -80,8 +80,10 @@ class TerminalScreen final : public Screen {
     for (const Control& control : dialog.Controls()) {
       if (control.IsVisible()) Print(std::cerr, control);
     }
-    constexpr int kAttempts = 10;  // a script that answers nonsense must come to an end, too
-    for (int attempt = 0; attempt < kAttempts && dialog.IsOpen(); ++attempt) {
+    // A script that answers nonsense must come to an end, too: that of its input.
+    constexpr int kAttempts = 10;
+    for (int attempt = 0; dialog.IsOpen(); ++attempt) {
+      if (attempt == kAttempts) std::cin.setstate(std::ios::failbit);
       std::cerr << "\nNummer (Eingabe = markierte Zeile, 0 = Abbruch): " << std::flush;
       std::string answer;
       if (!std::getline(std::cin, answer)) {

@@ -72,6 +72,8 @@ const struct {
     {"office|craete", kWrongUsage, "Did you mean \"create\"? `qlx office --help` "},
     {"foll|12345678", kWrongUsage, "Did you mean \"followups\"?"},
     {"letter||--role|M", kWrongUsage, "CASE: is empty"},
+    {"letter|--role||12345678", kWrongUsage, "--role: is empty"},
+    {"office|copy|--to||copy", kWrongUsage, "--to: is empty"},
     {"office|create| ", kWrongUsage, "DIR: is empty"},
     {"letter", kWrongUsage, "CASE is required"},
     {"letter|12345678|--rolle|M", kWrongUsage, "--rolle"},

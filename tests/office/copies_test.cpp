@@ -51,17 +51,17 @@ class QlxCopies : public testing::Test {
   }
 
   // A file that only the case-management system knows, with several orders of its own.
-  void MakeForeignFile() const {
+  // `lastKey` has the flags of the last of them.
+  void MakeForeignFile(const char* name, unsigned lastKey) const {
     constexpr std::size_t kLength = 50;
     const auto key = [](std::size_t offset, unsigned flags) {
       return btrieve::DescribeKey(offset, 4, btrieve::kIntegerKey, flags);
     };
-    constexpr unsigned kRepeated = btrieve::kKeyDuplicates | btrieve::kKeyModifiable;
-    const fs::path path = Office() / kForeign;
+    const fs::path path = Office() / name;
     const office::RecordManager manager;
     TableFile::CreateOver(
         manager, path,
-        btrieve::DescribeFile(kLength, {key(0, 0), key(4, kRepeated), key(8, kRepeated)}));
+        btrieve::DescribeFile(kLength, {key(0, 0), key(4, kRepeated), key(8, lastKey)}));
     TableFile file(manager, path, btrieve::kOpenNormal);
     const auto record = [](int id, int one, int other) {
       std::string bytes(kLength, static_cast<char>(id));
@@ -83,13 +83,14 @@ class QlxCopies : public testing::Test {
     transaction.Commit();
   }
 
-  static constexpr auto kForeign = "ZTANDERE.krv";
+  static constexpr unsigned kRepeated = btrieve::kKeyDuplicates | btrieve::kKeyModifiable;
   PrivateRegistry registry_;
   TemporaryFolder folder_;
 };
 
 TEST_F(QlxCopies, HoldEveryByteAndEveryOrder) {
-  MakeForeignFile();
+  MakeForeignFile("ZTANDERE.krv", kRepeated);
+  MakeForeignFile("ZTFEST.KRV", btrieve::kKeyDuplicates);
   const std::string library =
       (testkit::ProductFolder() / testkit::LibraryFile("atbtrv32")).string();
   const Outcome copied = Qlx(CopyCommand() + "|--to|" + library);
@@ -97,8 +98,11 @@ TEST_F(QlxCopies, HoldEveryByteAndEveryOrder) {
   EXPECT_THAT(copied.err, HasSubstr(" records compared\n"));
   const auto names = NamesIn(Target());
 
-  std::vector<std::pair<std::string, int>> orders = {{kForeign, 0}, {kForeign, 1}, {kForeign, 2}};
-  std::set<std::string> expected = {kForeign};
+  std::vector<std::pair<std::string, int>> orders;
+  std::set<std::string> expected = {"ZTANDERE.krv", "ZTFEST.KRV"};
+  for (const std::string& name : expected) {
+    for (int key = 0; key < 3; ++key) orders.emplace_back(name, key);
+  }
   for (const qlx99::RecordLayout& layout : qlx99::kRecordFiles) {
     expected.insert(layout.file.name);
     for (const qlx99::Key& key : layout.keys) orders.emplace_back(layout.file.name, key.number);
@@ -108,6 +112,23 @@ TEST_F(QlxCopies, HoldEveryByteAndEveryOrder) {
     EXPECT_EQ(RecordsOf(Target() / name, key), RecordsOf(Office() / name, key)) << name << key;
   }
   EXPECT_THAT(Qlx(CopyCommand()).err, HasSubstr("Nothing was copied"));
+  testkit::WriteAll(folder_.Path() / "file", "");
+  for (const char* target : {"file", "qlx-copy"}) {
+    EXPECT_THAT(Qlx("office|copy|" + (folder_.Path() / target).string()).err,
+                HasSubstr(std::string(target) + " cannot be the folder. Nothing was copied"));
+  }
+}
+
+// Where names are the same in small letters, a file of such a name is no other one.
+TEST_F(QlxCopies, MayBeCopiedWhateverTheLettersOfTheirNames) {
+  ASSERT_EQ(Qlx(CopyCommand()).code, office::kDone);
+  if (fs::exists(Target() / "ztuser.krv")) {
+    fs::rename(Target() / "ZTUSER.KRV", Target() / "users");  // as it is the same name
+    fs::rename(Target() / "users", Target() / "ztuser.krv");
+  }
+  ASSERT_EQ(Qlx("setup|--force|" + Target().string()).code, office::kDone);
+  EXPECT_THAT(Qlx("office|copy|" + (folder_.Path() / "again").string()).out,
+              HasSubstr(std::to_string(qlx99::kRecordFiles.size()) + " record files"));
 }
 
 TEST_F(QlxCopies, AreOfOneMomentAlsoWhileTheOfficeWorks) {

@@ -167,6 +167,20 @@ TEST_F(QlxInstallations, ReplaceEachOtherOnlyWhenAsked) {
               HasSubstr("DataRoot = " + second.Text() + "  (before: " + folder_.Text() + ")\n"));
 }
 
+// Whose letters need not be those of the system's own conversion.
+TEST_F(QlxInstallations, LieInAnyFolderThatTheCodePageCanName) {
+  const std::string office = folder_.Text() + "/Kanzlei – Köln €";
+  for (const std::string& command :
+       {"office|create|" + office, "setup|" + office, std::string("office|check"),
+        std::string("letter|12345678"), std::string("followups|12345678"),
+        std::string("office|show|ZTCASE"), "office|copy|" + office + "/„Kopie“"}) {
+    const Outcome outcome = Qlx(command);
+    EXPECT_EQ(outcome.code, office::kDone) << command << outcome.out << outcome.err;
+    EXPECT_THAT(outcome.out, Not(HasSubstr("\n? "))) << command;
+  }
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("Kanzlei – Köln €\n"));
+}
+
 // In a file that is kept, nothing is drawn over.
 TEST(QlxProgress, TakesAFewWholeLinesWhereThereIsNoTerminal) {
   std::ostringstream shown;

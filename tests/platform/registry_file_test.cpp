@@ -134,11 +134,25 @@ TEST_F(RegistrationFile, KeepsWhatAChangeDoesNotConcern) {
   EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "a draft was left behind";
 }
 
+TEST_F(RegistrationFile, StaysWhereALinkLeadsToAndPrivate) {
+  using std::filesystem::perms;
+  const std::filesystem::path file = registry_.Folder() / "kept" / "own.reg";
+  std::filesystem::create_directory(file.parent_path());
+  testkit::WriteAll(file, "REGEDIT4\n");
+  std::filesystem::permissions(file, perms::owner_read | perms::owner_write);
+  std::filesystem::create_symlink("kept/own.reg", Path());
+  EXPECT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
+  EXPECT_TRUE(std::filesystem::is_symlink(Path()));
+  EXPECT_THAT(testkit::ReadAll(file), testing::EndsWith("\"value\"=\"new\"\n"));
+  EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
+}
+
 TEST_F(RegistrationFile, IsNotReplacedWhenItCannotBeRead) {
-  const std::string unicode = "\xFF\xFER\0E\0G\0"s;
-  testkit::WriteAll(Path(), unicode);
-  EXPECT_EQ(Set("value"), LSTATUS{ERROR_ACCESS_DENIED});
-  EXPECT_EQ(testkit::ReadAll(Path()), unicode);
+  for (const std::string& unicode : {"\xFF\xFER\0E\0G\0"s, "\xFE\xFF\0R\0E\0G"s}) {
+    testkit::WriteAll(Path(), unicode);
+    EXPECT_EQ(Set("value"), LSTATUS{ERROR_ACCESS_DENIED});
+    EXPECT_EQ(testkit::ReadAll(Path()), unicode);
+  }
   setenv("QLX99_REGISTRY", registry_.Folder().c_str(), 1);
   EXPECT_EQ(Set("value"), LSTATUS{ERROR_ACCESS_DENIED});
   HKEY key = nullptr;

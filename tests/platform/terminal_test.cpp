@@ -96,11 +96,13 @@ class QlxAtTheTerminal : public SampleOffice {
 
 // Whichever dialog it is that gets no answer.
 TEST_F(QlxAtTheTerminal, TakesTheEndOfInputForNoChoiceAndUsesUpNoNumber) {
+  constexpr auto kNonsense = "x\nx\nx\nx\nx\nx\nx\nx\nx\nx\nx\n";
   const std::string numbers = Qlx("office|show|ZTHISTO").out;
   const std::pair<const char*, const char*> rows[] = {{"letter|23001124|--role|G", ""},
                                                       {"letter|23001124", ""},
                                                       {"letter|23001124", "1\n"},
-                                                      {"letter|98010042", ""}};
+                                                      {"letter|98010042", ""},
+                                                      {"letter|98010042", kNonsense}};
   for (const auto& [command, answers] : rows) {
     const FedInput input(answers);
     const auto letter = Qlx(command);
