@@ -66,6 +66,9 @@ std::vector<fs::path> RecordFilesIn(const fs::path& directory) {
 
 // Nor a log of files that were there.
 void RefuseToOverwrite(const fs::path& target, const std::vector<fs::path>& names) {
+  if (fs::exists(target) && !fs::is_directory(target)) {
+    throw Failure(PathText(target) + " is no folder. Nothing was copied; name another one.");
+  }
   for (const fs::path& name : names) {
     for (const char* ending : {"", "-wal", "-shm", "-journal"}) {
       fs::path there = target / name;

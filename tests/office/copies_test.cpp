@@ -108,6 +108,9 @@ TEST_F(QlxCopies, HoldEveryByteAndEveryOrder) {
     EXPECT_EQ(RecordsOf(Target() / name, key), RecordsOf(Office() / name, key)) << name << key;
   }
   EXPECT_THAT(Qlx(CopyCommand()).err, HasSubstr("Nothing was copied"));
+  const std::string file = (Target() / kForeign).string();
+  EXPECT_EQ(Qlx("office|copy|" + file).err,
+            "qlx: " + file + " is no folder. Nothing was copied; name another one.\n");
 }
 
 TEST_F(QlxCopies, AreOfOneMomentAlsoWhileTheOfficeWorks) {
