@@ -76,7 +76,8 @@ RecordManager::RecordManager() {
   }
   if (library_ == nullptr) {
     throw Failure(
-        "There is no record manager. Put the embedded one, atbtrv32, beside this program.");
+        "There is no record manager. Install the client of the office's Btrieve server; or, for "
+        "one machine alone, put the embedded record manager, atbtrv32, beside qlx99.");
   }
   FindEntryPoints();
 }

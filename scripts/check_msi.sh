@@ -47,6 +47,8 @@ reg delete HKLM\Software\Quorvane /f >nul 2>nul
 rem The script host registers something of its own when it is first used.
 cscript //nologo script.vbs >nul 2>nul
 mkdir C:\Kanzlei
+rem Wine makes it for the first package, and keeps it.
+mkdir C:\windows\Installer 2>nul
 call everything before
 
 set place=C:\Kanzlei\qlx99

@@ -139,6 +139,9 @@ TEST(QlxConfiguration, IsCheckedForWhatItsKindNeeds) {
     EXPECT_THAT(Qlx(command).err,
                 HasSubstr("No office is configured: there is no DataRoot below "));
   }
+  its.IsConfigured("DataRoot", std::string(200, '/'));
+  EXPECT_THAT(Qlx("office|check").out,
+              HasSubstr("! DataRoot        has 200 characters; the library reads at most 199. "));
   its.IsConfigured("DataRoot", "/nowhere");
   for (const char* command : {"letter|12345678", "office|copy|backup"}) {
     EXPECT_THAT(Qlx(command).err, HasSubstr("There is no folder /nowhere, which DataRoot "));
