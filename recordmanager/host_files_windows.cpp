@@ -254,11 +254,11 @@ bool CanMakeFilesBeside(const std::string& path) {
 // It gets its rights from the folder, whoever makes it.
 bool CanMakeLogFor(const std::string& /*path*/) { return true; }
 
-// There is no limit that is reached before memory ends.
 void AdaptFileCalls() {}
 
 bool HasNoRoomBeside(const std::string& /*path*/) { return false; }
 
+// There is no limit that is reached before memory ends.
 bool AreFileHandlesUsedUp() { return false; }
 
 bool AreAddressesUsedUp() {
