@@ -1,10 +1,10 @@
 #include "recordmanager/cursor.h"
 
-#include <sqlite3.h>
-
 #include <array>
 #include <cstddef>
 #include <cstring>
+
+#include "recordmanager/sql.h"
 
 namespace recordmanager {
 namespace {
@@ -31,10 +31,7 @@ std::uint32_t checkSeed = 0;
 
 // The check word of everything before it. The products do not wait for one another.
 std::uint32_t CheckWordOf(BlockImage image) {
-  if (checkSeed == 0) {
-    sqlite3_randomness(sizeof(checkSeed), &checkSeed);
-    checkSeed |= 1U;
-  }
+  if (checkSeed == 0) checkSeed = RandomNumber() | 1U;
   image.check = 0;
   std::array<std::uint64_t, sizeof(image) / sizeof(std::uint64_t)> words{};
   std::memcpy(words.data(), &image, sizeof(image));

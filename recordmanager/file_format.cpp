@@ -1,7 +1,5 @@
 #include "recordmanager/file_format.h"
 
-#include <sqlite3.h>
-
 #include <chrono>
 #include <new>
 
@@ -55,9 +53,7 @@ int Refine(int status, const std::string& path) {
 
 // Short, as a name has room for little more than the longest ending that SQLite adds to it.
 std::string UnusedNameBeside(const std::string& path) {
-  std::uint32_t number = 0;
-  sqlite3_randomness(sizeof(number), &number);
-  return path.substr(0, path.find_last_of("/\\") + 1) + "new-" + std::to_string(number);
+  return path.substr(0, path.find_last_of("/\\") + 1) + "new-" + std::to_string(RandomNumber());
 }
 
 // Leaves alone the log of a former file of that name: the first program to open the new file
@@ -136,8 +132,8 @@ int ReadLayout(Connection& connection, RecordLayout& layout) {
   Statement statement;
   int status = connection.Prepare("SELECT description FROM file", statement);
   if (status != btrieve::kSuccess) return status;
-  const int result = statement.Step();
-  if (result != SQLITE_ROW) return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
+  status = statement.StepToRow();
+  if (status != btrieve::kSuccess) return status;
   status = ParseLayout(statement.Bytes(0), layout);
   return status == btrieve::kSuccess ? status : btrieve::kIoError;
 }
@@ -188,7 +184,6 @@ int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& 
   constexpr auto kMoment = std::chrono::seconds(1);
   // A reader that can make no log of its own meets the logs of others as they come and go.
   constexpr int kLooks = 20;
-  constexpr int kPauseMilliseconds = 1;
   const auto start = Clock::now();
   int status = OpenOnce(path, connection, layout, forReading);
   for (int look = 1; status == btrieve::kPermissionError; ++look) {
@@ -196,7 +191,7 @@ int OpenDatabase(const std::string& path, Connection& connection, RecordLayout& 
       if (Clock::now() - start >= kMoment) break;
     } else {
       if (!forReading || look == kLooks) break;
-      sqlite3_sleep(kPauseMilliseconds);
+      PauseBriefly();
     }
     status = OpenOnce(path, connection, layout, forReading);
   }

@@ -15,6 +15,11 @@ namespace recordmanager {
 // Longer keys would not fit into the position block, which remembers the entry read last.
 inline constexpr std::size_t kLongestKey = 80;
 
+// Which way a read goes along a key.
+enum class Direction : std::uint8_t { kUp, kDown };
+
+inline constexpr std::size_t kDirectionCount = 2;
+
 // One entry of a key: the bytes that it is sorted by.
 struct Entry {
   static constexpr std::size_t kCapacity = kLongestKey + sizeof(std::uint64_t);

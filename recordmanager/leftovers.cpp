@@ -26,7 +26,6 @@ constexpr std::size_t kNonceSize = 4;
 // While others write, the files change between two looks at them. What does not fit after so many
 // looks never will.
 constexpr int kLooks = 20;
-constexpr int kPauseMilliseconds = 1;
 
 // The log's checksum over all that came before.
 class Checksum {
@@ -225,7 +224,7 @@ int CheckLeftovers(Connection& connection) {
     if (status != btrieve::kSuccess || misfit == nullptr) return status;
     if (base.IsUnwritten() && !connection.IsReadOnly()) status = surroundings.Clear();
     if (status != btrieve::kSuccess) return status;
-    sqlite3_sleep(kPauseMilliseconds);
+    PauseBriefly();
   }
   return surroundings.IsReplaced() ? btrieve::kFileInUse : btrieve::kLogError;
 }

@@ -38,12 +38,14 @@ Clock::time_point TimeToTry() { return Clock::now() - waited; }
 
 }  // namespace
 
+void PauseBriefly() { sqlite3_sleep(kPause.count()); }
+
 bool Patience::Lasts() const {
   const auto now = Clock::now();
   const Vain& last = PlaceOf(file_);
   const bool isInVain = last.file == file_ && last.IsRecent(TimeToTry());
   if (!isInVain && now - since_ < kLongestWait) {
-    sqlite3_sleep(kPause.count());
+    PauseBriefly();
     return true;
   }
   if (!isInVain) waited += now - since_;

@@ -13,6 +13,9 @@ namespace recordmanager {
 
 using Clock = std::chrono::steady_clock;
 
+// Lets others go on for a millisecond, or as long as the system's clock needs for it.
+void PauseBriefly();
+
 class Patience {
  public:
   Patience() = default;

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "recordmanager/key.h"
-#include "recordmanager/record_sql.h"
 
 namespace recordmanager {
 

@@ -1,13 +1,12 @@
 #include "recordmanager/record_file.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
 #include "recordmanager/file_format.h"
 #include "recordmanager/leftovers.h"
+#include "recordmanager/record_sql.h"
 
 namespace recordmanager {
 namespace {
@@ -118,9 +117,9 @@ int RecordFile::NextChange(std::int64_t& change) {
 
 int RecordFile::ReadChange(std::int64_t& change) {
   const StatementUse use(readChange_);
-  const int result = readChange_.Step();
+  const int status = readChange_.StepToRow();
   change = readChange_.Integer(0);
-  return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
+  return status;
 }
 
 RecordVersion RecordFile::VersionOf(std::int64_t id, std::int64_t version) const {
@@ -172,10 +171,10 @@ int RecordFile::Insert(std::span<std::uint8_t> record, RecordVersion& version,
 // The entries of the record as it was read.
 int RecordFile::LoadEntries(const RecordVersion& version, std::vector<Entry>& entries) {
   const StatementUse use(loadEntries_);
-  const int result = loadEntries_.Bind(1, version.id).Step();
-  if (result != SQLITE_ROW && result != SQLITE_DONE) return StatusOf(result);
+  const int status = loadEntries_.Bind(1, version.id).Step();
+  if (status != btrieve::kSuccess && status != btrieve::kEndOfFile) return status;
   const bool isTakenBack = version.transaction != 0 && version.transaction != transaction_;
-  if (result == SQLITE_DONE || loadEntries_.Integer(0) != version.version || isTakenBack) {
+  if (status == btrieve::kEndOfFile || loadEntries_.Integer(0) != version.version || isTakenBack) {
     return btrieve::kConflict;
   }
   entries.clear();

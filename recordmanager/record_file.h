@@ -13,7 +13,6 @@
 #include "recordmanager/memory_limit.h"
 #include "recordmanager/read_ahead.h"
 #include "recordmanager/record_layout.h"
-#include "recordmanager/record_sql.h"
 #include "recordmanager/sql.h"
 
 namespace recordmanager {

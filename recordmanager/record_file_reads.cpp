@@ -1,12 +1,11 @@
 // The part of a record file that reads.
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cstring>
 
 #include "recordmanager/file_format.h"
 #include "recordmanager/leftovers.h"
 #include "recordmanager/record_file.h"
+#include "recordmanager/record_sql.h"
 
 namespace recordmanager {
 namespace {
@@ -14,7 +13,6 @@ namespace {
 // While others come and go, a file that is open as an unchanging one changes between two looks at
 // it.
 constexpr int kLooks = 20;
-constexpr int kPauseMilliseconds = 1;
 
 Direction DirectionOf(Bound bound) {
   return bound == Bound::kUpTo || bound == Bound::kBefore ? Direction::kDown : Direction::kUp;
@@ -35,7 +33,7 @@ template <typename Body>
 int RecordFile::ReadWhatIs(Body body) {
   int status = btrieve::kSuccess;
   for (int look = 0; look < kLooks; ++look) {
-    if (look != 0) sqlite3_sleep(kPauseMilliseconds);
+    if (look != 0) PauseBriefly();
     if (isStale_) status = Reopen();
     if (isStale_) continue;
     status = body();
@@ -130,22 +128,23 @@ int RecordFile::ReadBlock(const Key& key, const Search& search, const Cut& cut, 
   std::copy_n(cut.entry.bytes.begin(), cut.entry.size, bound.begin());
   const StatementUse use(*read);
   read->Bind(1, std::span(bound).first(cut.entry.size + (cut.behind ? 1U : 0U)));
-  int result = SQLITE_ROW;
+  int status = btrieve::kSuccess;
   bool goesOn = true;
   for (bool inValue = search.bound == Bound::kWithin; goesOn && block.Count() < most;) {
-    result = read->Step();
-    if (result != SQLITE_ROW) break;
+    status = read->Step();
+    if (status != btrieve::kSuccess) break;
     KeyedRecord record;
     if (!TakeRow(*read, record) || !block.Add(record)) {
-      result = SQLITE_CORRUPT;
+      status = btrieve::kIoError;
       break;
     }
     const bool hasValue = key.HaveSameValue(search.first, record.entry);
     goesOn = hasValue || !inValue;
     inValue = inValue || hasValue;
   }
-  block.Close(result == SQLITE_DONE);
-  return block.Count() == 0 ? StatusOf(result) : btrieve::kSuccess;
+  const bool atEnd = status == btrieve::kEndOfFile;
+  block.Close(atEnd);
+  return atEnd || block.Count() != 0 ? btrieve::kSuccess : status;
 }
 
 bool RecordFile::TakeRow(Statement& row, KeyedRecord& record) const {

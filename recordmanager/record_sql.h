@@ -9,11 +9,6 @@
 
 namespace recordmanager {
 
-// Which way a read goes along a key.
-enum class Direction : std::uint8_t { kUp, kDown };
-
-inline constexpr std::size_t kDirectionCount = 2;
-
 // The tables, without records.
 std::string SchemaSql(const RecordLayout& layout);
 

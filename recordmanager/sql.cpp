@@ -59,6 +59,12 @@ int StatusOf(int sqliteCode) {
   }
 }
 
+std::uint32_t RandomNumber() {
+  std::uint32_t number = 0;
+  sqlite3_randomness(sizeof(number), &number);
+  return number;
+}
+
 Statement& Statement::operator=(Statement other) noexcept {
   std::swap(handle_, other.handle_);
   return *this;
@@ -81,11 +87,20 @@ Statement& Statement::Bind(int parameter, const Entry& entry) {
   return Bind(parameter, std::span(entry.bytes).first(entry.size));
 }
 
-int Statement::Step() { return sqlite3_step(handle_); }
+int Statement::Step() {
+  const int result = sqlite3_step(handle_);
+  return result == SQLITE_DONE ? btrieve::kEndOfFile : StatusOf(result);
+}
+
+int Statement::StepToRow() {
+  const int status = Step();
+  return status == btrieve::kEndOfFile ? btrieve::kIoError : status;
+}
 
 int Statement::Run() {
   const StatementUse use(*this);
-  return StatusOf(Step());
+  const int status = Step();
+  return status == btrieve::kEndOfFile ? btrieve::kSuccess : status;
 }
 
 void Statement::Reset() { sqlite3_reset(handle_); }
@@ -196,18 +211,18 @@ int Connection::Execute(const char* sql) {
 int Connection::QueryInteger(const char* sql, std::int64_t& value) {
   Statement statement;
   if (const int status = Prepare(sql, statement); status != btrieve::kSuccess) return status;
-  const int result = statement.Step();
+  const int status = statement.StepToRow();
   value = statement.Integer(0);
-  return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
+  return status;
 }
 
 int Connection::QueryText(const char* sql, std::string& text) {
   Statement statement;
   if (const int status = Prepare(sql, statement); status != btrieve::kSuccess) return status;
-  const int result = statement.Step();
+  const int status = statement.StepToRow();
   const auto bytes = statement.Bytes(0);
   text.assign(bytes.begin(), bytes.end());
-  return result == SQLITE_DONE ? btrieve::kIoError : StatusOf(result);
+  return status;
 }
 
 void Connection::ForgetPages() {

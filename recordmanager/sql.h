@@ -19,6 +19,8 @@ namespace recordmanager {
 // The published status for a result code of SQLite.
 int StatusOf(int sqliteCode);
 
+std::uint32_t RandomNumber();
+
 // The state of a log, as its shared memory tells it. It differs after each change.
 using LogState = std::array<std::uint32_t, 12>;
 
@@ -40,8 +42,10 @@ class Statement {
   Statement& Bind(int parameter, std::span<const std::uint8_t> bytes);
   Statement& Bind(int parameter, const Entry& entry);
 
-  // Runs to the next row; SQLITE_ROW, SQLITE_DONE or an error.
+  // Runs to the next row and returns a status; kEndOfFile behind the last one.
   int Step();
+  // Runs to a row that must be there; a file without it is damaged.
+  int StepToRow();
   // Runs a statement without rows to its end and returns a status.
   int Run();
   // Ends the run, and with it the locks it holds.
