@@ -97,8 +97,10 @@ bool ReadAhead::StepOn(KeyBlocks& kept, const Cut& cut, Direction direction) {
     return false;
   }
   const std::size_t next = kept.block->Next(kept.index, direction);
-  if (next != RecordBlock::kNone) kept.index = next;
-  return next != RecordBlock::kNone;
+  if (next == RecordBlock::kNone) return false;
+  kept.index = next;
+  kept.block->FetchBeyond(next, direction);
+  return true;
 }
 
 ReadAhead::Answer ReadAhead::Find(std::size_t key, Cut& cut, Direction direction, Purpose purpose,

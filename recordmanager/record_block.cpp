@@ -56,6 +56,19 @@ std::size_t RecordBlock::Next(std::size_t index, Direction direction) const {
   return index + 1 == rows_.size() ? kNone : index + 1;
 }
 
+void RecordBlock::FetchBeyond(std::size_t index, Direction direction) const {
+  constexpr std::size_t kSteps = 2;
+  constexpr std::size_t kCacheLine = 64;
+  // Below the first, the difference wraps and is beyond the last.
+  const std::size_t soon = direction == Direction::kUp ? index + kSteps : index - kSteps;
+  if (soon >= rows_.size()) return;
+  const Row& row = rows_[soon];
+  const std::size_t end = row.begin + row.entrySize + row.size;
+  for (std::size_t place = row.begin; place < end; place += kCacheLine) {
+    __builtin_prefetch(&bytes_[place]);
+  }
+}
+
 Entry RecordBlock::EntryOf(const Row& row) const {
   return Entry::From(bytes_.data() + row.begin, row.entrySize);
 }

@@ -66,6 +66,10 @@ class RecordBlock {
   // The one behind that; kNone when there is none in the block.
   std::size_t Next(std::size_t index, Direction direction) const;
 
+  // Asks the processor for a record that a walk in that direction will want soon. Those of a long
+  // list have left its cache since they were read, and waiting for them is most of a step.
+  void FetchBeyond(std::size_t index, Direction direction) const;
+
   Entry EntryAt(std::size_t index) const { return EntryOf(rows_[index]); }
   KeyedRecord At(std::size_t index) const;
 
