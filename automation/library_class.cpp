@@ -1,6 +1,7 @@
 #include "library_class.h"
 
 #include "access.h"
+#include "class_names.h"
 #include "library_object.h"
 
 namespace automation {

@@ -1,17 +1,9 @@
-// The class of the library object, as a client finds it: its name, and who makes the object.
+// Who makes the library object.
 #pragma once
 
 #include "desk.h"
-// Windows' own must come before it.
-#include <objidl.h>
 
 namespace automation {
-
-inline constexpr CLSID kLibraryClass = {
-    0xA3F2BE8F, 0xF156, 0x4BB0, {0xB3, 0xBA, 0x7C, 0xA7, 0x3F, 0x00, 0x43, 0x44}};
-inline constexpr auto kClassId = L"{A3F2BE8F-F156-4BB0-B3BA-7CA73F004344}";
-inline constexpr auto kClassName = L"qlx99.Library";
-inline constexpr auto kVersionedName = L"qlx99.Library.1";
 
 // Offers the class to one client, on a thread of its own: Windows calls objects of such a thread on
 // threads that know who calls. The desk ends when nobody comes; it has to last as long as the

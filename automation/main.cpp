@@ -6,6 +6,8 @@
 #include "desk.h"
 #include "library_class.h"
 #include "registration.h"
+// Windows' own must come before it.
+#include <objbase.h>
 
 namespace automation {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "library_class.h"
+#include "class_names.h"
 #include "program.h"
 
 namespace automation {

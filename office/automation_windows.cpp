@@ -3,6 +3,7 @@
 #include <sstream>
 #include <string>
 
+#include "automation/class_names.h"
 #include "office/host.h"
 #include "platform/windows_api.h"
 // <windows.h> first: this builds on it.
@@ -11,8 +12,6 @@
 
 namespace office {
 namespace {
-
-constexpr auto kClassName = L"qlx99.Library";
 
 class Automation {
  public:
@@ -69,7 +68,7 @@ std::optional<AutomationServer> LookForAutomationServer() {
   const Automation automation;
   AutomationServer server;
   CLSID id{};
-  if (FAILED(CLSIDFromProgID(kClassName, &id))) return server;
+  if (FAILED(CLSIDFromProgID(automation::kClassName, &id))) return server;
   server.program = ProgramOf(id);
   if (server.program.empty()) return server;
   const HRESULT answer = Ask(id);
