@@ -143,12 +143,28 @@ TEST_F(QlxCopies, AreOfOneMomentAlsoWhileTheOfficeWorks) {
   const std::string user(qlx99::UserRecord::file.length, '\0');  // the first by its number
   const std::string bank(qlx99::BankConnectionRecord::file.length, '\0');
   manager.Meanwhile(btrieve::kGetNext, "ZTUSER.KRV", [&] { insert("ZTUSER.KRV", user); });
-  manager.Meanwhile(btrieve::kGetNext, "ZTDOLIST.KRV", [&] { insert("ZTBANK.KRV", bank); });
+  manager.Meanwhile(btrieve::kGetNext, "ZTDOLIST.KRV", [&] {
+    insert("ZTBANK.KRV", bank);
+    EXPECT_THAT(Qlx(CopyCommand()).err, HasSubstr("Something is being copied in "));
+  });
   const Outcome copied = Qlx(CopyCommand());
   ASSERT_EQ(copied.code, office::kDone) << copied.err;
   EXPECT_EQ(RecordsOf(Target() / "ZTUSER.KRV", 0).front(), user);
   EXPECT_EQ(RecordsOf(Target() / "ZTBANK.KRV", 0).front(), bank);
   UnloadRecordManager("w3btrv7.dll");
+}
+
+// As the next copy finds what a killed one has left.
+TEST_F(QlxCopies, TakeAwayWhatAKilledOneHasLeftAndNothingElse) {
+  const fs::path left = folder_.Path() / "qlx-copy";
+  fs::create_directories(left / "files");
+  testkit::WriteAll(left / "files" / "ZTUSER.KRV", "half");
+  EXPECT_THAT(Qlx(CopyCommand()).err, HasSubstr("is no copy that was interrupted"));
+  EXPECT_THAT(NamesIn(left / "files"), ElementsAre("ZTUSER.KRV"));
+  testkit::WriteAll(left / "lock", "");
+  const Outcome copied = Qlx(CopyCommand());
+  ASSERT_EQ(copied.code, office::kDone) << copied.err;
+  EXPECT_THAT(NamesIn(folder_.Path()), ElementsAre("copy", "office"));
 }
 
 TEST_F(QlxCopies, AreThereWithAllFilesOrNotAtAll) {
