@@ -1,7 +1,6 @@
 #include "office/check_office.h"
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -73,24 +72,14 @@ std::string LookAtFile(const RecordManager& manager, const std::filesystem::path
 
 template <const qlx99::RegistryValue& value>
 std::string LookAtValue() {
-  const auto text = qlx99::ReadConfiguration<value>();
-  if (text && text->front() != '\0') return ShownText(text->data());
-  const qlx99::WholeText whole = qlx99::ReadWholeText(value);
-  const std::size_t length = whole == nullptr ? 0 : std::strlen(whole.get());
-  if (length >= value.size) {
-    throw Failure("has " + std::to_string(length) + " characters; the library reads at most " +
-                  std::to_string(value.size - 1) + ". Name a shorter path.");
-  }
-  throw Failure("is not set in " + RegistryPlace() +
-                (IsDelegated() ? "; install the office's programs on this machine."
-                               : "; `qlx setup DIR` sets it."));
+  return ShownText(ConfiguredText<value>());
 }
 
 std::string LookAtDataRoot() {
   std::string text = LookAtValue<qlx99::kDataRoot>();
-  std::error_code error;
-  if (std::filesystem::is_directory(ConfiguredDataRoot(), error)) return text;
-  throw Failure("there is no folder " + text +
+  const std::string lack = LackOf(ConfiguredDataRoot());
+  if (lack.empty()) return text;
+  throw Failure("there is " + lack +
                 "; connect its drive, or name another folder with `qlx setup DIR`.");
 }
 
