@@ -5,6 +5,7 @@
 #include <string>
 #include <system_error>
 
+#include "frame/attach.h"
 #include "frame/registry.h"
 #include "frame/sibling_library.h"
 #include "office/check_product.h"
@@ -21,6 +22,8 @@ namespace office {
 namespace {
 
 using qlx99::RecordLayout;
+
+constexpr const char* kManager = "record manager";
 
 std::string ReasonForKind() {
   const qlx99::WholeText programName = qlx99::ReadWholeText(qlx99::kProgramName);
@@ -98,6 +101,21 @@ std::string DescribeManager(const RecordManager& manager) {
          PathText(manager.File().parent_path());
 }
 
+// Which programs find it elsewhere, this one cannot know: it finds one beside itself, too.
+void LookAtPlaceOf(Report& report, const RecordManager& manager) {
+  const std::filesystem::path library = PathOfModule(qlx99::CurrentAttachment().module);
+  std::error_code error;
+  if (!manager.IsEmbedded() ||
+      std::filesystem::equivalent(manager.File().parent_path(), library.parent_path(), error)) {
+    return;
+  }
+  report.Doubtful(
+      kManager,
+      "it does not lie beside the library, so other programs find it only if its folder "
+      "is on their PATH. Put it into " +
+          PathText(library.parent_path()) + ".");
+}
+
 // A log without its file, or beside one of a record manager that makes none, waits for a file to
 // spoil. What lies beside a file of the embedded record manager, that one judges when it opens it.
 void LookForLeftovers(Report& report, const RecordManager& manager,
@@ -137,8 +155,8 @@ void LookAtRecordFiles(Report& report) {
   report.Add(qlx99::kDocuRoot.name, LookAtValue<qlx99::kDocuRoot>);
   report.Add(qlx99::kProgramRoot.name, LookAtValue<qlx99::kProgramRoot>);
   std::optional<RecordManager> manager;
-  const bool hasManager =
-      report.Add("record manager", [&] { return DescribeManager(manager.emplace()); });
+  const bool hasManager = report.Add(kManager, [&] { return DescribeManager(manager.emplace()); });
+  if (hasManager) LookAtPlaceOf(report, *manager);
   if (!hasFolder || !hasManager) return;
   LookAtFolders(report, *manager);
   const std::filesystem::path directory = ConfiguredDataRoot();

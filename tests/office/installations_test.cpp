@@ -82,6 +82,10 @@ TEST_F(QlxInstallations, AreCheckedForTheLibraryThatMacrosLoad) {
   EXPECT_THAT(good.out,
               AllOf(HasSubstr("  library         " + LibraryFile("qlx99")), HasSubstr(", " + bits),
                     HasSubstr(", embedded, in "), Not(HasSubstr("\n? "))));
+  const std::string alone = folder_.Text() + "/" + LibraryFile("qlx99");
+  std::filesystem::copy_file(testkit::ProductFolder() / LibraryFile("qlx99"), alone);
+  EXPECT_THAT(Qlx("office|check|--library|" + alone).out,
+              HasSubstr("\n? record manager  it does not lie beside the library"));
   const Outcome missing = check("qlx98.dll");
   EXPECT_EQ(missing.code, office::kFailed);
   EXPECT_THAT(missing.out, AllOf(HasSubstr("! library         "), HasSubstr("is not there")));
