@@ -51,8 +51,8 @@ class QlxCopies : public testing::Test {
   }
 
   // A file that only the case-management system knows, with several orders of its own.
-  // `lastKey` has the flags of the last of them.
-  void MakeForeignFile(const char* name, unsigned lastKey) const {
+  // `lastKey` and `firstKey` have the flags of the last and the first of them.
+  void MakeForeignFile(const char* name, unsigned lastKey, unsigned firstKey = 0) const {
     constexpr std::size_t kLength = 50;
     const auto key = [](std::size_t offset, unsigned flags) {
       return btrieve::DescribeKey(offset, 4, btrieve::kIntegerKey, flags);
@@ -61,7 +61,7 @@ class QlxCopies : public testing::Test {
     const office::RecordManager manager;
     TableFile::CreateOver(
         manager, path,
-        btrieve::DescribeFile(kLength, {key(0, 0), key(4, kRepeated), key(8, lastKey)}));
+        btrieve::DescribeFile(kLength, {key(0, firstKey), key(4, kRepeated), key(8, lastKey)}));
     TableFile file(manager, path, btrieve::kOpenNormal);
     const auto record = [](int id, int one, int other) {
       std::string bytes(kLength, static_cast<char>(id));
@@ -113,6 +113,9 @@ TEST_F(QlxCopies, HoldEveryByteAndEveryOrder) {
   }
   EXPECT_THAT(Qlx(CopyCommand()).err, HasSubstr("Nothing was copied"));
   testkit::WriteAll(folder_.Path() / "file", "");
+  MakeForeignFile("ZTFEST.KRV", btrieve::kKeyDuplicates, btrieve::kKeyDuplicates);
+  EXPECT_THAT(Qlx("office|copy|" + (folder_.Path() / "again").string()).err,
+              HasSubstr("ZTFEST.KRV cannot be copied: several of its keys "));
   for (const char* target : {"file", "qlx-copy"}) {
     EXPECT_THAT(Qlx("office|copy|" + (folder_.Path() / target).string()).err,
                 HasSubstr(std::string(target) + " cannot be the folder. Nothing was copied"));
