@@ -111,7 +111,7 @@ std::string UpperCase(std::string_view text) {
 }
 
 std::string Typed(std::string text) {
-  if (text.find(' ') == std::string::npos) return text;
+  if (text.find_first_of(" &()<>^|;'*?$#") == std::string::npos) return text;
   if (text.ends_with('\\')) text += '\\';  // or it would take the mark for a part of the text
   return '"' + text + '"';
 }

@@ -59,6 +59,10 @@ WorkingFolder::WorkingFolder(const fs::path& target, std::function<void()> letGo
   if (target_ == frame_ || (isOther && !isWithin_)) {
     throw Failure(PathText(target_) + " cannot be the folder. Nothing was copied; name another.");
   }
+  // Tried before anything is copied: its name or the rights may not allow it.
+  if (!isWithin_ && !(fs::create_directory(target_, error) && fs::remove(target_, error))) {
+    throw Failure("The folder " + PathText(target_) + " cannot be made: " + error.message());
+  }
   Claim();
   if (Clear() && fs::create_directory(path_, error)) return;
   throw Failure("The folder " + PathText(path_) +

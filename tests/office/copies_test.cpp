@@ -116,6 +116,8 @@ TEST_F(QlxCopies, HoldEveryByteAndEveryOrder) {
   MakeForeignFile("ZTFEST.KRV", btrieve::kKeyDuplicates, btrieve::kKeyDuplicates);
   EXPECT_THAT(Qlx("office|copy|" + (folder_.Path() / "again").string()).err,
               HasSubstr("ZTFEST.KRV cannot be copied: several of its keys "));
+  EXPECT_THAT(Qlx("office|copy|" + (folder_.Path() / "none" / "again").string()).err,
+              HasSubstr("again cannot be made: "));
   for (const char* target : {"file", "qlx-copy"}) {
     EXPECT_THAT(Qlx("office|copy|" + (folder_.Path() / target).string()).err,
                 HasSubstr(std::string(target) + " cannot be the folder. Nothing was copied"));
