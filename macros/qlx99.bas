@@ -274,7 +274,8 @@ Public Sub AddFollowUp(ByVal caseNumber As String, ByVal kindId As Long, ByVal d
 End Sub
 
 ' Takes what FollowUpAt gave, with some of its fields changed: KindId, DueDate, Text, UserId, SecondUserId,
-' PartyRecordId. What is as it was stays, even where AddFollowUp would not take it. Other fields are not looked at.
+' PartyRecordId. What is as it was stays, even where AddFollowUp would not take it; but a party that has left the case is
+' lost, as FollowUpAt is not told of it. Other fields are not looked at.
 Public Sub ChangeFollowUp(ByRef theFollowUp As QlxFollowUp)
     Dim asStored As QlxFollowUp, dateText As String
     asStored = FollowUpWithId(theFollowUp.CaseNumber, theFollowUp.Id)
@@ -454,6 +455,7 @@ End Function
 
 Private Function FollowUpRecord(ByVal caseNumber As String, ByVal atPosition As Long) As String
     Dim theBuffer As String
+    RequireCaseNumber caseNumber
     theBuffer = BufferFor(atPosition)
     WVNext caseNumber, CStr(atPosition), theBuffer
     FollowUpRecord = RecordIn(theBuffer)
@@ -461,6 +463,7 @@ End Function
 
 Private Function CasePartyRecord(ByVal caseNumber As String, ByVal atPosition As Long) As String
     Dim theBuffer As String
+    RequireCaseNumber caseNumber
     theBuffer = BufferFor(atPosition)
     BListeNext caseNumber, CStr(atPosition), theBuffer
     CasePartyRecord = RecordIn(theBuffer)
@@ -471,6 +474,7 @@ End Function
 ' record at all where another interface library answers and the user has not logged in.
 Private Function CaseRecord(ByVal caseNumber As String) As String
     Dim theBuffer As String
+    RequireCaseNumber caseNumber
     theBuffer = EmptyBuffer()
     SLesenDLL caseNumber, theBuffer
     CaseRecord = RecordIn(theBuffer)
@@ -483,6 +487,13 @@ End Function
 
 Private Sub RequireCase(ByVal caseNumber As String)
     CaseRecord caseNumber
+End Sub
+
+' Of a longer one the library would take the beginning, which may be another case's number.
+Private Sub RequireCaseNumber(ByVal caseNumber As String)
+    If Len(RTrim$(caseNumber)) > 8 Then
+        Fail qlxNotThere, "Die Akte " & caseNumber & " gibt es nicht: Aktennummern haben höchstens 8 Zeichen."
+    End If
 End Sub
 
 ' An address that is there has a blank at least, in its street.

@@ -1,11 +1,11 @@
 #include "office/check_office.h"
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <system_error>
 
+#include "frame/attach.h"
 #include "frame/registry.h"
 #include "frame/sibling_library.h"
 #include "office/check_product.h"
@@ -22,6 +22,8 @@ namespace office {
 namespace {
 
 using qlx99::RecordLayout;
+
+constexpr const char* kManager = "record manager";
 
 std::string ReasonForKind() {
   const qlx99::WholeText programName = qlx99::ReadWholeText(qlx99::kProgramName);
@@ -73,24 +75,14 @@ std::string LookAtFile(const RecordManager& manager, const std::filesystem::path
 
 template <const qlx99::RegistryValue& value>
 std::string LookAtValue() {
-  const auto text = qlx99::ReadConfiguration<value>();
-  if (text && text->front() != '\0') return ShownText(text->data());
-  const qlx99::WholeText whole = qlx99::ReadWholeText(value);
-  const std::size_t length = whole == nullptr ? 0 : std::strlen(whole.get());
-  if (length >= value.size) {
-    throw Failure("has " + std::to_string(length) + " characters; the library reads at most " +
-                  std::to_string(value.size - 1) + ". Name a shorter path.");
-  }
-  throw Failure("is not set in " + RegistryPlace() +
-                (IsDelegated() ? "; install the office's programs on this machine."
-                               : "; `qlx setup DIR` sets it."));
+  return ShownText(ConfiguredText<value>());
 }
 
 std::string LookAtDataRoot() {
   std::string text = LookAtValue<qlx99::kDataRoot>();
-  std::error_code error;
-  if (std::filesystem::is_directory(ConfiguredDataRoot(), error)) return text;
-  throw Failure("there is no folder " + text +
+  const std::string lack = LackOf(ConfiguredDataRoot());
+  if (lack.empty()) return text;
+  throw Failure("there is " + lack +
                 "; connect its drive, or name another folder with `qlx setup DIR`.");
 }
 
@@ -107,6 +99,21 @@ void LookForRightToWrite(Report& report, const char* what, const std::filesystem
 std::string DescribeManager(const RecordManager& manager) {
   return manager.Name() + (manager.IsEmbedded() ? ", embedded" : ", client/server") + ", in " +
          PathText(manager.File().parent_path());
+}
+
+// Which programs find it elsewhere, this one cannot know: it finds one beside itself, too.
+void LookAtPlaceOf(Report& report, const RecordManager& manager) {
+  const std::filesystem::path library = PathOfModule(qlx99::CurrentAttachment().module);
+  std::error_code error;
+  if (!manager.IsEmbedded() ||
+      std::filesystem::equivalent(manager.File().parent_path(), library.parent_path(), error)) {
+    return;
+  }
+  report.Doubtful(
+      kManager,
+      "it does not lie beside the library, so other programs find it only if its folder "
+      "is on their PATH. Put it into " +
+          PathText(library.parent_path()) + ".");
 }
 
 // A log without its file, or beside one of a record manager that makes none, waits for a file to
@@ -148,8 +155,8 @@ void LookAtRecordFiles(Report& report) {
   report.Add(qlx99::kDocuRoot.name, LookAtValue<qlx99::kDocuRoot>);
   report.Add(qlx99::kProgramRoot.name, LookAtValue<qlx99::kProgramRoot>);
   std::optional<RecordManager> manager;
-  const bool hasManager =
-      report.Add("record manager", [&] { return DescribeManager(manager.emplace()); });
+  const bool hasManager = report.Add(kManager, [&] { return DescribeManager(manager.emplace()); });
+  if (hasManager) LookAtPlaceOf(report, *manager);
   if (!hasFolder || !hasManager) return;
   LookAtFolders(report, *manager);
   const std::filesystem::path directory = ConfiguredDataRoot();

@@ -6,6 +6,7 @@
 #include <optional>
 #include <ostream>
 
+#include "office/argument_checks.h"
 #include "office/call_json.h"
 #include "office/check_office.h"
 #include "office/command_names.h"
@@ -44,18 +45,6 @@ constexpr const char* kCallNotes = R"(
 Arguments are texts, in the order in which a macro gives them but without its buffer. Those left out
 at the end are null pointers. The exports and their arguments:)";
 
-// A number or a folder that a script forgot to fill in.
-CLI::Validator NotEmpty() {
-  return {
-      [](const std::string& text) { return std::string(Trimmed(text).empty() ? "is empty" : ""); },
-      ""};
-}
-
-// The same for a role, which may be blank.
-CLI::Validator Filled() {
-  return {[](const std::string& text) { return std::string(text.empty() ? "is empty" : ""); }, ""};
-}
-
 // The options' and arguments' values, and the commands that are run with them.
 class CommandLine {
  public:
@@ -93,7 +82,7 @@ class CommandLine {
  private:
   void AddLetter() {
     CLI::App* letter = app_.add_subcommand("letter", "Write the letter that a macro would write");
-    letter->add_option("CASE", caseNumber_, "Case number")->required()->check(NotEmpty());
+    letter->add_option("CASE", caseNumber_, "Case number")->required()->check(CaseNumber());
     letter
         ->add_option("--role", role_,
                      "Addressee: M client, G opponent, V opposing counsel, C court, §M and §G "
@@ -125,7 +114,7 @@ class CommandLine {
   void AddFollowUps() {
     CLI::App* followUps =
         app_.add_subcommand("followups", "List the follow-ups of a case, soonest first");
-    followUps->add_option("CASE", caseNumber_, "Case number")->required()->check(NotEmpty());
+    followUps->add_option("CASE", caseNumber_, "Case number")->required()->check(CaseNumber());
     AddNoDialog(followUps);
     followUps->callback([this] {
       LookForUser();
@@ -216,7 +205,7 @@ class CommandLine {
       MakeGeneratedOffice(directory, cases_,
                           [&](auto done, auto all) { progress.Show(done, all); });
     }
-    out_ << "The office is in " << directory_ << ". `qlx setup " << directory_
+    out_ << "The office is in " << directory_ << ". `qlx setup " << Typed(directory_)
          << "` makes the library read it.\n";
   }
 
@@ -263,26 +252,37 @@ class CommandLine {
   int exitCode_ = kDone;
 };
 
-int Complain(std::ostream& err, const char* words, int code) {
+int Complain(std::ostream& err, const std::string& words, int code) {
   err << "qlx: " << words << "\n";
   return code;
 }
 
-}  // namespace
-
-int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+int RunCommand(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
   CommandLine commandLine(out, err);
   try {
     commandLine.Run(arguments);
-    if (!out.flush()) throw Failure("Not everything could be written to the output.");
     return commandLine.ExitCode();
   } catch (const CLI::ParseError& error) {
     return commandLine.Report(error);
   } catch (const WrongUsage& wrong) {
     return Complain(err, wrong.what(), kWrongUsage);
+  } catch (const std::filesystem::filesystem_error& error) {
+    return Complain(err,
+                    "The path " + PathText(error.path1()) + " cannot be used (error " +
+                        std::to_string(error.code().value()) +
+                        "): a name in it is too long or not allowed, or rights are missing.",
+                    kFailed);
   } catch (const std::exception& failure) {
     return Complain(err, failure.what(), kFailed);
   }
+}
+
+}  // namespace
+
+int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+  const int code = RunCommand(arguments, out, err);
+  if (out.flush()) return code;
+  return Complain(err, "Not everything could be written to the output.", kFailed);
 }
 
 }  // namespace office

@@ -51,6 +51,11 @@ using Commands = std::vector<const CLI::App*>;
                    " --help` lists all.");
 }
 
+void RequireOption(const CLI::App& command, const std::string& word, const std::string& path) {
+  if (command.get_option_no_throw(word) != nullptr) return;
+  throw WrongUsage("There is no option \"" + word + "\". `" + path + " --help` lists all.");
+}
+
 }  // namespace
 
 void RequireCommands(const CLI::App& program, const std::vector<std::string>& words) {
@@ -58,7 +63,8 @@ void RequireCommands(const CLI::App& program, const std::vector<std::string>& wo
   std::string path = at->get_name();
   for (const std::string& word : words) {
     const Commands commands = at->get_subcommands([](const CLI::App*) { return true; });
-    if (word.starts_with('-') || commands.empty()) return;
+    if (commands.empty()) return;
+    if (word.starts_with('-')) return RequireOption(*at, word, path);
     const auto found = std::ranges::find(commands, word, &CLI::App::get_name);
     if (found == commands.end()) RefuseWord(word, commands, path);
     at = *found;

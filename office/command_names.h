@@ -11,8 +11,8 @@ class App;
 
 namespace office {
 
-// Fails for the first word that stands in a command's place and is none, with the nearest there is.
-// What begins with a minus sign, and all behind it, is not looked at.
+// Fails for the first word that stands in a command's place and is none, with the nearest there is,
+// or is an option that does not exist. What stands behind an option is not looked at.
 void RequireCommands(const CLI::App& program, const std::vector<std::string>& words);
 
 }  // namespace office

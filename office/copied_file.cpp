@@ -66,6 +66,15 @@ std::vector<FileKey> KeysWithAnOrder(const std::vector<FileKey>& keys) {
   return ordered;
 }
 
+auto UniqueKeyIn(const std::vector<FileKey>& keys) {
+  return std::ranges::find(keys, false, &FileKey::hasDuplicates);
+}
+
+// For that each record has to be found, and its value of the key changed for a moment.
+bool CanBeRestored(const FileKey& key, const std::vector<FileKey>& keys) {
+  return key.isModifiable && UniqueKeyIn(keys) != keys.end();
+}
+
 // Takes the records along a key, and hands them on some at a time: in a transaction of the other
 // file nothing is read, as a record manager may keep all from writing what is read in one.
 template <class Body>
@@ -124,12 +133,17 @@ void CopiedFile::Copy(const Step& step) const {
     transaction.Commit();
     for (std::size_t i = 0; i < batch.size(); ++i) step();
   });
-  const auto unique = std::ranges::find(keys, false, &FileKey::hasDuplicates);
-  if (unique == keys.end()) return;
   for (const FileKey& key : std::span(ordered).subspan(1)) {
-    if (CountIfEqual(source, copy, key, [] {})) continue;
-    RestoreOrder(*to_, source, copy, key, *unique);
+    if (!CanBeRestored(key, keys) || CountIfEqual(source, copy, key, [] {})) continue;
+    RestoreOrder(*to_, source, copy, key, *UniqueKeyIn(keys));
   }
+}
+
+bool CopiedFile::KeepsItsOrder() const {
+  const std::vector<FileKey> keys = KeysOf(OpenSource().Facts());
+  const std::vector<FileKey> ordered = KeysWithAnOrder(keys);
+  return std::ranges::all_of(std::span(ordered).subspan(1),
+                             [&](const FileKey& key) { return CanBeRestored(key, keys); });
 }
 
 bool CopiedFile::IsComplete(const Step& step) const {

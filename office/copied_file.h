@@ -32,6 +32,10 @@ class CopiedFile {
   // whether that matters.
   void Copy(const Step& step) const;
 
+  // Whether a copy can be given the order of the file along each of its keys. Otherwise it has it
+  // by chance only.
+  bool KeepsItsOrder() const;
+
   // Reads all of both and returns whether they are equal.
   bool IsComplete(const Step& step) const;
 

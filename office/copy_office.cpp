@@ -94,8 +94,14 @@ void CopyUntilAllAreEqual(const std::vector<CopiedFile>& files, const CopyProgre
     });
   }
   if (unequal.empty()) return;
-  throw Failure(PathText(unequal.front().Name()) + " and its copy differed " +
-                std::to_string(kRounds) +
+  const std::string name = PathText(unequal.front().Name());
+  if (!unequal.front().KeepsItsOrder()) {
+    throw Failure(name +
+                  " cannot be copied: several of its keys allow repeated values, and the order of "
+                  "the records along all of them cannot be made again. Copy the files themselves "
+                  "while nobody works.");
+  }
+  throw Failure(name + " and its copy differed " + std::to_string(kRounds) +
                 " times. It is changed all the time, so copy it when less is going on; or the "
                 "record manager does not keep what it is given.");
 }

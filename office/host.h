@@ -1,6 +1,7 @@
 // What differs between the systems that the tool runs on.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <iosfwd>
 #include <optional>
@@ -49,6 +50,27 @@ std::string VersionOf(const std::filesystem::path& file);
 
 // Whether the folder is another machine's.
 bool IsOnNetworkDrive(const std::filesystem::path& folder);
+
+// A file that one program at a time holds, until it lets go of it or ends, however that is.
+class HeldFile {
+ public:
+  // Makes the file unless it is there. It is not held when somebody else has it, or when it cannot
+  // be made.
+  explicit HeldFile(const std::filesystem::path& path);
+  HeldFile(const HeldFile&) = delete;
+  HeldFile& operator=(const HeldFile&) = delete;
+
+  // Removes it if it was held.
+  ~HeldFile();
+
+  bool IsHeld() const { return handle_ != kNone; }
+
+ private:
+  static constexpr std::intptr_t kNone = -1;
+
+  std::filesystem::path path_;
+  std::intptr_t handle_ = kNone;
+};
 
 // Who is registered for the automation object qlx99.Library, and what came of asking for one.
 struct AutomationServer {

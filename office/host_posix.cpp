@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -8,6 +11,17 @@
 #include "platform/registry_file.h"
 
 namespace office {
+namespace {
+
+// A file may be removed between its opening and its locking; then the lock is nobody's.
+bool LiesAt(const std::filesystem::path& path, int file) {
+  struct stat opened {};
+  struct stat there {};
+  return fstat(file, &opened) == 0 && lstat(path.c_str(), &there) == 0 &&
+         opened.st_dev == there.st_dev && opened.st_ino == there.st_ino;
+}
+
+}  // namespace
 
 std::vector<std::string> CommandLineArguments(int count, char** texts) {
   return {texts + (count > 0 ? 1 : 0), texts + count};
@@ -59,6 +73,24 @@ std::string VersionOf(const std::filesystem::path& /*file*/) { return {}; }
 
 // Offices are on Windows.
 bool IsOnNetworkDrive(const std::filesystem::path& /*folder*/) { return false; }
+
+HeldFile::HeldFile(const std::filesystem::path& path) : path_(path) {
+  constexpr mode_t kForAll = 0666;
+  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kForAll);
+  if (file < 0) return;
+  if (flock(file, LOCK_EX | LOCK_NB) == 0 && LiesAt(path, file)) {
+    handle_ = file;
+  } else {
+    close(file);
+  }
+}
+
+// Removed before it is let go of, so that nobody takes it in between.
+HeldFile::~HeldFile() {
+  if (!IsHeld()) return;
+  unlink(path_.c_str());
+  close(static_cast<int>(handle_));
+}
 
 std::optional<AutomationServer> LookForAutomationServer() { return std::nullopt; }
 

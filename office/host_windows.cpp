@@ -83,4 +83,20 @@ bool IsOnNetworkDrive(const std::filesystem::path& folder) {
          GetDriveTypeW(root.c_str()) == DRIVE_REMOTE;
 }
 
+// Nobody else can open it while this is open.
+HeldFile::HeldFile(const std::filesystem::path& path)
+    : path_(path),
+      handle_(reinterpret_cast<std::intptr_t>(
+          CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
+                      FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr))) {
+  static_assert(kNone == -1);  // INVALID_HANDLE_VALUE
+}
+
+// Who takes it in between keeps it, as what is open cannot be removed.
+HeldFile::~HeldFile() {
+  if (!IsHeld()) return;
+  CloseHandle(reinterpret_cast<HANDLE>(handle_));
+  DeleteFileW(path_.c_str());
+}
+
 }  // namespace office

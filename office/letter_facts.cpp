@@ -4,6 +4,7 @@
 #include "office/failure.h"
 #include "office/letter.h"
 #include "office/readiness.h"
+#include "office/text_encoding.h"
 #include "office/unattended.h"
 
 namespace office {
@@ -27,7 +28,7 @@ DeliveredRecord CaseData(const std::string& caseNumber) {
   }
   DeliveredRecord record(called, delivered);
   if (record.IsComplete()) return record;
-  throw Failure("Case " + caseNumber + " cannot be read. `qlx call SLesenDLL " + caseNumber +
+  throw Failure("Case " + caseNumber + " cannot be read. `qlx call SLesenDLL " + Typed(caseNumber) +
                 "` shows what there is of it.");
 }
 

@@ -133,9 +133,9 @@ void TableFile::CreateOver(const RecordManager& manager, const std::filesystem::
 }
 
 TableFile::TableFile(const RecordManager& manager, const std::filesystem::path& directory,
-                     const qlx99::RecordLayout& layout)
+                     const qlx99::RecordLayout& layout, char mode)
     : TableFile(manager, directory / layout.file.name, layout.file.length, layout.file.length,
-                btrieve::kOpenNormal) {}
+                mode) {}
 
 TableFile::TableFile(const RecordManager& manager, const std::filesystem::path& path, char mode)
     : TableFile(manager, path, 0, kLongestRecord, mode) {}

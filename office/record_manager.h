@@ -71,10 +71,11 @@ class TableFile {
   static void CreateOver(const RecordManager& manager, const std::filesystem::path& path,
                          const std::string& description);
 
+  // `mode` as Open takes it.
   TableFile(const RecordManager& manager, const std::filesystem::path& directory,
-            const qlx99::RecordLayout& layout);
+            const qlx99::RecordLayout& layout, char mode = btrieve::kOpenNormal);
 
-  // A file of any make, whose records come as long as they are. `mode` as Open takes it.
+  // A file of any make, whose records come as long as they are.
   TableFile(const RecordManager& manager, const std::filesystem::path& path, char mode);
 
   TableFile(const TableFile&) = delete;

@@ -7,6 +7,7 @@
 #include "office/failure.h"
 #include "office/host.h"
 #include "office/new_office.h"
+#include "office/text_encoding.h"
 
 namespace office {
 namespace {
@@ -47,7 +48,8 @@ void RefuseToReplace(const std::vector<Setting>& settings, const std::filesystem
   }
   if (lines.empty()) return;
   throw Failure("There are other values in " + Place() + ":\n" + lines +
-                "Nothing was changed. `qlx setup " + PathText(root) + " --force` replaces them.");
+                "Nothing was changed. `qlx setup " + Typed(PathText(root)) +
+                " --force` replaces them.");
 }
 
 void WriteValue(const qlx99::RegistryValue& value, const std::string& text) {
@@ -72,7 +74,7 @@ std::string SetUp(const std::filesystem::path& directory, Replacing replacing) {
       std::filesystem::weakly_canonical(std::filesystem::absolute(directory));
   if (!std::filesystem::exists(root / qlx99::CaseRecord::file.name)) {
     throw Failure("There is no office in " + PathText(root) + ". `qlx office create " +
-                  PathText(directory) + "` makes one.");
+                  Typed(PathText(directory)) + "` makes one.");
   }
   const std::vector<Setting> settings = SettingsFor(root);
   if (replacing == Replacing::kNothing) RefuseToReplace(settings, root);

@@ -59,7 +59,7 @@ const RecordLayout& RecordFileNamed(std::string_view name) {
 void ShowFile(std::string_view name, Listing listing, std::ostream& out) {
   const RecordLayout& layout = RecordFileNamed(name);
   const RecordManager manager;
-  TableFile file(manager, ConfiguredDataRoot(), layout);
+  TableFile file(manager, ExistingDataRoot(), layout, btrieve::kOpenReadOnly);
   const bool inCsv = listing == Listing::kCsv;
   if (inCsv) out << CsvLine(layout, [](const FieldInfo& field) { return field.name; });
   for (auto record = file.First(); record; record = file.Next()) {

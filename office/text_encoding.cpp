@@ -110,6 +110,12 @@ std::string UpperCase(std::string_view text) {
   return upper;
 }
 
+std::string Typed(std::string text) {
+  if (text.find_first_of(" &()<>^|;'*?$#") == std::string::npos) return text;
+  if (text.ends_with('\\')) text += '\\';  // or it would take the mark for a part of the text
+  return '"' + text + '"';
+}
+
 std::string_view Trimmed(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r";
   const std::size_t begin = text.find_first_not_of(kBlanks);

@@ -26,6 +26,10 @@ std::string PaddedRight(std::string_view utf8, std::size_t columns);
 // Of letters without umlauts; all else stays as it is.
 std::string UpperCase(std::string_view text);
 
+// As it is typed on a command line: in quotation marks where a blank would divide it, or another
+// character mean something to the shell.
+std::string Typed(std::string text);
+
 // Without the blanks at both ends.
 std::string_view Trimmed(std::string_view text);
 

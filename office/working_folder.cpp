@@ -14,7 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kName = "qlx-copy";
+constexpr const char* kFrame = "qlx-copy";
+constexpr const char* kClaim = "lock";
+constexpr const char* kName = "files";
 
 // Absolute, and without a separator at its end.
 fs::path WholePath(const fs::path& path) {
@@ -31,32 +33,6 @@ bool Move(const fs::path& from, const fs::path& to) {
 
 }  // namespace
 
-WorkingFolder::WorkingFolder(const fs::path& target, std::function<void()> letGo)
-    : target_(WholePath(target)),
-      isWithin_(fs::is_directory(target_)),
-      path_((isWithin_ ? target_ : target_.parent_path()) / kName),
-      letGo_(std::move(letGo)) {
-  std::error_code error;
-  const bool isOther = fs::symlink_status(target_, error).type() != fs::file_type::not_found;
-  if (target_ == path_ || (isOther && !isWithin_)) {
-    throw Failure(PathText(target_) + " cannot be the folder. Nothing was copied; name another.");
-  }
-  if (fs::create_directory(path_, error)) return;
-  if (!error) {
-    throw Failure("There is a folder " + PathText(path_) +
-                  ": something is being copied, or was interrupted. If nothing is, remove it.");
-  }
-  throw Failure("The folder " + PathText(path_) + " cannot be made: " + error.message());
-}
-
-WorkingFolder::~WorkingFolder() {
-  Eventually([this] {
-    std::error_code error;
-    fs::remove_all(path_, error);
-    return !error;
-  });
-}
-
 // For some seconds: a record manager keeps files open for a moment, a virus scanner looks at them.
 template <class Attempt>
 bool WorkingFolder::Eventually(const Attempt& attempt) {
@@ -70,6 +46,58 @@ bool WorkingFolder::Eventually(const Attempt& attempt) {
     std::this_thread::sleep_for(kPause);
   }
   return true;
+}
+
+WorkingFolder::WorkingFolder(const fs::path& target, std::function<void()> letGo)
+    : target_(WholePath(target)),
+      isWithin_(fs::is_directory(target_)),
+      frame_((isWithin_ ? target_ : target_.parent_path()) / kFrame),
+      path_(frame_ / kName),
+      letGo_(std::move(letGo)) {
+  std::error_code error;
+  const bool isOther = fs::symlink_status(target_, error).type() != fs::file_type::not_found;
+  if (target_ == frame_ || (isOther && !isWithin_)) {
+    throw Failure(PathText(target_) + " cannot be the folder. Nothing was copied; name another.");
+  }
+  // Tried before anything is copied: its name or the rights may not allow it.
+  if (!isWithin_ && !(fs::create_directory(target_, error) && fs::remove(target_, error))) {
+    throw Failure("The folder " + PathText(target_) + " cannot be made: " + error.message());
+  }
+  Claim();
+  if (Clear() && fs::create_directory(path_, error)) return;
+  throw Failure("The folder " + PathText(path_) +
+                " cannot be made anew: a file in it is in use, or nothing can be written there.");
+}
+
+void WorkingFolder::Claim() {
+  std::error_code error;
+  const bool isNew = fs::create_directory(frame_, error);
+  if (error) {
+    throw Failure("The folder " + PathText(frame_) + " cannot be made: " + error.message());
+  }
+  if (!isNew && !fs::exists(frame_ / kClaim) && !fs::is_empty(frame_)) {
+    throw Failure("There is a folder " + PathText(frame_) +
+                  ", and what is in it is no copy that was interrupted. Move it away.");
+  }
+  if (claim_.emplace(frame_ / kClaim).IsHeld()) return;
+  fs::remove(frame_, error);  // if nobody has put anything in it
+  throw Failure("Something is being copied in " + PathText(frame_) +
+                ", or nothing can be written there. Wait for its end, or name another folder.");
+}
+
+WorkingFolder::~WorkingFolder() {
+  Clear();
+  claim_.reset();
+  std::error_code error;
+  fs::remove(frame_, error);
+}
+
+bool WorkingFolder::Clear() {
+  return Eventually([this] {
+    std::error_code error;
+    fs::remove_all(path_, error);
+    return !error;
+  });
 }
 
 // A file with something in it that is none of these belongs to a record manager at work, as its log

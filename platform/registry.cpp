@@ -42,12 +42,15 @@ std::string Environment(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-// The file itself, when the path leads to it by links.
+// The file itself, when the path leads to it by links, also where there is none yet.
 std::filesystem::path WrittenPath() {
-  const std::filesystem::path path = RegistryFilePath();
+  constexpr int kMostLinks = 40;
+  std::filesystem::path path = RegistryFilePath();
   std::error_code error;
-  std::filesystem::path whole = std::filesystem::weakly_canonical(path, error);
-  return error ? path : whole;
+  for (int i = 0; i < kMostLinks && std::filesystem::is_symlink(path, error); ++i) {
+    path = path.parent_path() / std::filesystem::read_symlink(path, error);
+  }
+  return path;
 }
 
 // Replaces the file in one step, so that readers see the old or the new one whole. Who may read it

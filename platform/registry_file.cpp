@@ -60,6 +60,9 @@ std::optional<std::string> TakeName(std::string_view& line) {
   return name;
 }
 
+// Of what stands outside of quotation marks.
+std::string_view WithoutComment(std::string_view data) { return TakeUntil(';', data); }
+
 template <class Number>
 std::optional<Number> HexIn(std::string_view digits) {
   Number number = 0;
@@ -88,12 +91,12 @@ std::optional<std::string> BytesOf(std::string_view numbers) {
 
 std::optional<RegistryValue> TextValue(const std::string& name, std::string_view data) {
   const std::optional<std::string> text = TakeQuoted(data);
-  if (!text || !data.empty()) return std::nullopt;
+  if (!text || !WithoutComment(data).empty()) return std::nullopt;
   return RegistryValue{name, *text + '\0'};
 }
 
 std::optional<RegistryValue> NumberValue(const std::string& name, std::string_view digits) {
-  const auto number = HexIn<DWORD>(digits);
+  const auto number = HexIn<DWORD>(WithoutComment(digits));
   if (!number) return std::nullopt;
   std::string bytes;
   for (DWORD left = *number; bytes.size() < sizeof left; left >>= 8U) {
@@ -109,7 +112,7 @@ std::optional<RegistryValue> ParseValue(std::string_view line) {
   if (line.starts_with('"')) return TextValue(*name, line);
   if (line.starts_with(kNumber)) return NumberValue(*name, line.substr(kNumber.size()));
   const auto type = TakeTypeOfBytes(line);
-  const auto bytes = BytesOf(line);
+  const auto bytes = BytesOf(WithoutComment(line));
   if (!type || !bytes) return std::nullopt;
   return RegistryValue{*name, *bytes, *type};
 }

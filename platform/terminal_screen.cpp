@@ -67,6 +67,13 @@ bool Act(Dialog& dialog, const std::string& answer) {
          dialog.Press(IDOK);
 }
 
+// A dialog without a button for it can only be closed, and the library takes the first line then.
+const char* MeaningOfNone(const Dialog& dialog) {
+  return std::ranges::find(dialog.Controls(), IDCANCEL, &Control::id) != dialog.Controls().end()
+             ? "Abbruch"
+             : "keine Wahl, es gilt die erste Zeile";
+}
+
 // On stderr, because stdout is for a program's data.
 class TerminalScreen final : public Screen {
  public:
@@ -84,7 +91,8 @@ class TerminalScreen final : public Screen {
     constexpr int kAttempts = 10;
     for (int attempt = 0; dialog.IsOpen(); ++attempt) {
       if (attempt == kAttempts) std::cin.setstate(std::ios::failbit);
-      std::cerr << "\nNummer (Eingabe = markierte Zeile, 0 = Abbruch): " << std::flush;
+      std::cerr << "\nNummer (Eingabe = markierte Zeile, 0 = " << MeaningOfNone(dialog)
+                << "): " << std::flush;
       std::string answer;
       if (!std::getline(std::cin, answer)) {
         std::cerr << '\n';

@@ -6,11 +6,6 @@
 #include "frame/bytes.h"
 
 namespace qlx99 {
-namespace {
-
-constexpr std::size_t kCaseNumberLength = 8;
-
-}  // namespace
 
 CaseNumberKey::CaseNumberKey(const char* caseNumber) {
   CopyBytes(BoundedText(caseNumber, kCaseNumberLength), bytes_.data(), kCaseNumberLength);

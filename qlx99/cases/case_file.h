@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -41,6 +42,9 @@ struct CaseRecord : RecordDeclaration<CaseRecord> {
 static_assert(IsSound<CaseRecord>());
 
 inline constexpr std::int32_t kNoCase = 0;
+
+// What counts of a case number.
+inline constexpr std::size_t kCaseNumberLength = 8;
 
 // The key under which the case file holds a case number: its first 8 bytes, zero bytes where it is
 // shorter, and two blanks. A call makes it before anything else: while it shows a dialog or a

@@ -52,6 +52,12 @@ Public Sub CheckPositions()
     Refused "a follow-up of an unknown case", qlxNotThere, "Die Akte 999 gibt es nicht"
     CasePartyAt "999", 1
     Refused "a party of an unknown case", qlxNotThere, "Die Akte 999 gibt es nicht"
+    FollowUpAt "12345678x", 1
+    Refused "a follow-up of a longer case number", qlxNotThere, "höchstens 8 Zeichen"
+    CasePartyAt "12345678x", 1
+    Refused "a party of a longer case number", qlxNotThere, "höchstens 8 Zeichen"
+    ReadCase "123456789"
+    Refused "a case of a longer number", qlxNotThere, "höchstens 8 Zeichen"
     FollowUpCount "999"
     Refused "follow-ups of an unknown case", qlxNotThere, "Die Akte 999 gibt es nicht"
     CasePartyCount "999"

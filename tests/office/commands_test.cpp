@@ -1,6 +1,8 @@
 // The tool's commands on the sample office, through the library and the embedded record manager.
 #include <gmock/gmock.h>
 
+#include <sstream>
+
 #include "office/command_line.h"
 #include "office/export_call.h"
 #include "office/record_manager.h"
@@ -70,8 +72,11 @@ const struct {
     {"", kWrongUsage, "subcommand is required"},
     {"bogus", kWrongUsage, "There is no command \"bogus\". `qlx --help` lists all.\n"},
     {"office|craete", kWrongUsage, "Did you mean \"create\"? `qlx office --help` "},
+    {"-x", kWrongUsage, "There is no option \"-x\". `qlx --help` lists all.\n"},
     {"foll|12345678", kWrongUsage, "Did you mean \"followups\"?"},
     {"letter||--role|M", kWrongUsage, "CASE: is empty"},
+    {"letter|12345678x", kWrongUsage, "CASE: has more than the 8 characters of a case number"},
+    {"followups|12345678  ", kDone, "Verjährung prüfen"},
     {"letter|--role||12345678", kWrongUsage, "--role: is empty"},
     {"office|copy|--to||copy", kWrongUsage, "--to: is empty"},
     {"office|create| ", kWrongUsage, "DIR: is empty"},
@@ -98,6 +103,11 @@ TEST_F(QlxCommands, SayWhatTheyDeliverOrWhyTheyDoNot) {
   EXPECT_EQ(again.code, kFailed);
   EXPECT_THAT(again.err, HasSubstr("Nothing was changed"));
   EXPECT_EQ(Qlx("office|show|ZTHISTO.KRV").out, numbersBefore) << "of refused letters";
+  EXPECT_THAT(Qlx("office|create|" + Folder() + "/a b/" + std::string(300, 'x')).err,
+              StartsWith("qlx: The "));
+  std::ostringstream full;
+  full.setstate(std::ios::badbit);
+  EXPECT_EQ(office::Run({"--help"}, full, full), kFailed);
 }
 
 TEST_F(QlxCommands, TellAScriptThatNothingWasDelivered) {

@@ -51,8 +51,8 @@ class QlxCopies : public testing::Test {
   }
 
   // A file that only the case-management system knows, with several orders of its own.
-  // `lastKey` has the flags of the last of them.
-  void MakeForeignFile(const char* name, unsigned lastKey) const {
+  // `lastKey` and `firstKey` have the flags of the last and the first of them.
+  void MakeForeignFile(const char* name, unsigned lastKey, unsigned firstKey = 0) const {
     constexpr std::size_t kLength = 50;
     const auto key = [](std::size_t offset, unsigned flags) {
       return btrieve::DescribeKey(offset, 4, btrieve::kIntegerKey, flags);
@@ -61,7 +61,7 @@ class QlxCopies : public testing::Test {
     const office::RecordManager manager;
     TableFile::CreateOver(
         manager, path,
-        btrieve::DescribeFile(kLength, {key(0, 0), key(4, kRepeated), key(8, lastKey)}));
+        btrieve::DescribeFile(kLength, {key(0, firstKey), key(4, kRepeated), key(8, lastKey)}));
     TableFile file(manager, path, btrieve::kOpenNormal);
     const auto record = [](int id, int one, int other) {
       std::string bytes(kLength, static_cast<char>(id));
@@ -113,6 +113,11 @@ TEST_F(QlxCopies, HoldEveryByteAndEveryOrder) {
   }
   EXPECT_THAT(Qlx(CopyCommand()).err, HasSubstr("Nothing was copied"));
   testkit::WriteAll(folder_.Path() / "file", "");
+  MakeForeignFile("ZTFEST.KRV", btrieve::kKeyDuplicates, btrieve::kKeyDuplicates);
+  EXPECT_THAT(Qlx("office|copy|" + (folder_.Path() / "again").string()).err,
+              HasSubstr("ZTFEST.KRV cannot be copied: several of its keys "));
+  EXPECT_THAT(Qlx("office|copy|" + (folder_.Path() / "none" / "again").string()).err,
+              HasSubstr("again cannot be made: "));
   for (const char* target : {"file", "qlx-copy"}) {
     EXPECT_THAT(Qlx("office|copy|" + (folder_.Path() / target).string()).err,
                 HasSubstr(std::string(target) + " cannot be the folder. Nothing was copied"));
@@ -143,12 +148,28 @@ TEST_F(QlxCopies, AreOfOneMomentAlsoWhileTheOfficeWorks) {
   const std::string user(qlx99::UserRecord::file.length, '\0');  // the first by its number
   const std::string bank(qlx99::BankConnectionRecord::file.length, '\0');
   manager.Meanwhile(btrieve::kGetNext, "ZTUSER.KRV", [&] { insert("ZTUSER.KRV", user); });
-  manager.Meanwhile(btrieve::kGetNext, "ZTDOLIST.KRV", [&] { insert("ZTBANK.KRV", bank); });
+  manager.Meanwhile(btrieve::kGetNext, "ZTDOLIST.KRV", [&] {
+    insert("ZTBANK.KRV", bank);
+    EXPECT_THAT(Qlx(CopyCommand()).err, HasSubstr("Something is being copied in "));
+  });
   const Outcome copied = Qlx(CopyCommand());
   ASSERT_EQ(copied.code, office::kDone) << copied.err;
   EXPECT_EQ(RecordsOf(Target() / "ZTUSER.KRV", 0).front(), user);
   EXPECT_EQ(RecordsOf(Target() / "ZTBANK.KRV", 0).front(), bank);
   UnloadRecordManager("w3btrv7.dll");
+}
+
+// As the next copy finds what a killed one has left.
+TEST_F(QlxCopies, TakeAwayWhatAKilledOneHasLeftAndNothingElse) {
+  const fs::path left = folder_.Path() / "qlx-copy";
+  fs::create_directories(left / "files");
+  testkit::WriteAll(left / "files" / "ZTUSER.KRV", "half");
+  EXPECT_THAT(Qlx(CopyCommand()).err, HasSubstr("is no copy that was interrupted"));
+  EXPECT_THAT(NamesIn(left / "files"), ElementsAre("ZTUSER.KRV"));
+  testkit::WriteAll(left / "lock", "");
+  const Outcome copied = Qlx(CopyCommand());
+  ASSERT_EQ(copied.code, office::kDone) << copied.err;
+  EXPECT_THAT(NamesIn(folder_.Path()), ElementsAre("copy", "office"));
 }
 
 TEST_F(QlxCopies, AreThereWithAllFilesOrNotAtAll) {

@@ -82,6 +82,10 @@ TEST_F(QlxInstallations, AreCheckedForTheLibraryThatMacrosLoad) {
   EXPECT_THAT(good.out,
               AllOf(HasSubstr("  library         " + LibraryFile("qlx99")), HasSubstr(", " + bits),
                     HasSubstr(", embedded, in "), Not(HasSubstr("\n? "))));
+  const std::string alone = folder_.Text() + "/" + LibraryFile("qlx99");
+  std::filesystem::copy_file(testkit::ProductFolder() / LibraryFile("qlx99"), alone);
+  EXPECT_THAT(Qlx("office|check|--library|" + alone).out,
+              HasSubstr("\n? record manager  it does not lie beside the library"));
   const Outcome missing = check("qlx98.dll");
   EXPECT_EQ(missing.code, office::kFailed);
   EXPECT_THAT(missing.out, AllOf(HasSubstr("! library         "), HasSubstr("is not there")));
@@ -110,6 +114,9 @@ TEST_F(QlxInstallations, AreCheckedForARecordManagerThatMayWrite) {
   EXPECT_THAT(Qlx("office|check").out,
               AllOf(HasSubstr("ZTUSER.KRV: it may not be written; check the "),
                     HasSubstr("ZTCASE.KRV: what lies beside it (its name with ")));
+  manager.Forget();
+  EXPECT_EQ(Qlx("office|show|ZTUSER").code, office::kDone);
+  EXPECT_EQ(manager.Calls().front().keyNumber, btrieve::kOpenReadOnly);
   UnloadRecordManager("w3btrv7.dll");
 }
 
@@ -129,19 +136,24 @@ TEST(QlxConfiguration, IsCheckedForWhatItsKindNeeds) {
               AllOf(HasSubstr("telq32.exe; connect its drive, "),
                     HasSubstr("qlx02.dll cannot be loaded (error 126); ")));
   its.IsNotConfigured("MappingRoot");
-  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! MappingRoot     is not set in "));
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! MappingRoot     is not set below "));
   EXPECT_EQ(Qlx("call|UserInit").out, "kind: delegated\nresult: 0  (number of users)\n");
   its.IsNotConfigured("ProgramName");
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   its.IsNotConfigured("DataRoot");
-  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! DataRoot        is not set in "));
+  EXPECT_THAT(Qlx("office|check").out, HasSubstr("! DataRoot        is not set below "));
   for (const char* command : {"letter|12345678", "followups|12345678", "office|show|ztcase"}) {
-    EXPECT_THAT(Qlx(command).err,
-                HasSubstr("No office is configured: there is no DataRoot below "));
+    EXPECT_THAT(Qlx(command).err, HasSubstr("No office is configured: DataRoot is not set below "));
   }
   its.IsConfigured("DataRoot", std::string(200, '/'));
   EXPECT_THAT(Qlx("office|check").out,
               HasSubstr("! DataRoot        has 200 characters; the library reads at most 199. "));
+  EXPECT_THAT(Qlx("letter|12345678").err, HasSubstr("DataRoot has 200 characters; "));
+  const TemporaryFolder empty;
+  its.IsConfigured("DataRoot", empty.Text());
+  EXPECT_THAT(Qlx("office|check").out,
+              AllOf(HasSubstr("! DataRoot        there is no record file (ZT*.KRV) in the folder "),
+                    Not(HasSubstr("ZTUSER"))));
   its.IsConfigured("DataRoot", "/nowhere");
   for (const char* command : {"letter|12345678", "office|copy|backup"}) {
     EXPECT_THAT(Qlx(command).err, HasSubstr("There is no folder /nowhere, which DataRoot "));
@@ -165,6 +177,7 @@ TEST_F(QlxInstallations, ReplaceEachOtherOnlyWhenAsked) {
   EXPECT_EQ(refused.code, office::kFailed);
   EXPECT_THAT(refused.err, AllOf(HasSubstr("\n  DataRoot = " + folder_.Text() + "\n"),
                                  HasSubstr("Nothing was changed. `qlx setup " + second.Text())));
+  EXPECT_THAT(Qlx("setup|no office").err, HasSubstr("`qlx office create \"no office\"` makes"));
   EXPECT_THAT(Qlx("office|check").out, HasSubstr("DataRoot        " + folder_.Text() + "\n"));
   EXPECT_THAT(Qlx("setup|--force|" + second.Text()).out,
               HasSubstr("DataRoot = " + second.Text() + "  (before: " + folder_.Text() + ")\n"));

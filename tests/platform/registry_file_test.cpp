@@ -70,9 +70,9 @@ TEST(RegistrationText, IsUnderstoodInEveryForm) {
 TEST(RegistrationText, MayHaveLinesThatMeanNothing) {
   const std::string key = "HKEY_LOCAL_MACHINE\\Key";
   for (const char* line :
-       {"rubbish", R"("x)", R"("x")", R"("x"=)", R"("x"="open)", R"("x"="a"b)", R"("x"=dword:1g)",
-        R"("x"=hex(1):1g)", R"("x"=hex(1):100)", R"("x"=hex(1:00)", R"("x"=-)", "=", R"("\)", "[",
-        "[]", "@", "\xFF\xFE"}) {
+       {"rubbish", R"("x)", R"("x")", R"("x"=)", R"("x"="open)", R"("x"="a"b)", R"("x"="a"b;c)",
+        R"("x"=dword:1g)", R"("x"=hex(1):1g)", R"("x"=hex(1):100)", R"("x"=hex(1:00)", R"("x"=-)",
+        "=", R"("\)", "[", "[]", "@", "\xFF\xFE"}) {
     const std::string text =
         "\"of no\"=\"key\"\r\n[" + key + "]\r\n" + line + "\r\n\"a\"=\"b\"\r\n";
     RegistryFile file = RegistryFile::Parse(text);
@@ -140,7 +140,14 @@ TEST_F(RegistrationFile, StaysWhereALinkLeadsToAndPrivate) {
   std::filesystem::create_directory(file.parent_path());
   testkit::WriteAll(file, "REGEDIT4\n");
   std::filesystem::permissions(file, perms::owner_read | perms::owner_write);
+  const std::filesystem::path toNothing = registry_.Folder() / "other.reg";
+  std::filesystem::create_symlink("kept/none.reg", toNothing);
+  setenv("QLX99_REGISTRY", toNothing.c_str(), 1);
+  EXPECT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
+  EXPECT_TRUE(std::filesystem::is_symlink(toNothing));
+  EXPECT_TRUE(std::filesystem::exists(toNothing));
   std::filesystem::create_symlink("kept/own.reg", Path());
+  setenv("QLX99_REGISTRY", Path().c_str(), 1);
   EXPECT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
   EXPECT_TRUE(std::filesystem::is_symlink(Path()));
   EXPECT_THAT(testkit::ReadAll(file), testing::EndsWith("\"value\"=\"new\"\n"));
@@ -171,7 +178,7 @@ TEST_F(RegistrationFile, LiesWhereTheEnvironmentSays) {
   EXPECT_TRUE(std::filesystem::exists(folder + "/qlx99/registry.reg"));
 }
 
-TEST(QlxRegistryFile, IsNamedWhenItIsNoFile) {
+TEST(QlxRegistryFile, IsNamedWithWhatIsWrongInIt) {
   const testkit::PrivateRegistry registry;
   const std::string folder = registry.Folder().string();
   for (const char* command : {"office|check", "letter|1", "followups|1", "call|UserInit"}) {
@@ -182,6 +189,13 @@ TEST(QlxRegistryFile, IsNamedWhenItIsNoFile) {
     EXPECT_THAT(Qlx(command).err, testing::HasSubstr(folder + " cannot be read: it is a folder."));
   }
   EXPECT_THAT(Qlx("setup|" + folder).err, testing::HasSubstr("cannot be read: it is a folder."));
+  setenv("QLX99_REGISTRY", (folder + "/hand.reg").c_str(), 1);
+  testkit::WriteAll(folder + "/hand.reg", R"([HKEY_LOCAL_MACHINE\SOFTWARE\Quorvane\Stelvora\Options]
+"DataRoot"=dword:1 ; a number
+"DocuRoot"="here" ; a comment)");
+  EXPECT_THAT(Qlx("office|check").out,
+              testing::AllOf(testing::HasSubstr("DataRoot        is a number (REG_DWORD) in the "),
+                             testing::HasSubstr("  DocuRoot        here\n")));
 }
 
 }  // namespace

@@ -72,13 +72,16 @@ TEST_F(Terminal, TakesTheLineOfTheNumberAndAsksAgainButNotForEver) {
                           "> 1  Sparkasse                47 11\n"
                           "  2  Volksbank                8\n"
                           "  3   [2J                     8\n"
-                          "Nummer (Eingabe = markierte Zeile, 0 = Abbruch): "));
+                          "Nummer (Eingabe = markierte Zeile, 0 = keine Wahl, es gilt die erste "
+                          "Zeile): "));
   EXPECT_THAT(Shown(), HasSubstr("Diese Nummer steht nicht zur Wahl."));
 }
 
 TEST_F(Terminal, ShowsMessagesAndWhatStandsBesideLabels) {
   Typing("0\n", [&](char* b) { return library->BLesenDLL("  ", "12345678", "", "", b); });
-  EXPECT_THAT(Shown(), HasSubstr("\nAktennummer: 12345678  \nRubrum: Müller ./. Schmidt"));
+  EXPECT_THAT(Shown(),
+              testing::AllOf(HasSubstr("\nAktennummer: 12345678  \nRubrum: Müller ./. Schmidt"),
+                             testing::EndsWith("(Eingabe = markierte Zeile, 0 = Abbruch): ")));
   office.IsNotConfigured("DataRoot");
   EXPECT_EQ(library->UserInit(), 0);
   EXPECT_THAT(Shown(), testing::EndsWith("\nSystemmeldung !\nDatenpfad nicht gefunden !\n "
