@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <sched.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -71,6 +72,15 @@ TEST_F(PosixFiles, AreTheSameByEveryPath) {
   EXPECT_EQ(other.Do("insert"), "2") << "not a second database that waits for the first";
   EXPECT_EQ(client.Do("end"), "ok");
   EXPECT_EQ(other.Do("first, next*"), "1 2 !9");
+}
+
+TEST_F(PosixFiles, BesideAPipeInPlaceOfTheirJournalAreRefused) {
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  testkit::ReleaseEmbedded();
+  ASSERT_EQ(mkfifo((path + "-journal").c_str(), 0600), 0);
+  EXPECT_EQ(client.Open(path), kPermissionError);
+  std::filesystem::remove(path + "-journal");
+  EXPECT_EQ(Opened(path).Do("first"), "1");
 }
 
 TEST_F(PosixFiles, OfTheSameNameInTwoFoldersAreKeptApart) {
