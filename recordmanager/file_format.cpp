@@ -72,6 +72,8 @@ int MoveIntoPlace(const std::string& from, const std::string& to, bool replace) 
       return btrieve::kFileExists;
     case MoveResult::kTargetInUse:
       return btrieve::kFileInUse;
+    case MoveResult::kInvalidName:
+      return btrieve::kInvalidFileName;
     default:
       return btrieve::kPermissionError;
   }
