@@ -258,7 +258,7 @@ void RecordFile::ForgetRecords() {
 }
 
 void RecordFile::Settle() {
-  if (!inTransaction_ && connection_.HasLogToMove()) connection_.Checkpoint();
+  if (!inTransaction_ && connection_.HasLogToEmpty()) connection_.Checkpoint();
 }
 
 }  // namespace recordmanager

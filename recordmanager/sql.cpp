@@ -6,6 +6,7 @@
 
 #include "recordmanager/host_files.h"
 #include "recordmanager/patient_files.h"
+#include "recordmanager/raw_file.h"
 
 namespace recordmanager {
 namespace {
@@ -176,9 +177,12 @@ bool Connection::IsReplaced() const {
          InspectFile(sqlite3_db_filename(handle_, "main")).kind != FileKind::kMissing;
 }
 
-bool Connection::HasLogToMove() {
-  constexpr std::size_t kPagesInLog = 4;
-  return ReadLogState()[kPagesInLog] != 0;
+bool Connection::HasLogToEmpty() const {
+  sqlite3_file* log = nullptr;
+  std::int64_t bytes = 0;
+  return logged_ &&
+         sqlite3_file_control(handle_, "main", SQLITE_FCNTL_JOURNAL_POINTER, &log) == SQLITE_OK &&
+         RawFile(log).Size(bytes) == btrieve::kSuccess && bytes != 0;
 }
 
 int Connection::Prepare(const std::string& sql, Statement& statement) {

@@ -115,8 +115,9 @@ class Connection {
   // Whether another file has taken this one's place, and with it what lies beside: the log.
   bool IsReplaced() const;
 
-  // Whether the log holds changes that somebody still has to move into the file.
-  bool HasLogToMove();
+  // Whether there is anything in the log: changes that somebody still has to move into the file, or
+  // what remains of a transaction that was taken back.
+  bool HasLogToEmpty() const;
 
   int Prepare(const std::string& sql, Statement& statement);
   int Execute(const char* sql);
