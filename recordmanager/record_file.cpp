@@ -124,8 +124,13 @@ int RecordFile::ReadChange(std::int64_t& change) {
 }
 
 RecordVersion RecordFile::VersionOf(std::int64_t id, std::int64_t version) const {
-  const bool isUncertain = inTransaction_ && version > changeBefore_;
+  const bool isUncertain = inTransaction_ && version > ChangeBefore(transaction_);
   return {id, version, isUncertain ? transaction_ : 0};
+}
+
+bool RecordFile::IsTakenBack(const RecordVersion& version) const {
+  if (version.transaction == 0 || version.transaction == transaction_) return false;
+  return !IsKnown(version.transaction) || version.version > ChangeBefore(version.transaction);
 }
 
 int RecordFile::NumberRecord(std::span<std::uint8_t> record) {
@@ -174,8 +179,7 @@ int RecordFile::LoadEntries(const RecordVersion& version, std::vector<Entry>& en
   const StatementUse use(loadEntries_);
   const int result = loadEntries_.Bind(1, version.id).Step();
   if (result != SQLITE_ROW && result != SQLITE_DONE) return StatusOf(result);
-  const bool isTakenBack = version.transaction != 0 && version.transaction != transaction_;
-  if (result == SQLITE_DONE || loadEntries_.Integer(0) != version.version || isTakenBack) {
+  if (result == SQLITE_DONE || loadEntries_.Integer(0) != version.version || IsTakenBack(version)) {
     return btrieve::kConflict;
   }
   entries.clear();
@@ -221,7 +225,7 @@ int RecordFile::Begin() {
   if (inTransaction_) return btrieve::kSuccess;
   if (const int status = BeginWriting(); status != btrieve::kSuccess) return status;
   inTransaction_ = true;
-  const int status = ReadChange(changeBefore_);
+  const int status = ReadChange(ChangeBefore(transaction_));
   if (status != btrieve::kSuccess) RollBack();
   return status;
 }
