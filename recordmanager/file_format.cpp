@@ -130,6 +130,9 @@ int SetJournal(const std::string& path, Connection& connection) {
   } else if (status == btrieve::kSuccess) {
     status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
     if (status == btrieve::kSuccess && mode != "truncate") return btrieve::kFileInUse;
+    // What a transaction has changed goes to the file early only if the cache has no room for it,
+    // not for lack of memory: from then on, nobody can read the file.
+    if (status == btrieve::kSuccess) status = connection.Execute("PRAGMA cache_spill = -2048");
   }
   return status;
 }
