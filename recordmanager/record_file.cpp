@@ -75,7 +75,8 @@ int RecordFile::Prepare() {
 template <typename Body>
 int RecordFile::Write(Body body) {
   if (inTransaction_) {
-    const int status = connection_.IsInTransaction() ? body() : btrieve::kIoError;
+    int status = GivenUp();
+    if (status == btrieve::kSuccess) status = Noted(body());
     memory_.Note(*this);
     return status;
   }
@@ -103,6 +104,19 @@ int RecordFile::BeginWriting() {
   // Only now there is a journal to number the state by.
   if (status == btrieve::kSuccess && !connection_.IsLogged()) status = RenewState();
   if (status != btrieve::kSuccess && connection_.IsInTransaction()) rollBack_.Run();
+  return status;
+}
+
+int RecordFile::GivenUp() const {
+  if (givenUp_ != btrieve::kSuccess || connection_.IsInTransaction()) return givenUp_;
+  return btrieve::kIoError;
+}
+
+// To be told what came of each use of the file within a transaction.
+int RecordFile::Noted(int status) {
+  if (inTransaction_ && givenUp_ == btrieve::kSuccess && !connection_.IsInTransaction()) {
+    givenUp_ = status;
+  }
   return status;
 }
 
@@ -225,6 +239,7 @@ int RecordFile::Begin() {
   if (inTransaction_) return btrieve::kSuccess;
   if (const int status = BeginWriting(); status != btrieve::kSuccess) return status;
   inTransaction_ = true;
+  givenUp_ = btrieve::kSuccess;
   const int status = ReadChange(ChangeBefore(transaction_));
   if (status != btrieve::kSuccess) RollBack();
   return status;
@@ -232,7 +247,8 @@ int RecordFile::Begin() {
 
 int RecordFile::Commit() {
   if (!inTransaction_) return btrieve::kSuccess;
-  const int status = connection_.IsInTransaction() ? commit_.Run() : btrieve::kIoError;
+  int status = GivenUp();
+  if (status == btrieve::kSuccess) status = commit_.Run();
   memory_.Note(*this);
   if (status == btrieve::kSuccess) {
     inTransaction_ = false;

@@ -80,8 +80,8 @@ class RecordFile {
   int CountValues(const Key& key, std::int64_t& count);
 
   // A transaction holds the file against other writers from Begin to Commit or RollBack. Repeating
-  // a call is harmless. When SQLite had to give the transaction up, writes and Commit return
-  // status 2.
+  // a call is harmless. When SQLite had to give the transaction up, writes and Commit return the
+  // status that it was given up for.
   int Begin();
   int Commit();
   void RollBack();
@@ -128,6 +128,8 @@ class RecordFile {
   int Write(Body body);
   int BeginWriting();
   int RenewState();
+  int GivenUp() const;
+  int Noted(int status);
   int NextChange(std::int64_t& change);
   int ReadChange(std::int64_t& change);
   RecordVersion VersionOf(std::int64_t id, std::int64_t version) const;
@@ -156,7 +158,8 @@ class RecordFile {
   Statement begin_, commit_, rollBack_, renewState_, countChange_, readChange_, loadEntries_,
       insert_, rewrite_, rekey_, delete_;
   bool inTransaction_ = false;
-  std::uint32_t transaction_ = 1;  // another one after each that is taken back
+  int givenUp_ = btrieve::kSuccess;  // what for, if SQLite has
+  std::uint32_t transaction_ = 1;    // another one after each that is taken back
   // The last change before this one, and before each of the last that were taken back.
   std::array<std::int64_t, 256> changesBefore_{};
 };

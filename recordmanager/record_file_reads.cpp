@@ -40,7 +40,7 @@ int RecordFile::ReadWhatIs(Body body) {
     if (isStale_) continue;
     status = body();
     isStale_ = connection_.IsUnchanging() && !IsUnchanged(connection_);
-    if (!isStale_) return status;
+    if (!isStale_) return Noted(status);
     status = btrieve::kRecordInUse;
   }
   return status;

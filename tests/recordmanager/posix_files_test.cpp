@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 #include <sched.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -72,15 +71,6 @@ TEST_F(PosixFiles, AreTheSameByEveryPath) {
   EXPECT_EQ(other.Do("insert"), "2") << "not a second database that waits for the first";
   EXPECT_EQ(client.Do("end"), "ok");
   EXPECT_EQ(other.Do("first, next*"), "1 2 !9");
-}
-
-TEST_F(PosixFiles, BesideAPipeInPlaceOfTheirJournalAreRefused) {
-  EXPECT_EQ(client.Do("insert, close"), "1 ok");
-  testkit::ReleaseEmbedded();
-  ASSERT_EQ(mkfifo((path + "-journal").c_str(), 0600), 0);
-  EXPECT_EQ(client.Open(path), kPermissionError);
-  std::filesystem::remove(path + "-journal");
-  EXPECT_EQ(Opened(path).Do("first"), "1");
 }
 
 TEST_F(PosixFiles, OfTheSameNameInTwoFoldersAreKeptApart) {
@@ -231,6 +221,10 @@ TEST_F(PosixFiles, ThatMayNotBecomeLargerSaySo) {
     outcomes += client.Do("insert") + ' ';
   }
   EXPECT_THAT(outcomes, testing::MatchesRegex("1 2 .*!18 "));
+  const std::string large = InFolder("LARGE.KRV");
+  const KeyDescription key = DescribeKey(0, 4, kIntegerKey, kKeyDuplicates);
+  ASSERT_EQ(Create(large, DescribeFile(client.length, {key})), kSuccess);
+  EXPECT_THAT(Opened(large).Do("begin, insert*, insert, end"), testing::EndsWith("!18 !18 !18"));
   setrlimit(RLIMIT_FSIZE, &limit);
   std::signal(SIGXFSZ, before);
   EXPECT_EQ(client.Do("first, next, insert, close").find('!'), std::string::npos);
