@@ -262,6 +262,7 @@ void RecordFile::RollBack() {
   if (!inTransaction_) return;
   const UnlessCommitted takenBack(connection_, rollBack_);
   inTransaction_ = false;
+  leftLog_ = true;
   ++transaction_;
 }
 
@@ -278,7 +279,8 @@ void RecordFile::ForgetRecords() {
 }
 
 void RecordFile::Settle() {
-  if (!inTransaction_ && connection_.HasLogToEmpty()) connection_.Checkpoint();
+  if (inTransaction_ || !(leftLog_ || connection_.HasLogToMove())) return;
+  leftLog_ = !connection_.Checkpoint();
 }
 
 }  // namespace recordmanager

@@ -160,6 +160,7 @@ class RecordFile {
   bool inTransaction_ = false;
   int givenUp_ = btrieve::kSuccess;  // what for, if SQLite has
   std::uint32_t transaction_ = 1;    // another one after each that is taken back
+  bool leftLog_ = false;             // what was taken back may still lie in the log
   // The last change before this one, and before each of the last that were taken back.
   std::array<std::int64_t, 256> changesBefore_{};
 };

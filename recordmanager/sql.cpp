@@ -6,7 +6,6 @@
 
 #include "recordmanager/host_files.h"
 #include "recordmanager/patient_files.h"
-#include "recordmanager/raw_file.h"
 
 namespace recordmanager {
 namespace {
@@ -177,12 +176,9 @@ bool Connection::IsReplaced() const {
          InspectFile(sqlite3_db_filename(handle_, "main")).kind != FileKind::kMissing;
 }
 
-bool Connection::HasLogToEmpty() const {
-  sqlite3_file* log = nullptr;
-  std::int64_t bytes = 0;
-  return logged_ &&
-         sqlite3_file_control(handle_, "main", SQLITE_FCNTL_JOURNAL_POINTER, &log) == SQLITE_OK &&
-         RawFile(log).Size(bytes) == btrieve::kSuccess && bytes != 0;
+bool Connection::HasLogToMove() {
+  constexpr std::size_t kPagesInLog = 4;
+  return ReadLogState()[kPagesInLog] != 0;
 }
 
 int Connection::Prepare(const std::string& sql, Statement& statement) {
@@ -229,11 +225,13 @@ std::size_t Connection::PageBytes() const {
   return static_cast<std::size_t>(bytes);
 }
 
-void Connection::Checkpoint() {
-  if (IsReplaced()) return;
+bool Connection::Checkpoint() {
+  if (IsReplaced()) return false;
   sqlite3_busy_handler(handle_, nullptr, nullptr);
-  sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+  const int result =
+      sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
   sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+  return result == SQLITE_OK;
 }
 
 int Connection::WaitForLock(void* connection, int attempt) {

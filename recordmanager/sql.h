@@ -115,9 +115,8 @@ class Connection {
   // Whether another file has taken this one's place, and with it what lies beside: the log.
   bool IsReplaced() const;
 
-  // Whether there is anything in the log: changes that somebody still has to move into the file, or
-  // what remains of a transaction that was taken back.
-  bool HasLogToEmpty() const;
+  // Whether the log holds changes that somebody still has to move into the file.
+  bool HasLogToMove();
 
   int Prepare(const std::string& sql, Statement& statement);
   int Execute(const char* sql);
@@ -130,9 +129,9 @@ class Connection {
   void ForgetPages();
   std::size_t PageBytes() const;
 
-  // Moves what the log (in WAL mode) holds into the file and empties the log, unless others are
+  // Moves what the log (in WAL mode) holds into the file and empties the log. False when others are
   // using it just now, or the file was replaced.
-  void Checkpoint();
+  bool Checkpoint();
 
  private:
   bool MarkUse();
