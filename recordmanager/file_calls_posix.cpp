@@ -1,6 +1,7 @@
 // What SQLite asks of the system, where it should ask for more.
 #include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -12,9 +13,19 @@
 namespace recordmanager {
 namespace {
 
+// In the place of a log, a pipe would keep whoever opens it waiting for its other end.
+bool IsPipe(const char* path) {
+  struct stat facts {};
+  return stat(path, &facts) == 0 && S_ISFIFO(facts.st_mode);
+}
+
 // In a folder where nobody may delete what others have made, the kernel may refuse to make a file
 // that another user has made already, as a log.
 int Open(const char* path, int flags, int rights) {
+  if (IsPipe(path)) {
+    errno = EINVAL;
+    return -1;
+  }
   const int made = open(path, flags, rights);
   if (made >= 0 || errno != EACCES || (flags & (O_CREAT | O_EXCL)) != O_CREAT) return made;
   const int found = open(path, flags & ~O_CREAT);

@@ -68,6 +68,8 @@ int MoveIntoPlace(const std::string& from, const std::string& to, bool replace) 
       return btrieve::kFileExists;
     case MoveResult::kTargetInUse:
       return btrieve::kFileInUse;
+    case MoveResult::kInvalidName:
+      return btrieve::kInvalidFileName;
     default:
       return btrieve::kPermissionError;
   }
@@ -124,6 +126,9 @@ int SetJournal(const std::string& path, Connection& connection) {
   } else if (status == btrieve::kSuccess) {
     status = connection.QueryText("PRAGMA journal_mode = TRUNCATE", mode);
     if (status == btrieve::kSuccess && mode != "truncate") return btrieve::kFileInUse;
+    // What a transaction has changed goes to the file early only if the cache has no room for it,
+    // not for lack of memory: from then on, nobody can read the file.
+    if (status == btrieve::kSuccess) status = connection.Execute("PRAGMA cache_spill = -2048");
   }
   return status;
 }

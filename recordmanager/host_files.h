@@ -42,7 +42,8 @@ Access AccessTo(const std::string& path, bool toWrite);
 // Whether no program keeps the file from being deleted. Always so on a host where none can.
 bool IsDeletable(const std::string& path);
 
-enum class MoveResult { kDone, kTargetExists, kTargetInUse, kFailed };
+// kInvalidName: a name that the host gives no file.
+enum class MoveResult { kDone, kTargetExists, kTargetInUse, kInvalidName, kFailed };
 
 // Renames a file within its folder in one step, unless there is a file of that name, and sees to it
 // that the new name outlives a loss of power.

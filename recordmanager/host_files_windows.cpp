@@ -72,6 +72,7 @@ MoveResult Move(const std::wstring& from, const std::wstring& to, bool replace) 
     if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) {
       return MoveResult::kTargetExists;
     }
+    if (error == ERROR_INVALID_NAME) return MoveResult::kInvalidName;
     const bool isDenied = Probe(from, DELETE) == Access::kDenied || (replace && IsOpen(to));
     if (isDenied && !patience.Lasts()) return MoveResult::kTargetInUse;
     // The program that was in the way may have gone a moment ago. Only when the file is free twice

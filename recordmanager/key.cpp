@@ -105,11 +105,13 @@ Entry Key::Lowest(const std::uint8_t* value) const {
 Entry Key::Highest(const std::uint8_t* value) const { return Make(value, ~std::uint64_t{0}); }
 
 Entry Key::Make(const std::uint8_t* value, std::uint64_t sequence) const {
-  Entry entry = Lowest(value);
-  if (AllowsDuplicates()) {
-    StoreBigEndian(sequence, sizeof(sequence), entry.bytes.data() + entry.size);
-    entry.size = static_cast<std::uint8_t>(entry.size + sizeof(sequence));
-  }
+  const Entry entry = Lowest(value);
+  return AllowsDuplicates() ? WithSequence(entry, sequence) : entry;
+}
+
+Entry Key::WithSequence(Entry entry, std::uint64_t sequence) const {
+  StoreBigEndian(sequence, sizeof(sequence), entry.bytes.data() + Length());
+  entry.size = static_cast<std::uint8_t>(Length() + sizeof(sequence));
   return entry;
 }
 

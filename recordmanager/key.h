@@ -66,6 +66,9 @@ class Key {
   // The value's new entry. A sequence is never used twice in a file.
   Entry Make(const std::uint8_t* value, std::uint64_t sequence) const;
 
+  // The entry that its value would have with another sequence, for keys that allow duplicates.
+  Entry WithSequence(Entry entry, std::uint64_t sequence) const;
+
   // Whether the entry is one of this value.
   bool Matches(const Entry& entry, const std::uint8_t* value) const;
 

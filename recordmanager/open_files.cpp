@@ -41,11 +41,9 @@ int OpenFiles::Provide(const std::string& path, bool readOnly, Database*& databa
     Database* known = databases_[i].get();
     if (known->identity != facts.identity && known->path != path) continue;
     if (known->failure != btrieve::kSuccess) return known->failure;
-    // A file that was read-only may be writable by now.
-    const bool mayHaveChanged = known->users == 0 && known->file->IsReadOnly();
     // By another path it is the same database only if the old path still leads to it: SQLite's log
     // goes by the path.
-    if (!mayHaveChanged && known->identity == facts.identity &&
+    if (!known->MayHaveChanged() && known->identity == facts.identity &&
         (known->path == path || InspectFile(known->path).identity == facts.identity)) {
       database = known;
       return btrieve::kSuccess;
@@ -63,6 +61,7 @@ int OpenFiles::OpenAnew(const std::string& path, const std::string& identity, bo
   if (patience.IsSpent()) return btrieve::kFileInUse;
   auto opened = std::make_unique<Database>();
   opened->realPath = PathOfFile(path);
+  if (database = KnownByRealPath(opened->realPath); database != nullptr) return btrieve::kSuccess;
   const int status = RecordFile::Open(opened->realPath, readOnly, memory_, opened->file);
   if (status == btrieve::kFileInUse) patience.GiveUp();
   if (InspectFile(path).identity != identity) {
@@ -75,6 +74,17 @@ int OpenFiles::OpenAnew(const std::string& path, const std::string& identity, bo
   database = opened.get();
   databases_.push_back(std::move(opened));
   return btrieve::kSuccess;
+}
+
+// On hosts where the identity does not tell that two paths lead to the same file.
+OpenFiles::Database* OpenFiles::KnownByRealPath(const std::string& realPath) {
+  const auto known = std::ranges::find_if(databases_, [&](const auto& database) {
+    return database->realPath == realPath && !database->isParents;
+  });
+  if (known == databases_.end()) return nullptr;
+  if (!(*known)->MayHaveChanged()) return known->get();
+  Drop(known->get());
+  return nullptr;
 }
 
 OpenFiles::Slot& OpenFiles::FreeSlot(std::uint32_t& number) {

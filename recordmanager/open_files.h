@@ -58,6 +58,9 @@ class OpenFiles {
   struct Database {
     ~Database();
 
+    // A file that was read-only may be writable by now.
+    bool MayHaveChanged() const { return users == 0 && file->IsReadOnly(); }
+
     std::string path;
     std::string realPath;  // as PathOfFile gives it
     std::string identity;
@@ -78,6 +81,7 @@ class OpenFiles {
   int Provide(const std::string& path, bool readOnly, Database*& database);
   int OpenAnew(const std::string& path, const std::string& identity, bool readOnly,
                Database*& database);
+  Database* KnownByRealPath(const std::string& realPath);
   void CloseUnusedSince(Clock::time_point time);
   void Drop(const Database* database);
   void ReplaceParents();

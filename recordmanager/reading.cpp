@@ -35,7 +35,8 @@ Search SearchFromKeyBuffer(const Key& key, Bound bound, const std::uint8_t* valu
   return {bound, beyondDuplicates ? key.Highest(value) : key.Lowest(value), key.Highest(value)};
 }
 
-int PlanSearch(const Call& call, const Key& key, const Cursor& cursor, Search& search) {
+int PlanSearch(const Call& call, const RecordFile& file, const Key& key, const Cursor& cursor,
+               Search& search) {
   const ReadRule& rule = kRules[static_cast<std::size_t>(call.operation - btrieve::kGetEqual)];
   switch (rule.start) {
     case Start::kKeyBuffer:
@@ -46,7 +47,7 @@ int PlanSearch(const Call& call, const Key& key, const Cursor& cursor, Search& s
         return cursor.keyNumber == Cursor::kNoKey ? btrieve::kInvalidPositioning
                                                   : btrieve::kDifferentKeyNumber;
       }
-      search = {rule.bound, cursor.entry, {}, true};
+      search = file.StepFrom(key, rule.bound, cursor.entry, cursor.current);
       break;
     case Start::kEnd:
       search = {rule.bound, GoesDown(rule.bound) ? Entry::AfterAll() : Entry::BeforeAll(), {}};
@@ -74,7 +75,8 @@ int ReadRecord(const Call& call, RecordFile& file, Cursor& cursor) {
   if (key == nullptr) return btrieve::kInvalidKeyNumber;
   if (!call.KeyBufferHolds(*key)) return btrieve::kKeyBufferTooShort;
   Search search;
-  if (const int status = PlanSearch(call, *key, cursor, search); status != btrieve::kSuccess) {
+  if (const int status = PlanSearch(call, file, *key, cursor, search);
+      status != btrieve::kSuccess) {
     return status;
   }
   const int status = file.Read(*key, search, call.Data(), cursor.current, cursor.entry);

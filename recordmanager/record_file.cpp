@@ -74,7 +74,8 @@ int RecordFile::Prepare() {
 template <typename Body>
 int RecordFile::Write(Body body) {
   if (inTransaction_) {
-    const int status = connection_.IsInTransaction() ? body() : btrieve::kIoError;
+    int status = GivenUp();
+    if (status == btrieve::kSuccess) status = Noted(body());
     memory_.Note(*this);
     return status;
   }
@@ -105,6 +106,19 @@ int RecordFile::BeginWriting() {
   return status;
 }
 
+int RecordFile::GivenUp() const {
+  if (givenUp_ != btrieve::kSuccess || connection_.IsInTransaction()) return givenUp_;
+  return btrieve::kIoError;
+}
+
+// To be told what came of each use of the file within a transaction.
+int RecordFile::Noted(int status) {
+  if (inTransaction_ && givenUp_ == btrieve::kSuccess && !connection_.IsInTransaction()) {
+    givenUp_ = status;
+  }
+  return status;
+}
+
 int RecordFile::RenewState() {
   const StateNumber state = NumberState(connection_);
   return renewState_.Bind(1, state).Run();
@@ -123,8 +137,13 @@ int RecordFile::ReadChange(std::int64_t& change) {
 }
 
 RecordVersion RecordFile::VersionOf(std::int64_t id, std::int64_t version) const {
-  const bool isUncertain = inTransaction_ && version > changeBefore_;
+  const bool isUncertain = inTransaction_ && version > ChangeBefore(transaction_);
   return {id, version, isUncertain ? transaction_ : 0};
+}
+
+bool RecordFile::IsTakenBack(const RecordVersion& version) const {
+  if (version.transaction == 0 || version.transaction == transaction_) return false;
+  return !IsKnown(version.transaction) || version.version > ChangeBefore(version.transaction);
 }
 
 int RecordFile::NumberRecord(std::span<std::uint8_t> record) {
@@ -173,8 +192,8 @@ int RecordFile::LoadEntries(const RecordVersion& version, std::vector<Entry>& en
   const StatementUse use(loadEntries_);
   const int status = loadEntries_.Bind(1, version.id).Step();
   if (status != btrieve::kSuccess && status != btrieve::kEndOfFile) return status;
-  const bool isTakenBack = version.transaction != 0 && version.transaction != transaction_;
-  if (status == btrieve::kEndOfFile || loadEntries_.Integer(0) != version.version || isTakenBack) {
+  if (status == btrieve::kEndOfFile || loadEntries_.Integer(0) != version.version ||
+      IsTakenBack(version)) {
     return btrieve::kConflict;
   }
   entries.clear();
@@ -220,14 +239,16 @@ int RecordFile::Begin() {
   if (inTransaction_) return btrieve::kSuccess;
   if (const int status = BeginWriting(); status != btrieve::kSuccess) return status;
   inTransaction_ = true;
-  const int status = ReadChange(changeBefore_);
+  givenUp_ = btrieve::kSuccess;
+  const int status = ReadChange(ChangeBefore(transaction_));
   if (status != btrieve::kSuccess) RollBack();
   return status;
 }
 
 int RecordFile::Commit() {
   if (!inTransaction_) return btrieve::kSuccess;
-  const int status = connection_.IsInTransaction() ? commit_.Run() : btrieve::kIoError;
+  int status = GivenUp();
+  if (status == btrieve::kSuccess) status = commit_.Run();
   memory_.Note(*this);
   if (status == btrieve::kSuccess) {
     inTransaction_ = false;
@@ -241,6 +262,7 @@ void RecordFile::RollBack() {
   if (!inTransaction_) return;
   const UnlessCommitted takenBack(connection_, rollBack_);
   inTransaction_ = false;
+  leftLog_ = true;
   ++transaction_;
 }
 
@@ -257,7 +279,8 @@ void RecordFile::ForgetRecords() {
 }
 
 void RecordFile::Settle() {
-  if (!inTransaction_ && connection_.HasLogToMove()) connection_.Checkpoint();
+  if (inTransaction_ || !(leftLog_ || connection_.HasLogToMove())) return;
+  leftLog_ = !connection_.Checkpoint();
 }
 
 }  // namespace recordmanager

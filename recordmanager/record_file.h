@@ -33,7 +33,8 @@ struct Search {
 struct RecordVersion {
   std::int64_t id = 0;  // 0: no record
   std::int64_t version = 0;
-  // 0, or the transaction that has given this number: if that is taken back, it is given again.
+  // 0, or the transaction that may have given this number: if that is taken back, it is given
+  // again.
   std::uint32_t transaction = 0;
 };
 
@@ -59,6 +60,11 @@ class RecordFile {
   int Read(const Key& key, const Search& search, std::span<std::uint8_t> target,
            RecordVersion& version, Entry& entry);
 
+  // The search for the next entry, after or before the position that was left on an entry when this
+  // version of its record was read or written.
+  Search StepFrom(const Key& key, Bound bound, const Entry& entry,
+                  const RecordVersion& version) const;
+
   // Writes a record of the layout's length. Autoincrement fields of 0 are given their numbers in
   // `record`. `entries` receives the new entries, one a key in the layout's order.
   int Insert(std::span<std::uint8_t> record, RecordVersion& version, std::vector<Entry>& entries);
@@ -73,8 +79,8 @@ class RecordFile {
   int CountValues(const Key& key, std::int64_t& count);
 
   // A transaction holds the file against other writers from Begin to Commit or RollBack. Repeating
-  // a call is harmless. When SQLite had to give the transaction up, writes and Commit return
-  // status 2.
+  // a call is harmless. When SQLite had to give the transaction up, writes and Commit return the
+  // status that it was given up for.
   int Begin();
   int Commit();
   void RollBack();
@@ -85,7 +91,10 @@ class RecordFile {
   std::size_t KeptBytes() const { return readAhead_.Bytes() + connection_.PageBytes(); }
 
   // Takes the place of an object for the same file: versions read there are as good here.
-  void GoOnFrom(const RecordFile& other) { transaction_ = other.transaction_; }
+  void GoOnFrom(const RecordFile& other) {
+    transaction_ = other.transaction_;
+    changesBefore_ = other.changesBefore_;
+  }
 
   // To be called when the last user has closed the file: brings all its records, by whomever they
   // were written, into the file itself, so that it can be copied while processes still hold it.
@@ -118,9 +127,21 @@ class RecordFile {
   int Write(Body body);
   int BeginWriting();
   int RenewState();
+  int GivenUp() const;
+  int Noted(int status);
   int NextChange(std::int64_t& change);
   int ReadChange(std::int64_t& change);
   RecordVersion VersionOf(std::int64_t id, std::int64_t version) const;
+  bool IsTakenBack(const RecordVersion& version) const;
+  bool IsKnown(std::uint32_t transaction) const {
+    return transaction_ - transaction < changesBefore_.size();
+  }
+  std::int64_t& ChangeBefore(std::uint32_t transaction) {
+    return changesBefore_[transaction % changesBefore_.size()];
+  }
+  std::int64_t ChangeBefore(std::uint32_t transaction) const {
+    return changesBefore_[transaction % changesBefore_.size()];
+  }
   int NumberRecord(std::span<std::uint8_t> record);
   int LoadEntries(const RecordVersion& version, std::vector<Entry>& entries);
   int StoreRecord(Statement& statement, std::int64_t change, std::int64_t id,
@@ -136,8 +157,11 @@ class RecordFile {
   Statement begin_, commit_, rollBack_, renewState_, countChange_, readChange_, loadEntries_,
       insert_, rewrite_, rekey_, delete_;
   bool inTransaction_ = false;
-  std::int64_t changeBefore_ = 0;  // the transaction
-  std::uint32_t transaction_ = 1;  // another one after each that is taken back
+  int givenUp_ = btrieve::kSuccess;  // what for, if SQLite has
+  std::uint32_t transaction_ = 1;    // another one after each that is taken back
+  bool leftLog_ = false;             // what was taken back may still lie in the log
+  // The last change before this one, and before each of the last that were taken back.
+  std::array<std::int64_t, 256> changesBefore_{};
 };
 
 }  // namespace recordmanager

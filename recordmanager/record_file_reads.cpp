@@ -38,7 +38,7 @@ int RecordFile::ReadWhatIs(Body body) {
     if (isStale_) continue;
     status = body();
     isStale_ = connection_.IsUnchanging() && !IsUnchanged(connection_);
-    if (!isStale_) return status;
+    if (!isStale_) return Noted(status);
     status = btrieve::kRecordInUse;
   }
   return status;
@@ -72,6 +72,19 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
   version = VersionOf(record.id, record.version);
   entry = record.entry;
   return btrieve::kSuccess;
+}
+
+// The numbers that a transaction gave to entries are given again when it has been taken back. Those
+// that have them now have come later.
+Search RecordFile::StepFrom(const Key& key, Bound bound, const Entry& entry,
+                            const RecordVersion& version) const {
+  if (!key.AllowsDuplicates() || !IsTakenBack(version) || !IsKnown(version.transaction)) {
+    return {bound, entry, {}, true};
+  }
+  const auto next = static_cast<std::uint64_t>(ChangeBefore(version.transaction)) + 1;
+  const Entry first = key.WithSequence(entry, next);
+  if (entry < first) return {bound, entry, {}, true};  // it was there before
+  return {bound == Bound::kAfter ? Bound::kFrom : bound, first, {}, true};
 }
 
 // The first record that lies as the search says, but for its end: from memory or from the file.

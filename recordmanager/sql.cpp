@@ -240,11 +240,13 @@ std::size_t Connection::PageBytes() const {
   return static_cast<std::size_t>(bytes);
 }
 
-void Connection::Checkpoint() {
-  if (IsReplaced()) return;
+bool Connection::Checkpoint() {
+  if (IsReplaced()) return false;
   sqlite3_busy_handler(handle_, nullptr, nullptr);
-  sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+  const int result =
+      sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
   sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
+  return result == SQLITE_OK;
 }
 
 int Connection::WaitForLock(void* connection, int attempt) {

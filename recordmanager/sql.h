@@ -133,9 +133,9 @@ class Connection {
   void ForgetPages();
   std::size_t PageBytes() const;
 
-  // Moves what the log (in WAL mode) holds into the file and empties the log, unless others are
+  // Moves what the log (in WAL mode) holds into the file and empties the log. False when others are
   // using it just now, or the file was replaced.
-  void Checkpoint();
+  bool Checkpoint();
 
  private:
   bool MarkUse();

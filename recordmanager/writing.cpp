@@ -81,7 +81,7 @@ int Update(const Call& call, RecordFile& file, Cursor& cursor) {
 int Delete(RecordFile& file, Cursor& cursor) {
   if (cursor.current.id == 0) return btrieve::kInvalidPositioning;
   const int status = file.Delete(cursor.current);
-  if (status == btrieve::kSuccess) cursor.current = {};
+  if (status == btrieve::kSuccess) cursor.current.id = 0;  // the rest belongs to the place, too
   return status;
 }
 

@@ -57,6 +57,12 @@ TEST_F(Memory, IsTakenWithinOneLimitForAllFilesThatAreOpen) {
   Client& first = Created(0);
   first.Do("begin");
   Insert(first, kRecords);
+  EXPECT_EQ(first.Do("abort, close"), "ok ok");
+  EXPECT_EQ(std::filesystem::file_size(InFolder("0.KRV-wal")), 0U);
+
+  ASSERT_EQ(first.Open(InFolder("0.KRV")), kSuccess);
+  first.Do("begin");
+  Insert(first, kRecords);
   EXPECT_EQ(first.Do("end, close"), "ok ok");
 
   const std::size_t before = AllocatedBytes();

@@ -221,6 +221,10 @@ TEST_F(PosixFiles, ThatMayNotBecomeLargerSaySo) {
     outcomes += client.Do("insert") + ' ';
   }
   EXPECT_THAT(outcomes, testing::MatchesRegex("1 2 .*!18 "));
+  const std::string large = InFolder("LARGE.KRV");
+  const KeyDescription key = DescribeKey(0, 4, kIntegerKey, kKeyDuplicates);
+  ASSERT_EQ(Create(large, DescribeFile(client.length, {key})), kSuccess);
+  EXPECT_THAT(Opened(large).Do("begin, insert*, insert, end"), testing::EndsWith("!18 !18 !18"));
   setrlimit(RLIMIT_FSIZE, &limit);
   std::signal(SIGXFSZ, before);
   EXPECT_EQ(client.Do("first, next, insert, close").find('!'), std::string::npos);

@@ -91,6 +91,13 @@ TEST_F(ProtectedFiles, ThatMayNotBeWrittenAreRefused) {
   std::filesystem::permissions(closed, perms::all);
 }
 
+TEST_F(ProtectedFiles, ThatCanHaveNoJournalAreRefused) {
+  const std::string file = InFolder("FILE.KRV");
+  ASSERT_EQ(Create(file), kSuccess);
+  ASSERT_EQ(mkfifo((file + "-journal").c_str(), 0600), 0);
+  EXPECT_EQ(Client().Open(file), kPermissionError);
+}
+
 TEST_F(ProtectedFiles, ThatMayNotBeWrittenAreReadBesideWhoMay) {
   EXPECT_EQ(client.Do("insert, close"), "1 ok");
   Worker writer(path, "hold, insert, hold");

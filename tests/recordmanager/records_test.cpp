@@ -155,6 +155,20 @@ TEST_F(Records, OfAnAbortedTransactionAreTrustedNoMore) {
   Take({{&other, "update", "ok"}, {&client, "update, next", "!80 !9"}});
 }
 
+// Nor do they hide from a walk what is inserted later, under the numbers that they had.
+TEST_F(Records, OfAnAbortedTransactionHideNoOther) {
+  Client& other = Opened(path);
+  Client walk = client;
+  Take({{&walk, "insert case=7, begin, insert case=7, insert case=7 case", "1 ok 2 3"}});
+  Client back = walk;
+  Client deleted = walk;
+  Take({{&deleted, "delete, abort", "ok ok"},
+        {&other, "insert case=7, insert case=7", "2 3"},
+        {&back, "previous case", "1"},
+        {&walk, "next case, next case, next case", "2 3 !9"},
+        {&deleted, "next case, previous case", "2 1"}});
+}
+
 TEST_F(Records, ThatAnAbortedTransactionHasNotWrittenAreStillTrusted) {
   Client& other = Opened(path);
   Take({{&client, "insert, insert, equal number=1", "1 2 1"},
@@ -163,6 +177,8 @@ TEST_F(Records, ThatAnAbortedTransactionHasNotWrittenAreStillTrusted) {
         {&client, "update", "!80"},  // by what was written since
         {&client, "equal number=2", "2"},
         {&other, "begin, insert, abort, update", "ok 3 ok !80"},
+        {&client, "begin, update, end", "ok ok ok"},
+        {&other, "begin, insert, abort", "ok 3 ok"},
         {&client, "update, delete", "ok ok"}});
 }
 

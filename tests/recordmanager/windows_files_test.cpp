@@ -238,5 +238,21 @@ TEST_F(WindowsFiles, AreTheSameByTheirSymbolicLinks) {
   if (RunOnHostOfWine("/bin/rm LINK.KRV")) WaitForFile(link, false);
 }
 
+TEST_F(WindowsFiles, AreTheSameByEveryPath) {
+  Client& other = Opened(R"(\\?\)" + path);
+  EXPECT_EQ(client.Open(path), kSuccess);
+  EXPECT_EQ(client.Do("begin, insert"), "ok 2");
+  EXPECT_EQ(other.Do("insert"), "3") << "not a second database that waits for the first";
+  EXPECT_EQ(client.Do("end, close"), "ok ok");
+  EXPECT_EQ(other.Do("first, next*"), "1 2 3 !9");
+}
+
+TEST_F(WindowsFiles, AreNotCreatedUnderNamesThatWindowsForbids) {
+  for (const char* name : {"a<b.KRV", "a|b.KRV", "a?.KRV"}) {
+    EXPECT_EQ(Create(InFolder(name)), kInvalidFileName) << name;
+    EXPECT_EQ(Client().Open(InFolder(name)), kFileNotFound) << name;
+  }
+}
+
 }  // namespace
 }  // namespace recordmanager_tests
