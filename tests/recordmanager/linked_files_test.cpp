@@ -34,18 +34,12 @@ class LinkedFiles : public PartyFile {
 
 TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogOrJournalOfTheNameThatWasUsedLast) {
   if (!CanBeNoted(file)) GTEST_SKIP() << "names cannot be noted on this file system";
-  constexpr char kJournalled = 1;  // the file format's numbers for its two modes
-  constexpr char kLogged = 2;
   for (const char mode : {kLogged, kJournalled}) {
-    std::string bytes = ReadAll(file);
-    bytes.at(18) = bytes.at(19) = mode;
-    WriteAll(file, bytes);
+    WriteAll(file, InMode(mode, ReadAll(file)));
     Worker writer(file, "insert, begin, insert, hold");
     writer.Kill();
-    if (mode == kJournalled) {  // as it is once it is synchronised, just before the file is written
-      const std::string head = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7\xFF\xFF\xFF\xFF";
-      WriteAll(file + "-journal", head + ReadAll(file + "-journal").substr(head.size()));
-    }
+    const std::string journal = file + "-journal";
+    if (mode == kJournalled) WriteAll(journal, Synchronised(ReadAll(journal)));
     EXPECT_EQ(Client().Open(other), kFileInUse);
     EXPECT_EQ(InAnotherProcess(file, "last"), 0);
     EXPECT_EQ(InAnotherProcess(other, "last"), 0);
