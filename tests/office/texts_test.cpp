@@ -27,15 +27,19 @@ std::string FailureOf(const Action& action) {
 }
 
 TEST(Encoding, GivesTheOfficesBytesAndNamesACharacterThatItLacks) {
-  EXPECT_EQ(Encode("Müßig – 5 €"), "M\xFC\xDFig \x96 5 \x80");
-  EXPECT_EQ(Encode("Köln", CodePage::kOem), "K\x94ln");
+  EXPECT_EQ(Encode("Müßig – 5 € \u0081\u009D"), "M\xFC\xDFig \x96 5 \x80 \x81\x9D");
+  EXPECT_EQ(Encode("ÄÖÜß§─", CodePage::kOem), "\x8E\x99\x9A\xE1\xF5\xC4");
   EXPECT_NE(FailureOf([] { Encode("Aylin Şahin"); }).find("\"Ş\""), std::string::npos);
+  EXPECT_NE(FailureOf([] { Encode("Akte \U0001F4C1"); }).find("\"\U0001F4C1\""), std::string::npos);
   EXPECT_NE(FailureOf([] { Encode("€", CodePage::kOem); }).find("850"), std::string::npos);
-  EXPECT_NE(FailureOf([] { Encode("M\xFCller"); }).find("not UTF-8"), std::string::npos);
+  for (const char* broken : {"M\xFCller", "\xE2z", "\xE2\x82", "\xC0\x80"}) {
+    EXPECT_NE(FailureOf([&] { Encode(broken); }).find("not UTF-8"), std::string::npos) << broken;
+  }
 }
 
 TEST(Decoding, ShowsEveryByteAndObeysNone) {
   EXPECT_EQ(Decode("M\xFCller \x80"), "Müller €");
+  EXPECT_EQ(Decode("\x8E\x99\x9A\xE1\xF5\xC4", CodePage::kOem), "ÄÖÜß§─");
   EXPECT_EQ(Decode(std::string("a\0b\x1B[2J\x7F\x81", 9)), "a\\x00b\\x1B[2J\\x7F\\x81");
 }
 

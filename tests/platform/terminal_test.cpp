@@ -15,38 +15,38 @@ namespace {
 
 using testing::HasSubstr;
 
-// What somebody types, as long as it exists.
-class FedInput {
+// What a call gives to somebody who types `answers`.
+template <class Call>
+auto Typing(const std::string& answers, const Call& call) {
+  std::istringstream typed(answers);
+  std::streambuf* const keys = std::cin.rdbuf(typed.rdbuf());
+  std::cin.clear();
+  auto outcome = call();
+  std::cin.rdbuf(keys);
+  std::cin.clear();
+  return outcome;
+}
+
+// What is shown, while it exists.
+class Display {
  public:
-  explicit FedInput(const std::string& typed) : typed_(typed) { std::cin.clear(); }
-  ~FedInput() {
-    std::cin.rdbuf(keys_);
-    std::cin.clear();
-  }
-  FedInput(const FedInput&) = delete;
-  FedInput& operator=(const FedInput&) = delete;
-
- private:
-  std::istringstream typed_;
-  std::streambuf* keys_ = std::cin.rdbuf(typed_.rdbuf());
-};
-
-class Terminal : public ExampleOfficeTest {
- protected:
-  Terminal() : display_(std::cerr.rdbuf(shown_.rdbuf())) { platform::SetScreen(nullptr); }
-  ~Terminal() override { std::cerr.rdbuf(display_); }
-
-  // What the call gives to somebody who types `answers`.
-  std::string Typing(const std::string& answers, const std::function<std::int32_t(char*)>& call) {
-    const FedInput input(answers);
-    return OutcomeOf(call);
-  }
+  Display() : before_(std::cerr.rdbuf(shown_.rdbuf())) {}
+  ~Display() { std::cerr.rdbuf(before_); }
+  Display(const Display&) = delete;
+  Display& operator=(const Display&) = delete;
 
   std::string Shown() const { return shown_.str(); }
 
  private:
   std::ostringstream shown_;
-  std::streambuf* display_;
+  std::streambuf* before_;
+};
+
+class Terminal : public ExampleOfficeTest {
+ protected:
+  Terminal() { platform::SetScreen(nullptr); }
+
+  Display display;
 };
 
 TEST_F(Terminal, TakesTheLineOfTheNumberAndAsksAgainButNotForEver) {
@@ -60,12 +60,11 @@ TEST_F(Terminal, TakesTheLineOfTheNumberAndAsksAgainButNotForEver) {
       {"\n", "Sparkasse"}, {" 2 \r\n", "Volksbank"},       {"0\n", "Sparkasse"},
       {"", "Sparkasse"},   {"4\nx\n-1\n2\n", "Volksbank"}, {nonsense, "Sparkasse"}};
   for (const auto& [answers, bank] : rows) {
-    EXPECT_THAT(Typing(answers, [&](char* b) { return library->ALesenDLL("", "4711", b, ""); }),
-                HasSubstr(bank))
-        << answers;
+    const auto read = [&](char* b) { return library->ALesenDLL("", "4711", b, ""); };
+    EXPECT_THAT(Typing(answers, [&] { return OutcomeOf(read); }), HasSubstr(bank)) << answers;
   }
   EXPECT_THAT(
-      Shown(),
+      display.Shown(),
       testing::StartsWith("\nBankverbindung auswählen\n"
                           "Zum ausgewählten Adressant wurden mehrere Bankverbindungen angelegt ! \n"
                           "Bitte wählen Sie eine Bankverbindung aus.\n"
@@ -73,29 +72,24 @@ TEST_F(Terminal, TakesTheLineOfTheNumberAndAsksAgainButNotForEver) {
                           "  2  Volksbank                8\n"
                           "  3   [2J                     8\n"
                           "Nummer (Eingabe = markierte Zeile, 0 = Abbruch): "));
-  EXPECT_THAT(Shown(), HasSubstr("Diese Nummer steht nicht zur Wahl."));
+  EXPECT_THAT(display.Shown(), HasSubstr("Diese Nummer steht nicht zur Wahl."));
 }
 
 TEST_F(Terminal, ShowsMessagesAndWhatStandsBesideLabels) {
-  Typing("0\n", [&](char* b) { return library->BLesenDLL("  ", "12345678", "", "", b); });
-  EXPECT_THAT(Shown(), HasSubstr("\nAktennummer: 12345678  \nRubrum: Müller ./. Schmidt"));
+  const auto read = [&](char* b) { return library->BLesenDLL("  ", "12345678", "", "", b); };
+  Typing("0\n", [&] { return OutcomeOf(read); });
+  EXPECT_THAT(display.Shown(), HasSubstr("\nAktennummer: 12345678  \nRubrum: Müller ./. Schmidt"));
   office.IsNotConfigured("DataRoot");
   EXPECT_EQ(library->UserInit(), 0);
-  EXPECT_THAT(Shown(), testing::EndsWith("\nSystemmeldung !\nDatenpfad nicht gefunden !\n "
-                                         "User können nicht übernommen werden ! \n"));
+  EXPECT_THAT(display.Shown(), testing::EndsWith("\nSystemmeldung !\nDatenpfad nicht gefunden !\n "
+                                                 "User können nicht übernommen werden ! \n"));
 }
 
-class QlxAtTheTerminal : public SampleOffice {
- protected:
-  ~QlxAtTheTerminal() override { std::cerr.rdbuf(display_); }
-
- private:
-  std::ostringstream shown_;
-  std::streambuf* display_ = std::cerr.rdbuf(shown_.rdbuf());
-};
+class QlxAtTheTerminal : public SampleOffice {};
 
 // Whichever dialog it is that gets no answer.
 TEST_F(QlxAtTheTerminal, TakesTheEndOfInputForNoChoiceAndUsesUpNoNumber) {
+  const Display display;
   constexpr auto kNonsense = "x\nx\nx\nx\nx\nx\nx\nx\nx\nx\nx\n";
   const std::string numbers = Qlx("office|show|ZTHISTO").out;
   const std::pair<const char*, const char*> rows[] = {{"letter|23001124|--role|G", ""},
@@ -104,14 +98,12 @@ TEST_F(QlxAtTheTerminal, TakesTheEndOfInputForNoChoiceAndUsesUpNoNumber) {
                                                       {"letter|98010042", ""},
                                                       {"letter|98010042", kNonsense}};
   for (const auto& [command, answers] : rows) {
-    const FedInput input(answers);
-    const auto letter = Qlx(command);
+    const Outcome letter = Typing(answers, [command = command] { return Qlx(command); });
     EXPECT_EQ(letter.code, office::kFailed);
     EXPECT_THAT(letter.err, HasSubstr(", so there is no letter.")) << command;
   }
   EXPECT_EQ(Qlx("office|show|ZTHISTO").out, numbers);
-  const FedInput input("2\n2");
-  EXPECT_THAT(Qlx("letter|23001124").out, HasSubstr("Sehr geehrte"));
+  EXPECT_THAT(Typing("2\n2", [] { return Qlx("letter|23001124"); }).out, HasSubstr("Sehr geehrte"));
 }
 
 }  // namespace
