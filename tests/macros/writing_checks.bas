@@ -17,12 +17,8 @@ Public Sub CheckNewFollowUps()
     Refused "a follow-up for an unknown case", qlxNotThere, "Die Akte 999 gibt es nicht"
     AddFollowUp "12345678", 9, "15.05.2026", 1, "Text"
     Refused "an unknown kind", qlxNotValid, "Wiedervorlageart 9"
-    AddFollowUp "12345678", 0, "15.05.2026", 1, "Text"
-    Refused "no kind", qlxNotValid, "Wiedervorlageart 0"
     AddFollowUp "12345678", 1, "15.05.2026", 9, "Text"
     Refused "an unknown user", qlxNotValid, "Benutzer 9"
-    AddFollowUp "12345678", 1, "15.05.2026", 0, "Text"
-    Refused "no user", qlxNotValid, "Benutzer 0"
     AddFollowUp "12345678", 1, "15.05.2026", 1, "Text", 9
     Refused "an unknown second user", qlxNotValid, "Benutzer 9"
     AddFollowUp "12345678", 1, "15.05.2026", 1, "Text", 0, 999
