@@ -4,11 +4,9 @@
 #include <array>
 #include <fstream>
 #include <set>
-#include <sstream>
 
 #include "frame/attach.h"
 #include "office/command_line.h"
-#include "office/progress.h"
 #include "office/record_manager.h"
 #include "record_files.h"
 #include "sample_office.h"
@@ -182,14 +180,6 @@ TEST_F(QlxInstallations, LieInAnyFolderThatTheCodePageCanName) {
     EXPECT_THAT(outcome.out, Not(HasSubstr("\n? "))) << command;
   }
   EXPECT_THAT(Qlx("office|check").out, HasSubstr("Kanzlei – Köln €\n"));
-}
-
-// In a file that is kept, nothing is drawn over.
-TEST(QlxProgress, TakesAFewWholeLinesWhereThereIsNoTerminal) {
-  std::ostringstream shown;
-  office::ProgressLine progress(shown, "cases");
-  for (int done = 1; done <= 40; ++done) progress.Show(done, 40);
-  EXPECT_EQ(shown.str(), "10 of 40 cases\n20 of 40 cases\n30 of 40 cases\n40 of 40 cases\n");
 }
 
 TEST_F(QlxInstallations, CanBeGeneratedAndAreTheSameEachTime) {

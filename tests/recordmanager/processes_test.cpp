@@ -59,16 +59,6 @@ TEST_F(Processes, UseAFileByOneNameAtATime) {
   EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 3 !9");
 }
 
-// No read stays open between two calls, so it may take its time.
-TEST_F(Processes, EmptyTheLogBesideSomebodyWhoPausesInAWalk) {
-  EXPECT_EQ(client.Do("insert, insert, first, next"), "2 3 1 2");
-  EXPECT_EQ(Worker(path, "insert", 20).Wait(), 0);
-  EXPECT_EQ(std::filesystem::file_size(path + "-wal"), 0);
-  std::filesystem::copy_file(path, InFolder("COPY.KRV"));
-  EXPECT_EQ(Opened(InFolder("COPY.KRV")).Do("last"), "23");
-  EXPECT_EQ(client.Do("next, next, last"), "3 4 23");
-}
-
 TEST_F(Processes, ReadButNeitherWriteNorReplaceWhatAnotherHolds) {
   Worker holder(path, "begin, insert, hold, end");
 
