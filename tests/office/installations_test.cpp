@@ -197,10 +197,7 @@ TEST_F(QlxInstallations, CanBeGeneratedAndAreTheSameEachTime) {
     shown.insert(all);
   }
   EXPECT_EQ(shown.size(), 1U);
-  for (const char* party : {"1", "2", "3", "4", "5"}) {
-    EXPECT_THAT(Qlx(std::string("call|BListeNext|10000003|") + party).out,
-                HasSubstr("partyRecordId"));
-  }
+  EXPECT_THAT(Qlx("call|BListeNext|10000003|5").out, HasSubstr("partyRecordId"));
 }
 
 }  // namespace

@@ -59,21 +59,6 @@ TEST(RegistrationText, IsUnderstoodInEveryForm) {
   }
 }
 
-TEST(RegistrationText, GivesBackTheBytesThatWereStoredWhateverTheCaseOfTheirName) {
-  for (const std::string& bytes :
-       {"C:\\data \"old\"\0"s, "\0"s, ""s, "two\r\nlines\0"s, "M\xFCller [x]=1;\0"s, "open"s}) {
-    RegistryFile file;
-    file.Set("HKEY_LOCAL_MACHINE\\Key\\Options", {"Value", bytes});
-    file = RegistryFile::Parse(file.Format());
-    const auto* value = file.Find("hkey_local_machine\\key\\OPTIONS", "vALUE");
-    ASSERT_NE(value, nullptr) << bytes;
-    EXPECT_EQ(value->bytes, bytes);
-    EXPECT_TRUE(file.Has("HKEY_LOCAL_MACHINE\\key"));
-    EXPECT_FALSE(file.Has("HKEY_LOCAL_MACHINE\\Ke"));
-    EXPECT_FALSE(file.Has("HKEY_LOCAL_MACHINE\\Key\\Options 2"));
-  }
-}
-
 class RegistrationFile : public testing::Test {
  protected:
   std::filesystem::path Path() const { return registry_.Folder() / "office.reg"; }

@@ -1,110 +1,78 @@
 // The terminal that stands in for a screen on a host without Windows.
+#include <gmock/gmock.h>
+
 #include <iostream>
 #include <sstream>
 #include <utility>
 
-#include "addresses/bank_connection_file.h"
-#include "addresses/contact_person_file.h"
 #include "office/command_line.h"
-#include "platform/screen.h"
-#include "support/export_test.h"
+#include "platform/windows_api.h"
 #include "tests/office/sample_office.h"
 
-namespace qlx99::tests {
 namespace {
 
 using testing::HasSubstr;
 
-// What a call gives to somebody who types `answers`.
-template <class Call>
-auto Typing(const std::string& answers, const Call& call) {
-  std::istringstream typed(answers);
-  std::streambuf* const keys = std::cin.rdbuf(typed.rdbuf());
-  std::cin.clear();
-  auto outcome = call();
-  std::cin.rdbuf(keys);
-  std::cin.clear();
-  return outcome;
-}
+class QlxAtTheTerminal : public SampleOffice {
+ protected:
+  ~QlxAtTheTerminal() override {
+    std::cin.rdbuf(keys_);
+    std::cin.clear();
+    std::cerr.rdbuf(display_);
+  }
 
-// What is shown, while it exists.
-class Display {
- public:
-  Display() : before_(std::cerr.rdbuf(shown_.rdbuf())) {}
-  ~Display() { std::cerr.rdbuf(before_); }
-  Display(const Display&) = delete;
-  Display& operator=(const Display&) = delete;
+  // What a command does for somebody who types `answers`.
+  Outcome Typing(const std::string& answers, const std::string& command) {
+    typed_.str(answers);
+    typed_.clear();
+    std::cin.clear();
+    return Qlx(command);
+  }
 
-  std::string Shown() const { return shown_.str(); }
+  std::ostringstream shown;
 
  private:
-  std::ostringstream shown_;
-  std::streambuf* before_;
+  std::istringstream typed_;
+  std::streambuf* keys_ = std::cin.rdbuf(typed_.rdbuf());
+  std::streambuf* display_ = std::cerr.rdbuf(shown.rdbuf());
 };
 
-class Terminal : public ExampleOfficeTest {
- protected:
-  Terminal() { platform::SetScreen(nullptr); }
-
-  Display display;
-};
-
-TEST_F(Terminal, TakesTheLineOfTheNumberAndAsksAgainButNotForEver) {
-  for (const std::string bank :
-       {"number: 201, bankName: Volksbank", "number: 202, bankName: \x1B[2J"}) {
-    office.Has<BankConnectionRecord>("addressNumber: 4711, accountNumber: 8, " + bank);
+TEST_F(QlxAtTheTerminal, TakesTheLineOfTheNumberAndAsksAgain) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"\n", "Spedition GmbH"}, {" 2 \r\n", "Karl-Heinz"}, {"4\nx\n-1\n2\n", "Karl-Heinz"}};
+  for (const auto& [answers, addressee] : rows) {
+    EXPECT_THAT(Typing(answers, "letter|23001124|--role|G").out, HasSubstr(addressee)) << answers;
   }
-  std::string nonsense;
-  for (int i = 0; i < 1000; ++i) nonsense += "99\n";
-  const std::pair<std::string, const char*> rows[] = {
-      {"\n", "Sparkasse"}, {" 2 \r\n", "Volksbank"},       {"0\n", "Sparkasse"},
-      {"", "Sparkasse"},   {"4\nx\n-1\n2\n", "Volksbank"}, {nonsense, "Sparkasse"}};
-  for (const auto& [answers, bank] : rows) {
-    const auto read = [&](char* b) { return library->ALesenDLL("", "4711", b, ""); };
-    EXPECT_THAT(Typing(answers, [&] { return OutcomeOf(read); }), HasSubstr(bank)) << answers;
-  }
+  EXPECT_THAT(Typing("2\n2", "letter|23001124").out, HasSubstr("Kern-Häfele"));
   EXPECT_THAT(
-      display.Shown(),
-      testing::StartsWith("\nBankverbindung auswählen\n"
-                          "Zum ausgewählten Adressant wurden mehrere Bankverbindungen angelegt ! \n"
-                          "Bitte wählen Sie eine Bankverbindung aus.\n"
-                          "> 1  Sparkasse                47 11\n"
-                          "  2  Volksbank                8\n"
-                          "  3   [2J                     8\n"
-                          "Nummer (Eingabe = markierte Zeile, 0 = Abbruch): "));
-  EXPECT_THAT(display.Shown(), HasSubstr("Diese Nummer steht nicht zur Wahl."));
+      shown.str(),
+      testing::StartsWith(
+          "\nGegner auswählen\nAktennummer: 23001124  \n"
+          "Rubrum: Rh. Maschinenbau ./. Hövelmann u. a.       \nBeteiligte zur Akte:\n"
+          "> 1  Gegner                                                       Hövelmann Spedition "
+          "GmbH & Co. KG\n"
+          "  2  Gegner                        Karl-Heinz                     Hövelmann\n"
+          "Nummer (Eingabe = markierte Zeile, 0 = Abbruch): "));
+  EXPECT_THAT(shown.str(), HasSubstr("Diese Nummer steht nicht zur Wahl."));
+  MessageBoxW(nullptr, u"a\x1B[2J!", u"Über", MB_OK);
+  EXPECT_THAT(shown.str(), testing::EndsWith("\nÜber\na [2J!\n"));
 }
-
-TEST_F(Terminal, ShowsMessagesAndWhatStandsBesideLabels) {
-  const auto read = [&](char* b) { return library->BLesenDLL("  ", "12345678", "", "", b); };
-  Typing("0\n", [&] { return OutcomeOf(read); });
-  EXPECT_THAT(display.Shown(), HasSubstr("\nAktennummer: 12345678  \nRubrum: Müller ./. Schmidt"));
-  office.IsNotConfigured("DataRoot");
-  EXPECT_EQ(library->UserInit(), 0);
-  EXPECT_THAT(display.Shown(), testing::EndsWith("\nSystemmeldung !\nDatenpfad nicht gefunden !\n "
-                                                 "User können nicht übernommen werden ! \n"));
-}
-
-class QlxAtTheTerminal : public SampleOffice {};
 
 // Whichever dialog it is that gets no answer.
 TEST_F(QlxAtTheTerminal, TakesTheEndOfInputForNoChoiceAndUsesUpNoNumber) {
-  const Display display;
-  constexpr auto kNonsense = "x\nx\nx\nx\nx\nx\nx\nx\nx\nx\nx\n";
+  std::string nonsense;
+  for (int i = 0; i < 1000; ++i) nonsense += "99\n";
   const std::string numbers = Qlx("office|show|ZTHISTO").out;
-  const std::pair<const char*, const char*> rows[] = {{"letter|23001124|--role|G", ""},
-                                                      {"letter|23001124", ""},
-                                                      {"letter|23001124", "1\n"},
-                                                      {"letter|98010042", ""},
-                                                      {"letter|98010042", kNonsense}};
-  for (const auto& [command, answers] : rows) {
-    const Outcome letter = Typing(answers, [command = command] { return Qlx(command); });
+  const std::pair<std::string, const char*> rows[] = {
+      {"", "letter|23001124|--role|G"}, {"0\n", "letter|23001124|--role|G"},
+      {"", "letter|23001124"},          {"1\n", "letter|23001124"},
+      {"", "letter|98010042"},          {nonsense, "letter|98010042"}};
+  for (const auto& [answers, command] : rows) {
+    const Outcome letter = Typing(answers, command);
     EXPECT_EQ(letter.code, office::kFailed);
     EXPECT_THAT(letter.err, HasSubstr(", so there is no letter.")) << command;
   }
   EXPECT_EQ(Qlx("office|show|ZTHISTO").out, numbers);
-  EXPECT_THAT(Typing("2\n2", [] { return Qlx("letter|23001124"); }).out, HasSubstr("Sehr geehrte"));
 }
 
 }  // namespace
-}  // namespace qlx99::tests

@@ -129,12 +129,6 @@ TEST_F(Buffers, HoldALengthOfSixteenBitsAndAsMuchKeyAsThereIs) {
   EXPECT_EQ(*length, kPartyLength);
   EXPECT_EQ(get(4), kSuccess);
   EXPECT_EQ(get(3), kKeyBufferTooShort);
-
-  const auto unterminatedName = std::make_unique<std::array<char, kMaxKeyLength>>();
-  unterminatedName->fill('x');
-  EXPECT_EQ(EmbeddedCall()(kOpen, client.block.data(), nullptr, nullptr, unterminatedName.get(),
-                           kMaxKeyLength, kOpenNormal),
-            kFileNotFound);
 }
 
 }  // namespace

@@ -65,24 +65,7 @@ TEST_F(Files, AreNotCreatedFromDescriptionsThatCannotBeKept) {
     EXPECT_EQ(Create(other, description), status);
     EXPECT_FALSE(std::filesystem::exists(other)) << status;
   }
-}
-
-TEST_F(Files, MayHaveKeysUpToTheirLimits) {
-  KeyDescription byNumber = DescribeKey(79, 1, kIntegerKey, kKeyDuplicates);
-  byNumber.keyNumber = 7;
-  KeyDescription byText = DescribeKey(0, 80, kStringKey, kKeyDuplicates);
-  byText.keyNumber = 3;
-  ASSERT_EQ(Create(other, DescribeFile(80, {byNumber, byText}, kKeyNumbersGiven)), kSuccess);
-  Client& second = Opened(other);
-  const std::pair<WORD, char> calls[] = {{kInsert, 3},  {kInsert, 7},      {kGetFirst, 0},
-                                         {kGetLast, 3}, {kGetPrevious, 3}, {kGetPrevious, 3},
-                                         {kGetEqual, 7}};
-  std::string statuses;
-  for (const auto& [operation, key] : calls) {
-    second.record.fill('\xFF');
-    statuses += std::to_string(second.Call(operation, key)) + ' ';
-  }
-  EXPECT_EQ(statuses, "0 0 6 0 0 9 0 ");
+  EXPECT_EQ(Create(other, DescribeFile(80, {DescribeKey(0, 80)})), kSuccess);
 }
 
 TEST_F(Files, AreReplacedOnlyWhenAskedToAndWhenNobodyHasThemOpen) {

@@ -1,4 +1,5 @@
-// Files with several names: hard links, each of which would have a log of its own beside it.
+// Files with several names: hard links, each of which would have a log of its own beside it. Other
+// processes open them, as this one would know by itself that both names lead to one file.
 #include <sys/xattr.h>
 
 #include <cerrno>
@@ -14,14 +15,9 @@ class LinkedFiles : public PartyFile {
  protected:
   LinkedFiles() {
     EXPECT_EQ(Create(file), kSuccess);
-    EXPECT_EQ(InAnotherProcess(file, "insert"), 0);
+    EXPECT_EQ(Worker(file, "insert").Wait(), 0);
     std::filesystem::create_directory(folder / "snapshot");
     std::filesystem::create_hard_link(file, other);
-  }
-
-  // This process would know by itself that both names lead to what it has open.
-  static int InAnotherProcess(const std::string& name, const std::string& script) {
-    return Worker(name, script).Wait();
   }
 
   static bool CanBeNoted(const std::string& name) {
@@ -41,17 +37,17 @@ TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogOrJournalOfTheNameThatWasUsedLast) 
     const std::string journal = file + "-journal";
     if (mode == kJournalled) WriteAll(journal, Synchronised(ReadAll(journal)));
     EXPECT_EQ(Client().Open(other), kFileInUse);
-    EXPECT_EQ(InAnotherProcess(file, "last"), 0);
-    EXPECT_EQ(InAnotherProcess(other, "last"), 0);
+    EXPECT_EQ(Worker(file, "last").Wait(), 0);
+    EXPECT_EQ(Worker(other, "last").Wait(), 0);
   }
   EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 3 !9");
 }
 
 TEST_F(LinkedFiles, AreUsedByTheNameThatIsLeft) {
   std::filesystem::remove(file);
-  EXPECT_EQ(InAnotherProcess(other, "last, insert"), 0);
+  EXPECT_EQ(Worker(other, "last, insert").Wait(), 0);
   std::filesystem::copy_file(other, file);
-  EXPECT_EQ(InAnotherProcess(file, "last, insert"), 0) << "a file of its own";
+  EXPECT_EQ(Worker(file, "last, insert").Wait(), 0) << "a file of its own";
   EXPECT_EQ(Opened(file).Do("first, next*"), "1 2 3 !9");
   EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 !9");
 }
@@ -64,7 +60,7 @@ TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogThatTheyWereMovedAwayFrom) {
   writer.Kill();
   EXPECT_EQ(Client().Open(other), kFileInUse);
   std::filesystem::rename(other, file);
-  EXPECT_EQ(InAnotherProcess(file, "last"), 0);
+  EXPECT_EQ(Worker(file, "last").Wait(), 0);
   std::filesystem::rename(file, other);
   EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 !9");
 }

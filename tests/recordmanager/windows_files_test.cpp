@@ -86,7 +86,8 @@ TEST_F(WindowsFiles, AreWaitedForWhileSomebodyLooksAtThem) {
     const char* suffix;
     DWORD shared;
     std::chrono::milliseconds time;
-  } rows[] = {{"", FILE_SHARE_READ, 50ms},
+  } rows[] = {{"", FILE_SHARE_READ | FILE_SHARE_WRITE, 300ms},
+              {"", FILE_SHARE_READ, 50ms},
               {"", FILE_SHARE_READ, 1500ms},
               {"", 0, 1500ms},
               {"-wal", FILE_SHARE_READ, 300ms},
@@ -102,6 +103,7 @@ TEST_F(WindowsFiles, AreWaitedForWhileSomebodyLooksAtThem) {
     WriteAll(name, hasJournal ? WithRollbackJournal() : ReadAll(path));
     if (*suffix != '\0') WriteAll(name + suffix, "");
     Onlooker onlooker(name + suffix, shared);
+    if ((shared & FILE_SHARE_WRITE) != 0) onlooker.Lock();  // as a backup may
     onlooker.GoAwayAfter(time);
     Client one;
     EXPECT_EQ(one.Open(name), kSuccess) << suffix << ' ' << shared;
@@ -117,16 +119,6 @@ TEST_F(WindowsFiles, AreReplacedWhenNobodyLooksAtThemAnyMore) {
     onlooker.GoAwayAfter(300ms);
     EXPECT_EQ(Create(name), kSuccess) << more;
   }
-}
-
-// As a backup may, and whoever opens a file with several names does for a moment.
-TEST_F(WindowsFiles, AreWaitedForWhileSomebodyLocksAllOfThem) {
-  const std::string name = InFolder("LOCKED.KRV");
-  WriteAll(name, ReadAll(path));
-  Onlooker onlooker(name, FILE_SHARE_READ | FILE_SHARE_WRITE);
-  onlooker.Lock();
-  onlooker.GoAwayAfter(300ms);
-  EXPECT_EQ(Opened(name).Do("first"), "1");
 }
 
 TEST_F(WindowsFiles, AreInUseWhileSomebodyDeniesThemForLong) {
@@ -150,12 +142,10 @@ TEST_F(WindowsFiles, AreInUseWhileSomebodyLocksTheMemoryOfTheirLog) {
   const std::string name = InFolder("LOCKED.KRV");
   WriteAll(name, ReadAll(path));
   WriteAll(name + "-shm", "");
-  const HANDLE memory =
-      CreateFileA((name + "-shm").c_str(), GENERIC_READ | GENERIC_WRITE,
-                  FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
-  EXPECT_TRUE(LockFile(memory, 0, 0, 1000, 0));
+  Onlooker onlooker(name + "-shm", FILE_SHARE_READ | FILE_SHARE_WRITE);
+  onlooker.Lock();
   ExpectPatienceOnce([&](int) { return Client().Open(name); });
-  CloseHandle(memory);
+  onlooker.GoAway();
   std::this_thread::sleep_for(60ms);  // earlier, nobody looks whether it has gone
   EXPECT_EQ(Opened(name).Do("first"), "1");
 }
