@@ -5,18 +5,9 @@ Public Sub CheckLists()
     Dim followUp As QlxFollowUp, party As QlxCaseParty
     Expect "counts", UserCount() & FollowUpKindCount() & FollowUpCount("12345678") & CasePartyCount("12345678"), "3344"
     followUp = FollowUpAt("12345678", 1)
-    Expect "a follow-up", followUp.DueDate & "," & followUp.KindName & "," & followUp.KindId & "," & followUp.Text & _
-        "," & _
-        followUp.UserName & "," & followUp.UserSign & "," & followUp.UserId & "," & followUp.SecondUserName & "," & _
-        followUp.SecondUserSign & "," & followUp.SecondUserId & "," & followUp.PartyPosition & "," & followUp.Id, _
-        "15.05.2024,Gerichtstermin,4,Termin, Saal 217,Rechtsanwalt Dr. Jan Merten,JM,1,Petra Lohmeyer,PL,4,2,1"
-    Expect "its case and party", followUp.CaseNumber & "," & followUp.PartyRecordId, "12345678,202"
+    Expect "a follow-up's case and party", followUp.CaseNumber & "," & followUp.PartyRecordId, "12345678,202"
     followUp = FollowUpAt("12345678", 4)
     Expect "a party without an address", followUp.PartyRecordId, UnknownParty
-    party = CasePartyAt("12345678", 2)
-    Expect "a party", party.RelationCode & "," & party.Salutation & "," & party.Name & "," & party.Street & "," & _
-        party.Place & "," & party.AddressNumber & "," & party.LinkNumber & "," & party.PartyRecordId, _
-        "0 ,Herrn,Wernicke,Krefelder Wall 40,Köln,4801,0,202"
     party = CasePartyAt("12345678", 4)
     Expect "a party without a relation", party.RelationCode & "," & party.Name & "," & party.PartyRecordId, _
         ",Ohne Beziehung,204"

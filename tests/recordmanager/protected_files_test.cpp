@@ -105,17 +105,13 @@ TEST_F(ProtectedFiles, AreReadWithAllThatOthersWriteWhoCameLater) {
   EXPECT_EQ(Worker(file, "insert case=7").Wait(), 0);
   EXPECT_FALSE(std::filesystem::exists(file + "-wal")) << "has come and gone";
   EXPECT_EQ(read("next, next, equal case=7"), "2 !9 1");
-  EXPECT_EQ(Worker(file, "insert case=7").Wait(), 0);
-  reader->length = 1024;
-  EXPECT_EQ(read("stat"), "ok");
-  EXPECT_EQ(reader->record.at(offsetof(FileDescription, recordCount)), 3);
   Worker writer(file, "insert, hold, insert");
-  EXPECT_EQ(read("equal case=7, next* case, last"), "1 2 3 !9 4");
-  EXPECT_EQ(DoAsReader(file, [&] { return Opened(file, kOpenReadOnly).Do("last, close"); }), "4 ok")
+  EXPECT_EQ(read("equal case=7, next* case, last"), "1 2 !9 3");
+  EXPECT_EQ(DoAsReader(file, [&] { return Opened(file, kOpenReadOnly).Do("last, close"); }), "3 ok")
       << "who comes while the log is there";
   writer.GoOn();
   EXPECT_EQ(writer.Wait(), 0);
-  EXPECT_EQ(read("next, next, close"), "5 !9 ok");
+  EXPECT_EQ(read("next, next, close"), "4 !9 ok");
 }
 
 // A log that a reader made would be his, and nobody else could write it.
