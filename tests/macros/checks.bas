@@ -15,6 +15,7 @@ Public Sub RunAll()
     CheckParties
     CheckUnconfigured
     CheckNewFollowUps
+    CheckRefusedIds
     CheckRefusedDates
     CheckRefusedTexts
     CheckFollowUpsThereAndBack
