@@ -21,12 +21,8 @@ Public Sub CheckPositions()
     Refused "kind -1", qlxNotThere, "ab 1"
     UserAt 4
     Refused "a user beyond the last", qlxNotThere, "Benutzer 4"
-    FollowUpKindAt 4
-    Refused "a kind beyond the last", qlxNotThere, "Wiedervorlageart 4"
     FollowUpAt "12345678", 5
     Refused "a follow-up beyond the last", qlxNotThere, "Wiedervorlage 5"
-    CasePartyAt "12345678", 5
-    Refused "a party beyond the last", qlxNotThere, "Beteiligter 5"
     CasePartyAt "12345678", 3
     Refused "the party without an address", qlxNotThere, "Beteiligter 3"
     FollowUpAt "999", 1

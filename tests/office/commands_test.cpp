@@ -49,8 +49,6 @@ const struct {
      "\n"},
     // Without date and kind: the result is 0, and the record is whole all the same.
     {"call|--json|WVNext|24000402|1", kDone, R"("result":0,"record":"|)"},
-    {"call|--json|UserInit", kDone, "\"result\":5}\n"},
-    {"call|SLesenDLL|99999999", kDone, "record: 0|\n"},
     {"call|SLesenDLL|99999999", kDone, "go without names"},
     {"call|WVNext|24000317|-5", kDone, "(§ 4 KSchG)"},
     {"call|GetDocuRoot|260", kDone, "Dokumente\n   1  path "},
