@@ -13,7 +13,6 @@
 namespace office {
 namespace {
 
-using qlx99::ArchiveRecord;
 using qlx99::CaseRecord;
 
 template <class Action>
