@@ -15,6 +15,7 @@ Public Sub RunAll()
     CheckParties
     CheckUnconfigured
     CheckNewFollowUps
+    CheckRefusedIds
     CheckRefusedDates
     CheckRefusedTexts
     CheckFollowUpsThereAndBack
@@ -133,12 +134,6 @@ Private Sub CheckSamples()
     boxAnswers = "12345678;15.5.2026"
     MusterFrist
     Expect "a deadline without a date", lastWritten & (InStr(shownMessage, "braucht ein Datum") > 0), CStr(True)
-    caseText = Replace(caseText, "Rechtsanwalt Dr. Jan Merten|JM", "|")
-    userRecords = Array("Aushilfe||||3")
-    boxAnswers = "12345678;15.05.2026"
-    MusterFrist
-    Expect "a deadline for nobody", lastWritten & shownMessage, "Den Benutzer 0 gibt es nicht."
-    NewOffice
     boxAnswers = "12345678"
     MusterBeteiligte
     Expect "the sample of a list", Flat(newDocument), _

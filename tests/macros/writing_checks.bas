@@ -15,18 +15,26 @@ Public Sub CheckNewFollowUps()
     Refused "the removal of none", qlxNotThere, "Wiedervorlage 0"
     AddFollowUp "999", 1, "15.05.2026", 1, "Text"
     Refused "a follow-up for an unknown case", qlxNotThere, "Die Akte 999 gibt es nicht"
-    AddFollowUp "12345678", 9, "15.05.2026", 1, "Text"
-    Refused "an unknown kind", qlxNotValid, "Wiedervorlageart 9"
-    AddFollowUp "12345678", 0, "15.05.2026", 1, "Text"
-    Refused "no kind", qlxNotValid, "Wiedervorlageart 0"
-    AddFollowUp "12345678", 1, "15.05.2026", 9, "Text"
-    Refused "an unknown user", qlxNotValid, "Benutzer 9"
-    AddFollowUp "12345678", 1, "15.05.2026", 0, "Text"
-    Refused "no user", qlxNotValid, "Benutzer 0"
-    AddFollowUp "12345678", 1, "15.05.2026", 1, "Text", 9
-    Refused "an unknown second user", qlxNotValid, "Benutzer 9"
-    AddFollowUp "12345678", 1, "15.05.2026", 1, "Text", 0, 999
-    Refused "an unknown party", qlxNotValid, "Beteiligten 999"
+End Sub
+
+' Kind, user, second user, party: of each one that there is not.
+Public Sub CheckRefusedIds()
+    Dim refusedIds As Variant, ids As Variant, followUp As QlxFollowUp, at As Long
+    refusedIds = Array(Array(9, 1, 0, 0, "Wiedervorlageart 9"), Array(1, 9, 0, 0, "Benutzer 9"), _
+        Array(1, 1, 9, 0, "Benutzer 9"), Array(1, 1, 0, 999, "Beteiligten 999"))
+    On Error Resume Next
+    For at = 0 To UBound(refusedIds)
+        ids = refusedIds(at)
+        AddFollowUp "12345678", ids(0), "15.05.2026", ids(1), "Text", ids(2), ids(3)
+        Refused "new, with the id " & at, qlxNotValid, ids(4)
+        followUp = FollowUpAt("12345678", 1)
+        followUp.KindId = ids(0)
+        followUp.UserId = ids(1)
+        followUp.SecondUserId = ids(2)
+        followUp.PartyRecordId = ids(3)
+        ChangeFollowUp followUp
+        Refused "changed, with the id " & at, qlxNotValid, ids(4)
+    Next
 End Sub
 
 Public Sub CheckRefusedDates()
@@ -89,22 +97,6 @@ Public Sub CheckChangedFollowUps()
     ChangeFollowUp followUp
     Refused "a date taken away", qlxNotValid, "braucht ein Datum"
     followUp.DueDate = "22.05.2026"
-    followUp.KindId = 9
-    ChangeFollowUp followUp
-    Refused "a change to an unknown kind", qlxNotValid, "Wiedervorlageart 9"
-    followUp.KindId = 2
-    followUp.UserId = 9
-    ChangeFollowUp followUp
-    Refused "a change to an unknown user", qlxNotValid, "Benutzer 9"
-    followUp.UserId = 4
-    followUp.SecondUserId = 9
-    ChangeFollowUp followUp
-    Refused "a change to an unknown second user", qlxNotValid, "Benutzer 9"
-    followUp.SecondUserId = 0
-    followUp.PartyRecordId = 999
-    ChangeFollowUp followUp
-    Refused "a change to an unknown party", qlxNotValid, "Beteiligten 999"
-    followUp.PartyRecordId = 0
     followUp.Text = "a|b"
     ChangeFollowUp followUp
     Refused "a change to a text with a |", qlxNotValid, "Trennzeichen"

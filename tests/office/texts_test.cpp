@@ -13,7 +13,6 @@
 namespace office {
 namespace {
 
-using qlx99::ArchiveRecord;
 using qlx99::CaseRecord;
 
 template <class Action>
@@ -27,31 +26,20 @@ std::string FailureOf(const Action& action) {
 }
 
 TEST(Encoding, GivesTheOfficesBytesAndNamesACharacterThatItLacks) {
-  EXPECT_EQ(Encode("Müßig – 5 €"), "M\xFC\xDFig \x96 5 \x80");
-  EXPECT_EQ(Encode("Köln", CodePage::kOem), "K\x94ln");
+  EXPECT_EQ(Encode("Müßig – 5 € \u0081\u009D"), "M\xFC\xDFig \x96 5 \x80 \x81\x9D");
+  EXPECT_EQ(Encode("ÄÖÜß§─", CodePage::kOem), "\x8E\x99\x9A\xE1\xF5\xC4");
   EXPECT_NE(FailureOf([] { Encode("Aylin Şahin"); }).find("\"Ş\""), std::string::npos);
+  EXPECT_NE(FailureOf([] { Encode("Akte \U0001F4C1"); }).find("\"\U0001F4C1\""), std::string::npos);
   EXPECT_NE(FailureOf([] { Encode("€", CodePage::kOem); }).find("850"), std::string::npos);
-  EXPECT_NE(FailureOf([] { Encode("M\xFCller"); }).find("not UTF-8"), std::string::npos);
+  for (const char* broken : {"M\xFCller", "\xE2z", "\xE2\x82", "\xC0\x80"}) {
+    EXPECT_NE(FailureOf([&] { Encode(broken); }).find("not UTF-8"), std::string::npos) << broken;
+  }
 }
 
 TEST(Decoding, ShowsEveryByteAndObeysNone) {
   EXPECT_EQ(Decode("M\xFCller \x80"), "Müller €");
+  EXPECT_EQ(Decode("\x8E\x99\x9A\xE1\xF5\xC4", CodePage::kOem), "ÄÖÜß§─");
   EXPECT_EQ(Decode(std::string("a\0b\x1B[2J\x7F\x81", 9)), "a\\x00b\\x1B[2J\\x7F\\x81");
-}
-
-TEST(Fields, ComeBackAsTheyWereWritten) {
-  const struct {
-    qlx99::FieldInfo field;
-    const char* text;
-  } rows[] = {{CaseRecord::id, "-2147483648"},       {CaseRecord::rubrum, "Müller ./. Özdemir"},
-              {CaseRecord::firstDate, "01.01.1900"}, {CaseRecord::firstDate, "29.02.2024"},
-              {CaseRecord::firstDate, "05.06.2079"}, {CaseRecord::amount, "-1234.5"},
-              {CaseRecord::amount, "12345678901.23"}};
-  for (const auto& [field, text] : rows) {
-    std::string record = BlankRecord(qlx99::LayoutOf<CaseRecord>());
-    SetField(field, text, record);
-    EXPECT_EQ(FieldText(field, record), text);
-  }
 }
 
 TEST(Fields, AreReadAsOthersMayHaveLeftThem) {
@@ -64,22 +52,6 @@ TEST(Fields, AreReadAsOthersMayHaveLeftThem) {
   EXPECT_EQ(FieldText(CaseRecord::amount, record).size(), 326U);
 }
 
-TEST(SampleFile, HoldsRecordsOfItsFieldsAndNothingElse) {
-  const auto records = ParseSample(qlx99::LayoutOf<ArchiveRecord>(),
-                                   {"ztablag.txt",
-                                    "# Two entries.\r\n\r\n"
-                                    "id: 7\r\nmark:  Kö/08 \r\ndate: 02.01.2000\r\n\r\n\r\n"
-                                    "# The second\nid: 8"});
-  ASSERT_EQ(records.size(), 2U);
-  std::string first(ArchiveRecord::file.length, '\0');
-  first[0] = 7;
-  first.replace(ArchiveRecord::mark.offset, 5, "K\x94/08");
-  first.replace(ArchiveRecord::date.offset, 2, "\xAD\x8E");  // 36525
-  EXPECT_EQ(records[0], first);
-  EXPECT_EQ(FieldText(ArchiveRecord::mark, records[1]), "");
-  EXPECT_EQ(FieldText(ArchiveRecord::date, records[1]), "");
-}
-
 TEST(SampleFile, FailsForAMistakeWithItsPlace) {
   const struct {
     const char* line;
@@ -88,17 +60,13 @@ TEST(SampleFile, FailsForAMistakeWithItsPlace) {
       {"rubrum Müller", "no line of the form \"name: value\""},
       {"title: Müller", "ZTCASE.KRV has no field \"title\". It has: id, caseNumber"},
       {"id: 2", "id stands twice"},
-      {"userId: 1a", "userId: \"1a\" is not a whole number"},
       {"userId: 2147483648", "is not a whole number"},
       {"userId:", "is not a whole number"},
       {"firstDate: 29.02.2023", "is not a date"},
-      {"firstDate: 1.2.2023", "is not a date"},
       {"firstDate: 31.12.1899", "01.01.1900 to 05.06.2079"},
       {"firstDate: 06.06.2079", "01.01.1900 to 05.06.2079"},
-      {"amount: 12,50", "is not an amount"},
       {"amount: inf", "is not an amount"},
       {"shortCode: ÄÖÜÄÖ", "has 5 characters, but the field holds 4"},
-      {"rubrum: Ş", "\"Ş\""},
       {"rubrum: a|b", "\"|\""},
   };
   for (const auto& [line, complaint] : rows) {

@@ -1,121 +1,79 @@
 // The terminal that stands in for a screen on a host without Windows.
+#include <gmock/gmock.h>
+
 #include <iostream>
 #include <sstream>
 #include <utility>
 
-#include "addresses/bank_connection_file.h"
-#include "addresses/contact_person_file.h"
 #include "office/command_line.h"
-#include "platform/screen.h"
-#include "support/export_test.h"
+#include "platform/windows_api.h"
 #include "tests/office/sample_office.h"
 
-namespace qlx99::tests {
 namespace {
 
 using testing::HasSubstr;
 
-// What somebody types, as long as it exists.
-class FedInput {
- public:
-  explicit FedInput(const std::string& typed) : typed_(typed) { std::cin.clear(); }
-  ~FedInput() {
+class QlxAtTheTerminal : public SampleOffice {
+ protected:
+  ~QlxAtTheTerminal() override {
     std::cin.rdbuf(keys_);
     std::cin.clear();
+    std::cerr.rdbuf(display_);
   }
-  FedInput(const FedInput&) = delete;
-  FedInput& operator=(const FedInput&) = delete;
+
+  // What a command does for somebody who types `answers`.
+  Outcome Typing(const std::string& answers, const std::string& command) {
+    typed_.str(answers);
+    typed_.clear();
+    std::cin.clear();
+    return Qlx(command);
+  }
+
+  std::ostringstream shown;
 
  private:
   std::istringstream typed_;
   std::streambuf* keys_ = std::cin.rdbuf(typed_.rdbuf());
+  std::streambuf* display_ = std::cerr.rdbuf(shown.rdbuf());
 };
 
-class Terminal : public ExampleOfficeTest {
- protected:
-  Terminal() : display_(std::cerr.rdbuf(shown_.rdbuf())) { platform::SetScreen(nullptr); }
-  ~Terminal() override { std::cerr.rdbuf(display_); }
-
-  // What the call gives to somebody who types `answers`.
-  std::string Typing(const std::string& answers, const std::function<std::int32_t(char*)>& call) {
-    const FedInput input(answers);
-    return OutcomeOf(call);
+TEST_F(QlxAtTheTerminal, TakesTheLineOfTheNumberAndAsksAgain) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"\n", "Spedition GmbH"}, {" 2 \r\n", "Karl-Heinz"}, {"4\nx\n-1\n2\n", "Karl-Heinz"}};
+  for (const auto& [answers, addressee] : rows) {
+    EXPECT_THAT(Typing(answers, "letter|23001124|--role|G").out, HasSubstr(addressee)) << answers;
   }
-
-  std::string Shown() const { return shown_.str(); }
-
- private:
-  std::ostringstream shown_;
-  std::streambuf* display_;
-};
-
-TEST_F(Terminal, TakesTheLineOfTheNumberAndAsksAgainButNotForEver) {
-  for (const std::string bank :
-       {"number: 201, bankName: Volksbank", "number: 202, bankName: \x1B[2J"}) {
-    office.Has<BankConnectionRecord>("addressNumber: 4711, accountNumber: 8, " + bank);
-  }
-  std::string nonsense;
-  for (int i = 0; i < 1000; ++i) nonsense += "99\n";
-  const std::pair<std::string, const char*> rows[] = {
-      {"\n", "Sparkasse"}, {" 2 \r\n", "Volksbank"},       {"0\n", "Sparkasse"},
-      {"", "Sparkasse"},   {"4\nx\n-1\n2\n", "Volksbank"}, {nonsense, "Sparkasse"}};
-  for (const auto& [answers, bank] : rows) {
-    EXPECT_THAT(Typing(answers, [&](char* b) { return library->ALesenDLL("", "4711", b, ""); }),
-                HasSubstr(bank))
-        << answers;
-  }
+  EXPECT_THAT(Typing("2\n2", "letter|23001124").out, HasSubstr("Kern-Häfele"));
   EXPECT_THAT(
-      Shown(),
-      testing::StartsWith("\nBankverbindung auswählen\n"
-                          "Zum ausgewählten Adressant wurden mehrere Bankverbindungen angelegt ! \n"
-                          "Bitte wählen Sie eine Bankverbindung aus.\n"
-                          "> 1  Sparkasse                47 11\n"
-                          "  2  Volksbank                8\n"
-                          "  3   [2J                     8\n"
-                          "Nummer (Eingabe = markierte Zeile, 0 = keine Wahl, es gilt die erste "
-                          "Zeile): "));
-  EXPECT_THAT(Shown(), HasSubstr("Diese Nummer steht nicht zur Wahl."));
+      shown.str(),
+      testing::StartsWith(
+          "\nGegner auswählen\nAktennummer: 23001124  \n"
+          "Rubrum: Rh. Maschinenbau ./. Hövelmann u. a.       \nBeteiligte zur Akte:\n"
+          "> 1  Gegner                                                       Hövelmann Spedition "
+          "GmbH & Co. KG\n"
+          "  2  Gegner                        Karl-Heinz                     Hövelmann\n"
+          "Nummer (Eingabe = markierte Zeile, 0 = Abbruch): "));
+  EXPECT_THAT(shown.str(), HasSubstr("Diese Nummer steht nicht zur Wahl."));
+  MessageBoxW(nullptr, u"a\x1B[2J!", u"Über", MB_OK);
+  EXPECT_THAT(shown.str(), testing::EndsWith("\nÜber\na [2J!\n"));
 }
-
-TEST_F(Terminal, ShowsMessagesAndWhatStandsBesideLabels) {
-  Typing("0\n", [&](char* b) { return library->BLesenDLL("  ", "12345678", "", "", b); });
-  EXPECT_THAT(Shown(),
-              testing::AllOf(HasSubstr("\nAktennummer: 12345678  \nRubrum: Müller ./. Schmidt"),
-                             testing::EndsWith("(Eingabe = markierte Zeile, 0 = Abbruch): ")));
-  office.IsNotConfigured("DataRoot");
-  EXPECT_EQ(library->UserInit(), 0);
-  EXPECT_THAT(Shown(), testing::EndsWith("\nSystemmeldung !\nDatenpfad nicht gefunden !\n "
-                                         "User können nicht übernommen werden ! \n"));
-}
-
-class QlxAtTheTerminal : public SampleOffice {
- protected:
-  ~QlxAtTheTerminal() override { std::cerr.rdbuf(display_); }
-
- private:
-  std::ostringstream shown_;
-  std::streambuf* display_ = std::cerr.rdbuf(shown_.rdbuf());
-};
 
 // Whichever dialog it is that gets no answer.
 TEST_F(QlxAtTheTerminal, TakesTheEndOfInputForNoChoiceAndUsesUpNoNumber) {
-  constexpr auto kNonsense = "x\nx\nx\nx\nx\nx\nx\nx\nx\nx\nx\n";
+  std::string nonsense;
+  for (int i = 0; i < 1000; ++i) nonsense += "99\n";
   const std::string numbers = Qlx("office|show|ZTHISTO").out;
-  const std::pair<const char*, const char*> rows[] = {{"letter|23001124|--role|G", ""},
-                                                      {"letter|23001124", ""},
-                                                      {"letter|23001124", "1\n"},
-                                                      {"letter|98010042", ""},
-                                                      {"letter|98010042", kNonsense}};
-  for (const auto& [command, answers] : rows) {
-    const FedInput input(answers);
-    const auto letter = Qlx(command);
+  const std::pair<std::string, const char*> rows[] = {
+      {"", "letter|23001124|--role|G"}, {"0\n", "letter|23001124|--role|G"},
+      {"", "letter|23001124"},          {"1\n", "letter|23001124"},
+      {"", "letter|98010042"},          {nonsense, "letter|98010042"}};
+  for (const auto& [answers, command] : rows) {
+    const Outcome letter = Typing(answers, command);
     EXPECT_EQ(letter.code, office::kFailed);
     EXPECT_THAT(letter.err, HasSubstr(", so there is no letter.")) << command;
   }
   EXPECT_EQ(Qlx("office|show|ZTHISTO").out, numbers);
-  const FedInput input("2\n2");
-  EXPECT_THAT(Qlx("letter|23001124").out, HasSubstr("Sehr geehrte"));
+  EXPECT_THAT(shown.str(), HasSubstr("0 = keine Wahl, es gilt die erste Zeile): "));
 }
 
 }  // namespace
-}  // namespace qlx99::tests

@@ -36,22 +36,15 @@ TEST_F(Buffers, OfPositionsAreRefusedUnlessTheyAreJustWhatOpenMade) {
     changed[i] ^= 0x10;
     EXPECT_EQ(ReadWith(changed), "!3") << "byte " << i;
   }
+  Client stranger = client;
+  stranger.id = {1};
+  EXPECT_EQ(stranger.Do("first"), "!3");
   const Block old = client.block;
   EXPECT_EQ(ReadWith(old), "1");
   EXPECT_EQ(client.Do("close, close"), "ok !3");
   EXPECT_EQ(ReadWith(old), "!3");
   ASSERT_EQ(client.Open(path), kSuccess);
   EXPECT_EQ(ReadWith(old), "!3") << "another opening of the same file";
-}
-
-TEST_F(Buffers, OfPositionsMayLieAnywhereAndBelongToTheClientThatOpened) {
-  const auto memory = std::make_unique<std::array<std::uint8_t, kPositionBlockSize + 1>>();
-  std::memcpy(memory->data() + 1, client.block.data(), kPositionBlockSize);
-  EXPECT_EQ(EmbeddedCall()(kGetFirst, memory->data() + 1, client.record.data(), &client.length,
-                           client.key.data(), kMaxKeyLength, 0),
-            kSuccess);
-  client.id = {1};
-  EXPECT_EQ(client.Do("first"), "!3");
 }
 
 TEST_F(Buffers, MayBeMissing) {
@@ -129,12 +122,6 @@ TEST_F(Buffers, HoldALengthOfSixteenBitsAndAsMuchKeyAsThereIs) {
   EXPECT_EQ(*length, kPartyLength);
   EXPECT_EQ(get(4), kSuccess);
   EXPECT_EQ(get(3), kKeyBufferTooShort);
-
-  const auto unterminatedName = std::make_unique<std::array<char, kMaxKeyLength>>();
-  unterminatedName->fill('x');
-  EXPECT_EQ(EmbeddedCall()(kOpen, client.block.data(), nullptr, nullptr, unterminatedName.get(),
-                           kMaxKeyLength, kOpenNormal),
-            kFileNotFound);
 }
 
 }  // namespace

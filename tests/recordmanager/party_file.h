@@ -34,6 +34,14 @@ std::string DescribeParties();
 int Create(const std::string& path, const std::string& description = DescribeParties(),
            char way = btrieve::kCreateOver);
 
+// A file's bytes with a rollback journal or with a log, by the file format's numbers for the two.
+inline constexpr char kJournalled = 1;
+inline constexpr char kLogged = 2;
+std::string InMode(char mode, std::string bytes);
+
+// A rollback journal as it is once it is synchronised, just before the file is written.
+std::string Synchronised(const std::string& begun);
+
 // A client of the embedded record manager with a record. A copy has a copy of the position block.
 class Client : public btrieve::Client {
  public:
@@ -71,8 +79,9 @@ class Client : public btrieve::Client {
 };
 
 // A process that works on a record file beside the tests' own: this program, started anew. It takes
-// a client's script, once or so many times; its exit code is 0 when all went well. With a "hold" in
-// the script, the constructor returns when the process holds there.
+// a client's script, once or so many times; its exit code is 0 when all went well, and otherwise 1
+// or the status of opening the file. With a "hold" in the script, the constructor returns when the
+// process holds there.
 class Worker : public testkit::Process {
  public:
   Worker(const std::string& file, const std::string& script, int times = 1);

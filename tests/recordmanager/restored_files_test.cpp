@@ -53,13 +53,8 @@ class Restored : public PartyFile {
     return Leftover(name, script, "-wal");
   }
 
-  // A journal as it is just before the file is written.
-  static std::string Synchronised(const std::string& begun) {
-    return "\xD9\xD5\x05\xF9\x20\xA1\x63\xD7\xFF\xFF\xFF\xFF" + begun.substr(12);
-  }
-
   std::string WithRollbackJournal(std::string bytes) const {
-    bytes.at(18) = bytes.at(19) = 1;
+    bytes = InMode(kJournalled, std::move(bytes));
     WriteAll(path, bytes);
     return bytes;
   }

@@ -1,10 +1,6 @@
 // What is Windows' own about the library's coming and going.
-#include <malloc.h>
-
 #include <array>
-#include <bit>
 #include <cstdlib>
-#include <thread>
 #include <vector>
 
 #include "party_file.h"
@@ -37,15 +33,6 @@ Possessions CountPossessions() {
 void TakeAllAddresses() {
   for (SIZE_T size = 1U << 28U; size >= 4096; size /= 2) {
     while (VirtualAlloc(nullptr, size, MEM_RESERVE, PAGE_NOACCESS) != nullptr) continue;
-  }
-}
-
-void TakeAllMemory() {
-  TakeAllAddresses();
-  for (const HANDLE heap : {GetProcessHeap(), reinterpret_cast<HANDLE>(_get_heap_handle())}) {
-    for (SIZE_T size = 1U << 20U; size >= 8; size /= 2) {
-      while (HeapAlloc(heap, 0, size) != nullptr) continue;
-    }
   }
 }
 
@@ -82,16 +69,6 @@ TEST_F(WindowsLibrary, LeavesNothingBehindWhenItIsFreed) {
   EXPECT_EQ(after.localStorage, before.localStorage);
   EXPECT_EQ(after.handle, before.handle);
   EXPECT_LT(after.memory, before.memory + kTimes * 500);
-}
-
-TEST_F(WindowsLibrary, SaysSoWhenThereIsNoMemoryForItsFirstCall) {
-  testkit::ReleaseEmbedded();
-  const auto call = [this] {
-    testkit::EmbeddedCallId();
-    TakeAllMemory();
-    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(client.Open(path)));
-  };
-  EXPECT_EXIT(call(), testing::ExitedWithCode(btrieve::kOutOfMemory), "");
 }
 
 // The log's users share memory that needs addresses of its own.
@@ -133,25 +110,6 @@ TEST_F(WindowsLibrary, KeepsNoHostThatTerminatesAThreadWithinACall) {
   client.Do("close");
   testkit::ReleaseEmbedded();
   EXPECT_EXIT(terminate(), testing::ExitedWithCode(btrieve::kFileInUse), "");
-}
-
-// Others that are detached still call, and no turn of an ended thread ever comes to an end.
-TEST_F(WindowsLibrary, KeepsNoProcessThatEndsWithinACall) {
-  const auto leave = [this] {
-    CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    static Client waiting;
-    static std::string file = path;
-    using Callback = void (*)();
-    *std::bit_cast<Callback*>(GetProcAddress(LoadLibraryA("last_caller"), "AtDetachment")) = [] {
-      TerminateProcess(GetCurrentProcess(), static_cast<UINT>(Client().Open(file)));
-    };
-    std::thread([] { waiting.Open(file); }).detach();
-    Sleep(500);
-    ExitProcess(0);
-  };
-  client.Do("close");
-  testkit::ReleaseEmbedded();
-  EXPECT_EXIT(leave(), testing::ExitedWithCode(btrieve::kFileInUse), "");
 }
 
 }  // namespace
