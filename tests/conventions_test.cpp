@@ -7,7 +7,6 @@
 #include "store/dates.h"
 #include "store/result_line.h"
 #include "support/caller_buffer.h"
-#include "support/world.h"
 
 namespace qlx99::tests {
 namespace {
@@ -45,7 +44,7 @@ TEST(LeadingNumbers, EndWhereTheDigitsDo) {
     for (const char* text : texts) {
       EXPECT_EQ(LeadingNumber(text), number);
       // Behind the character that ends the number there may be no memory.
-      EXPECT_EQ(LeadingNumber(world::AtPageEnd(std::string(text) + 'x')), number);
+      EXPECT_EQ(LeadingNumber(Unterminated(std::string(text) + 'x')), number);
     }
   }
   EXPECT_EQ(LeadingNumber(nullptr), 0);

@@ -8,7 +8,6 @@
 #include "platform/dialog_template.h"
 #include "resources/resource.h"
 #include "support/export_test.h"
-#include "support/world.h"
 
 namespace qlx99::tests {
 namespace {
@@ -132,8 +131,7 @@ TEST_F(DialogsOnScreen, ScrollToTheirLongestLineAndEndAtEscape) {
       EXPECT_EQ(GetDlgCtrlID(focus), isParty ? expected.list : IDC_TAKE);
       SendMessageA(focus, WM_KEYDOWN, VK_DOWN, 0);
       EXPECT_EQ(SendMessageA(list, LB_GETCURSEL, 0, 0), isParty ? 1 : 0);
-      PostMessageA(dialog, WM_KEYDOWN, VK_ESCAPE, 0);
-      for (int i = 0; i < 5000 && open.IsOpen(); ++i) Sleep(1);
+      open.Cancel();
     });
     Open(expected.form);
     EXPECT_THAT(Overheard::tabStops, ElementsAre(expected.tabStop));

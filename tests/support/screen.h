@@ -60,7 +60,7 @@ class OpenDialog {
   bool DoubleClick(int listId, int index);
   bool Press(int buttonId);
 
-  // The Escape key or the close box.
+  // By the Escape key.
   void Cancel();
 
  private:
@@ -75,9 +75,5 @@ void WatchTheScreen();
 
 // From now on everything that appears is shown to this user, or with null to nobody.
 void ShowTheScreenTo(User* user);
-
-// For the user, while something is open: the host makes a call on the thread that waits in it.
-// Returns when the call has; what appears meanwhile is shown to the user, too.
-void LetTheHostCall(const std::function<void()>& call);
 
 }  // namespace qlx99::tests

@@ -54,7 +54,4 @@ void ShowTheScreenTo(User* user) {
   platform::SetScreen(user == nullptr ? nullptr : &screen);
 }
 
-// The user sits in the waiting thread.
-void LetTheHostCall(const std::function<void()>& call) { call(); }
-
 }  // namespace qlx99::tests

@@ -2,81 +2,101 @@
 // sibling library answers.
 #include <map>
 #include <string_view>
+#include <thread>
 #include <tuple>
 #include <type_traits>
 
 #include "support/office_programs.h"
-#include "support/world.h"
+#include "testkit/process.h"
 
 namespace qlx99::tests {
 namespace {
 
 using testing::ElementsAre;
 
-using LoginHandshakeTest = DelegatedTest;
-
 using Programs = std::vector<const char*>;
 const Programs kBoth{kLoginServer, kInquiryProgram};
+
+// The word processor's main window, which owns the library's hidden one.
+constexpr const char* kHost = "OpusApp";
+void HostCloses() { DestroyWindow(FindWindowA(kHost, nullptr)); }
 
 struct Login {
   const char* name;
   std::size_t complaints;
   bool confirmed;
-  Programs running;
+  Programs running;  // at first
   std::deque<Heard> conversation;
 };
 
-const Login kLogins[] = {
-    {"logged in from the start", 0, true, kBoth,
-     Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized())},
-    {"nobody logged in",
-     0,
-     true,
-     {kLoginServer},
-     Talk(LoggedIn(0), Started().Meanwhile(Mask(1)), Product(0), Product(0), Product(8),
-          LoginEnded(0), LoginEnded(0), LoginEnded(1), Minimized())},
-    {"no login server, and the mask closed", 0, false, {}, Talk(Started().Meanwhile(Mask(2)))},
-    {"another product, then yet another", 2, true, kBoth,
-     Talk(LoggedIn(1), Product(3), ChangeLogin(), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(),
-          Product(5), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(), Product(0), ChangeLogin(),
-          Product(8), LoginEnded(1), Minimized())},
-    {"another product, then the mask closed", 1, false, kBoth,
-     Talk(LoggedIn(1), Product(3), ChangeLogin().Meanwhile(Mask(2)), ChangeLogin())},
-    {"login taken back and made again before it has ended", 0, true, kBoth,
-     Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(-1)), LoginEnded(1),
-          LoginEnded(1).Meanwhile(Mask(1)), LoginEnded(1), Minimized())},
-    {"mask closed before the login has ended", 0, false, kBoth,
-     Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(2)), LoginEnded(1))},
-};
-
-TEST_F(LoginHandshakeTest, FollowsTheLogin) {
-  for (const auto& [name, complaints, confirmed, running, conversation] : kLogins) {
-    SCOPED_TRACE(name);
-    for (const char* program : running) programs.Start(program);
-    programs.WillHear(conversation);
-    EXPECT_EQ(library->UserInit(), confirmed ? kDelegateAnswer : 0);
+class LoginHandshakeTest : public DelegatedTest {
+ protected:
+  void Follow(const Login& login) {
+    SCOPED_TRACE(login.name);
+    programs.Start(kHost);
+    for (const char* program : login.running) programs.Start(program);
+    programs.WillHear(login.conversation);
+    EXPECT_EQ(library->UserInit(), login.confirmed ? kDelegateAnswer : 0);
     programs.End();
     EXPECT_EQ(user.Messages(), std::vector<MessageBox>(
-                                   complaints, {"Sie sind nicht in einer STELVORA-Bürogemeinschaft "
-                                                "angemeldet. Bitte und melden Sie sich um.",
-                                                "Systemmeldung !", MB_SYSTEMMODAL}));
+                                   login.complaints,
+                                   {"Sie sind nicht in einer STELVORA-Bürogemeinschaft angemeldet. "
+                                    "Bitte und melden Sie sich um.",
+                                    "Systemmeldung !", MB_SYSTEMMODAL}));
   }
-}
 
-TEST_F(LoginHandshakeTest, StartsTheInquiryProgramWhereThereIsNoLoginServerYet) {
-  const auto serverStarts = [&] {
+  const std::function<void()> serverStarts_ = [this] {
     programs.Start(kLoginServer);
     OfficePrograms::LoginMaskReports(1);
   };
-  programs.WillHear({Started().Meanwhile(serverStarts), Product(8), LoginEnded(1), Minimized()});
-  EXPECT_EQ(library->UserInit(), kDelegateAnswer);
-}
 
-TEST_F(LoginHandshakeTest, TakesNobodyForLoggedInWithoutTheInquiryProgram) {
+  const Login logins_[10] = {
+      {"logged in from the start", 0, true, kBoth,
+       Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized())},
+      {"nobody logged in",
+       0,
+       true,
+       {kLoginServer},
+       Talk(LoggedIn(0), Started().Meanwhile(Mask(1)), Product(0), Product(0), Product(8),
+            LoginEnded(0), LoginEnded(0), LoginEnded(1), Minimized())},
+      {"no login server, and the mask closed", 0, false, {}, Talk(Started().Meanwhile(Mask(2)))},
+      {"no login server yet",
+       0,
+       true,
+       {},
+       Talk(Started().Meanwhile(serverStarts_), Product(8), LoginEnded(1), Minimized())},
+      {"another product, then yet another", 2, true, kBoth,
+       Talk(LoggedIn(1), Product(3), ChangeLogin(), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(),
+            Product(5), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(), Product(0), ChangeLogin(),
+            Product(8), LoginEnded(1), Minimized())},
+      {"another product, then the mask closed", 1, false, kBoth,
+       Talk(LoggedIn(1), Product(3), ChangeLogin().Meanwhile(Mask(2)), ChangeLogin())},
+      {"login taken back and made again before it has ended", 0, true, kBoth,
+       Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(-1)), LoginEnded(1),
+            LoginEnded(1).Meanwhile(Mask(1)), LoginEnded(1), Minimized())},
+      {"mask closed before the login has ended", 0, false, kBoth,
+       Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(2)), LoginEnded(1))},
+      {"host closed before the login",
+       0,
+       false,
+       {kLoginServer},
+       Talk(LoggedIn(0), Started().Meanwhile(HostCloses))},
+      {"host closed before the login has ended",
+       0,
+       false,
+       {kLoginServer},
+       Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(HostCloses))},
+  };
+};
+
+TEST_F(LoginHandshakeTest, FollowsTheLogin) {
+  for (const Login& login : logins_) Follow(login);
   fs::remove(programs.Bin32() / "telq32.exe");
-  programs.Start(kLoginServer);
-  programs.WillHear({LoggedIn(1).Meanwhile(Mask(1)), Product(0), Product(8), LoginEnded(1)});
-  EXPECT_EQ(library->UserInit(), kDelegateAnswer);
+  Follow({"no inquiry program: nobody counts as logged in",
+          0,
+          true,
+          {kLoginServer},
+          Talk(LoggedIn(1).Meanwhile(Mask(1)), Product(0), Product(8), LoginEnded(1))});
 }
 
 TEST_F(LoginHandshakeTest, TakesTheLongestMappingRootWithoutATerminator) {
@@ -106,12 +126,47 @@ TEST_F(LoginHandshakeTest, HoldsTheHostsQuitMessageUntilTheCallIsDone) {
     programs.WillHear(conversation);
     PostQuitMessage(7);
     call();
-    MSG message{};
-    EXPECT_TRUE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
-    EXPECT_EQ(message.message, WM_QUIT);
-    EXPECT_EQ(message.wParam, 7U);
+    EXPECT_EQ(DispatchAsTheHost(), 7);
     EXPECT_THAT(user.Messages(), testing::SizeIs(messages));
   }
+}
+
+class LoginWindowTest : public DelegatedTest {
+ protected:
+  // The hidden window of a library that has seen the login.
+  HWND WindowAfterLogin() {
+    BothProgramsRun();
+    LoginIsThere();
+    EXPECT_EQ(library->UserInit(), kDelegateAnswer);
+    return FindWindowA("KrvQLX", "KrvQLX");
+  }
+};
+
+TEST_F(LoginWindowTest, IsMadeAgainWhenItsOwnerHasGone) {
+  programs.Start(kHost);
+  ASSERT_NE(WindowAfterLogin(), nullptr);
+  HINSTANCE module = library->module;
+  WNDCLASSA its{};
+  ASSERT_TRUE(GetClassInfoA(module, "KrvQLX", &its));
+  EXPECT_EQ(its.lpfnWndProc, library->MainWndProc);
+
+  HostCloses();
+  EXPECT_EQ(FindWindowA("KrvQLX", nullptr), nullptr);
+  LoginIsThere();
+  EXPECT_EQ(library->UserInit(), kDelegateAnswer);
+  EXPECT_NE(FindWindowA("KrvQLX", nullptr), nullptr);
+  library.Free();
+  EXPECT_EQ(FindWindowA("KrvQLX", nullptr), nullptr);
+  EXPECT_FALSE(GetClassInfoA(module, "KrvQLX", &its));
+  EXPECT_EQ(GetModuleHandleA("qlx02.dll"), nullptr);
+}
+
+TEST_F(LoginWindowTest, KeepsNoProcedureThatIsGoneWhenAnotherThreadFreesTheLibrary) {
+  HWND window = WindowAfterLogin();
+  std::thread([&] { library.Free(); }).join();
+  EXPECT_EQ(SendMessageA(window, WM_COMMAND, 0, 0), 0);
+  programs.End();  // which dispatches this thread's messages
+  EXPECT_FALSE(IsWindow(window));
 }
 
 // Every export with its delegate; the first argument is the same text each time.
@@ -195,29 +250,13 @@ TEST_F(DelegateTest, GetsTheArgumentsAsTheyAreAndGivesTheResult) {
 }
 
 TEST_F(DelegateTest, ThatIsMissingIsNamed) {
-  const fs::path library02 = programs.Bin32() / world::LibraryFile("qlx02");
+  fs::copy(ProgramFolder() / LibraryFile("scripted_manager"),
+           programs.Bin32() / LibraryFile("qlx02"), fs::copy_options::overwrite_existing);
   BothProgramsRun();
-  for (const char* other : {"", "scripted_manager"}) {
-    fs::remove(library02);
-    if (*other != '\0') fs::copy(world::ProgramFolder() / world::LibraryFile(other), library02);
-    for (const auto& [exportName, delegate, arguments, call] : Calls()) {
-      if (delegate == nullptr) continue;
-      LoginIsThere();
-      EXPECT_EQ(call(), 0);
-      EXPECT_THAT(user.Messages(), ElementsAre(Invalid("Funktion >" + std::string(delegate) +
-                                                       "< aus der QLX02.DLL nicht gefunden")));
-    }
-  }
-  EXPECT_EQ(OutcomeText(0, record), "0 ");
-}
-
-TEST_F(DelegateTest, IsNotCalledWithoutAMappingRoot) {
-  office.IsNotConfigured("MappingRoot");
-  programs.Start(kInquiryProgram);
-  for (const auto& [exportName, delegate, arguments, call] : Calls()) {
-    programs.WillHear({Minimized()});
-    EXPECT_EQ(call(), 0) << exportName;
-  }
+  LoginIsThere();
+  EXPECT_EQ(library->UserNext("1", record), 0);
+  EXPECT_THAT(user.Messages(), ElementsAre(Invalid("Funktion >GetUserFields< aus der QLX02.DLL "
+                                                   "nicht gefunden")));
   EXPECT_EQ(OutcomeText(0, record), "0 ");
 }
 
@@ -233,6 +272,9 @@ TEST_F(DelegateTest, StaysLoadedBetweenCallsWithItsFolderCurrent) {
   LoginIsThere();
   EXPECT_EQ(library->GetDokuNr("1"), kDelegateAnswer);
   EXPECT_TRUE(fs::equivalent(fs::current_path(), programs.Bin32()));
+  office.IsNotConfigured("MappingRoot");
+  programs.WillHear({Minimized()});
+  EXPECT_EQ(library->UserInit(), 0);
 }
 
 }  // namespace
