@@ -1,11 +1,10 @@
-// How fields, dates, numbers and results are written, whatever the export.
+// How dates and numbers are written, whatever the export.
 #include <array>
 #include <chrono>
 #include <string>
 
 #include "frame/arguments.h"
 #include "store/dates.h"
-#include "store/result_line.h"
 #include "support/caller_buffer.h"
 
 namespace qlx99::tests {
@@ -48,25 +47,6 @@ TEST(LeadingNumbers, EndWhereTheDigitsDo) {
     }
   }
   EXPECT_EQ(LeadingNumber(nullptr), 0);
-}
-
-std::string HandedOver(std::string_view bytes, HandOverForm form) {
-  ResultLine record;
-  record.Append(bytes);
-  return OutcomeOf([&](char* buffer) { return HandOver(record, buffer, form); });
-}
-
-TEST(HandOver, GivesZeroWhenTheBufferThenBeginsWithTwoEmptyFields) {
-  for (const char* text : {"||", "||x"}) {
-    EXPECT_EQ(HandedOver(text, HandOverForm::kLineOnly), std::string("0 ") + text);
-    EXPECT_EQ(HandedOver(text, HandOverForm::kWithEndMark), std::string("0 ") + text + "<end>");
-  }
-  for (const char* text : {"|", "|x|", "x||"}) {
-    EXPECT_EQ(HandedOver(text, HandOverForm::kLineOnly), std::string("-1 ") + text);
-  }
-  CallerBuffer buffer;  // what the caller had there before counts as well
-  buffer[0] = buffer[1] = '|';
-  EXPECT_EQ(HandOver(ResultLine(), buffer, HandOverForm::kLineOnly), 0);
 }
 
 }  // namespace

@@ -135,36 +135,26 @@ TEST_F(NestedCallsTest, DoNotDisturbADialogThatIsBeingPreparedOrFilled) {
   }
 }
 
-TEST_F(NestedCallsTest, WriteTheFollowUpThatTheyWereMadeFor) {
+// The host may use the memory of its arguments anew while a message is open. A file that can be
+// opened at the last attempt brings one all the same.
+TEST_F(NestedCallsTest, WorkOnWhatTheyWereMadeFor) {
   std::string date = "24.12.2030";
   std::string text = "Frist";
   manager.Answers(btrieve::kClose, "ZTCASE.KRV", btrieve::kIoError, 1);
   user.DoesAtMessage([&] { date = text = "01.01.2001"; });
   EXPECT_EQ(library->WVNew("12345678", "7", date.c_str(), "17", "0", "0", text.c_str()), -1);
-  EXPECT_EQ(user.Messages().size(), 1U);
   EXPECT_EQ(OutcomeOf([&](char* b) { return library->WVNext("12345678", "3", b); }),
             "-1 24.12.2030||7|Frist|Meier|MEI|17|||0|0|4");
-}
-
-// A file that can be opened at the last attempt brings the message all the same.
-TEST_F(NestedCallsTest, AreAboutTheCaseThatTheyWereMadeFor) {
   const auto opensLate = [&](const char* file) {
     manager.Answers(btrieve::kOpen, file, btrieve::kFileInUse, kMaxAttempts);
     user.DoesAtMessage([&] { InPlace("12345670"); });
   };
-  const auto followUps = library->WVInit(InPlace("12345678"));
   opensLate("ZTDOLIST.KRV");
-  EXPECT_EQ(library->WVInit(InPlace("12345678")), followUps);
-  const auto number = library->GetDokuNr(InPlace("12345678"));
+  EXPECT_EQ(library->WVInit(InPlace("12345678")), 3);
   opensLate("ZTHISTO.KRV");
-  EXPECT_EQ(library->GetDokuNr(InPlace("12345678")), number + 1);
-  EXPECT_EQ(user.Messages().size(), 2U);
-}
-
-TEST_F(NestedCallsTest, LeaveTheLinkNumberThatWasGivenLast) {
-  const Row other = Address("a contact person under another link", "4711", "0", 1);
-  Both(Address("a contact person", "4711", "815", 1), other);
-  EXPECT_EQ(Alone(Address("without a link", "4711", nullptr, 1)), Alone(other));
+  EXPECT_EQ(library->GetDokuNr(InPlace("12345678")), 1);
+  EXPECT_EQ(library->GetDokuNr("12345678"), 2);
+  EXPECT_EQ(user.Messages().size(), 3U);
 }
 
 // The host is told to end while a dialog is open. The dialog that comes next, within that call or

@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "support/library.h"
-#include "support/screen.h"
+#include "support/user.h"
 #include "tests/recordmanager/party_file.h"
 
 namespace {
