@@ -117,24 +117,6 @@ TEST_F(NestedCallsTest, GiveWhatTheyGiveAlone) {
   user.Messages();
 }
 
-TEST_F(NestedCallsTest, DoNotDisturbADialogThatIsBeingPreparedOrFilled) {
-  const Row messageThenDialog = Party("", "M ", "12345678", nullptr);
-  const Row other = Party("", "  ", "12345670", Choice(2));
-  user.TakesTheSelectedFromNowOn();
-  const std::string second = Alone(other);
-  for (const auto* file : {"ZTKOFPAR.KRV", "ZTPART.KRV"}) {
-    SCOPED_TRACE(file);
-    const auto isBusy = [&] {
-      manager.Answers(btrieve::kGetEqual, file, btrieve::kRecordInUse, kMaxAttempts + 1);
-    };
-    isBusy();
-    const Outcomes alone{Alone(messageThenDialog), second};
-    isBusy();
-    EXPECT_EQ(Both(messageThenDialog, other), alone);
-    EXPECT_EQ(user.Messages().size(), 2U);
-  }
-}
-
 // The host may use the memory of its arguments anew while a message is open. A file that can be
 // opened at the last attempt brings one all the same.
 TEST_F(NestedCallsTest, WorkOnWhatTheyWereMadeFor) {

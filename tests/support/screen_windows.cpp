@@ -60,20 +60,6 @@ HWND Reachable(HWND dialog, int id, const char* controlClass) {
   return reachable ? control : nullptr;
 }
 
-// With the mouse, in the middle of the line.
-bool Click(HWND list, int index, std::initializer_list<UINT> mouseMessages) {
-  if (list == nullptr || index < 0 || index >= SendMessageA(list, LB_GETCOUNT, 0, 0)) return false;
-  const auto line = static_cast<WPARAM>(index);
-  RECT place{};
-  SendMessageA(list, LB_SETTOPINDEX, line, 0);
-  SendMessageA(list, LB_GETITEMRECT, line, reinterpret_cast<LPARAM>(&place));
-  const LPARAM middle = MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
-  for (const UINT message : mouseMessages) {
-    SendMessageA(list, message, message == WM_LBUTTONUP ? 0 : MK_LBUTTON, middle);
-  }
-  return true;
-}
-
 // As far as it is to be seen and the library makes use of it.
 UINT StyleOf(HWND messageBox) {
   const bool isAbove = (GetWindowLongA(messageBox, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
@@ -124,13 +110,18 @@ ShownDialog OpenDialog::Look() const {
 
 bool OpenDialog::IsOpen() const { return IsWindowVisible(window_) != FALSE; }
 
+// With the mouse, in the middle of the line.
 bool OpenDialog::Select(int listId, int index) {
-  return Click(Reachable(window_, listId, "LISTBOX"), index, {WM_LBUTTONDOWN, WM_LBUTTONUP});
-}
-
-bool OpenDialog::DoubleClick(int listId, int index) {
-  return Click(Reachable(window_, listId, "LISTBOX"), index,
-               {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP});
+  HWND list = Reachable(window_, listId, "LISTBOX");
+  if (list == nullptr || index < 0 || index >= SendMessageA(list, LB_GETCOUNT, 0, 0)) return false;
+  const auto line = static_cast<WPARAM>(index);
+  RECT place{};
+  SendMessageA(list, LB_SETTOPINDEX, line, 0);
+  SendMessageA(list, LB_GETITEMRECT, line, reinterpret_cast<LPARAM>(&place));
+  const LPARAM middle = MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+  SendMessageA(list, WM_LBUTTONDOWN, MK_LBUTTON, middle);
+  SendMessageA(list, WM_LBUTTONUP, 0, middle);
+  return true;
 }
 
 bool OpenDialog::Press(int buttonId) {

@@ -61,7 +61,6 @@ class OpenDialog {
 
   // Each returns false when there is nothing of the kind to click.
   bool Select(int listId, int index);
-  bool DoubleClick(int listId, int index);
   bool Press(int buttonId);
 
   // By the Escape key.
