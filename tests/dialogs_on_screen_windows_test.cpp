@@ -1,8 +1,6 @@
 // What the library does to the dialogs on a real screen, and what a person's keys do to them.
 #include "addresses/bank_connection_file.h"
 #include "addresses/contact_person_file.h"
-#include "caseparties/case_party_file.h"
-#include "cases/case_file.h"
 #include "frame/attach.h"
 #include "frame/login_window.h"
 #include "resources/resource.h"
@@ -21,52 +19,33 @@ LRESULT CALLBACK Overhear(int code, WPARAM wordParam, LPARAM longParam) {
   return CallNextHookEx(nullptr, code, wordParam, longParam);
 }
 
-class DialogsOnScreen : public ExportTest {
- protected:
-  DialogsOnScreen() {
-    office.Has<CaseRecord>("id: 7, caseNumber: 12345678");
-    for (const std::string id : {"1", "2"}) {
-      office.Has<CasePartyRecord>("id: " + id + ", caseId: 7");
-      office.Has<ContactPersonRecord>("number: " + id + ", addressNumber: 4711");
-      office.Has<BankConnectionRecord>("number: " + id + ", addressNumber: 4712");
-    }
-  }
-
-  // What the macro asks for so that the dialog appears.
-  void Open(int dialog) {
-    CallerBuffer buffer;
-    if (dialog == IDD_PARTY_SELECTION) {
-      library->BLesenDLL("  ", "12345678", nullptr, nullptr, buffer);
-    } else {
-      library->ALesenDLL("", dialog == IDD_CONTACT_CHOICE ? "4711" : "4712", buffer, "");
-    }
-  }
-};
-
-const struct {
-  WORD form;
-  const char* title;
-  int list;
-  int tabStop;
-} kDialogs[] = {{IDD_BANK_CHOICE, "Bankverbindung auswählen", IDC_BANK_LINES, 100},
-                {IDD_CONTACT_CHOICE, "Ansprechpartner auswählen", IDC_CONTACT_LINES, 80},
-                {IDD_PARTY_SELECTION, "Adressat auswählen", IDC_PARTY_LINES, 120}};
+using DialogsOnScreen = ExampleOfficeTest;
 
 TEST_F(DialogsOnScreen, StandInColumnsAndHearTheKeys) {
+  const struct {
+    const char* title;
+    int list;
+    int tabStop;
+    bool isParty;
+  } dialogs[] = {{"Ansprechpartner auswählen", IDC_CONTACT_LINES, 80, false},
+                 {"Bankverbindung auswählen", IDC_BANK_LINES, 100, false},
+                 {"Adressat auswählen", IDC_PARTY_LINES, 120, true}};
+  office.Has<ContactPersonRecord>("number: 256, addressNumber: 4711");
+  office.Has<BankConnectionRecord>("number: 256, addressNumber: 4711");
   HHOOK hook = SetWindowsHookExA(WH_CALLWNDPROC, Overhear, nullptr, GetCurrentThreadId());
-  for (const auto& expected : kDialogs) {
-    SCOPED_TRACE(expected.title);
+  for (const auto& expected : dialogs) {
     user.Does([&](OpenDialog& open) {
+      SCOPED_TRACE(expected.title);
       HWND dialog = FindWindowA(nullptr, Ansi(expected.title).c_str());
-      const bool isParty = expected.form == IDD_PARTY_SELECTION;
-      EXPECT_EQ(GetDlgCtrlID(GetFocus()), isParty ? expected.list : IDC_TAKE);
+      EXPECT_EQ(lastTabStop, expected.tabStop);
+      EXPECT_EQ(GetDlgCtrlID(GetFocus()), expected.isParty ? expected.list : IDC_TAKE);
       SendMessageA(GetFocus(), WM_KEYDOWN, VK_DOWN, 0);
-      EXPECT_EQ(SendDlgItemMessageA(dialog, expected.list, LB_GETCURSEL, 0, 0), isParty ? 1 : 0);
+      EXPECT_EQ(SendDlgItemMessageA(dialog, expected.list, LB_GETCURSEL, 0, 0), expected.isParty);
       open.Cancel();
     });
-    Open(expected.form);
-    EXPECT_EQ(lastTabStop, expected.tabStop);
   }
+  library->ALesenDLL("", "4711", CallerBuffer(), "");
+  library->BLesenDLL("  ", "12345678", nullptr, nullptr, CallerBuffer());
   UnhookWindowsHookEx(hook);
 }
 

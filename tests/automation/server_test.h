@@ -14,7 +14,7 @@
 #include "office/sample_office.h"
 #include "office/text_encoding.h"
 #include "platform/windows_api.h"
-#include "testkit/embedded_manager.h"
+#include "support/library.h"
 #include "testkit/files.h"
 #include "testkit/temporary_folder.h"
 // <windows.h> first: this builds on it.
@@ -99,6 +99,7 @@ class AutomationServer : public testing::Test {
   }
   static void TearDownTestSuite() {
     RegDeleteTreeA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Quorvane\\Stelvora");
+    UnloadRecordManagers();
     office.reset();
   }
 

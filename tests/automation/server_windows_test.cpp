@@ -5,7 +5,6 @@
 #include "automation/server_test.h"
 #include "frame/attach.h"
 #include "office/export_call.h"
-#include "support/library.h"
 
 namespace qlx99::tests {
 namespace {
@@ -75,7 +74,6 @@ TEST_F(AutomationServer, AnswersAsTheLibraryDoes) {
   std::string expected;
   for (const Call& call : kCalls) expected += Expected(call);
   EXPECT_EQ(answers, expected);
-  UnloadRecordManagers();
 }
 
 // In words that script hosts do not translate.
