@@ -81,7 +81,7 @@ HWND WINAPI CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title,
     const auto found = TheDesktop().classes.find({module, UpperCase(className)});
     if (found == TheDesktop().classes.end()) return nullptr;
     handle = Add({found->first, found->second.lpfnWndProc, title == nullptr ? "" : title, owner,
-                  platform::QueueOfThisThread()});
+                  &platform::QueueOfThisThread()});
   }
   SendMessageA(handle, WM_CREATE, 0, 0);
   return handle;
@@ -91,7 +91,7 @@ BOOL WINAPI DestroyWindow(HWND window) {
   {
     const Lock lock(TheDesktop().mutex);
     const Window* found = TheDesktop().Find(window);
-    if (found == nullptr || found->queue != platform::QueueOfThisThread()) return FALSE;
+    if (found == nullptr || found->queue != &platform::QueueOfThisThread()) return FALSE;
   }
   for (HWND owned : OwnedBy(window)) DestroyWindow(owned);
   SendMessageA(window, WM_DESTROY, 0, 0);

@@ -98,11 +98,7 @@ TEST_F(AddressReadingTest, UserChoosesAmongSeveralContactPersons) {
 TEST_F(AddressReadingTest, UserChoosesAmongSeveralBankConnections) {
   office.Has<B>("number: 201, addressNumber: 4711, bankName: Volksbank, accountNumber: 815");
   const std::string second = With({.bank = "Volksbank||815|"});
-  user.Does([&](OpenDialog& open) {
-    open.DoubleClick(IDC_BANK_LINES, 1);
-    EXPECT_TRUE(open.IsOpen());
-    open.Press(IDC_TAKE);
-  });
+  user.Chooses(2);
   EXPECT_EQ(Address(), second);
   const ShownDialog dialog = user.OnlyDialog();
   EXPECT_EQ(dialog.title, "Bankverbindung auswählen");

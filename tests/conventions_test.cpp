@@ -1,13 +1,11 @@
-// How fields, dates, numbers and results are written, whatever the export.
+// How dates and numbers are written, whatever the export.
 #include <array>
 #include <chrono>
 #include <string>
 
 #include "frame/arguments.h"
 #include "store/dates.h"
-#include "store/result_line.h"
 #include "support/caller_buffer.h"
-#include "support/world.h"
 
 namespace qlx99::tests {
 namespace {
@@ -45,29 +43,10 @@ TEST(LeadingNumbers, EndWhereTheDigitsDo) {
     for (const char* text : texts) {
       EXPECT_EQ(LeadingNumber(text), number);
       // Behind the character that ends the number there may be no memory.
-      EXPECT_EQ(LeadingNumber(world::AtPageEnd(std::string(text) + 'x')), number);
+      EXPECT_EQ(LeadingNumber(Unterminated(std::string(text) + 'x')), number);
     }
   }
   EXPECT_EQ(LeadingNumber(nullptr), 0);
-}
-
-std::string HandedOver(std::string_view bytes, HandOverForm form) {
-  ResultLine record;
-  record.Append(bytes);
-  return OutcomeOf([&](char* buffer) { return HandOver(record, buffer, form); });
-}
-
-TEST(HandOver, GivesZeroWhenTheBufferThenBeginsWithTwoEmptyFields) {
-  for (const char* text : {"||", "||x"}) {
-    EXPECT_EQ(HandedOver(text, HandOverForm::kLineOnly), std::string("0 ") + text);
-    EXPECT_EQ(HandedOver(text, HandOverForm::kWithEndMark), std::string("0 ") + text + "<end>");
-  }
-  for (const char* text : {"|", "|x|", "x||"}) {
-    EXPECT_EQ(HandedOver(text, HandOverForm::kLineOnly), std::string("-1 ") + text);
-  }
-  CallerBuffer buffer;  // what the caller had there before counts as well
-  buffer[0] = buffer[1] = '|';
-  EXPECT_EQ(HandOver(ResultLine(), buffer, HandOverForm::kLineOnly), 0);
 }
 
 }  // namespace

@@ -4,10 +4,11 @@
 #include <sstream>
 
 #include "platform/dialog_template.h"
+#include "platform/resources.h"
 #include "resources/resource.h"
-#include "support/record_managers.h"
 #include "support/text.h"
-#include "support/world.h"
+#include "testkit/embedded_manager.h"
+#include "testkit/process.h"
 
 namespace qlx99::tests {
 namespace {
@@ -46,7 +47,8 @@ std::ostream& operator<<(std::ostream& out, const platform::Place& place) {
 }
 
 std::string TextOf(HMODULE library, WORD id) {
-  const auto form = platform::ParseDialogTemplate(world::DialogTemplate(library, id));
+  constexpr WORD kDialogs = 5;
+  const auto form = platform::ParseDialogTemplate(platform::FindResourceOf(library, kDialogs, id));
   if (!form) return "broken";
   std::ostringstream out;
   out << '"' << Utf8(form->title) << "\" " << form->place << Words(kDialog, form->style) << ", "
@@ -60,7 +62,8 @@ std::string TextOf(HMODULE library, WORD id) {
 }
 
 TEST(DialogForms, AreTheOnesThatTheOfficeKnows) {
-  HMODULE library = LoadLibraryA((ProductFolder() / world::LibraryFile("qlx99")).string().c_str());
+  HMODULE library =
+      LoadLibraryA((testkit::ProductFolder() / testkit::LibraryFile("qlx99")).string().c_str());
   EXPECT_EQ(
       TextOf(library, IDD_BANK_CHOICE),
       R"("Bankverbindung auswählen" 19,23 240x114 visible popup caption close-box modal-frame 3d-look centred, MS Sans Serif 8

@@ -10,7 +10,6 @@
 #include "followups/follow_up_file.h"
 #include "office/export_table.h"
 #include "support/export_test.h"
-#include "support/world.h"
 #include "testkit/embedded_manager.h"
 
 namespace qlx99::tests {
@@ -78,7 +77,7 @@ std::vector<std::string> ResultsWhenOneFails(const Row& row, bool nothingFound) 
 }
 
 // A number with nothing readable behind the character that ends it.
-const char* Number(const std::string& digits) { return world::AtPageEnd(digits + 'x'); }
+const char* Number(const std::string& digits) { return Unterminated(digits + 'x'); }
 
 class EveryExportTest : public ExampleOfficeTest {
  protected:
@@ -117,8 +116,8 @@ class EveryExportTest : public ExampleOfficeTest {
   TemporaryFolder before_;
 
   // Of their arguments, too, nothing can be read behind what counts.
-  const char* const kCase = world::AtPageEnd("12345678");
-  const char* const kDate = world::AtPageEnd("31.12.2050");
+  const char* const kCase = Unterminated("12345678");
+  const char* const kDate = Unterminated("31.12.2050");
 
   using E = Exports;
   const std::vector<Row> rows{
@@ -160,8 +159,8 @@ class EveryExportTest : public ExampleOfficeTest {
        "=ADRESS0 +ADTOAD =ADTOAD1 >ADTOAD1 =KOFPAR0 -ADTOAD -BANK -ADRESS -KOADBY -KOTITL "
        "-KOFPAR -PART",
        "6*-1 0 29*-1"},
-      {"BLesenDLL", CallOf(&E::BLesenDLL, "M ", world::AtPageEnd("12345670"), "", "", Buffer()),
-       "0 ", NoDataPath("Dokumentdaten"),
+      {"BLesenDLL", CallOf(&E::BLesenDLL, "M ", Unterminated("12345670"), "", "", Buffer()), "0 ",
+       NoDataPath("Dokumentdaten"),
        "+HEAD +CASE =CASE1 -CASE =HEAD1 +KOFPAR =KOFPAR0 -KOFPAR >HEAD1 +KOFPAR =KOFPAR0 -KOFPAR "
        ">HEAD1 -HEAD +PART +CASE +KOFPAR +KOTITL +KOADBY +ADTOAD +HEAD +ADRESS =CASE1 =HEAD1 "
        "=KOFPAR0 =PART2 >HEAD1 =KOFPAR0 =PART2 >HEAD1 -ADRESS -HEAD -ADTOAD -KOADBY -KOTITL "

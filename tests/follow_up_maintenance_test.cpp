@@ -2,7 +2,6 @@
 #include "followups/follow_up_file.h"
 #include "store/dates.h"
 #include "support/export_test.h"
-#include "support/world.h"
 #include "tests/recordmanager/party_file.h"
 
 namespace qlx99::tests {
@@ -81,7 +80,7 @@ TEST_F(FollowUpMaintenanceTest, WriteAFollowUpWhole) {
 // The first thing wrong is the one message shown, and nothing is written.
 TEST_F(FollowUpMaintenanceTest, RefuseEachInAnOrderOfTheirOwn) {
   // Nothing can be read behind it.
-  const char* const tooLong = world::AtPageEnd(kLongestText + 'x');
+  const char* const tooLong = Unterminated(kLongestText + 'x');
   const struct {
     Write write;
     Arguments arguments;
@@ -96,8 +95,8 @@ TEST_F(FollowUpMaintenanceTest, RefuseEachInAnOrderOfTheirOwn) {
       {New, {.key = "12345678", .date = nullptr}, {kNoDateGiven}},
       {New, {.key = "12345678", .date = "32.01.2003", .text = tooLong}, {kInvalidDate}},
       {New, {.key = "12345678", .text = tooLong}, {kTextTooLong}},
-      {New, {.key = "12345678", .text = world::AtPageEnd(kPaddedText + 'x')}, {kTextTooLong}},
-      {New, {.key = "12345678", .text = world::AtPageEnd(kBlankText + 'x')}, {kTextTooLong}},
+      {New, {.key = "12345678", .text = Unterminated(kPaddedText + 'x')}, {kTextTooLong}},
+      {New, {.key = "12345678", .text = Unterminated(kBlankText + 'x')}, {kTextTooLong}},
       {Change, {.key = "0", .kind = "0", .user = "0"}, {kInvalidFollowUp}},
       {Change, {.key = "0"}, {}},
       {Change, {.key = "1", .date = "", .user = "0"}, {kInvalidUser}},

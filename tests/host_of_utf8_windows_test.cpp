@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "platform/windows_api.h"
-#include "support/world.h"
+#include "testkit/process.h"
 
 namespace qlx99::tests {
 namespace {
@@ -43,9 +43,9 @@ TEST(HostOfUtf8, HasThatCodePageAndNoOtherHas) {
 
 TEST(LibraryInAHostOfUtf8, ShowsAndDeliversTheSame) {
   const fs::path program =
-      world::ProgramFolder() / (kProgram + std::to_string(GetCurrentProcessId()) + ".exe");
+      testkit::ProgramFolder() / (kProgram + std::to_string(GetCurrentProcessId()) + ".exe");
   const fs::path manifest = program.string() + ".manifest";
-  fs::copy_file(world::ProgramFolder() / "qlx99_tests.exe", program);
+  fs::copy_file(testkit::ProgramFolder() / "qlx99_tests.exe", program);
   std::ofstream(manifest) << kManifest;
   // The outer quotation marks are the command interpreter's.
   EXPECT_EQ(std::system(("\"\"" + program.string() + "\" " + kOptions + '"').c_str()), 0);

@@ -80,6 +80,9 @@ TEST_F(ListsTest, DeliverTheEntryAtEachPosition) {
 TEST_F(ListsTest, EndAtTwoEmptyFieldsAndAtPartiesWithoutAddress) {
   office.Has<UserRecord>("number: -3, shortSign: MEI");
   EXPECT_EQ(User("1"), "0 |||MEI|-3");
+  CallerBuffer buffer;  // what the caller had there before counts as well
+  buffer[0] = buffer[1] = '|';
+  EXPECT_EQ(library->UserNext("9", buffer), 0);
   office.Has<AddressRecord>("number: 4713, place: Ulm");
   office.Has<H>("id: 205, caseId: 7, addressNumber: 4713");
   office.Has<H>("id: 206, caseId: 7, relationId: 1");

@@ -1,7 +1,6 @@
 // How the library loads and calls the record manager, seen from the record manager's side.
 #include "followups/follow_up_file.h"
 #include "support/export_test.h"
-#include "support/world.h"
 #include "users/user_file.h"
 
 namespace qlx99::tests {
@@ -53,8 +52,7 @@ TEST_F(LoadingTest, TakesTheOneBesideTheLibraryAndNoneInTheCurrentFolder) {
   const fs::path mail = office.Folder() / "mail";
   fs::create_directories(mail);
   for (const char* file : {"w3btrv7", "planted"}) {
-    fs::copy(world::ProgramFolder() / world::LibraryFile("scripted_manager"),
-             mail / world::LibraryFile(file));
+    fs::copy(ProgramFolder() / LibraryFile("scripted_manager"), mail / LibraryFile(file));
   }
   const auto canBeLoaded = [](const char* name) {
     HMODULE loaded = LoadLibraryA(name);

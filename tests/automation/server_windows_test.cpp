@@ -1,117 +1,16 @@
-// The automation server as its clients meet it: scripts of the system's script host, and a program
-// with a window. All of them are 32-bit ones here, as the Windows of these tests is.
-#include <gmock/gmock.h>
-
-#include <array>
-#include <functional>
-#include <memory>
-#include <optional>
+// The automation server as scripts meet it.
 #include <set>
 #include <sstream>
-#include <thread>
 
-#include "automation/late_bound_client.h"
-#include "automation/machine_office.h"
+#include "automation/server_test.h"
 #include "frame/attach.h"
 #include "office/export_call.h"
-#include "office/sample_office.h"
-#include "office/text_encoding.h"
-#include "platform/windows_api.h"
-#include "resources/resource.h"
-#include "support/started_program.h"
-#include "testkit/embedded_manager.h"
-#include "testkit/files.h"
-#include "testkit/temporary_folder.h"
 
 namespace qlx99::tests {
 namespace {
 
-namespace fs = std::filesystem;
-
 using testing::HasSubstr;
 using testing::StartsWith;
-using testkit::ProductFolder;
-using testkit::TemporaryFolder;
-
-const std::string kClassKeys[] = {"qlx99.Library", "qlx99.Library.1",
-                                  "CLSID\\{A3F2BE8F-F156-4BB0-B3BA-7CA73F004344}"};
-
-bool Eventually(const std::function<bool()>& isSo) {
-  constexpr int kTimes = 3000;
-  for (int i = 0; i < kTimes; ++i) {
-    if (isSo()) return true;
-    Sleep(10);
-  }
-  return false;
-}
-
-int CountServers() { return CountRunning("qlx99server.exe"); }
-
-HWND PartyDialog() {
-  HWND dialog = FindWindowW(L"#32770", L"Gegner auswählen");
-  return IsWindowVisible(dialog) ? dialog : nullptr;
-}
-
-const std::string kClasses = "Software\\Classes\\";
-
-// The text of a key; "none" when there is no such key.
-std::string TextOf(HKEY users, const std::string& key) {
-  std::array<char, MAX_PATH> text{};
-  LONG size = text.size();
-  const LSTATUS status = RegQueryValueA(users, (kClasses + key).c_str(), text.data(), &size);
-  return status == ERROR_FILE_NOT_FOUND ? "none" : text.data();
-}
-
-constexpr auto kCreate = "Set library = CreateObject(\"qlx99.Library\")\n";
-
-// For calls that fail: in JScript, which tells automation's own numbers.
-constexpr auto kAttempt = R"(
-var library = new ActiveXObject("qlx99.Library");
-function attempt(call) {
-  try {
-    WScript.Echo(eval("library." + call));
-  } catch (error) {
-    WScript.Echo((error.number >>> 0).toString(16) + " " + error.description);
-  }
-}
-)";
-
-class AutomationServer : public testing::Test {
- protected:
-  static void SetUpTestSuite() { office.emplace(); }
-  static void TearDownTestSuite() { office.reset(); }
-
-  void SetUp() override { RunServer("/regserver"); }
-
-  void TearDown() override {
-    EXPECT_TRUE(Eventually([] { return CountServers() == 0; }));
-    RunServer("/unregserver");
-    for (HKEY users : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
-      for (const std::string& name : kClassKeys) EXPECT_EQ(TextOf(users, name), "none");
-    }
-  }
-
-  std::string RunServer(const std::string& option, const fs::path& folder = ProductFolder()) {
-    return StartedProgram('"' + (folder / "qlx99server.exe").string() + "\" " + option, Output())
-        .WholeText();
-  }
-
-  // A script as a macro author writes it, in Windows' code page.
-  std::unique_ptr<StartedProgram> Start(const std::string& script,
-                                        const std::string& type = "vbs") {
-    const fs::path file = Output().string() + '.' + type;
-    testkit::WriteAll(file, (type == "vbs" ? kCreate : kAttempt) + office::Encode(script));
-    return std::make_unique<StartedProgram>("cscript //nologo \"" + file.string() + '"', Output());
-  }
-
-  fs::path Output() { return temporary_.Path() / std::to_string(++outputs_); }
-
-  static inline std::optional<MachineOffice> office;
-
- private:
-  TemporaryFolder temporary_;
-  int outputs_ = 0;
-};
 
 struct Call {
   const char* name;
@@ -167,10 +66,10 @@ TEST_F(AutomationServer, AnswersAsTheLibraryDoes) {
               ")\nWScript.Echo result & \" \" & record\n";
   }
   EXPECT_EQ(names.size(), office::Exports().size());
-  const std::string answers = Start(script)->WholeText();
+  const std::string answers = Run(script);
 
-  office.reset();
-  office.emplace();
+  TearDownTestSuite();
+  SetUpTestSuite();
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   std::string expected;
   for (const Call& call : kCalls) expected += Expected(call);
@@ -202,7 +101,7 @@ TEST_F(AutomationServer, RefusesWhatIsNoCallOfTheLibrary) {
   };
   std::string script;
   for (const auto& [call, answer] : calls) script += "attempt(\"" + std::string(call) + "\");\n";
-  std::istringstream answers(Start(script, "js")->WholeText());
+  std::istringstream answers(Run(script, "js"));
   for (const auto& [call, expected] : calls) {
     std::string answer;
     std::getline(answers, answer);
@@ -210,22 +109,15 @@ TEST_F(AutomationServer, RefusesWhatIsNoCallOfTheLibrary) {
   }
 }
 
-TEST_F(AutomationServer, SaysWhyThereIsNoLibrary) {
-  TemporaryFolder alone;
-  fs::copy_file(ProductFolder() / "qlx99server.exe", alone.Path() / "qlx99server.exe");
-  RunServer("/regserver", alone.Path());
-  EXPECT_THAT(
-      Start("attempt(\"UserInit()\")", "js")->WholeText(),
-      StartsWith("8007007e " + (alone.Path() / "qlx99.dll").string() + " cannot be loaded. "));
-}
-
-TEST_F(AutomationServer, IsFoundByTheCheck) {
+TEST_F(AutomationServer, SaysWhyThereIsNoLibraryAndIsFoundByTheCheck) {
   const std::string program = (ProductFolder() / "qlx99server.exe").string();
   EXPECT_THAT(Qlx("office|check").out, HasSubstr("  automation      " + program + " answers\n"));
   TemporaryFolder alone;
   const fs::path copy = alone.Path() / "qlx99server.exe";
   fs::copy_file(program, copy);
   RunServer("/regserver", alone.Path());
+  EXPECT_THAT(Run("attempt(\"UserInit()\")", "js"),
+              StartsWith("8007007e " + alone.Text() + "\\qlx99.dll cannot be loaded. "));
   EXPECT_THAT(Qlx("office|check").out,
               HasSubstr("! automation      " + copy.string() + " answers, but has no qlx99.dll"));
   EXPECT_TRUE(Eventually([] { return CountServers() == 0; }));
@@ -233,49 +125,6 @@ TEST_F(AutomationServer, IsFoundByTheCheck) {
   EXPECT_THAT(Qlx("office|check").out, HasSubstr(copy.string() + " does not answer (error 0x8"));
   RunServer("/unregserver");
   EXPECT_THAT(Qlx("office|check").out, HasSubstr("  automation      not registered, "));
-}
-
-TEST_F(AutomationServer, IsAProcessOfItsOwnForEachObject) {
-  LateBoundClient one;
-  const LateBoundClient other;
-  EXPECT_EQ(CountServers(), 2);
-  EXPECT_NE(one.Call(L"ALesenDLL", {L"12345678", L"4711", LateBoundClient::kRecord, nullptr}), "");
-}
-
-// While the dialog of one client is open, another one works.
-TEST_F(AutomationServer, EndsWithItsClient) {
-  const auto idle = Start("WScript.Echo library.UserInit\nDo\nLoop");
-  EXPECT_TRUE(Eventually([&] { return idle->Written() == "5\n"; }));
-  const auto choosing = Start("library.BLesenDLL \"G \", \"23001124\", \"\", \"\", record");
-  EXPECT_TRUE(Eventually([] { return PartyDialog() != nullptr; }));
-  EXPECT_EQ(Start("WScript.Echo library.UserInit")->WholeText(), "5\n");
-  EXPECT_TRUE(Eventually([] { return CountServers() == 2; }));
-  idle->Kill();
-  EXPECT_TRUE(Eventually([] { return CountServers() == 1; }));
-  EXPECT_NE(PartyDialog(), nullptr);
-  choosing->Kill();
-  EXPECT_TRUE(Eventually([] { return CountServers() == 0; }));
-}
-
-TEST_F(AutomationServer, ShowsItsDialogsInFrontOfTheClientInWhichTheUserIs) {
-  HWND window = CreateWindowA("STATIC", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000, 700,
-                              nullptr, nullptr, nullptr, nullptr);
-  SetForegroundWindow(window);
-  std::thread person([] {
-    EXPECT_TRUE(Eventually([] { return PartyDialog() != nullptr; }));
-    HWND dialog = PartyDialog();
-    EXPECT_TRUE(Eventually([&] { return GetForegroundWindow() == dialog; }));
-    EXPECT_TRUE(
-        Eventually([&] { return (GetWindowLongA(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; }));
-    PostMessageA(dialog, WM_COMMAND, IDC_TAKE, 0);
-  });
-  EXPECT_EQ(LateBoundClient().Call(L"BLesenDLL",
-                                   {L"G ", L"23001124", L"", L"", LateBoundClient::kRecord}),
-            "4802|0 |0|");
-  person.join();
-  EXPECT_EQ(GetForegroundWindow(), window);
-  EXPECT_TRUE(IsWindowEnabled(window));
-  DestroyWindow(window);
 }
 
 TEST_F(AutomationServer, TakesThePlaceOfAnotherVersion) {

@@ -11,7 +11,6 @@
 #include "sample_office.h"
 #include "support/manager_script.h"
 #include "support/office_programs.h"
-#include "support/world.h"
 
 namespace {
 
@@ -120,7 +119,7 @@ TEST(QlxConfiguration, IsCheckedForWhatItsKindNeeds) {
   EXPECT_EQ(whole.code, office::kDone);
   EXPECT_THAT(whole.out,
               HasSubstr("  ProgramName     delegated, as \"telq32.exe\" names TELQ32; "));
-  for (const std::string& file : {std::string("telq32.exe"), world::LibraryFile("qlx02")}) {
+  for (const std::string& file : {std::string("telq32.exe"), LibraryFile("qlx02")}) {
     std::filesystem::remove(programs.Bin32() / file);
   }
   EXPECT_THAT(Qlx("office|check").out,

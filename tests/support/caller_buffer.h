@@ -1,5 +1,5 @@
-// The buffer that a macro hands over: 1024 blanks and not one byte more, so that the sanitizers see
-// an overrun.
+// The memory that a macro hands over. The buffer has 1024 blanks and not one byte more, so
+// that the sanitizers see an overrun.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "support/text.h"
 
@@ -37,6 +38,14 @@ class CallerBuffer {
   std::size_t size_;
   std::unique_ptr<char[]> bytes_;
 };
+
+// A copy of the text without a terminator, which stays. Sanitizers see what is read behind it.
+inline const char* Unterminated(const std::string& text) {
+  static std::vector<std::unique_ptr<char[]>> kept;
+  kept.emplace_back(new char[text.size()]);
+  text.copy(kept.back().get(), text.size());
+  return kept.back().get();
+}
 
 inline const std::string kTerminator(1, '\0');
 inline const std::string kEndMark = std::string(5, '\0') + '\1';

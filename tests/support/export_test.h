@@ -10,13 +10,22 @@
 #include <gmock/gmock.h>
 
 #include "support/caller_buffer.h"
-#include "support/library.h"
 #include "support/manager_script.h"
 #include "support/office.h"
-#include "support/record_managers.h"
 #include "support/user.h"
 
 namespace qlx99::tests {
+
+// Dispatches the messages that wait for this thread, as its host does. Returns the exit code of the
+// one that tells the host to end, or 0.
+inline int DispatchAsTheHost() {
+  MSG message{};
+  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) return static_cast<int>(message.wParam);
+    DispatchMessageA(&message);
+  }
+  return 0;
+}
 
 // With the embedded record manager.
 class ExportTest : public testing::Test {

@@ -7,9 +7,8 @@
 #include <iostream>
 #include <thread>
 
-#include "support/record_managers.h"
-#include "support/screen.h"
-#include "testkit/temporary_folder.h"
+#include "support/library.h"
+#include "support/user.h"
 #include "tests/recordmanager/party_file.h"
 
 namespace {

@@ -6,9 +6,6 @@
 #include <cstring>
 #include <utility>
 
-#include "support/world.h"
-#include "testkit/found_export.h"
-
 namespace qlx99::tests {
 namespace {
 
@@ -30,7 +27,7 @@ std::string ManagerCall::Text() const {
 }
 
 ManagerScript::ManagerScript(FoundManagers& managers) {
-  const std::string file = (managers.Are({{"w3btrv7"}}) / world::LibraryFile("w3btrv7")).string();
+  const std::string file = (managers.Are({{"w3btrv7"}}) / LibraryFile("w3btrv7")).string();
   HMODULE library = LoadLibraryA(file.c_str());
   SetHandlerFunction* const setHandler = FoundExport(library, "SetHandler");
   setHandler(
@@ -41,7 +38,7 @@ ManagerScript::ManagerScript(FoundManagers& managers) {
 }
 
 void ManagerScript::Answers(WORD operation, const std::string& file, int status, int times) {
-  rules_.push_back({operation, file, status, times});
+  rules_.push_back({operation, file, times, [status] { return status; }});
 }
 
 void ManagerScript::FailsCall(std::size_t n, int status) {
@@ -51,7 +48,10 @@ void ManagerScript::FailsCall(std::size_t n, int status) {
 
 void ManagerScript::Meanwhile(WORD operation, const std::string& file,
                               std::function<void()> action) {
-  actions_.emplace(std::pair(operation, file), std::move(action));
+  rules_.push_back({operation, file, 1, [action = std::move(action)] {
+                      action();
+                      return std::optional<int>();
+                    }});
 }
 
 std::string ManagerScript::CallText() const {
@@ -75,7 +75,6 @@ std::vector<std::string> ManagerScript::OpenFiles() const {
 void ManagerScript::Forget() {
   calls_.clear();
   rules_.clear();
-  actions_.clear();
   failingCall_ = 0;
   longest_.reset();
 }
@@ -92,20 +91,13 @@ std::string ManagerScript::FileOf(const void* positionBlock) {
 
 std::optional<int> ManagerScript::ScriptedStatus(const ManagerCall& call) {
   if (calls_.size() + 1 == failingCall_) return failure_;
-  for (Rule& rule : rules_) {
-    if (rule.operation != call.operation || rule.file != call.file || rule.times == 0) continue;
-    if (rule.times != kForEver) --rule.times;
-    return rule.status;
-  }
-  return std::nullopt;
-}
-
-void ManagerScript::RunActions(const ManagerCall& call) {
-  const auto found = actions_.find({call.operation, call.file});
-  if (found == actions_.end()) return;
-  const std::function<void()> action = found->second;
-  actions_.erase(found);
-  action();
+  const auto rule = std::ranges::find_if(rules_, [&](const Rule& one) {
+    return one.operation == call.operation && one.file == call.file && one.times != 0;
+  });
+  if (rule == rules_.end()) return std::nullopt;
+  if (rule->times != kForEver) --rule->times;
+  const auto status = rule->status;  // which may tell us to forget
+  return status();
 }
 
 void ManagerScript::Keep(const ManagerCall& call, const void* positionBlock) {
@@ -137,7 +129,6 @@ int ManagerScript::Answer(const btrieve::Arguments& arguments) {
     call.data.assign(static_cast<const char*>(arguments.dataBuffer), call.dataLength);
   }
 
-  RunActions(call);
   const std::optional<int> scripted = ScriptedStatus(call);
   call.status = scripted ? *scripted : EmbeddedEntryPoint()(arguments);
   if (IsRead(call.operation) && call.status == btrieve::kSuccess) {

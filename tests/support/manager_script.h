@@ -3,12 +3,13 @@
 #pragma once
 
 #include <functional>
+#include <list>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "support/record_managers.h"
+#include "support/library.h"
 #include "testkit/scripted_manager/handler.h"
 
 namespace qlx99::tests {
@@ -69,23 +70,21 @@ class ManagerScript {
   struct Rule {
     WORD operation;
     std::string file;
-    int status;
     int times;
+    std::function<std::optional<int>()> status;  // none: what the embedded one says
   };
 
   int Answer(const btrieve::Arguments& arguments);
 
   std::string FileOf(const void* positionBlock);
   std::optional<int> ScriptedStatus(const ManagerCall& call);
-  void RunActions(const ManagerCall& call);
   void Keep(const ManagerCall& call, const void* positionBlock);
 
   std::vector<ManagerCall> calls_;
-  std::vector<Rule> rules_;
+  std::list<Rule> rules_;
   std::size_t failingCall_ = 0;  // its number
   int failure_ = 0;
   std::optional<ULONG> longest_;
-  std::multimap<std::pair<WORD, std::string>, std::function<void()>> actions_;
   std::map<const void*, std::string> files_;   // that are open, by position block
   std::map<const void*, std::string> copies_;  // of position blocks, likewise
 };

@@ -8,8 +8,8 @@
 #include "office/file_description.h"
 #include "office/record_text.h"
 #include "record_files.h"
-#include "support/record_managers.h"
 #include "support/text.h"
+#include "testkit/embedded_manager.h"
 
 namespace qlx99::tests {
 namespace {

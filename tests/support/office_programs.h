@@ -1,6 +1,6 @@
 // The other programs of an office of the delegated kind: the login server, the inquiry program and
-// the sibling library. Both programs are real ones that ask the test what to do. A test says
-// beforehand what they will hear, in its order, and what they do about it:
+// the sibling library. The windows of both programs are the test's own. A test says beforehand what
+// they will hear, in its order, and what they do about it:
 //
 //   programs.Start(kLoginServer);
 //   programs.WillHear({{"KRVLOGSRV32: WM_ISLOGGEDIN", 0}, {"TELQBASE: started 5 0"}, ...});
@@ -10,8 +10,8 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
-#include "platform/windows_api.h"
 #include "support/export_test.h"
 #include "testkit/qlx02.h"
 
@@ -44,7 +44,6 @@ class OfficePrograms {
   OfficePrograms(const OfficePrograms&) = delete;
   OfficePrograms& operator=(const OfficePrograms&) = delete;
 
-  // Starts one of them, which nobody hears.
   void Start(const std::string& program);
 
   // From now on, once they have heard what they were to hear before. Anything else fails the test
@@ -63,14 +62,14 @@ class OfficePrograms {
   // How the sibling library was last called.
   static DelegateCall LastDelegateCall();
 
-  // For the windows that the programs ask.
-  LRESULT Hear(const std::string& what);
-
  private:
-  void AwaitExpected();
+  static LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM wordParam, LPARAM longParam);
+
+  LRESULT Hear(const std::string& what);
 
   fs::path bin32_;
   std::deque<Heard> expected_;
+  std::vector<HWND> windows_;
 };
 
 // What they hear in the tests of the delegated kind, and these tests' fixture.

@@ -39,9 +39,6 @@ bool OpenDialog::IsOpen() const { return platform::DialogOf(window_)->IsOpen(); 
 bool OpenDialog::Select(int listId, int index) {
   return platform::DialogOf(window_)->Select(listId, index);
 }
-bool OpenDialog::DoubleClick(int listId, int index) {
-  return platform::DialogOf(window_)->DoubleClick(listId, index);
-}
 bool OpenDialog::Press(int buttonId) { return platform::DialogOf(window_)->Press(buttonId); }
 void OpenDialog::Cancel() { platform::DialogOf(window_)->Cancel(); }
 
@@ -53,8 +50,5 @@ void ShowTheScreenTo(User* user) {
   screen.user = user;
   platform::SetScreen(user == nullptr ? nullptr : &screen);
 }
-
-// The user sits in the waiting thread.
-void LetTheHostCall(const std::function<void()>& call) { call(); }
 
 }  // namespace qlx99::tests

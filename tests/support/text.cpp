@@ -1,42 +1,26 @@
 #include "support/text.h"
 
-#include <cstddef>
-
+#include "office/text_encoding.h"
 #include "platform/windows_api.h"
 
 namespace qlx99::tests {
-namespace {
 
-using WideString = std::basic_string<WCHAR>;
-
-constexpr UINT kAnsi = 1252;
-
-WideString ToWide(std::string_view text, UINT codePage) {
-  WideString wide(text.size(), WCHAR{});
-  const int length = static_cast<int>(text.size());
-  const int wideLength = MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), length);
-  wide.resize(static_cast<std::size_t>(wideLength));
-  return wide;
+std::string Utf8(std::u16string_view wide) {
+  std::string utf8(wide.size() * 3, '\0');
+  const int length = WideCharToMultiByte(CP_UTF8, 0, reinterpret_cast<const WCHAR*>(wide.data()),
+                                         static_cast<int>(wide.size()), utf8.data(),
+                                         static_cast<int>(utf8.size()), nullptr, nullptr);
+  utf8.resize(static_cast<std::size_t>(length));
+  return utf8;
 }
 
-std::string FromWide(const WideString& wide, UINT codePage) {
-  // No character of Windows-1252 takes more than three bytes.
-  std::string text(wide.size() * 3, '\0');
-  const int length = WideCharToMultiByte(codePage, codePage == kAnsi ? WC_NO_BEST_FIT_CHARS : 0,
-                                         wide.data(), static_cast<int>(wide.size()), text.data(),
-                                         static_cast<int>(text.size()), nullptr, nullptr);
-  text.resize(static_cast<std::size_t>(length));
-  return text;
+std::string Utf8(std::string_view ansi) {
+  std::u16string wide(ansi.size(), u'\0');
+  const int length = static_cast<int>(ansi.size());
+  MultiByteToWideChar(1252, 0, ansi.data(), length, reinterpret_cast<WCHAR*>(wide.data()), length);
+  return Utf8(wide);
 }
 
-}  // namespace
-
-std::string Utf8(std::string_view ansi) { return FromWide(ToWide(ansi, kAnsi), CP_UTF8); }
-
-std::string Ansi(std::string_view utf8) { return FromWide(ToWide(utf8, CP_UTF8), kAnsi); }
-
-std::string Utf8(std::u16string_view utf16) {
-  return FromWide({utf16.begin(), utf16.end()}, CP_UTF8);
-}
+std::string Ansi(std::string_view utf8) { return office::Encode(utf8); }
 
 }  // namespace qlx99::tests

@@ -2,20 +2,50 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
+#include <algorithm>
 
 namespace qlx99::tests {
 namespace {
 
 constexpr int kTakeButton = 1;
-constexpr UINT kPlain = 0;
-constexpr UINT kStopIcon = 16;
 
 void Press(OpenDialog& dialog, int buttonId) {
   EXPECT_TRUE(dialog.Press(buttonId)) << "button " << buttonId << " of " << dialog.Look();
 }
 
+const ShownControl kNoControl{0, "", 0, {}, -1, 0};
+
+const ShownControl& Find(const ShownDialog& dialog, const char* what, auto isIt) {
+  const auto found = std::find_if(dialog.controls.begin(), dialog.controls.end(), isIt);
+  if (found != dialog.controls.end()) return *found;
+  ADD_FAILURE() << "no " << what << " in " << dialog;
+  return kNoControl;
+}
+
 }  // namespace
+
+std::ostream& operator<<(std::ostream& out, const MessageBox& message) {
+  return out << "message box \"" << message.text << "\", title \"" << message.title << "\", style "
+             << message.style;
+}
+
+std::ostream& operator<<(std::ostream& out, const ShownDialog& dialog) {
+  out << "dialog \"" << dialog.title << "\"";
+  for (const ShownControl& control : dialog.controls) {
+    out << "\n  " << control.id << " \"" << control.text << "\"";
+    for (const std::string& line : control.lines) out << "\n    \"" << line << "\"";
+  }
+  return out;
+}
+
+const ShownControl& ShownDialog::Control(int id) const {
+  return Find(*this, "such control", [id](const auto& control) { return control.id == id; });
+}
+
+const ShownControl& ShownDialog::List() const {
+  return Find(*this, "visible list with lines",
+              [](const auto& control) { return control.IsVisible() && !control.lines.empty(); });
+}
 
 std::function<void(OpenDialog&)> Choice(int line) {
   return [line](OpenDialog& dialog) {
@@ -75,28 +105,5 @@ void User::Sees(OpenDialog& dialog) {
   }
   if (dialog.IsOpen()) dialog.Cancel();
 }
-
-MessageBox CannotOpen(const std::string& fileName) {
-  return Invalid("Die Datei " + fileName + " kann nicht geöffnet werden !");
-}
-
-MessageBox CannotClose(const std::string& fileName) {
-  return Invalid("Die Datei " + fileName + " kann nicht geschlossen werden !");
-}
-
-MessageBox NoDataPath(const std::string& whatCannotBeTaken) {
-  return {
-      "Datenpfad nicht gefunden !\n " + whatCannotBeTaken + " können nicht übernommen werden ! ",
-      "Systemmeldung !", kStopIcon};
-}
-
-MessageBox NoRecordManager() {
-  return {"Die Datenbank Schnittstelle Pervasie.SQL / Btrieve konnte nicht geladen werden",
-          "Systemmeldung", kPlain};
-}
-
-MessageBox TooMuchData() { return {"Datenmenge ist zu groß !", "Systemmeldung !", kStopIcon}; }
-
-MessageBox Invalid(const std::string& text) { return {text, "Systemmeldung !", kPlain}; }
 
 }  // namespace qlx99::tests

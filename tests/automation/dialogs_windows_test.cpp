@@ -1,0 +1,89 @@
+// The dialogs of the automation server, and what becomes of them without their client.
+#include <thread>
+
+#include "automation/server_test.h"
+#include "resources/resource.h"
+#include "support/text.h"
+// <windows.h> first: these build on it.
+#include <oleauto.h>
+#include <process.h>
+
+namespace qlx99::tests {
+namespace {
+
+using AutomationDialogs = AutomationServer;
+
+HWND PartyDialog(const wchar_t* title = L"Gegner auswählen") {
+  HWND dialog = FindWindowW(L"#32770", title);
+  return IsWindowVisible(dialog) ? dialog : nullptr;
+}
+
+// Each has a server of its own: while the dialog of one client is open, another one works.
+TEST_F(AutomationDialogs, EndWithTheirClient) {
+  HANDLE other = Start("library.BLesenDLL \"  \", \"23001124\", \"\", \"\", record");
+  EXPECT_TRUE(Eventually([] { return PartyDialog(L"Adressat auswählen") != nullptr; }));
+  HANDLE choosing = Start("library.BLesenDLL \"G \", \"23001124\", \"\", \"\", record");
+  EXPECT_TRUE(Eventually([] { return PartyDialog() != nullptr; }));
+  EXPECT_EQ(Run("WScript.Echo library.UserInit"), "5\n");
+  EXPECT_TRUE(Eventually([] { return CountServers() == 2; }));
+  TerminateProcess(other, 1);
+  EXPECT_TRUE(Eventually([] { return CountServers() == 1; }));
+  EXPECT_NE(PartyDialog(), nullptr);
+  TerminateProcess(choosing, 1);
+  EXPECT_TRUE(Eventually([] { return CountServers() == 0; }));
+}
+
+// The party that the user chooses for a client which, unlike a script, has a window, and null texts
+// where it says nothing.
+std::string ChosenOpponent() {
+  CLSID id{};
+  IDispatch* library = nullptr;
+  CoInitialize(nullptr);
+  CLSIDFromProgID(L"qlx99.Library", &id);
+  EXPECT_EQ(CoCreateInstance(id, nullptr, CLSCTX_LOCAL_SERVER, IID_IDispatch,
+                             reinterpret_cast<void**>(&library)),
+            S_OK);
+  std::wstring name = L"BLesenDLL";
+  LPOLESTR names = name.data();
+  DISPID method = 0;
+  library->GetIDsOfNames(IID_NULL, &names, 1, 0, &method);
+  BSTR record = nullptr;
+  std::array<VARIANT, 5> arguments{};  // the last one first
+  for (VARIANT& one : arguments) one.vt = VT_BSTR;
+  arguments[0].vt = VT_BYREF | VT_BSTR;
+  arguments[0].pbstrVal = &record;
+  arguments[3].bstrVal = SysAllocString(L"23001124");
+  arguments[4].bstrVal = SysAllocString(L"G ");
+  DISPPARAMS parameters{arguments.data(), nullptr, arguments.size(), 0};
+  EXPECT_EQ(
+      library->Invoke(method, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr),
+      S_OK);
+  for (VARIANT& one : arguments) VariantClear(&one);
+  const std::u16string text(record, record + SysStringLen(record));
+  SysFreeString(record);
+  library->Release();
+  CoUninitialize();
+  return Utf8(text);
+}
+
+TEST_F(AutomationDialogs, StandInFrontOfTheClientInWhichTheUserIs) {
+  HWND window = CreateWindowA("STATIC", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000, 700,
+                              nullptr, nullptr, nullptr, nullptr);
+  SetForegroundWindow(window);
+  std::thread person([] {
+    EXPECT_TRUE(Eventually([] { return PartyDialog() != nullptr; }));
+    HWND dialog = PartyDialog();
+    EXPECT_TRUE(Eventually([&] { return GetForegroundWindow() == dialog; }));
+    EXPECT_TRUE(
+        Eventually([&] { return (GetWindowLongA(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; }));
+    PostMessageA(dialog, WM_COMMAND, IDC_TAKE, 0);
+  });
+  EXPECT_EQ(ChosenOpponent(), "4802|0 |0|");
+  person.join();
+  EXPECT_EQ(GetForegroundWindow(), window);
+  EXPECT_TRUE(IsWindowEnabled(window));
+  DestroyWindow(window);
+}
+
+}  // namespace
+}  // namespace qlx99::tests
