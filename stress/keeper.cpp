@@ -4,27 +4,26 @@
 #include <iterator>
 #include <sstream>
 
+#include "stress/worker.h"
+#include "testkit/engine_entry_point.h"
+
 namespace stress {
 namespace {
 
-Change ChangeIn(const std::string& line) {
-  Change change;
-  std::istringstream(line) >> change.what >> change.item >> change.by;
-  return change;
-}
+namespace fs = std::filesystem;
 
-std::string TextOf(const std::set<int>& items) {
+// The line behind a change that its killed worker had not done.
+constexpr const char* kNotDone = "not done";
+
+std::string TextOf(const History::Items& items) {
   std::string text;
   for (const int item : items) text += ' ' + std::to_string(item);
   return text;
 }
 
-void ExpectAmong(const std::set<int>& known, const std::set<int>& changing,
-                 const std::set<int>& items, const char* otherwise) {
-  for (const int item : items) {
-    if (known.contains(item) || changing.contains(item)) continue;
-    throw Fault("item " + std::to_string(item) + otherwise);
-  }
+History::Items ItemsIn(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<int>(stream), {}};
 }
 
 }  // namespace
@@ -33,7 +32,11 @@ void Journal::Write(const std::string& line) {
   if (!(file_ << line + '\n' << std::flush)) throw std::runtime_error("cannot write a journal");
 }
 
-std::vector<std::string> ReadJournal(const std::filesystem::path& path, std::streamoff& begin) {
+fs::path JournalOf(const fs::path& folder, const std::string& task, int slot) {
+  return folder / (task + '-' + std::to_string(slot) + ".journal");
+}
+
+std::vector<std::string> ReadJournal(const fs::path& path, std::streamoff& begin) {
   std::vector<std::string> lines;
   std::ifstream file(path, std::ios::binary);
   file.seekg(begin);
@@ -44,67 +47,85 @@ std::vector<std::string> ReadJournal(const std::filesystem::path& path, std::str
   return lines;
 }
 
-void Change::ApplyTo(std::set<int>& items) const {
-  if (what != '+') items.erase(item);
-  if (what == '+') items.insert(item);
-  if (what == '=') items.insert(by);
-}
-
-std::set<int> History::ReadOn() {
-  std::set<int> concerned{open_.item, open_.by};
+std::vector<History::Items> History::ReadOn() {
+  std::vector<Items> held{acknowledged_, begun_};
   for (const std::string& line : ReadJournal(journal_, read_)) {
-    if (line == kDone) open_.ApplyTo(items_);
-    open_ = line == kDone || line == kNotDone ? Change{} : ChangeIn(line);
-    concerned.insert({open_.item, open_.by});
-    lastItem_ = std::max({lastItem_, open_.item, open_.by});
+    if (line == kDone) {
+      acknowledged_ = begun_;
+    } else if (line == kNotDone) {
+      begun_ = acknowledged_;
+    } else {
+      begun_ = ItemsIn(line);
+      lastItem_ = std::max(lastItem_, *begun_.rbegin());
+      held.push_back(begun_);
+    }
   }
-  return concerned;
+  return held;
 }
 
-Keeper::Keeper(Store& store, const std::filesystem::path& journal, unsigned seed)
-    : store_(store), items_(store.Items()), journal_(journal), random_(seed) {
-  const History history(journal);
-  lastItem_ = history.LastItem();
-  std::set<int> completed = history.Items();
-  history.Open().ApplyTo(completed);
-  if (items_ != history.Items() && items_ != completed) {
-    throw Fault("there should be" + TextOf(history.Items()) + " or" + TextOf(completed) +
-                ", but there is" + TextOf(items_));
-  }
-  if (history.Open().what != ' ') journal_.Write(items_ == completed ? kDone : kNotDone);
-}
+Keeper::Keeper(const fs::path& folder, int slot, const btrieve::EntryPoint& manager, unsigned seed)
+    : store_(RecordsIn(folder), slot, manager),
+      history_(JournalOf(folder, kRecords, slot)),
+      journal_(JournalOf(folder, kRecords, slot)),
+      random_(seed) {}
 
-Change Keeper::Choose() {
-  constexpr std::size_t kFewItems = 4;
-  constexpr std::size_t kManyItems = 12;
-  const auto dice = random_() % 3;
-  if (items_.size() < kFewItems || (dice == 0 && items_.size() < kManyItems)) {
-    return {'+', ++lastItem_, 0};
+void Keeper::Check() {
+  const History::Items items = store_.Items();
+  history_.ReadOn();
+  if (items != history_.Acknowledged() && items != history_.Begun()) {
+    throw Fault("there should be" + TextOf(history_.Acknowledged()) + " or" +
+                TextOf(history_.Begun()) + ", but there is" + TextOf(items));
   }
-  const int any = *std::next(items_.begin(), static_cast<int>(random_() % items_.size()));
-  if (dice == 1) return {'-', any, 0};
-  return {'=', any, ++lastItem_};
+  if (history_.Begun() == history_.Acknowledged()) return;
+  journal_.Write(items == history_.Begun() ? kDone : kNotDone);
 }
 
 void Keeper::Step() {
-  const Change change = Choose();
-  std::ostringstream line;
-  line << change.what << ' ' << change.item << ' ' << change.by;
-  journal_.Write(line.str());
-  if (change.what == '+') store_.Add(change.item);
-  if (change.what == '-') store_.Remove(change.item);
-  if (change.what == '=') store_.Replace(change.item, change.by);
-  change.ApplyTo(items_);
+  constexpr std::size_t kFewItems = 4;
+  constexpr std::size_t kManyItems = 12;
+  history_.ReadOn();
+  History::Items items = history_.Acknowledged();
+  const auto dice = random_() % 3;
+  const bool grows = items.size() < kFewItems || (dice == 0 && items.size() < kManyItems);
+  const auto any = static_cast<int>(grows ? 0 : random_() % items.size());
+  const int gone = grows ? 0 : *std::next(items.begin(), any);
+  const int come = grows || dice != 1 ? history_.LastItem() + 1 : 0;  // none is used again
+  items.erase(gone);
+  if (come != 0) items.insert(come);
+  journal_.Write(TextOf(items));
+  if (grows) store_.Add(come);
+  if (come == 0) store_.Remove(gone);
+  if (!grows && come != 0) store_.Replace(gone, come);
   journal_.Write(kDone);
 }
 
+Onlooker::Onlooker(const fs::path& folder, int slot, const btrieve::EntryPoint& manager)
+    : store_(RecordsIn(folder), slot, manager), history_(JournalOf(folder, kRecords, slot)) {}
+
 void Onlooker::Look() {
   history_.ReadOn();
-  const std::set<int> before = history_.Items();
-  const std::set<int> seen = store_.Items();
-  const std::set<int> changing = history_.ReadOn();
-  ExpectAmong(seen, changing, before, " was not seen");
-  ExpectAmong(before, changing, seen, " was seen, but had gone");
+  const History::Items seen = store_.Items();
+  const std::vector<History::Items> held = history_.ReadOn();
+  History::Items always = held.front();
+  History::Items ever;
+  for (const History::Items& items : held) {
+    std::erase_if(always, [&](int item) { return !items.contains(item); });
+    ever.insert(items.begin(), items.end());
+  }
+  if (!std::ranges::includes(seen, always) || !std::ranges::includes(ever, seen)) {
+    throw Fault("seen were" + TextOf(seen) + ", of" + TextOf(ever) + ", always there were" +
+                TextOf(always));
+  }
+}
+
+void ExpectSound(const fs::path& folder, int slots) {
+  {
+    recordmanager::Engine engine;
+    for (int slot = 0; slot < slots; ++slot) {
+      Keeper(folder, slot, testkit::EntryPointOf(engine)).Check();
+    }
+  }
+  ExpectUndamaged(RecordsIn(folder));
 }
 
 }  // namespace stress

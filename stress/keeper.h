@@ -7,13 +7,13 @@
 #include <random>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "stress/store.h"
 
 namespace stress {
 
+// What a worker writes down, with kDone for each write or look, in the trial's folder.
 class Journal {
  public:
   // Goes on with the journal of those before.
@@ -26,38 +26,29 @@ class Journal {
  private:
   std::ofstream file_;
 };
+inline constexpr const char* kDone = "done";
+
+std::filesystem::path JournalOf(const std::filesystem::path& folder, const std::string& task,
+                                int slot);
 
 // The complete lines of a journal from `begin` on, which becomes their end; none when there is no
 // such journal.
 std::vector<std::string> ReadJournal(const std::filesystem::path& path, std::streamoff& begin);
 
-// One change to the items, as it stands in the journal before it is begun: "+ 5 0" adds item 5,
-// "- 5 0" removes it, "= 5 6" puts 6 in its place.
-struct Change {
-  char what = ' ';
-  int item = 0;
-  int by = 0;
-
-  void ApplyTo(std::set<int>& items) const;
-};
-
-// The lines behind a change: it was acknowledged; or its worker was killed and it had not been
-// done.
-inline constexpr const char* kDone = "done";
-inline constexpr const char* kNotDone = "not done";
-
-// What a keeper's journal says that its slot holds.
+// What a keeper's journal says that its slot holds. It has the items to which a change leads before
+// the change is begun, and behind them whether it was acknowledged.
 class History {
  public:
-  explicit History(std::filesystem::path journal) : journal_(std::move(journal)) { ReadOn(); }
+  using Items = std::set<int>;
 
-  // Takes what has been written since. Returns the items that the changes begun or ended since
-  // concern.
-  std::set<int> ReadOn();
+  explicit History(std::filesystem::path journal) : journal_(std::move(journal)) {}
 
-  // What was acknowledged, and the change that has been begun since, if there is one.
-  const std::set<int>& Items() const { return items_; }
-  const Change& Open() const { return open_; }
+  // Takes what has been written since. Returns all that the slot may have held since.
+  std::vector<Items> ReadOn();
+
+  // What was acknowledged; and to what the change leads that has been begun since, or the same.
+  const Items& Acknowledged() const { return acknowledged_; }
+  const Items& Begun() const { return begun_; }
 
   // The highest item ever named.
   int LastItem() const { return lastItem_; }
@@ -65,28 +56,27 @@ class History {
  private:
   std::filesystem::path journal_;
   std::streamoff read_ = 0;
-  std::set<int> items_;
-  Change open_;
+  Items acknowledged_;
+  Items begun_;
   int lastItem_ = 0;
 };
 
 class Keeper {
  public:
-  // Throws a Fault when the store does not hold what the journal says: all that was done, and
-  // of the one thing that may have been begun, all or nothing. What it will do follows from the
-  // seed.
-  Keeper(Store& store, const std::filesystem::path& journal,
+  // What it will do follows from the seed.
+  Keeper(const std::filesystem::path& folder, int slot, const btrieve::EntryPoint& manager,
          unsigned seed = std::random_device()());
+
+  // First of all. Throws a Fault when the store does not hold what the journal says: all that was
+  // done, and of the one thing that may have been begun, all or nothing.
+  void Check();
 
   // One more change.
   void Step();
 
  private:
-  Change Choose();
-
-  Store& store_;
-  std::set<int> items_;
-  int lastItem_ = 0;  // never used again
+  Store store_;
+  History history_;
   Journal journal_;
   std::mt19937 random_;
 };
@@ -94,8 +84,7 @@ class Keeper {
 // Reads a slot's items beside their keeper.
 class Onlooker {
  public:
-  Onlooker(Store store, const std::filesystem::path& keepersJournal)
-      : store_(std::move(store)), history_(keepersJournal) {}
+  Onlooker(const std::filesystem::path& folder, int slot, const btrieve::EntryPoint& manager);
 
   // Throws a Fault when what was acknowledged before is not there, or what had gone before is; of
   // what changes meanwhile either may be.
@@ -105,5 +94,9 @@ class Onlooker {
   Store store_;
   History history_;
 };
+
+// When nobody is at work: the next to come find the items of the first slots, and the file is
+// sound.
+void ExpectSound(const std::filesystem::path& folder, int slots);
 
 }  // namespace stress
