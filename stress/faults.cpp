@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "stress/hooked_files.h"
-#include "stress/keeper.h"
+#include "stress/slot.h"
 #include "stress/trials.h"
 #include "testkit/engine_entry_point.h"
 
@@ -15,28 +15,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Which requests may fail, and with what.
-enum class DiskFault {
-  kFull,     // writing: the disk is full
-  kIoError,  // anything but opening: an input/output error
-  kCannotOpen
-};
+// How a request of this kind fails; SQLITE_OK: not at all.
+using DiskFault = int(int kind);
 
-// How the request fails; SQLITE_OK: not at all.
-int FailureOf(int kind, DiskFault fault) {
-  const bool opens = kind == SQLITE_CANTOPEN;
-  if (fault == DiskFault::kCannotOpen) return opens ? kind : SQLITE_OK;
-  if (fault == DiskFault::kIoError) return opens ? SQLITE_OK : kind;
+int BeFull(int kind) {
   if (kind == SQLITE_IOERR_WRITE) return SQLITE_FULL;
   return kind == SQLITE_IOERR_SHMMAP ? SQLITE_IOERR_SHMSIZE : SQLITE_OK;
 }
+int HaveErrors(int kind) { return kind == SQLITE_CANTOPEN ? SQLITE_OK : kind; }
+int OpenNothing(int kind) { return kind == SQLITE_CANTOPEN ? kind : SQLITE_OK; }
 
 // A file system that fails on command.
 class FaultyFiles : public HookedFiles {
  public:
   // The nth request from now on that may fail so, counted from 1, fails; if `lasting`, all behind
   // it do too.
-  void Fail(DiskFault fault, int nth, bool lasting) {
+  void Fail(DiskFault* fault, int nth, bool lasting) {
     fault_ = fault;
     left_ = nth;
     lasting_ = lasting;
@@ -49,7 +43,7 @@ class FaultyFiles : public HookedFiles {
   }
 
   int Answer(const Request& request) override {
-    const int failure = FailureOf(request.kind, fault_);
+    const int failure = fault_(request.kind);
     if (failure == SQLITE_OK || left_ == 0 || --left_ > 0) return SQLITE_OK;
     left_ = lasting_ ? 1 : 0;
     failed_ = true;
@@ -57,7 +51,7 @@ class FaultyFiles : public HookedFiles {
   }
 
  private:
-  DiskFault fault_ = DiskFault::kFull;
+  DiskFault* fault_ = BeFull;
   int left_ = 0;  // requests until the one that fails; 0: none does
   bool lasting_ = false;
   bool failed_ = false;
@@ -80,17 +74,17 @@ void Work(const fs::path& folder, bool diskFails) {
   recordmanager::Engine engine;
   const auto manager = testkit::EntryPointOf(engine);
   btrieve::Client transaction(manager);
-  std::deque<Keeper> keepers;
-  for (int slot = 0; slot < kSlotsOfADay; ++slot) keepers.emplace_back(folder, slot, manager, slot);
-  std::set<Keeper*> uncertain;
+  std::deque<Slot> slots;
+  for (int i = 0; i < kSlotsOfADay; ++i) slots.emplace_back(folder, i, manager, i);
+  std::set<Slot*> uncertain;
   for (unsigned step = 0; step < kStepsOfADay; ++step) {
-    Keeper& keeper = keepers[step % kSlotsOfADay];
-    if (uncertain.contains(&keeper)) continue;
+    Slot& slot = slots[step % kSlotsOfADay];
+    if (uncertain.contains(&slot)) continue;
     try {
-      keeper.Check();
-      uncertain.insert(&keeper);
-      keeper.Step();
-      uncertain.erase(&keeper);
+      slot.Check();
+      uncertain.insert(&slot);
+      slot.Step();
+      uncertain.erase(&slot);
     } catch (const Refusal& refusal) {
       if (!diskFails) throw;
       ExpectPublished(refusal);
@@ -102,7 +96,7 @@ void Work(const fs::path& folder, bool diskFails) {
 
 struct FaultTrial {
   const char* name;
-  DiskFault fault;
+  DiskFault* fault;
   bool lasting;
 };
 
@@ -138,11 +132,11 @@ int TryAll(const FaultTrial& trial, const fs::path& folder, bool rollbackJournal
 
 void RunFaults(const Options& options) {
   constexpr FaultTrial kFaults[] = {
-      {"the disk is full", DiskFault::kFull, true},
-      {"the disk is full for a moment", DiskFault::kFull, false},
-      {"an input/output error", DiskFault::kIoError, false},
-      {"input/output errors from then on", DiskFault::kIoError, true},
-      {"a file cannot be opened", DiskFault::kCannotOpen, true},
+      {"the disk is full", BeFull, true},
+      {"the disk is full for a moment", BeFull, false},
+      {"an input/output error", HaveErrors, false},
+      {"input/output errors from then on", HaveErrors, true},
+      {"a file cannot be opened", OpenNothing, true},
   };
   for (const FaultTrial& trial : kFaults) {
     const int faults = TryAll(trial, options.folder, false) + TryAll(trial, options.folder, true);

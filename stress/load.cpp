@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "office/new_office.h"
-#include "stress/keeper.h"
+#include "stress/slot.h"
 #include "stress/trials.h"
 #include "stress/worker.h"
 
@@ -21,13 +21,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 using testkit::Process;
 
-struct Task {
-  const char* name;
-  const char* writes;
-};
-constexpr Task kTasks[] = {{kNumbers, "document numbers taken"},
-                           {kRecords, "records written, changed or deleted"},
-                           {kRead, "times all records of a slot read"}};
+constexpr const char* kTasks[] = {kNumbers, kRecords, kRead};
 
 class Load {
  public:
@@ -35,7 +29,7 @@ class Load {
     const int kinds = std::size(kTasks);
     slots_ = (options.processes + kinds - 1) / kinds;
     for (int i = 0; i < options.processes; ++i) {
-      const char* const task = kTasks[i % kinds].name;
+      const char* const task = kTasks[i % kinds];
       assignments_.push_back({task, options.folder, i / kinds, task == kRead ? slots_ : 1});
     }
   }
@@ -122,9 +116,9 @@ class Load {
 
   void Report() {
     int kills = 0;
-    for (const Task& task : kTasks) {
-      kills += kills_[task.name];
-      std::cout << Acknowledged(task.name).size() << ' ' << task.writes << '\n';
+    for (const char* const task : kTasks) {
+      kills += kills_[task];
+      std::cout << task << ": " << Acknowledged(task).size() << " times\n";
     }
     std::cout << kills << " processes killed\n";
   }

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "stress/frail_disk.h"
-#include "stress/keeper.h"
+#include "stress/slot.h"
 #include "stress/trials.h"
 #include "testkit/engine_entry_point.h"
 
@@ -24,7 +24,7 @@ struct Workstation {
   }
 
   recordmanager::Engine engine;
-  Keeper keeper;
+  Slot keeper;
 };
 
 // A record file from its creation on, through several losses of power.

@@ -7,7 +7,7 @@
 #include <random>
 #include <thread>
 
-#include "stress/keeper.h"
+#include "stress/slot.h"
 #include "stress/trials.h"
 #include "stress/worker.h"
 
@@ -30,7 +30,7 @@ int Chance(int outcomes) {
 
 void Sleep(int time) { std::this_thread::sleep_for(milliseconds(time)); }
 
-void End(Process& process) { ExpectGood(process.WaitAtMost(kLongestWait)); }
+void End(Process& process) { ExpectGood(process.Wait(kLongestWait)); }
 
 void Run(const Assignment& assignment) {
   Process process = Start(assignment);

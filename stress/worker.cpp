@@ -10,7 +10,7 @@
 #include "frame/attach.h"
 #include "frame/exports.h"
 #include "office/setup.h"
-#include "stress/keeper.h"
+#include "stress/slot.h"
 #include "testkit/embedded_manager.h"
 
 namespace stress {
@@ -33,12 +33,12 @@ void RepeatUntilTheEnd(const Assignment& its, const Step& step) {
 }
 
 void KeepRecords(const Assignment& its) {
-  std::deque<Keeper> keepers;
+  std::deque<Slot> slots;
   for (int i = 0; i < its.slots; ++i) {
-    keepers.emplace_back(its.folder, its.slot + i, Installed()).Check();
+    slots.emplace_back(its.folder, its.slot + i, Installed()).Check();
   }
   std::size_t turn = 0;
-  RepeatUntilTheEnd(its, [&] { keepers[turn++ % keepers.size()].Step(); });
+  RepeatUntilTheEnd(its, [&] { slots[turn++ % slots.size()].Step(); });
 }
 
 // Whatever the process's end does to its calls, some may be refused.
@@ -73,9 +73,9 @@ void LeaveAtWork(const Assignment& its) {
 }
 
 void ForkAtWork(const Assignment& its) {
-  Keeper keeper(its.folder, its.slot, Installed());
-  keeper.Check();
-  keeper.Step();
+  Slot slot(its.folder, its.slot, Installed());
+  slot.Check();
+  slot.Step();
   if (testkit::Fork().value_or(true)) {
     std::mt19937 random{std::random_device()()};
     const auto time = random() % (2U * static_cast<unsigned>(its.milliseconds));
@@ -83,7 +83,7 @@ void ForkAtWork(const Assignment& its) {
     if (random() % 2 == 0) std::_Exit(0);
     return;
   }
-  RepeatUntilTheEnd(its, [&] { keeper.Step(); });
+  RepeatUntilTheEnd(its, [&] { slot.Step(); });
 }
 
 void RaceToCreate(const Assignment& its) {
@@ -116,14 +116,14 @@ void TakeNumbers(const Assignment& its) {
 
 // Each look ends at the beginning of the next walk.
 void Read(const Assignment& its) {
-  std::deque<Onlooker> onlookers;
+  std::deque<Slot> slots;
   for (int slot = 0; slot < its.slots; ++slot) {
-    onlookers.emplace_back(its.folder, slot, Installed());
+    slots.emplace_back(its.folder, slot, Installed());
   }
   Journal journal(JournalOf(its.folder, kRead, its.slot));
   std::mt19937 random{std::random_device()()};
   RepeatUntilTheEnd(its, [&] {
-    onlookers[random() % onlookers.size()].Look();
+    slots[random() % slots.size()].Look();
     journal.Write(kDone);
     if (!its.stays) return;
     const auto most = static_cast<unsigned>(its.milliseconds);

@@ -1,4 +1,4 @@
-#include "stress/keeper.h"
+#include "stress/slot.h"
 
 #include <algorithm>
 #include <iterator>
@@ -15,13 +15,13 @@ namespace fs = std::filesystem;
 // The line behind a change that its killed worker had not done.
 constexpr const char* kNotDone = "not done";
 
-std::string TextOf(const History::Items& items) {
+std::string TextOf(const Slot::Items& items) {
   std::string text;
   for (const int item : items) text += ' ' + std::to_string(item);
   return text;
 }
 
-History::Items ItemsIn(const std::string& text) {
+Slot::Items ItemsIn(const std::string& text) {
   std::istringstream stream(text);
   return {std::istream_iterator<int>(stream), {}};
 }
@@ -47,9 +47,10 @@ std::vector<std::string> ReadJournal(const fs::path& path, std::streamoff& begin
   return lines;
 }
 
-std::vector<History::Items> History::ReadOn() {
+// Takes what has been written since. Returns all that the slot may have held since.
+std::vector<Slot::Items> Slot::ReadOn() {
   std::vector<Items> held{acknowledged_, begun_};
-  for (const std::string& line : ReadJournal(journal_, read_)) {
+  for (const std::string& line : ReadJournal(path_, read_)) {
     if (line == kDone) {
       acknowledged_ = begun_;
     } else if (line == kNotDone) {
@@ -63,33 +64,32 @@ std::vector<History::Items> History::ReadOn() {
   return held;
 }
 
-Keeper::Keeper(const fs::path& folder, int slot, const btrieve::EntryPoint& manager, unsigned seed)
-    : store_(RecordsIn(folder), slot, manager),
-      history_(JournalOf(folder, kRecords, slot)),
-      journal_(JournalOf(folder, kRecords, slot)),
+Slot::Slot(const fs::path& folder, int number, const btrieve::EntryPoint& manager, unsigned seed)
+    : store_(RecordsIn(folder), number, manager),
+      path_(JournalOf(folder, kRecords, number)),
+      journal_(path_),
       random_(seed) {}
 
-void Keeper::Check() {
-  const History::Items items = store_.Items();
-  history_.ReadOn();
-  if (items != history_.Acknowledged() && items != history_.Begun()) {
-    throw Fault("there should be" + TextOf(history_.Acknowledged()) + " or" +
-                TextOf(history_.Begun()) + ", but there is" + TextOf(items));
+void Slot::Check() {
+  const Items items = store_.Items();
+  ReadOn();
+  if (items != acknowledged_ && items != begun_) {
+    throw Fault("there should be" + TextOf(acknowledged_) + " or" + TextOf(begun_) +
+                ", but there is" + TextOf(items));
   }
-  if (history_.Begun() == history_.Acknowledged()) return;
-  journal_.Write(items == history_.Begun() ? kDone : kNotDone);
+  if (begun_ != acknowledged_) journal_.Write(items == begun_ ? kDone : kNotDone);
 }
 
-void Keeper::Step() {
+void Slot::Step() {
   constexpr std::size_t kFewItems = 4;
   constexpr std::size_t kManyItems = 12;
-  history_.ReadOn();
-  History::Items items = history_.Acknowledged();
+  ReadOn();
+  Items items = acknowledged_;
   const auto dice = random_() % 3;
   const bool grows = items.size() < kFewItems || (dice == 0 && items.size() < kManyItems);
   const auto any = static_cast<int>(grows ? 0 : random_() % items.size());
   const int gone = grows ? 0 : *std::next(items.begin(), any);
-  const int come = grows || dice != 1 ? history_.LastItem() + 1 : 0;  // none is used again
+  const int come = grows || dice != 1 ? lastItem_ + 1 : 0;  // none is used again
   items.erase(gone);
   if (come != 0) items.insert(come);
   journal_.Write(TextOf(items));
@@ -99,16 +99,13 @@ void Keeper::Step() {
   journal_.Write(kDone);
 }
 
-Onlooker::Onlooker(const fs::path& folder, int slot, const btrieve::EntryPoint& manager)
-    : store_(RecordsIn(folder), slot, manager), history_(JournalOf(folder, kRecords, slot)) {}
-
-void Onlooker::Look() {
-  history_.ReadOn();
-  const History::Items seen = store_.Items();
-  const std::vector<History::Items> held = history_.ReadOn();
-  History::Items always = held.front();
-  History::Items ever;
-  for (const History::Items& items : held) {
+void Slot::Look() {
+  ReadOn();
+  const Items seen = store_.Items();
+  const std::vector<Items> held = ReadOn();
+  Items always = held.front();
+  Items ever;
+  for (const Items& items : held) {
     std::erase_if(always, [&](int item) { return !items.contains(item); });
     ever.insert(items.begin(), items.end());
   }
@@ -122,7 +119,7 @@ void ExpectSound(const fs::path& folder, int slots) {
   {
     recordmanager::Engine engine;
     for (int slot = 0; slot < slots; ++slot) {
-      Keeper(folder, slot, testkit::EntryPointOf(engine)).Check();
+      Slot(folder, slot, testkit::EntryPointOf(engine)).Check();
     }
   }
   ExpectUndamaged(RecordsIn(folder));
