@@ -53,11 +53,10 @@ int RunAny(int argc, char** argv) {
   app.add_flag("--ignore-sync", options.ignoreSync,
                "power: the disk only says that it has written; this must find losses");
   app.require_subcommand(1)->fallthrough();
-  for (const Trial& trial : kTrials) app.add_subcommand(trial.name, trial.about);
-  CLI11_PARSE(app, argc, argv);
   for (const Trial& trial : kTrials) {
-    if (app.got_subcommand(trial.name)) Run(trial, options);
+    app.add_subcommand(trial.name, trial.about)->callback([&] { Run(trial, options); });
   }
+  CLI11_PARSE(app, argc, argv);
   return 0;
 }
 
