@@ -78,7 +78,8 @@ void ForkAtWork(const Assignment& its) {
   slot.Step();
   if (testkit::Fork().value_or(true)) {
     std::mt19937 random{std::random_device()()};
-    const auto time = random() % (2U * static_cast<unsigned>(its.milliseconds));
+    const unsigned most = 2U * static_cast<unsigned>(its.milliseconds);
+    const auto time = random() % most;
     Work({kRecords, its.folder, its.slot + 1, 1, static_cast<int>(time)});
     if (random() % 2 == 0) std::_Exit(0);
     return;
@@ -158,8 +159,8 @@ void ExpectGood(int exitCode) {
   if (exitCode != 0) throw Fault("a process ended with " + std::to_string(exitCode));
 }
 
-fs::path EndMarkOf(const Assignment& assignment) {
-  return JournalOf(assignment.folder, assignment.task, assignment.slot).replace_extension("ended");
+fs::path EndMarkOf(const Assignment& its) {
+  return JournalOf(its.folder, its.task, its.slot).replace_extension("ended");
 }
 
 fs::path RaceIn(const fs::path& folder, int race) {

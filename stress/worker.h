@@ -30,14 +30,14 @@ struct Assignment {
 // This program as a worker: the command line's first argument, what Start puts behind it, and what
 // then is done.
 inline constexpr const char* kWorker = "--worker";
-testkit::Process Start(const Assignment& assignment);
+testkit::Process Start(const Assignment& its);
 void WorkAs(const std::vector<std::string>& commandLine);
 
 // Throws a Fault unless a worker has ended with this code as it should.
 void ExpectGood(int exitCode);
 
 // A file that is there when all was done and closed.
-std::filesystem::path EndMarkOf(const Assignment& assignment);
+std::filesystem::path EndMarkOf(const Assignment& its);
 
 // Each race is run in a folder of its own, from the moment when its office is there.
 inline constexpr int kRaces = 40;
