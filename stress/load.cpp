@@ -8,7 +8,6 @@
 #include <thread>
 #include <vector>
 
-#include "office/new_office.h"
 #include "stress/slot.h"
 #include "stress/trials.h"
 #include "stress/worker.h"
@@ -35,7 +34,7 @@ class Load {
   }
 
   void Run() {
-    office::MakeGeneratedOffice(OfficeIn(options_.folder), slots_, [](auto, auto) {});
+    ExpectGood(Start({kPrepare, options_.folder, 0, slots_}).Wait());
     MakeRecordsIn(options_.folder);
     if (options_.rollbackJournal) ForEachFile(UseRollbackJournal);
     end_ = Clock::now() + std::chrono::seconds(options_.seconds);

@@ -11,6 +11,7 @@
 namespace stress {
 
 // What a worker does.
+inline constexpr const char* kPrepare = "prepare";  // the office that such slots need
 inline constexpr const char* kNumbers = "numbers";  // GetDokuNr, all for one case
 inline constexpr const char* kRecords = "records";  // items of its slots, by BTRCALL
 inline constexpr const char* kRead = "read";  // items beside their keepers; with pauses if it stays
