@@ -1,7 +1,6 @@
 // The embedded record manager under rubbish: files that are damaged, operations in any order,
 // position blocks, lengths, buffers and keys of any kind, memory that runs out at any moment. Every
 // call ends with a status, and a file that was sound before is sound afterwards.
-#include <array>
 #include <filesystem>
 #include <memory>
 
@@ -24,16 +23,12 @@ using recordmanager::Engine;
 constexpr std::size_t kRecordLength = 40;
 
 // Memory that ends where its last byte does.
-class Buffer {
- public:
-  explicit Buffer(const std::string& bytes) : bytes_(new std::uint8_t[bytes.size()]) {
-    std::copy(bytes.begin(), bytes.end(), bytes_.get());
-  }
-  std::uint8_t* Get() const { return bytes_.get(); }
-
- private:
-  std::unique_ptr<std::uint8_t[]> bytes_;
-};
+using Buffer = std::unique_ptr<std::uint8_t[]>;
+Buffer MemoryOf(const std::string& bytes) {
+  Buffer memory(new std::uint8_t[bytes.size()]);
+  std::copy(bytes.begin(), bytes.end(), memory.get());
+  return memory;
+}
 
 std::string Padded(std::string bytes, std::size_t length) {
   bytes.resize(length);
@@ -51,39 +46,33 @@ std::string Description() {
 }
 
 // The folder with the files, and the bytes of a sound one with some records.
-class Files {
- public:
+struct Files {
   Files() {
     fuzz::WatchMemory();
-    MakeSoundFile();
-    sound_ = testkit::ReadAll(Path("A.KRV"));
+    {
+      Engine engine;
+      btrieve::Client client(testkit::EntryPointOf(engine));
+      Must(client.Create(Path("A.KRV"), Description()));
+      Must(client.Open(Path("A.KRV")));
+      for (char c = 'a'; c < 'k'; ++c) {
+        std::string record = Padded(std::string(4, '\0') + std::string(20, c), kRecordLength);
+        Must(client.Call(btrieve::kInsert, 0, record));
+      }
+    }
+    sound = testkit::ReadAll(Path("A.KRV"));
   }
 
-  fs::path Path(const std::string& name) const { return folder_.Path() / name; }
-  const std::string& SoundBytes() const { return sound_; }
+  std::string Path(const std::string& name) const { return folder.Path() / name; }
 
   // A.KRV with these bytes and a folder, nothing else.
   void Arrange(const std::string& bytes) const {
-    for (const auto& entry : fs::directory_iterator(folder_.Path())) fs::remove_all(entry);
+    for (const auto& entry : fs::directory_iterator(folder.Path())) fs::remove_all(entry);
     fs::create_directory(Path("FOLDER.KRV"));
     testkit::WriteAll(Path("A.KRV"), bytes);
   }
 
- private:
-  void MakeSoundFile() const {
-    Engine engine;
-    btrieve::Client client(testkit::EntryPointOf(engine));
-    Must(client.Create(Path("A.KRV").string(), Description()));
-    Must(client.Open(Path("A.KRV").string()));
-    for (char c = 'a'; c < 'k'; ++c) {
-      std::string record = Padded(std::string(4, '\0') + std::string(20, c), kRecordLength);
-      Must(client.Call(btrieve::kInsert, 0, record));
-    }
-    Must(client.Close());
-  }
-
-  testkit::TemporaryFolder folder_;
-  std::string sound_;
+  testkit::TemporaryFolder folder;
+  std::string sound;
 };
 
 const Files& TheFiles() {
@@ -97,7 +86,7 @@ class Caller {
  public:
   explicit Caller(Engine& engine, Input& input) : engine_(engine), input_(input) {
     SetKey(TheFiles().Path("A.KRV"));
-    for (std::uint8_t* block : {blocks_[0].Get(), blocks_[1].Get()}) {
+    for (std::uint8_t* block : {blocks_[0].get(), blocks_[1].get()}) {
       Serve({.operation = btrieve::kOpen, .positionBlock = block}, Wrong::kNothing);
     }
   }
@@ -107,7 +96,7 @@ class Caller {
     Call call{.operation = operation > 250
                                ? input_.Word()
                                : static_cast<WORD>(operation % (btrieve::kAbortTransaction + 1)),
-              .positionBlock = blocks_[input_.Choice(blocks_.size())].Get(),
+              .positionBlock = blocks_[input_.Choice(std::size(blocks_))].get(),
               .keyNumber = static_cast<int>(input_.Choice(6)) - 1};
     Change(record_);
     Change(key_);
@@ -147,7 +136,7 @@ class Caller {
     if (choice < std::size(kNames)) return SetKey(TheFiles().Path(kNames[choice]));
     std::string name = input_.Text();
     std::erase_if(name, [](char c) { return c == '/' || c == '\\'; });
-    SetKey(choice == std::size(kNames) ? "" : TheFiles().Path(name).string());
+    SetKey(choice == std::size(kNames) ? "" : TheFiles().Path(name));
   }
 
   // The data of a call: for Create a description, else the record.
@@ -158,11 +147,6 @@ class Caller {
     return description;
   }
 
-  // How much of the key is left at least: a path that ends earlier would lead to files of others.
-  static std::size_t Least(const Call& call) {
-    return NamesFile(call) ? TheFiles().Path("").string().size() : 0;
-  }
-
   static bool NamesFile(const Call& call) {
     return call.operation == btrieve::kOpen || call.operation == btrieve::kCreate;
   }
@@ -171,25 +155,28 @@ class Caller {
     std::string data = Data(call);
     std::string key = key_;
     if (wrong == Wrong::kDataLength) data.resize(input_.Word());
-    if (wrong == Wrong::kKeyLength) key.resize(std::max<std::size_t>(input_.Byte(), Least(call)));
-    const Buffer dataBuffer(data);
-    const Buffer keyBuffer(key);
+    // A path that ends within the folder's would lead to files of others.
+    const std::size_t least = NamesFile(call) ? TheFiles().Path("").size() : 0;
+    if (wrong == Wrong::kKeyLength) key.resize(std::max<std::size_t>(input_.Byte(), least));
+    const Buffer dataBuffer = MemoryOf(data);
+    const Buffer keyBuffer = MemoryOf(key);
     auto length = static_cast<std::uint16_t>(data.size());
-    call.dataBuffer = wrong == Wrong::kNoData ? nullptr : dataBuffer.Get();
+    call.dataBuffer = wrong == Wrong::kNoData ? nullptr : dataBuffer.get();
     call.dataLength = wrong == Wrong::kNoDataLength ? nullptr : &length;
-    call.keyBuffer = wrong == Wrong::kNoKey ? nullptr : keyBuffer.Get();
+    call.keyBuffer = wrong == Wrong::kNoKey ? nullptr : keyBuffer.get();
     call.keyLength = key.size();
     if (wrong == Wrong::kKeyNumber) call.keyNumber = input_.Byte() - 128;
     if (wrong == Wrong::kOtherClient) call.client[0] = 1;
     SpoilBlock(call, wrong);
     ServeWithMemory(call, wrong);
-    if (data.size() == record_.size())
-      record_.assign(dataBuffer.Get(), dataBuffer.Get() + data.size());
-    if (key.size() == key_.size()) key_.assign(keyBuffer.Get(), keyBuffer.Get() + key.size());
+    if (data.size() == record_.size()) {
+      record_.assign(dataBuffer.get(), dataBuffer.get() + data.size());
+    }
+    if (key.size() == key_.size()) key_.assign(keyBuffer.get(), keyBuffer.get() + key.size());
   }
 
   void SpoilBlock(Call& call, Wrong wrong) {
-    std::uint8_t* const spare = blocks_.back().Get();
+    std::uint8_t* const spare = blocks_[2].get();
     if (wrong == Wrong::kNoBlock) call.positionBlock = nullptr;
     if (wrong == Wrong::kCopiedBlock) {
       std::copy_n(call.positionBlock, btrieve::kPositionBlockSize, spare);
@@ -215,21 +202,17 @@ class Caller {
     if (status == btrieve::kOutOfMemory && wrong == Wrong::kNoMemory && !inTransaction_) {
       fuzz::Found("not tried again with the memory of what was read");
     }
-    NoteTransaction(call.operation, status);
-  }
-
-  void NoteTransaction(WORD operation, int status) {
-    if (operation == btrieve::kBeginTransaction && status == btrieve::kSuccess) {
+    if (call.operation == btrieve::kBeginTransaction && status == btrieve::kSuccess) {
       inTransaction_ = true;
-    } else if ((operation == btrieve::kEndTransaction || operation == btrieve::kAbortTransaction) &&
-               status != btrieve::kFileInUse) {
-      inTransaction_ = false;
     }
+    const bool ends =
+        call.operation == btrieve::kEndTransaction || call.operation == btrieve::kAbortTransaction;
+    if (ends && status != btrieve::kFileInUse) inTransaction_ = false;
   }
 
   Engine& engine_;
   Input& input_;
-  std::array<Buffer, 3> blocks_{Buffer(kEmptyBlock), Buffer(kEmptyBlock), Buffer(kEmptyBlock)};
+  Buffer blocks_[3] = {MemoryOf(kEmptyBlock), MemoryOf(kEmptyBlock), MemoryOf(kEmptyBlock)};
   std::string record_ = std::string(kRecordLength, '\0');
   std::string key_;
   bool inTransaction_ = false;
@@ -238,7 +221,7 @@ class Caller {
 };
 
 std::string DamagedBy(Input& input) {
-  std::string bytes = TheFiles().SoundBytes();
+  std::string bytes = TheFiles().sound;
   for (std::size_t i = input.Choice(16); i > 0; --i) {
     bytes[input.Word() % bytes.size()] = static_cast<char>(input.Byte());
   }
@@ -246,27 +229,20 @@ std::string DamagedBy(Input& input) {
   return bytes;
 }
 
-void ExpectSound(const fs::path& file) {
+bool IsSound(const std::string& file) {
   Connection connection;
   std::string verdict;
-  if (connection.Open(file, Connection::Way::kExisting) != btrieve::kSuccess ||
-      connection.QueryText("PRAGMA integrity_check", verdict) != btrieve::kSuccess ||
-      verdict != "ok") {
-    fuzz::Found("a sound file has been damaged");
-  }
+  return connection.Open(file, Connection::Way::kExisting) == btrieve::kSuccess &&
+         connection.QueryText("PRAGMA integrity_check", verdict) == btrieve::kSuccess &&
+         verdict == "ok";
 }
 
-bool AnyIsOpen(const Files& files) {
-  const auto isOurs = [&](const fs::directory_entry& descriptor) {
-    std::error_code ignored;  // of the descriptor that the iterator itself uses
-    return read_symlink(descriptor, ignored).string().starts_with(files.Path("").string());
-  };
-  return std::ranges::any_of(fs::directory_iterator("/proc/self/fd"), isOurs);
-}
-
-bool AnyDraftIsLeft(const Files& files) {
-  return std::ranges::any_of(fs::directory_iterator(files.Path("")), [](const auto& entry) {
-    return entry.path().filename().string().starts_with("new-");
+// Whether a folder has an entry that leads to such a path, or is called so.
+bool HasAny(const fs::path& folder, const std::string& begin) {
+  return std::ranges::any_of(fs::directory_iterator(folder), [&](const auto& entry) {
+    std::error_code none;  // no link; or the descriptor that the iterator itself uses
+    return entry.path().string().starts_with(begin) ||
+           read_symlink(entry, none).string().starts_with(begin);
   });
 }
 
@@ -276,14 +252,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   Input input(bytes, size);
   const Files& files = TheFiles();
   const bool damaged = input.OneIn(2);
-  files.Arrange(damaged ? DamagedBy(input) : files.SoundBytes());
+  files.Arrange(damaged ? DamagedBy(input) : files.sound);
   {
     Engine engine;
     Caller caller(engine, input);
     while (!input.IsSpent()) caller.CallOnce();
   }
-  if (AnyIsOpen(files)) fuzz::Found("a file stays open");
-  if (AnyDraftIsLeft(files)) fuzz::Found("a draft stays behind");
-  if (!damaged) ExpectSound(files.Path("A.KRV"));
+  if (HasAny("/proc/self/fd", files.Path(""))) fuzz::Found("a file stays open");
+  if (HasAny(files.folder.Path(), files.Path("new-"))) fuzz::Found("a draft stays behind");
+  if (!damaged && !IsSound(files.Path("A.KRV"))) fuzz::Found("a sound file has been damaged");
   return 0;
 }

@@ -1,19 +1,23 @@
 // Two workstations on one file, in turns, while its log is written back at any moment: each call of
 // each of them ends as a model of the file says. A read that one of them holds within a walk must
-// not hide what the other has written since.
+// not hide what the other has written since. Or one of them is a guest who may make no files beside
+// this one, so that he reads it without a log, and whose memory runs out at any moment, while the
+// other comes and goes.
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <filesystem>
 #include <utility>
 #include <vector>
 
+#include "btrieve/file_description.h"
+#include "fuzz/failing_memory.h"
 #include "fuzz/input.h"
-#include "office/file_description.h"
 #include "recordmanager/sql.h"
-#include "store/record_layout.h"
 #include "testkit/engine_entry_point.h"
 #include "testkit/files.h"
-#include "testkit/temporary_folder.h"
 
 namespace {
 
@@ -28,17 +32,6 @@ struct Party {
   std::int32_t number = 0;  // given by the record manager
   std::int32_t caseId = 0;
   std::int32_t text = 0;
-};
-
-// The same for the record manager.
-struct PartyRecord : qlx99::RecordDeclaration<PartyRecord> {
-  static constexpr qlx99::RecordFileInfo file{"PARTY.KRV", sizeof(Party)};
-  static constexpr Int32Field number{"number", 0};
-  static constexpr Int32Field caseId{"caseId", 4};
-  static constexpr Key byNumber{0, number, Key::kAutoincrement};
-  static constexpr Key byCase{1, caseId, Key::kDuplicates};
-  static constexpr auto fields = qlx99::Fields(number, caseId);
-  static constexpr auto keys = qlx99::Keys(byNumber, byCase);
 };
 
 enum Key { kNoKey = -1, kByNumber, kByCase };
@@ -68,11 +61,20 @@ Place PlaceOf(const Stored& record, int key) {
 class File {
  public:
   File() {
+    fuzz::WatchMemory();
+    fs::create_directory(folder_);
     Engine engine;
     Must(Client(testkit::EntryPointOf(engine))
-             .Create(path_, office::DescribeFile(qlx99::LayoutOf<PartyRecord>())));
+             .Create(path_,
+                     DescribeFile(sizeof(Party), {DescribeKey(0, 4, kAutoincrementKey),
+                                                  DescribeKey(4, 4, kIntegerKey,
+                                                              kKeyDuplicates | kKeyModifiable)})));
     empty_ = testkit::ReadAll(path_);
   }
+
+  ~File() { fs::remove_all(folder_); }
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
 
   const std::string& Path() const { return path_; }
 
@@ -85,6 +87,13 @@ class File {
     testkit::WriteAll(path_, bytes);
   }
 
+  // From now on we are the folder's owner, or a guest.
+  void LetMakeFiles(bool may) const {
+    if (geteuid() != getuid() && seteuid(getuid()) != 0) std::abort();
+    fs::permissions(folder_, fs::perms{may ? 0755U : 0555U});
+    if (!may && getuid() == 0 && seteuid(65534) != 0) std::abort();
+  }
+
   // As a third process may at any moment.
   void WriteLogBack() const {
     Connection connection;
@@ -93,17 +102,21 @@ class File {
   }
 
  private:
-  testkit::TemporaryFolder folder_;
-  std::string path_ = folder_.Path() / PartyRecord::file.name;
+  // Short, as a name that takes memory of its own meets the lack of it earlier.
+  fs::path folder_ = fs::temp_directory_path() / std::to_string(getpid() % 10'000);
+  std::string path_ = folder_ / "A";
   std::string empty_;
 };
 
 class Workstation {
  public:
-  Workstation(const File& file, Model& model) : file_(file), model_(model) { Open(); }
+  Workstation(const File& file, Model& model, char mode = kOpenNormal)
+      : file_(file), model_(model) {
+    Open(mode);
+  }
 
-  void Open() {
-    if (client_.Open(file_.Path()) != kSuccess) Found("a file that cannot be opened");
+  void Open(char mode = kOpenNormal) {
+    if (client_.Open(file_.Path(), mode) != kSuccess) Found("a file that cannot be opened");
     on_ = kNoKey;
     current_ = {};
   }
@@ -153,6 +166,16 @@ class Workstation {
     current_ = {};
   }
 
+  void Count() {
+    FileDescription description[3]{};  // and two keys
+    const Status status = client_.Call(kStat, 0, description);
+    fuzz::LetMemoryFail(0, false);
+    if (status == kOutOfMemory) return;
+    if (status != kSuccess || description[0].recordCount != model_.records.size()) {
+      Found("another count");
+    }
+  }
+
   // First, Last, Next or Previous.
   void Step(WORD operation, Key key) {
     const bool goesOn = operation == kGetNext || operation == kGetPrevious;
@@ -163,7 +186,7 @@ class Workstation {
     const Place end = up ? kBeforeAll : kBehindAll;
     const Stored* const found = Nearest(key, goesOn ? place_ : end, up);
     if (found != nullptr) return Get(operation, key, *found);
-    Expect(kEndOfFile, operation, key);
+    if (!Ends(kEndOfFile, operation, key)) return;
     on_ = key;
     place_ = up ? kBehindAll : kBeforeAll;
     current_ = {};
@@ -182,7 +205,7 @@ class Workstation {
   }
 
   void Get(WORD operation, Key key, const Stored& found) {
-    Expect(kSuccess, operation, key);
+    if (!Ends(kSuccess, operation, key)) return;
     on_ = key;
     place_ = PlaceOf(found, key);
     StandOn(found);
@@ -201,8 +224,15 @@ class Workstation {
   }
   int StatusWithoutCurrent() const { return current_.id == 0 ? kInvalidPositioning : kConflict; }
 
+  // False when there was no memory for it, and so nothing has happened.
+  bool Ends(int status, WORD operation, Key key) {
+    const int its = client_.Call(operation, key, party_);
+    fuzz::LetMemoryFail(0, false);
+    if (its != status && its != kOutOfMemory) Found("another status");
+    return its == status;
+  }
   void Expect(int status, WORD operation, Key key) {
-    if (client_.Call(operation, key, party_) != status) Found("another status");
+    if (!Ends(status, operation, key)) Found("no memory");
   }
 
   const File& file_;
@@ -215,8 +245,9 @@ class Workstation {
   Stored current_;
 };
 
+constexpr WORD kSteps[] = {kGetNext, kGetPrevious, kGetFirst, kGetLast};
+
 void Take(Workstation& workstation, const File& file, Input& input) {
-  constexpr WORD kSteps[] = {kGetNext, kGetPrevious, kGetFirst, kGetLast};
   const std::uint8_t choice = input.Byte();
   const Key key = choice % 2 == 0 ? kByCase : kByNumber;
   const int caseId = choice / 2 % 4 - 1;
@@ -235,10 +266,37 @@ void Take(Workstation& workstation, const File& file, Input& input) {
       if (caseId == 0) file.WriteLogBack();
       if (caseId == 1) workstation.Close();
       if (caseId == 1) workstation.Open();
+      if (caseId == 2) workstation.Count();
       return;
     default:
       return workstation.Step(kGetNext, key);
   }
+}
+
+void TakeTurns(const File& file, Input& input) {
+  Model model;
+  std::array<Workstation, 2> workstations{Workstation(file, model), Workstation(file, model)};
+  while (!input.IsSpent()) Take(workstations[input.Choice(2)], file, input);
+}
+
+void LookAsGuest(const File& file, Input& input) {
+  Model model;
+  { Workstation owner(file, model); }
+  file.LetMakeFiles(false);
+  Workstation guest(file, model, kOpenReadOnly);
+  while (!input.IsSpent()) {
+    if (input.OneIn(2)) {
+      file.LetMakeFiles(true);
+      Workstation owner(file, model);
+      for (int i = input.Byte() % 4; i >= 0; --i) Take(owner, file, input);
+    }
+    file.LetMakeFiles(false);
+    const std::uint8_t choice = input.Byte();
+    fuzz::LetMemoryFail(input.Byte(), choice % 2 == 0);
+    if (choice / 2 % 2 == 0) guest.Count();
+    guest.Step(kSteps[choice / 4 % 4], choice / 16 % 2 == 0 ? kByCase : kByNumber);
+  }
+  file.LetMakeFiles(true);
 }
 
 }  // namespace
@@ -246,9 +304,8 @@ void Take(Workstation& workstation, const File& file, Input& input) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   static File file;
   Input input(bytes, size);
-  file.Renew(!input.OneIn(4));
-  Model model;
-  std::array<Workstation, 2> workstations{Workstation(file, model), Workstation(file, model)};
-  while (!input.IsSpent()) Take(workstations[input.Choice(2)], file, input);
+  const std::uint8_t mode = input.Byte();
+  file.Renew(mode % 4 != 3);
+  mode % 16 == 1 ? LookAsGuest(file, input) : TakeTurns(file, input);
   return 0;
 }

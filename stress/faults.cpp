@@ -1,43 +1,36 @@
 // `qlx_stress faults`: a disk that fails, at each request in turn.
 #include <deque>
+#include <iostream>
 #include <set>
 #include <string>
 #include <utility>
 
 #include "stress/hooked_files.h"
-#include "stress/keeper.h"
+#include "stress/slot.h"
 #include "stress/trials.h"
-#include "stress/worker.h"
 #include "testkit/engine_entry_point.h"
-#include "testkit/files.h"
 
 namespace stress {
 namespace {
 
 namespace fs = std::filesystem;
 
-// Which requests may fail, and with what.
-enum class DiskFault {
-  kFull,     // writing: the disk is full
-  kIoError,  // anything but opening: an input/output error
-  kCannotOpen
-};
+// How a request of this kind fails; SQLITE_OK: not at all.
+using DiskFault = int(int kind);
 
-// How the request fails; SQLITE_OK: not at all.
-int FailureOf(int kind, DiskFault fault) {
-  const bool opens = kind == SQLITE_CANTOPEN;
-  if (fault == DiskFault::kCannotOpen) return opens ? kind : SQLITE_OK;
-  if (fault == DiskFault::kIoError) return opens ? SQLITE_OK : kind;
+int BeFull(int kind) {
   if (kind == SQLITE_IOERR_WRITE) return SQLITE_FULL;
   return kind == SQLITE_IOERR_SHMMAP ? SQLITE_IOERR_SHMSIZE : SQLITE_OK;
 }
+int HaveErrors(int kind) { return kind == SQLITE_CANTOPEN ? SQLITE_OK : kind; }
+int OpenNothing(int kind) { return kind == SQLITE_CANTOPEN ? kind : SQLITE_OK; }
 
 // A file system that fails on command.
 class FaultyFiles : public HookedFiles {
  public:
   // The nth request from now on that may fail so, counted from 1, fails; if `lasting`, all behind
   // it do too.
-  void Fail(DiskFault fault, int nth, bool lasting) {
+  void Fail(DiskFault* fault, int nth, bool lasting) {
     fault_ = fault;
     left_ = nth;
     lasting_ = lasting;
@@ -50,7 +43,7 @@ class FaultyFiles : public HookedFiles {
   }
 
   int Answer(const Request& request) override {
-    const int failure = FailureOf(request.kind, fault_);
+    const int failure = fault_(request.kind);
     if (failure == SQLITE_OK || left_ == 0 || --left_ > 0) return SQLITE_OK;
     left_ = lasting_ ? 1 : 0;
     failed_ = true;
@@ -58,13 +51,13 @@ class FaultyFiles : public HookedFiles {
   }
 
  private:
-  DiskFault fault_ = DiskFault::kFull;
+  DiskFault* fault_ = BeFull;
   int left_ = 0;  // requests until the one that fails; 0: none does
   bool lasting_ = false;
   bool failed_ = false;
 };
 
-constexpr int kSlots = 2;
+constexpr int kSlotsOfADay = 2;
 
 // The published ways of saying that a disk cannot be used.
 void ExpectPublished(const Refusal& refusal) {
@@ -77,22 +70,21 @@ void ExpectPublished(const Refusal& refusal) {
 // A process that keeps some slots, and goes on when the disk fails. What became of a change that
 // failed, the next process finds out: its slot is left alone until then.
 void Work(const fs::path& folder, bool diskFails) {
-  constexpr int kStepsOfADay = 6;
+  constexpr unsigned kStepsOfADay = 6;
   recordmanager::Engine engine;
   const auto manager = testkit::EntryPointOf(engine);
   btrieve::Client transaction(manager);
-  std::deque<Store> stores;
-  for (int slot = 0; slot < kSlots; ++slot) stores.emplace_back(OfficeIn(folder), slot, manager);
-  std::set<int> uncertain;
-  for (int step = 0; step < kStepsOfADay; ++step) {
-    const int slot = step % kSlots;
-    if (uncertain.contains(slot)) continue;
+  std::deque<Slot> slots;
+  for (int i = 0; i < kSlotsOfADay; ++i) slots.emplace_back(folder, i, manager, i);
+  std::set<Slot*> uncertain;
+  for (unsigned step = 0; step < kStepsOfADay; ++step) {
+    Slot& slot = slots[step % kSlotsOfADay];
+    if (uncertain.contains(&slot)) continue;
     try {
-      Keeper keeper(stores[static_cast<std::size_t>(slot)], JournalOf({kRecords, folder, slot}),
-                    static_cast<unsigned>(step));
-      uncertain.insert(slot);
-      keeper.Step();
-      uncertain.erase(slot);
+      slot.Check();
+      uncertain.insert(&slot);
+      slot.Step();
+      uncertain.erase(&slot);
     } catch (const Refusal& refusal) {
       if (!diskFails) throw;
       ExpectPublished(refusal);
@@ -104,7 +96,7 @@ void Work(const fs::path& folder, bool diskFails) {
 
 struct FaultTrial {
   const char* name;
-  DiskFault fault;
+  DiskFault* fault;
   bool lasting;
 };
 
@@ -113,12 +105,8 @@ int TryAll(const FaultTrial& trial, const fs::path& folder, bool rollbackJournal
   const fs::path sound = folder / "sound";
   const fs::path faulty = folder / "faulty";
   fs::remove_all(sound);
-  fs::create_directories(OfficeIn(sound));
-  {
-    recordmanager::Engine engine;
-    CreateRecords(OfficeIn(sound), testkit::EntryPointOf(engine));
-  }
-  if (rollbackJournal) UseRollbackJournal(OfficeIn(sound) / kRecordsFile);
+  MakeRecordsIn(sound);
+  if (rollbackJournal) UseRollbackJournal(RecordsIn(sound));
   // Two days, so that the next has a change of each kind.
   Work(sound, false);
   Work(sound, false);
@@ -132,28 +120,27 @@ int TryAll(const FaultTrial& trial, const fs::path& folder, bool rollbackJournal
       if (!files.Heal()) return n - 1;
       // The next process finds all that was done, in each way of walking, and works at once.
       Work(faulty, false);
-      ExpectUndamaged(OfficeIn(faulty) / kRecordsFile);
+      ExpectSound(faulty, kSlotsOfADay);
     } catch (const Fault& fault) {
-      throw Fault("at request " + std::to_string(n) + ": " + fault.what());
+      throw Fault(std::string(trial.name) + " at request " + std::to_string(n) + ": " +
+                  fault.what());
     }
   }
 }
 
 }  // namespace
 
-void RunFaults(const Options& options, Findings& findings) {
+void RunFaults(const Options& options) {
   constexpr FaultTrial kFaults[] = {
-      {"the disk is full", DiskFault::kFull, true},
-      {"the disk is full for a moment", DiskFault::kFull, false},
-      {"an input/output error", DiskFault::kIoError, false},
-      {"input/output errors from then on", DiskFault::kIoError, true},
-      {"a file cannot be opened", DiskFault::kCannotOpen, true},
+      {"the disk is full", BeFull, true},
+      {"the disk is full for a moment", BeFull, false},
+      {"an input/output error", HaveErrors, false},
+      {"input/output errors from then on", HaveErrors, true},
+      {"a file cannot be opened", OpenNothing, true},
   };
   for (const FaultTrial& trial : kFaults) {
-    findings.Try(trial.name, [&] {
-      const int faults = TryAll(trial, options.folder, false) + TryAll(trial, options.folder, true);
-      std::cout << faults << " times " << trial.name << std::endl;
-    });
+    const int faults = TryAll(trial, options.folder, false) + TryAll(trial, options.folder, true);
+    std::cout << faults << " times " << trial.name << std::endl;
   }
 }
 

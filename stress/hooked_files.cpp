@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <memory>
 
 namespace stress {
 namespace {
@@ -12,10 +11,14 @@ using Methods = sqlite3_io_methods;
 HookedFiles* hooks = nullptr;
 sqlite3_vfs* real = nullptr;
 
-// Not by the file's methods of now: others may have put theirs before ours.
-std::map<const sqlite3_file*, const Methods*> realMethods;
+// Those of the file itself, and ours before them. Others may put theirs before ours.
+struct Layers {
+  const Methods* real;
+  Methods shim;
+};
+std::map<const sqlite3_file*, Layers> layers;
 
-const Methods& RealMethodsOf(const sqlite3_file* file) { return *realMethods.at(file); }
+const Methods& RealMethodsOf(const sqlite3_file* file) { return *layers.at(file).real; }
 
 template <class... Arguments>
 Request Describe(int kind, const sqlite3_file* file, Arguments... /*of no interest*/) {
@@ -44,17 +47,16 @@ struct Hook<method, kind> {
   static void Install(Methods& methods) { methods.*method = &Call; }
 };
 
-std::unique_ptr<Methods> MakeShim(const Methods& methods) {
-  auto shim = std::make_unique<Methods>(methods);
-  Hook<&Methods::xRead, SQLITE_IOERR_READ>::Install(*shim);
-  Hook<&Methods::xWrite, SQLITE_IOERR_WRITE>::Install(*shim);
-  Hook<&Methods::xTruncate, SQLITE_IOERR_TRUNCATE>::Install(*shim);
-  Hook<&Methods::xSync, SQLITE_IOERR_FSYNC>::Install(*shim);
-  Hook<&Methods::xFileSize, SQLITE_IOERR_FSTAT>::Install(*shim);
-  Hook<&Methods::xLock, SQLITE_IOERR_LOCK>::Install(*shim);
-  Hook<&Methods::xCheckReservedLock, SQLITE_IOERR_CHECKRESERVEDLOCK>::Install(*shim);
-  Hook<&Methods::xShmMap, SQLITE_IOERR_SHMMAP>::Install(*shim);
-  shim->xShmLock = [](sqlite3_file* file, int offset, int count, int flags) {
+Methods MakeShim(Methods shim) {
+  Hook<&Methods::xRead, SQLITE_IOERR_READ>::Install(shim);
+  Hook<&Methods::xWrite, SQLITE_IOERR_WRITE>::Install(shim);
+  Hook<&Methods::xTruncate, SQLITE_IOERR_TRUNCATE>::Install(shim);
+  Hook<&Methods::xSync, SQLITE_IOERR_FSYNC>::Install(shim);
+  Hook<&Methods::xFileSize, SQLITE_IOERR_FSTAT>::Install(shim);
+  Hook<&Methods::xLock, SQLITE_IOERR_LOCK>::Install(shim);
+  Hook<&Methods::xCheckReservedLock, SQLITE_IOERR_CHECKRESERVEDLOCK>::Install(shim);
+  Hook<&Methods::xShmMap, SQLITE_IOERR_SHMMAP>::Install(shim);
+  shim.xShmLock = [](sqlite3_file* file, int offset, int count, int flags) {
     const bool takes = (flags & SQLITE_SHM_LOCK) != 0;
     const int answer =
         takes ? hooks->Answer({.kind = SQLITE_IOERR_SHMLOCK, .file = file}) : SQLITE_OK;
@@ -69,11 +71,8 @@ int Open(sqlite3_vfs* /*shim*/, const char* name, sqlite3_file* file, int flags,
   if (answer != SQLITE_OK) return answer;
   const int result = real->xOpen(real, name, file, flags, outFlags);
   if (file->pMethods != nullptr) {
-    static std::map<const Methods*, std::unique_ptr<Methods>> shims;
-    realMethods[file] = file->pMethods;
-    auto& shim = shims[file->pMethods];
-    if (shim == nullptr) shim = MakeShim(*file->pMethods);
-    file->pMethods = shim.get();
+    layers[file] = {file->pMethods, MakeShim(*file->pMethods)};
+    file->pMethods = &layers[file].shim;
     hooks->NoteOpened(file, name);
   }
   return result;

@@ -1,13 +1,14 @@
 // `qlx_stress load`: workstations of one office, killed at random.
 #include <algorithm>
 #include <chrono>
+#include <iostream>
 #include <map>
 #include <random>
 #include <set>
 #include <thread>
 #include <vector>
 
-#include "stress/keeper.h"
+#include "stress/slot.h"
 #include "stress/trials.h"
 #include "stress/worker.h"
 
@@ -19,44 +20,34 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 using testkit::Process;
 
-struct Task {
-  const char* name;
-  const char* writes;
-};
-constexpr Task kTasks[] = {{kNumbers, "document numbers taken"},
-                           {kRecords, "records written, changed or deleted"},
-                           {kRead, "times all records of a slot read"}};
+constexpr const char* kTasks[] = {kNumbers, kRecords, kRead};
 
 class Load {
  public:
-  Load(const Options& options, Findings& findings) : options_(options), findings_(findings) {
+  explicit Load(const Options& options) : options_(options) {
     const int kinds = std::size(kTasks);
-    const int slots = (options.processes + kinds - 1) / kinds;
+    slots_ = (options.processes + kinds - 1) / kinds;
     for (int i = 0; i < options.processes; ++i) {
-      assignments_.push_back({kTasks[i % kinds].name, options.folder, i / kinds, slots});
+      const char* const task = kTasks[i % kinds];
+      assignments_.push_back({task, options.folder, i / kinds, task == kRead ? slots_ : 1});
     }
   }
 
   void Run() {
-    MakeOffice();
+    ExpectGood(Start({kPrepare, options_.folder, 0, slots_}).Wait());
+    MakeRecordsIn(options_.folder);
+    if (options_.rollbackJournal) ForEachFile(UseRollbackJournal);
     end_ = Clock::now() + std::chrono::seconds(options_.seconds);
     for (const Assignment& assignment : assignments_) processes_.push_back(StartAgain(assignment));
     while (Pause()) Strike();
-    for (Process& process : processes_) findings_.NoteEnd(process.Wait());
-    // Each keeper finds what those before it were promised.
-    for (const Assignment& assignment : assignments_) findings_.NoteEnd(Start(assignment).Wait());
+    for (Process& process : processes_) ExpectGood(process.Wait());
+    ExpectSound(options_.folder, slots_);
     CheckNumbers();
-    ForEachFile(
-        [&](const fs::path& file) { findings_.Try("the end", [&] { ExpectUndamaged(file); }); });
+    ForEachFile(ExpectUndamaged);
     Report();
   }
 
  private:
-  void MakeOffice() {
-    findings_.NoteEnd(Start({kPrepare, options_.folder, 0, assignments_.front().slots}).Wait());
-    if (options_.rollbackJournal) ForEachFile(UseRollbackJournal);
-  }
-
   // For the time that is left.
   Process StartAgain(Assignment assignment) const {
     const auto left = std::chrono::duration_cast<milliseconds>(end_ - Clock::now());
@@ -87,16 +78,15 @@ class Load {
   void Kill(std::size_t i) {
     const int end = processes_[i].Kill();
     if (end == Process::kKilled) ++kills_[assignments_[i].task];
-    if (end != Process::kKilled) findings_.NoteEnd(end);
+    if (end != Process::kKilled) ExpectGood(end);
   }
 
   // The acknowledged writes of all workers at a task, from their journals.
   std::vector<std::string> Acknowledged(const std::string& task) const {
     std::vector<std::string> all;
-    for (const Assignment& assignment : assignments_) {
+    for (int slot = 0; slot < slots_; ++slot) {
       std::streamoff begin = 0;
-      if (assignment.task != task) continue;
-      for (const std::string& line : ReadJournal(JournalOf(assignment), begin)) {
+      for (const std::string& line : ReadJournal(JournalOf(options_.folder, task, slot), begin)) {
         if (line.starts_with(kDone)) all.push_back(line);
       }
     }
@@ -109,11 +99,11 @@ class Load {
     std::set<int> numbers;
     for (const std::string& line : Acknowledged(kNumbers)) {
       const std::string number = line.substr(std::string(kDone).size());
-      if (!numbers.insert(std::stoi(number)).second) findings_.Note(number + " was given twice");
+      if (!numbers.insert(std::stoi(number)).second) throw Fault(number + " was given twice");
     }
     if (numbers.empty()) return;
     const int missing = *numbers.rbegin() - static_cast<int>(numbers.size());
-    if (missing > kills_[kNumbers]) findings_.Note("numbers were left out");
+    if (missing > kills_[kNumbers]) throw Fault("numbers were left out");
   }
 
   template <class Action>
@@ -125,15 +115,15 @@ class Load {
 
   void Report() {
     int kills = 0;
-    for (const Task& task : kTasks) {
-      kills += kills_[task.name];
-      std::cout << Acknowledged(task.name).size() << ' ' << task.writes << '\n';
+    for (const char* const task : kTasks) {
+      kills += kills_[task];
+      std::cout << task << ": " << Acknowledged(task).size() << " times\n";
     }
     std::cout << kills << " processes killed\n";
   }
 
   const Options& options_;
-  Findings& findings_;
+  int slots_ = 0;
   Clock::time_point end_;
   std::vector<Assignment> assignments_;
   std::vector<Process> processes_;
@@ -143,6 +133,6 @@ class Load {
 
 }  // namespace
 
-void RunLoad(const Options& options, Findings& findings) { Load(options, findings).Run(); }
+void RunLoad(const Options& options) { Load(options).Run(); }
 
 }  // namespace stress

@@ -1,13 +1,14 @@
 // `qlx_stress power`: the power goes while two workstations write.
+#include <array>
+#include <iostream>
 #include <iterator>
 #include <optional>
 #include <random>
 #include <string>
 
 #include "stress/frail_disk.h"
-#include "stress/keeper.h"
+#include "stress/slot.h"
 #include "stress/trials.h"
-#include "stress/worker.h"
 #include "testkit/engine_entry_point.h"
 
 namespace stress {
@@ -15,20 +16,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Keeps a slot, with a record manager of its own. Its construction finds out whether all is there.
-class Workstation {
- public:
+// Keeps a slot, with a record manager of its own.
+struct Workstation {
   Workstation(const fs::path& folder, int slot, unsigned seed)
-      : store_(OfficeIn(folder), slot, testkit::EntryPointOf(engine_)),
-        keeper_(store_, JournalOf({kRecords, folder, slot}), seed) {}
+      : keeper(folder, slot, testkit::EntryPointOf(engine), seed) {
+    keeper.Check();
+  }
 
-  void Write() { keeper_.Step(); }
-  void Look() { store_.Items(); }
-
- private:
-  recordmanager::Engine engine_;
-  Store store_;
-  Keeper keeper_;
+  recordmanager::Engine engine;
+  Slot keeper;
 };
 
 // A record file from its creation on, through several losses of power.
@@ -61,17 +57,14 @@ class Life {
       auto& workstation = workstations_[random_() % std::size(workstations_)];
       const auto dice = random_() % 10;
       if (dice == 0) ComeToWork();
-      if (dice < 3) workstation->Look();
-      if (dice >= 3) workstation->Write();
+      if (dice < 3) workstation->keeper.Check();
+      if (dice >= 3) workstation->keeper.Step();
     }
   }
 
   void Create() {
     if (created_) throw Fault("the file has gone");
-    {
-      recordmanager::Engine own;
-      CreateRecords(OfficeIn(folder_), testkit::EntryPointOf(own));
-    }
+    MakeRecordsIn(folder_);
     created_ = !disk_.IsOff();  // what nobody can have seen is not acknowledged
     if (random_() % 2 == 0) UseRollbackJournal(file_);
   }
@@ -90,11 +83,11 @@ class Life {
     const fs::path copy = folder_ / "copy";
     fs::remove_all(copy);
     fs::copy(OfficeIn(folder_), copy);
-    if (fs::exists(file_)) ExpectUndamaged(copy / kRecordsFile);
+    if (fs::exists(file_)) ExpectUndamaged(copy / file_.filename());
   }
 
   fs::path folder_;
-  fs::path file_ = OfficeIn(folder_) / kRecordsFile;
+  fs::path file_ = RecordsIn(folder_);
   std::mt19937 random_;
   FrailDisk disk_;
   bool created_ = false;
@@ -103,14 +96,17 @@ class Life {
 
 }  // namespace
 
-void RunPower(const Options& options, Findings& findings) {
+void RunPower(const Options& options) {
   constexpr int kLossesOfALife = 20;
   unsigned seed = options.seed;
   for (int losses = 0; losses < options.losses; losses += kLossesOfALife, ++seed) {
     const fs::path folder = options.folder / std::to_string(seed);
     fs::create_directories(OfficeIn(folder));
-    findings.Try("--seed " + std::to_string(seed),
-                 [&] { Life(folder, seed, options.ignoreSync).LiveThrough(kLossesOfALife); });
+    try {
+      Life(folder, seed, options.ignoreSync).LiveThrough(kLossesOfALife);
+    } catch (const std::exception& found) {
+      throw Fault("--seed " + std::to_string(seed) + ": " + found.what());
+    }
     fs::remove_all(folder);
   }
   std::cout << options.losses << " losses of power, --seed " << options.seed << " to " << seed - 1

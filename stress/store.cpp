@@ -1,14 +1,18 @@
+#include "stress/store.h"
+
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstring>
 
-#include "office/file_description.h"
-#include "office/record_manager.h"
+#include "btrieve/file_description.h"
 #include "recordmanager/file_format.h"
-#include "stress/store.h"
+#include "testkit/engine_entry_point.h"
 
 namespace stress {
 namespace {
+
+namespace fs = std::filesystem;
 
 struct Record {
   std::int32_t number = 0;
@@ -19,40 +23,28 @@ struct Record {
   std::array<std::uint32_t, 60> filler{};
 };
 
-// The same for the record manager: a key of each type.
-struct Item : qlx99::RecordDeclaration<Item> {
-  static constexpr qlx99::RecordFileInfo file{kRecordsFile, sizeof(Record)};
+enum Key { kByNumber, kBySlot, kByName };
 
-  static constexpr Int32Field number{"number", 0};
-  static constexpr Int32Field slot{"slot", 4};
-  static constexpr Int32Field name{"name", 8};
-  static constexpr TextField text{"text", 12, 12};
-
-  static constexpr Key byNumber{0, number, Key::kAutoincrement};
-  static constexpr Key bySlot{1, slot, Key::kDuplicates};
-  static constexpr Key byName{2, name, Key::kUnique};
-  static constexpr Key byText{3, text, Key::kDuplicates};
-
-  static constexpr auto fields = qlx99::Fields(number, slot, name, text);
-  static constexpr auto keys = qlx99::Keys(byNumber, bySlot, byName, byText);
-};
-static_assert(qlx99::IsSound<Item>());
-
-enum Key : char { kByNumber, kBySlot, kByName };
+// For the record manager: a key of each type.
+std::string Description() {
+  using namespace btrieve;
+  constexpr unsigned kFree = kKeyDuplicates | kKeyModifiable;
+  return DescribeFile(sizeof(Record),
+                      {DescribeKey(offsetof(Record, number), 4, kAutoincrementKey),
+                       DescribeKey(offsetof(Record, slot), 4, kIntegerKey, kFree),
+                       DescribeKey(offsetof(Record, name), 4, kIntegerKey, kKeyModifiable),
+                       DescribeKey(offsetof(Record, text), 12, kStringKey, kFree)});
+}
 
 int NameOf(int slot, int item) {
   constexpr int kItemsPerSlot = 10'000'000;
   return (slot + 1) * kItemsPerSlot + item;
 }
 
-Record MakeRecord(int slot, int item) {
-  Record record;
-  record.slot = slot;
-  record.name = NameOf(slot, item);
-  record.item = item;
-  const std::string digits = "item " + std::to_string(item % 7);
+Record MakeRecord(int slot, int item, int number = 0) {
+  Record record{.number = number, .slot = slot, .name = NameOf(slot, item), .item = item};
   record.text.fill(' ');
-  std::ranges::copy(digits, record.text.begin());
+  std::ranges::copy("item " + std::to_string(item % 7), record.text.begin());
   for (std::uint32_t i = 0; i < record.filler.size(); ++i) {
     record.filler[i] = static_cast<std::uint32_t>(item) * 2654435761U + i;
   }
@@ -60,19 +52,14 @@ Record MakeRecord(int slot, int item) {
 }
 
 void ExpectWhole(const Record& record) {
-  Record whole = MakeRecord(record.slot, record.item);
-  whole.number = record.number;
+  const Record whole = MakeRecord(record.slot, record.item, record.number);
   if (std::memcmp(&record, &whole, sizeof record) != 0) {
     throw Fault("record " + std::to_string(record.number) + " is torn");
   }
 }
 
-void Must(int status, const char* what) {
+void Require(int status, const char* what) {
   if (status != btrieve::kSuccess) throw Refusal(what, status);
-}
-
-void Take(std::set<int>& items, int item) {
-  if (!items.insert(item).second) throw Fault("item " + std::to_string(item) + " is there twice");
 }
 
 }  // namespace
@@ -80,72 +67,67 @@ void Take(std::set<int>& items, int item) {
 // The file, opened for one stretch of work as an export would.
 class Store::Cursor {
  public:
-  Cursor(const std::filesystem::path& office, const btrieve::EntryPoint& manager)
-      : client_(manager) {
-    const std::string path = (office / kRecordsFile).string();
-    Must(Patiently([&] { return client_.Open(path); }), "Open");
+  Cursor(const fs::path& file, const btrieve::EntryPoint& manager) : client_(manager) {
+    client_.SetKey(file.string());
+    Require(Call(btrieve::kOpen), "Open");
   }
-  ~Cursor() { Call(btrieve::kClose, kByNumber); }
+  ~Cursor() { Call(btrieve::kClose); }
   Cursor(const Cursor&) = delete;
   Cursor& operator=(const Cursor&) = delete;
 
-  int Call(WORD operation, Key key) {
-    return Patiently([&] { return CallOnce(operation, key); });
+  // Tries again while others are using the file, as the library does.
+  int Call(WORD operation, Key key = kByNumber) {
+    constexpr int kMostAttempts = 1000;
+    btrieve::Status status = CallOnce(operation, key);
+    for (int i = 1; i < kMostAttempts && IsBusy(status); ++i) status = CallOnce(operation, key);
+    return status;
   }
-  btrieve::Status CallOnce(WORD operation, Key key) { return client_.Call(operation, key, record); }
+  btrieve::Status CallOnce(WORD operation, Key key = kByNumber) {
+    return client_.Call(operation, key, record);
+  }
 
   void SetKey(std::int32_t value) { client_.SetKey(value); }
 
   void Find(std::int32_t name) {
     SetKey(name);
-    Must(Call(btrieve::kGetEqual, kByName), "Get Equal");
+    Require(Call(btrieve::kGetEqual, kByName), "Get Equal");
     ExpectWhole(record);
   }
 
   Record record;
 
  private:
-  // Tries again while others are using the file, as the library does.
-  template <class Action>
-  static int Patiently(const Action& action) {
-    constexpr int kMostAttempts = 1000;
-    btrieve::Status status = btrieve::kRecordInUse;
-    for (int i = 0; i < kMostAttempts && IsBusy(status); ++i) status = action();
-    return status;
-  }
-
   btrieve::Client client_;
 };
 
-Store::Store(std::filesystem::path office, int slot, btrieve::EntryPoint manager)
-    : office_(std::move(office)), slot_(slot), manager_(std::move(manager)) {}
-Store::Store(Store&& other) noexcept = default;
-Store::~Store() = default;
-
 void Store::Add(int item) {
-  Cursor records(office_, manager_);
+  Cursor records(file_, manager_);
   records.record = MakeRecord(slot_, item);
-  Must(records.Call(btrieve::kInsert, kByNumber), "Insert");
+  Require(records.Call(btrieve::kInsert), "Insert");
 }
 
 // In turns in one write, and as a transaction of which nobody may see a half.
 void Store::Replace(int item, int by) {
-  if (by % 2 == 0) return Rewrite(item, by);
-  Cursor records(office_, manager_);
+  Cursor records(file_, manager_);
+  if (by % 2 == 0) {
+    records.Find(NameOf(slot_, item));
+    records.record = MakeRecord(slot_, by, records.record.number);
+    return Require(records.Call(btrieve::kUpdate, kByName), "Update");
+  }
   btrieve::Status status = btrieve::kRecordInUse;
   while (IsBusy(status)) {
-    Must(records.Call(btrieve::kBeginTransaction, kByNumber), "Begin Transaction");
+    Require(records.Call(btrieve::kBeginTransaction), "Begin Transaction");
     Remove(item);
     Add(by);
-    status = records.CallOnce(btrieve::kEndTransaction, kByNumber);
+    status = records.CallOnce(btrieve::kEndTransaction);
   }
-  Must(status, "End Transaction");
+  Require(status, "End Transaction");
 }
 
 void Store::Remove(int item) {
-  Cursor records(office_, manager_);
+  Cursor records(file_, manager_);
   records.Find(NameOf(slot_, item));
-  Must(records.Call(btrieve::kDelete, kByName), "Delete");
+  Require(records.Call(btrieve::kDelete, kByName), "Delete");
 }
 
 // In turns along the slot's own records, and up and down along all. Each walk begins in the midst
@@ -160,57 +142,50 @@ std::set<int> Store::Items() {
                            {btrieve::kGetFirst, btrieve::kGetNext, kByNumber},
                            {btrieve::kGetLast, btrieve::kGetPrevious, kByNumber}};
   const Way& way = kWays[turn_++ % std::size(kWays)];
-  if (!walker_) walker_ = std::make_unique<Cursor>(office_, manager_);
+  if (!walker_) walker_ = std::make_shared<Cursor>(file_, manager_);
   Cursor& records = *walker_;
   records.SetKey(slot_);
   std::set<int> items;
   int status = records.Call(way.begin, way.key);
   for (; status == btrieve::kSuccess; status = records.Call(way.goOn, way.key)) {
-    ExpectWhole(records.record);
-    if (records.record.slot == slot_) Take(items, records.record.item);
-    if (records.record.slot != slot_ && way.key == kBySlot) break;
+    const Record& record = records.record;
+    ExpectWhole(record);
+    if (record.slot == slot_ && !items.insert(record.item).second) {
+      throw Fault("item " + std::to_string(record.item) + " is there twice");
+    }
+    if (record.slot != slot_ && way.key == kBySlot) break;
   }
-  if (status != btrieve::kKeyNotFound && status != btrieve::kEndOfFile) Must(status, "a walk");
-  records.Call(btrieve::kGetFirst, kByNumber);
+  if (status != btrieve::kKeyNotFound && status != btrieve::kEndOfFile) Require(status, "a walk");
+  records.Call(btrieve::kGetFirst);
   return items;
 }
 
-void Store::Rewrite(int item, int by) {
-  Cursor records(office_, manager_);
-  records.Find(NameOf(slot_, item));
-  const auto number = records.record.number;
-  records.record = MakeRecord(slot_, by);
-  records.record.number = number;
-  Must(records.Call(btrieve::kUpdate, kByName), "Update");
+void CreateRecords(const fs::path& file, const btrieve::EntryPoint& manager) {
+  Require(btrieve::Client(manager).Create(file.string(), Description(), btrieve::kCreateOnly),
+          "Create");
 }
 
-const btrieve::EntryPoint& InstalledManager() {
-  static const auto& manager = *new office::RecordManager;
-  return manager.EntryPoint();
+void MakeRecordsIn(const fs::path& folder) {
+  fs::create_directories(OfficeIn(folder));
+  recordmanager::Engine engine;
+  CreateRecords(RecordsIn(folder), testkit::EntryPointOf(engine));
 }
 
-void CreateRecords(const std::filesystem::path& office, const btrieve::EntryPoint& manager) {
-  Must(btrieve::Client(manager).Create((office / kRecordsFile).string(),
-                                       office::DescribeFile(qlx99::LayoutOf<Item>()),
-                                       btrieve::kCreateOnly),
-       "Create");
-}
-
-void ExpectUndamaged(const std::filesystem::path& file) {
+void ExpectUndamaged(const fs::path& file) {
   const std::string name = file.string();
   recordmanager::Connection connection;
   recordmanager::RecordLayout layout;
-  Must(recordmanager::OpenDatabase(name, connection, layout), "opening from behind");
+  Require(recordmanager::OpenDatabase(name, connection, layout), "opening from behind");
   std::string verdict;
   connection.QueryText("PRAGMA integrity_check", verdict);
   if (verdict != "ok") throw Fault(name + ": " + verdict);
 }
 
-void UseRollbackJournal(const std::filesystem::path& file) {
+void UseRollbackJournal(const fs::path& file) {
   recordmanager::Connection connection;
-  Must(connection.Open(file.string(), recordmanager::Connection::Way::kExisting),
-       "opening from behind");
-  Must(connection.Execute("PRAGMA journal_mode = TRUNCATE"), "leaving the log");
+  Require(connection.Open(file.string(), recordmanager::Connection::Way::kExisting),
+          "opening from behind");
+  Require(connection.Execute("PRAGMA journal_mode = TRUNCATE"), "leaving the log");
 }
 
 }  // namespace stress

@@ -1,9 +1,7 @@
-// The trials. Each works in a folder of its own, and notes what it finds.
+// The trials. Each works in a folder of its own, and throws the first Fault that it finds.
 #pragma once
 
 #include <filesystem>
-
-#include "stress/findings.h"
 
 namespace stress {
 
@@ -21,24 +19,24 @@ struct Options {
 // Many processes on one office, any of which may be killed at any moment; and what is left of it.
 // Nothing may be lost, doubled, torn, damaged or refused, and no process may end by itself before
 // its time.
-void RunLoad(const Options& options, Findings& findings);
+void RunLoad(const Options& options);
 
 // A record file on a disk that fails: full, with an error, or out of reach, at every request of an
 // ordinary day's work in turn. Whatever failed must say so by one of the published statuses,
 // nothing acknowledged may be lost, nothing done by halves, and the next process can work at once.
-void RunFaults(const Options& options, Findings& findings);
+void RunFaults(const Options& options);
 
 // The power goes while two workstations write a record file, again and again. What a seed finds it
 // finds alone again.
-void RunPower(const Options& options, Findings& findings);
+void RunPower(const Options& options);
 
 // Rounds around one record file, each of a few processes, repeated until the time is over: backups
 // that are put back; hosts that end while a thread is at work; pauses within walks; races to
 // create a file; forks.
-void RunRestore(const Options& options, Findings& findings);
-void RunLeave(const Options& options, Findings& findings);
-void RunPause(const Options& options, Findings& findings);
-void RunCreate(const Options& options, Findings& findings);
-void RunFork(const Options& options, Findings& findings);
+void RunRestore(const Options& options);
+void RunLeave(const Options& options);
+void RunPause(const Options& options);
+void RunCreate(const Options& options);
+void RunFork(const Options& options);
 
 }  // namespace stress

@@ -34,11 +34,9 @@ class Process {
   static constexpr int kKilled = -1;
   static constexpr int kCrashed = -2;
 
-  // Waits for its end; returns its exit code or one of the above.
-  int Wait();
-
-  // The same, but who has not ended in time is ended, and counts as crashed.
-  int WaitAtMost(std::chrono::milliseconds time);
+  // Waits for its end; returns its exit code or one of the above. Who has not ended in time is
+  // ended, and counts as crashed.
+  int Wait(std::chrono::milliseconds most = std::chrono::hours(1));
 
   // Ends it at once, wherever it is. Returns the same, as it may have ended before.
   int Kill();

@@ -5,7 +5,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <thread>
-#include <utility>
 
 #include "testkit/process.h"
 
@@ -37,24 +36,20 @@ Process::Process(const std::vector<std::string>& arguments) {
   }
 }
 
-int Process::Wait() {
-  const auto pid = static_cast<pid_t>(std::exchange(process_, 0));
+int Process::Wait(std::chrono::milliseconds most) {
+  constexpr std::chrono::milliseconds kPause{1};
+  const auto pid = static_cast<pid_t>(process_);
   int state = 0;
-  if (pid == 0 || waitpid(pid, &state, 0) != pid) return kCrashed;
+  pid_t ended = pid == 0 ? -1 : waitpid(pid, &state, WNOHANG);
+  for (; ended == 0 && most.count() > 0; most -= kPause) {
+    std::this_thread::sleep_for(kPause);
+    ended = waitpid(pid, &state, WNOHANG);
+  }
+  if (ended == 0) Kill();
+  process_ = 0;
+  if (ended <= 0) return kCrashed;
   if (WIFEXITED(state)) return WEXITSTATUS(state);
   return WTERMSIG(state) == SIGKILL ? kKilled : kCrashed;
-}
-
-int Process::WaitAtMost(std::chrono::milliseconds time) {
-  constexpr std::chrono::milliseconds kPause{1};
-  siginfo_t end{};
-  for (; time.count() > 0 && end.si_pid == 0; time -= kPause) {
-    waitid(P_PID, static_cast<id_t>(process_), &end, WEXITED | WNOHANG | WNOWAIT);
-    if (end.si_pid == 0) std::this_thread::sleep_for(kPause);
-  }
-  if (end.si_pid != 0) return Wait();
-  Kill();
-  return kCrashed;
 }
 
 int Process::Kill() {

@@ -1,5 +1,4 @@
 #include <bit>
-#include <utility>
 
 #include "platform/windows_api.h"
 #include "testkit/process.h"
@@ -40,21 +39,18 @@ Process::Process(const std::vector<std::string>& arguments) {
   }
 }
 
-int Process::Wait() {
+int Process::Wait(std::chrono::milliseconds most) {
   if (process_ == 0) return kCrashed;
-  const HANDLE handle = ToHandle(std::exchange(process_, 0));
+  const HANDLE handle = ToHandle(process_);
+  if (WaitForSingleObject(handle, static_cast<DWORD>(most.count())) != WAIT_OBJECT_0) {
+    Kill();
+    return kCrashed;
+  }
   DWORD code = 0;
-  WaitForSingleObject(handle, INFINITE);
   GetExitCodeProcess(handle, &code);
   CloseHandle(handle);
+  process_ = 0;
   return code == kExitCodeOfKilled ? kKilled : static_cast<int>(code);
-}
-
-int Process::WaitAtMost(std::chrono::milliseconds time) {
-  const DWORD result = WaitForSingleObject(ToHandle(process_), static_cast<DWORD>(time.count()));
-  if (result == WAIT_OBJECT_0) return Wait();
-  Kill();
-  return kCrashed;
 }
 
 int Process::Kill() {

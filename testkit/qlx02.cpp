@@ -25,22 +25,25 @@ extern "C" {
 
 const DelegateCall* LastCall() { return &lastCall; }
 
-std::int32_t WINAPI GetAdressTyp(Argument a, Argument b) { return Remember("GetAdressTyp", a, b); }
-std::int32_t WINAPI GetAdrFields(Argument a, Argument b, Argument c, Argument d) {
-  return Remember("GetAdrFields", a, b, c, d);
-}
-std::int32_t WINAPI GetAdrFieldsMain(Argument a, Argument b, Argument c, Argument d) {
-  return Remember("GetAdrFieldsMain", a, b, c, d);
-}
-std::int32_t WINAPI GetCountOfUser() { return Remember("GetCountOfUser"); }
-std::int32_t WINAPI GetUserFields(Argument a, Argument b) {
-  return Remember("GetUserFields", a, b);
-}
-std::int32_t WINAPI GetCountOfWV() { return Remember("GetCountOfWV"); }
-std::int32_t WINAPI GetWVFields(Argument a, Argument b) { return Remember("GetWVFields", a, b); }
-std::int32_t WINAPI GetPartFields(Argument a, Argument b, Argument c, Argument d, Argument e) {
-  return Remember("GetPartFields", a, b, c, d, e);
-}
+#define DELEGATE(name, parameters, ...) \
+  std::int32_t WINAPI name parameters { return Remember(#name __VA_OPT__(, ) __VA_ARGS__); }
+DELEGATE(GetAdressTyp, (Argument a, Argument b), a, b)
+DELEGATE(GetAdrFields, (Argument a, Argument b, Argument c, Argument d), a, b, c, d)
+DELEGATE(GetAdrFieldsMain, (Argument a, Argument b, Argument c, Argument d), a, b, c, d)
+DELEGATE(GetCountOfUser, ())
+DELEGATE(GetUserFields, (Argument a, Argument b), a, b)
+DELEGATE(GetCountOfWV, ())
+DELEGATE(GetWVFields, (Argument a, Argument b), a, b)
+DELEGATE(GetPartFields, (Argument a, Argument b, Argument c, Argument d, Argument e), a, b, c, d, e)
+DELEGATE(GetCaseFields, (Argument a, Argument b), a, b)
+DELEGATE(GetCountOfParts, (Argument a), a)
+DELEGATE(GetAdrFieldsWithNumber, (Argument a, Argument b, Argument c), a, b, c)
+DELEGATE(GetCountOfWVFromCase, (Argument a), a)
+DELEGATE(GetWVFieldsFromCase, (Argument a, Argument b, Argument c), a, b, c)
+DELEGATE(GetProgramRoot, (Argument a, Argument b), a, b)
+DELEGATE(GetDocuRoot, (Argument a, Argument b), a, b)
+#undef DELEGATE
+
 std::int32_t WINAPI GetNextDoc(Argument a) {
   if (std::strcmp(static_cast<const char*>(a), kWithMessage) == 0) {
     constexpr WCHAR kNothing[] = {0};
@@ -48,21 +51,6 @@ std::int32_t WINAPI GetNextDoc(Argument a) {
   }
   return Remember("GetNextDoc", a);
 }
-std::int32_t WINAPI GetCaseFields(Argument a, Argument b) {
-  return Remember("GetCaseFields", a, b);
-}
-std::int32_t WINAPI GetCountOfParts(Argument a) { return Remember("GetCountOfParts", a); }
-std::int32_t WINAPI GetAdrFieldsWithNumber(Argument a, Argument b, Argument c) {
-  return Remember("GetAdrFieldsWithNumber", a, b, c);
-}
-std::int32_t WINAPI GetCountOfWVFromCase(Argument a) { return Remember("GetCountOfWVFromCase", a); }
-std::int32_t WINAPI GetWVFieldsFromCase(Argument a, Argument b, Argument c) {
-  return Remember("GetWVFieldsFromCase", a, b, c);
-}
-std::int32_t WINAPI GetProgramRoot(Argument a, Argument b) {
-  return Remember("GetProgramRoot", a, b);
-}
-std::int32_t WINAPI GetDocuRoot(Argument a, Argument b) { return Remember("GetDocuRoot", a, b); }
 
 }  // extern "C"
 
