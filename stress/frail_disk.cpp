@@ -11,6 +11,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::int64_t kSector = 512;
+
 // Makes room for what is written behind the end.
 void Overlay(std::string& content, std::int64_t place, std::string_view bytes) {
   const auto begin = static_cast<std::size_t>(place);
@@ -104,10 +106,10 @@ void FrailDisk::Cut() {
   });
   kept_.clear();
   for (const auto& [name, content] : names) {
-    // Shared memory is a file on some hosts, but no content of a disk: as it was, or gone.
+    // Shared memory is a file on some hosts, but no content of a disk.
     const bool isMemory = name.ends_with("-shm");
     if (!isMemory) kept_[name] = Kept(*content);
-    if (isMemory && random_() % 2 == 0) kept_[name] = testkit::ReadAll(folder_ / name);
+    if (isMemory && random_() % 2 == 0) kept_[name] = KeptMemory(folder_ / name);
   }
   luck_ = kAll;
 }
@@ -115,11 +117,38 @@ void FrailDisk::Cut() {
 std::string FrailDisk::Kept(const Content& content) {
   std::string kept = content.safe;
   for (const Change& change : content.unsafe) {
-    if (!IsKept()) continue;
-    if (change.bytes) Overlay(kept, change.place, *change.bytes);
-    if (!change.bytes) kept.resize(static_cast<std::size_t>(change.place));
+    if (luck_ == kSome && change.bytes && random_() % 3 == 0) {
+      Keep(change, kept);
+    } else if (IsKept()) {
+      if (change.bytes) Overlay(kept, change.place, *change.bytes);
+      if (!change.bytes) kept.resize(static_cast<std::size_t>(change.place));
+    }
   }
   return kept;
+}
+
+// Some of its sectors.
+void FrailDisk::Keep(const Change& write, std::string& content) {
+  const auto end = write.place + static_cast<std::int64_t>(write.bytes->size());
+  for (std::int64_t begin = write.place; begin < end;) {
+    const auto next = std::min(end, (begin / kSector + 1) * kSector);
+    if (IsKept()) {
+      Overlay(content, begin,
+              std::string_view(*write.bytes)
+                  .substr(static_cast<std::size_t>(begin - write.place),
+                          static_cast<std::size_t>(next - begin)));
+    }
+    begin = next;
+  }
+}
+
+// Any of its pages may have come to the disk, at any time.
+std::string FrailDisk::KeptMemory(const fs::path& path) {
+  std::string bytes = testkit::ReadAll(path);
+  const std::string rubbish(static_cast<std::size_t>(kSector), static_cast<char>(random_()));
+  const auto sectors = static_cast<unsigned>(bytes.size()) / static_cast<unsigned>(kSector);
+  if (sectors != 0 && random_() % 2 == 0) Overlay(bytes, random_() % sectors * kSector, rubbish);
+  return bytes;
 }
 
 void FrailDisk::Restart() {

@@ -1,5 +1,5 @@
 // A disk whose power may go at any moment. What was synchronised is there afterwards; of the rest
-// each write and name may be there or not.
+// each write, sector and name may be there or not.
 #pragma once
 
 #include <deque>
@@ -46,6 +46,7 @@ class FrailDisk : public HookedFiles {
   };
   using Names = std::map<std::string, Content*>;
 
+  static constexpr unsigned kSome = 1;
   static constexpr unsigned kAll = 2;
 
   bool IsOurs(const Request& request) const;
@@ -56,7 +57,9 @@ class FrailDisk : public HookedFiles {
   Content* ContentOf(const std::filesystem::path& path);
   void Settle();
   bool IsKept() { return random_() % 2 < luck_; }
+  void Keep(const Change& write, std::string& content);
   std::string Kept(const Content& content);
+  std::string KeptMemory(const std::filesystem::path& path);
 
   std::filesystem::path folder_;
   std::filesystem::path links_;  // the contents by their numbers, also those that lost their names
