@@ -20,8 +20,8 @@ namespace automation {
 
 class Arguments {
  public:
-  // Refers to the client's arguments, which automation hands over last first. `names` are theirs
-  // for failures, with blanks between them; a buffer has none.
+  // Refers to the client's arguments, which automation hands over last first. `names` has their
+  // names, for the words of a failure, with blanks between them; the buffer has none.
   Arguments(const DISPPARAMS& given, const char* names);
 
   // The next argument, by the type that an export takes it as: a text, a buffer or a number. It is

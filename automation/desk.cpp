@@ -59,7 +59,7 @@ void Desk::Serve() {
 void Desk::Do(const std::function<void()>& work) const {
   Task task{work};
   if (task.finished == nullptr) throw Failure{E_OUTOFMEMORY};
-  // Posted, not sent: who is sent something may not call other objects itself.
+  // Posted, not sent: while a thread handles a sent message, it may not call other objects.
   const BOOL posted = PostMessageW(window_, kWork, 0, reinterpret_cast<LPARAM>(&task));
   if (posted != FALSE) WaitForSingleObject(task.finished, INFINITE);
   CloseHandle(task.finished);

@@ -102,7 +102,7 @@ inline constexpr const char* kBtrCallIdName = "BTRCALLID";
 
 // Flags of a file's description.
 inline constexpr std::uint16_t kPreallocated = 0x0004;     // Create sets `pages` aside
-inline constexpr std::uint16_t kKeyNumbersGiven = 0x0400;  // by the keys; or they count from 0
+inline constexpr std::uint16_t kKeyNumbersGiven = 0x0400;  // by `keyNumber`; else by their order
 
 // Key flags of a key's description.
 inline constexpr std::uint16_t kKeyDuplicates = 0x0001;

@@ -54,9 +54,10 @@ std::vector<FileKey> KeysOf(const btrieve::FileFacts& facts) {
   return keys;
 }
 
-// Records of one value stand in the order in which they were given it. Along the first of these
-// keys they are copied, which keeps its order; the other ones have duplicates, too. Their order has
-// to be restored, for which their values are changed, so one that must not be changed comes first.
+// Records of one value stand in the order in which they were given it. They are copied along the
+// first of these keys, which keeps that one's order. The others are keys with duplicates whose
+// order has to be restored. That changes their values, so a key that must not be changed comes
+// first.
 std::vector<FileKey> KeysWithAnOrder(const std::vector<FileKey>& keys) {
   std::vector<FileKey> ordered;
   std::ranges::copy_if(keys, std::back_inserter(ordered), &FileKey::hasDuplicates);
@@ -70,7 +71,7 @@ auto UniqueKeyIn(const std::vector<FileKey>& keys) {
   return std::ranges::find(keys, false, &FileKey::hasDuplicates);
 }
 
-// For that each record has to be found, and its value of the key changed for a moment.
+// To restore an order, each record is found by a unique key, and its value changed for a moment.
 bool CanBeRestored(const FileKey& key, const std::vector<FileKey>& keys) {
   return key.isModifiable && UniqueKeyIn(keys) != keys.end();
 }

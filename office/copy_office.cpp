@@ -58,7 +58,7 @@ std::vector<fs::path> RecordFilesIn(const fs::path& directory) {
   return names;
 }
 
-// Nor a log of files that were there.
+// Refuses also a log that former files have left: it would be taken for that of a copy.
 void RefuseToOverwrite(const fs::path& target, const std::vector<fs::path>& names) {
   for (const fs::path& name : names) {
     for (const char* ending : {"", "-wal", "-shm", "-journal"}) {

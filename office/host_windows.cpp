@@ -92,7 +92,7 @@ HeldFile::HeldFile(const std::filesystem::path& path)
   static_assert(kNone == -1);  // INVALID_HANDLE_VALUE
 }
 
-// Who takes it in between keeps it, as what is open cannot be removed.
+// Whoever takes it in between keeps it, as what is open cannot be removed.
 HeldFile::~HeldFile() {
   if (!IsHeld()) return;
   CloseHandle(reinterpret_cast<HANDLE>(handle_));

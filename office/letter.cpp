@@ -86,7 +86,8 @@ std::string SalutationLine(const DeliveredRecord& address) {
   return Joined({salutation, academic ? title : "", address["name"]}, " ") + ",\n";
 }
 
-// Empty for a case without an amount in dispute: its record says 0. So is it for a negative amount.
+// Empty for a case without an amount in dispute: its record says 0. A negative amount is not
+// called one in dispute.
 std::string AmountSentence(const DeliveredRecord& caseData) {
   const std::string& amount = caseData["amount"];
   if (amount == "0,00") return {};

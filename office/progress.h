@@ -1,4 +1,4 @@
-// How far a long command is: told by who does the work, and shown to a person.
+// How far a long command is: told by whoever does the work, and shown to a person.
 #pragma once
 
 #include <cstdint>

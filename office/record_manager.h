@@ -1,5 +1,5 @@
-// The record manager as an administrator's tool uses it: to make record files, to fill them and to
-// look what they are. It is the same one that the library loads, by the same names.
+// The record manager as an administrator's tool uses it: to make record files, to fill them, and to
+// see what they are. Unless a command names another, it is the one that the library loads.
 #pragma once
 
 #include <cstddef>

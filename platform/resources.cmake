@@ -1,5 +1,5 @@
 # platform_add_resources(<target> <script.rc> [<file>...])
-# Gives `target` the resources of the script, for DialogBoxParamA and its kind. The files are what the script includes.
+# Gives `target` the resources of the script, for DialogBoxParamW. The files are what the script includes.
 # Elsewhere than on Windows the script is compiled by the same resource compiler and embedded in the target's data.
 function(platform_add_resources target script)
   cmake_path(ABSOLUTE_PATH script BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})

@@ -41,8 +41,8 @@ ssize_t Outcome(ssize_t written) {
 }
 
 // The memory that users of a log share grows by a zero as the last byte of each page. Where the
-// disk's blocks are smaller than that, it would have holes; and who writes to a hole while the disk
-// is full is killed.
+// disk's blocks are smaller than that, it would have holes; and whoever writes to a hole while the
+// disk is full is killed.
 ssize_t Write(int file, const void* bytes, std::size_t count, off_t place) {
   constexpr std::array<char, 4096> kPage{};
   const off_t begin = place + 1 - std::ssize(kPage);

@@ -57,7 +57,7 @@ MoveResult ReplaceFile(const std::string& from, const std::string& to);
 bool IsInUse(const std::string& path);
 
 // Says of a file that this process has it open, and by which name: for ReplaceFile in other
-// processes, where the host does not say it, and for who opens the file by another name. To be
+// processes, where the host does not say it, and for whoever opens the file by another name. To be
 // ended after whatever has the file open, or at once in a copy of the process.
 class UseMark {
  public:

@@ -62,7 +62,8 @@ std::wstring WithLongNames(const std::wstring& full) {
   return written.empty() ? full : written;
 }
 
-// Windows moves and replaces no file that somebody has open. Who only looks at one is waited for.
+// Windows moves and replaces no file that somebody has open. Whoever only looks at one is
+// waited for.
 MoveResult Move(const std::wstring& from, const std::wstring& to, bool replace) {
   const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0U);
   const Patience patience(ToUtf8(to));
@@ -242,7 +243,7 @@ void UseMark::End() {
 
 void RemoveFile(const std::string& path) { DeleteFileW(ToWide(path).c_str()); }
 
-// Windows tells only who tries.
+// Windows tells only those who try.
 bool CanMakeFilesBeside(const std::string& path) {
   const std::wstring beside = ToWide(path + '-' + std::to_string(GetCurrentProcessId()));
   const HANDLE file = CreateFileW(beside.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,

@@ -17,7 +17,7 @@ namespace {
 SRWLOCK turns = SRWLOCK_INIT;
 std::atomic<DWORD> holder = 0;  // the thread whose turn it is
 
-// No call makes another: who holds the turn and asks for it has left a call.
+// No call makes another: whoever holds the turn and asks for it has left a call.
 bool HasHolderLeft() {
   const DWORD thread = holder;
   if (thread == 0 || thread == GetCurrentThreadId()) return thread != 0;
@@ -34,8 +34,8 @@ namespace recordmanager {
 
 // A turn never ends when its thread has ended within it, as all but one do when the process ends,
 // or has left it by an exception after which the host goes on. What is half done then stays so: all
-// are kept out, as if the process had been killed. Who waits already when that happens waits for
-// ever.
+// are kept out, as if the process had been killed. Whoever waits already when that happens waits
+// for ever.
 int TakeTurn() {
   if (TryAcquireSRWLockExclusive(&turns) == 0) {
     if (RtlDllShutdownInProgress() != 0 || HasHolderLeft()) return btrieve::kFileInUse;

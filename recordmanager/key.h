@@ -3,6 +3,10 @@
 // SQLite compares the entries of a key byte by byte. So a value is first turned into bytes that
 // sort as the value does (strings as they are, integers high byte first with the sign bit flipped),
 // and a key that allows duplicates appends a number that grows with each insertion.
+//
+// A further type has its number in btrieve.h, its lengths in Key::CheckType and its order in
+// Key::Lowest, which takes what it does not know for an integer. Earlier versions take a file with
+// such a key for a damaged one (status 2), unless its format has a new number (file_format.cpp).
 #pragma once
 
 #include <array>

@@ -1,4 +1,4 @@
-// How much memory the files of a process take for what they have read. Each may keep a few
+// How much memory the files of a process take for what they have read. Each may keep more than ten
 // megabytes, which is too much for a host of 32 bits once dozens are open: so there is one limit
 // for all together. When it is passed, those that have not been read from for longest give theirs
 // back.
@@ -28,7 +28,7 @@ class MemoryLimit {
 
   void Count(Share& share);
 
-  std::vector<Share> shares_;  // who was read from last comes last
+  std::vector<Share> shares_;  // the one read from last comes last
   std::size_t bytes_ = 0;      // of all
 };
 

@@ -28,7 +28,7 @@ bool IsDenied(const std::string& name, const std::string& database, int flags) {
   return sharesMemory && AccessTo(database + "-shm", true) == Access::kDenied;
 }
 
-// Whether a log is asked for, made if need be, by who should make none.
+// Whether a log is asked for, made if need be, by somebody who should make none.
 bool IsLogOfOthers(const std::string& database, int flags) {
   constexpr int kMakesLog = SQLITE_OPEN_WAL | SQLITE_OPEN_CREATE;
   return (flags & kMakesLog) == kMakesLog && !CanMakeLogFor(database);

@@ -7,7 +7,8 @@
 
 namespace recordmanager {
 
-// Its name for sqlite3_open_v2; null when there is no memory. Who waits in vain gets SQLITE_BUSY.
+// Its name for sqlite3_open_v2; null when there is no memory. Whoever waits in vain gets
+// SQLITE_BUSY.
 const char* PatientFiles();
 
 }  // namespace recordmanager

@@ -9,8 +9,8 @@
 namespace recordmanager {
 namespace {
 
-// How many records a block has: few at first, four times as many for who comes from another block's
-// end.
+// How many records a block has: few at first, four times as many for a walk that has come to the
+// end of the one before.
 constexpr std::size_t kFirstCount = 8;
 constexpr std::size_t kGrowth = 4;
 constexpr std::size_t kLargestBlock = std::size_t{64} * 1024;  // bytes of data

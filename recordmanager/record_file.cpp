@@ -111,7 +111,8 @@ int RecordFile::GivenUp() const {
   return btrieve::kIoError;
 }
 
-// To be told what came of each use of the file within a transaction.
+// Keeps why SQLite gave the transaction up: `status` is what came of a use of the file within it,
+// and the first use that finds no transaction any more is the one that cost it.
 int RecordFile::Noted(int status) {
   if (inTransaction_ && givenUp_ == btrieve::kSuccess && !connection_.IsInTransaction()) {
     givenUp_ = status;

@@ -33,11 +33,11 @@ struct CasePartyRecord : RecordDeclaration<CasePartyRecord> {
 static_assert(IsSound<CasePartyRecord>());
 
 // The position of a party record among the parties of its case; 0 when it is none of them, or when
-// the file cannot be read, which the user has been told then.
+// the file cannot be opened, of which the user has been told.
 std::int32_t PartyPosition(std::int32_t partyRecordId, std::int32_t caseId);
 
-// The number of parties of a case; 0 when there is no such case, or when a file cannot be read,
-// which the user has been told then.
+// The number of parties of a case; 0 when there is no such case, or when a file cannot be opened,
+// of which the user has been told.
 std::int32_t CountCaseParties(const CaseNumberKey& key);
 
 }  // namespace qlx99

@@ -8,8 +8,7 @@ namespace qlx99 {
 struct DocumentNumberRecord : RecordDeclaration<DocumentNumberRecord> {
   static constexpr RecordFileInfo file{"ZTHISTO.KRV", 236};
 
-  static constexpr Int32Field id{"id",
-                                 0};  // the record's own number, assigned by the record manager
+  static constexpr Int32Field id{"id", 0};  // assigned by the record manager
   static constexpr Int32Field caseId{"caseId", 4};
   static constexpr Int32Field lastNumber{"lastNumber", 8};
 

@@ -28,8 +28,8 @@ struct CaseRecord : RecordDeclaration<CaseRecord> {
   static constexpr Int32Field caseTypeId{"caseTypeId", 267};
   static constexpr Int32Field archiveEntryId{"archiveEntryId", 271};
   static constexpr TextField text40{"text40", 275, 40};
-  static constexpr TextField currency{"currency", 315,
-                                      3};  // of the amount; may end early with a zero byte
+  // Of the amount; may end early with a zero byte.
+  static constexpr TextField currency{"currency", 315, 3};
 
   static constexpr UnusedKey byId{0, id, Key::kUnique};
   static constexpr Key byCaseNumber{1, caseNumber, Key::kUnique};
@@ -47,8 +47,8 @@ inline constexpr std::int32_t kNoCase = 0;
 inline constexpr std::size_t kCaseNumberLength = 8;
 
 // The key under which the case file holds a case number: its first 8 bytes, zero bytes where it is
-// shorter, and two blanks. A call makes it before anything else: while it shows a dialog or a
-// message, the host may put the case number of its next call where this one's stood.
+// shorter, and two blanks. It is a copy because the host may put the case number of its next call
+// where this one's stood, while this one shows a dialog.
 class CaseNumberKey {
  public:
   explicit CaseNumberKey(const char* caseNumber);

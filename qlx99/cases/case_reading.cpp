@@ -42,7 +42,7 @@ void ComposeCase(const DataRoot& dataRoot, const Record<CaseRecord>& caseRecord,
 }
 
 // Composes fields 1 to 13 of a case that is found, and takes its currency. False when the case file
-// could not be read at all.
+// cannot be opened.
 bool ReadCase(const DataRoot& dataRoot, const CaseNumberKey& key, Currency& currency,
               ResultLine& dest) {
   RecordFile<CaseRecord> cases(dataRoot);
@@ -56,7 +56,7 @@ bool ReadCase(const DataRoot& dataRoot, const CaseNumberKey& key, Currency& curr
 }
 
 // Composes fields 1 to 14; the last alone for an unknown case, nothing when the case file cannot be
-// read. `currency` stays as it is unless a case is found.
+// opened. `currency` stays as it is unless a case is found.
 void ComposeAllButCurrency(const CaseNumberKey& key, Currency& currency, ResultLine& dest) {
   if (!EnsureRecordManager()) return;
   const auto dataRoot = ReadDataRoot(kNoDataPathForCases);

@@ -19,7 +19,8 @@ constexpr std::size_t kNameShown = 35;  // characters of a name in a line
 
 using ListLine = TextBuffer<300>;
 
-// The eight files of the dialog. Four are opened, and so asked for, but not read.
+// The eight files of the dialog. Four are not read: they are opened so that the user learns when
+// one is missing.
 struct SelectionFiles {
   explicit SelectionFiles(const DataRoot& dataRoot)
       : contacts(dataRoot),

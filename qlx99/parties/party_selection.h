@@ -8,8 +8,8 @@
 namespace qlx99 {
 
 // Shows the case's parties in this role in a modal dialog. Returns the reference of the one that
-// the user took; empty when none was taken, or when the dialog could not be filled, which the user
-// has been told then.
+// the user took; empty when none was taken, when the case is gone meanwhile, or when a file cannot
+// be opened, of which the user has been told.
 PartyReference ShowPartySelection(const CaseNumberKey& key, const Role& role);
 
 }  // namespace qlx99

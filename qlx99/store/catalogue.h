@@ -10,7 +10,7 @@
 
 namespace qlx99 {
 
-// Returns 0 also when the file cannot be read; then the user has been told why.
+// Returns 0 also when the file cannot be opened; then the user has been told why.
 template <class Layout>
 std::int32_t CountCatalogue(const typename Layout::Key& key, const Message& noDataPath) {
   if (!EnsureRecordManager()) return 0;

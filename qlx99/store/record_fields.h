@@ -29,7 +29,8 @@ class RecordFields {
     return *this;
   }
 
-  // A field that the function adds; it is called with the record.
+  // One field, and no more, which the function adds; it is called with the record. Without a record
+  // there is one empty field in its place.
   template <std::invocable<const Record<Layout>&> Function>
   RecordFields& Add(const Function& addField) {
     if (record_ == nullptr) {

@@ -16,8 +16,8 @@ struct RecordManager {
   HMODULE library = nullptr;
   btrieve::BtrCall* btrCall = nullptr;
   btrieve::BtrCallId* btrCallId = nullptr;
-  DWORD loadError =
-      ERROR_SUCCESS;  // why no library could be loaded, for whoever looks with a debugger
+  // Why no library could be loaded, for whoever looks with a debugger.
+  DWORD loadError = ERROR_SUCCESS;
 };
 
 RecordManager recordManager;
