@@ -115,6 +115,9 @@ int RecordFile::GivenUp() const {
 int RecordFile::Noted(int status) {
   if (inTransaction_ && givenUp_ == btrieve::kSuccess && !connection_.IsInTransaction()) {
     givenUp_ = status;
+    // What it wrote is taken back already, and nothing that is read from now on is its own.
+    ++transaction_;
+    ChangeBefore(transaction_) = INT64_MAX;
   }
   return status;
 }
