@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <sched.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -208,6 +210,16 @@ TEST_F(PosixFiles, AreStillOpenInACopyOfTheProcessThatLacksHandlesAtFirst) {
   waitpid(child, &end, 0);
   EXPECT_EQ(WEXITSTATUS(end), 0);
   EXPECT_EQ(client.Do("next, close"), "2 ok");
+}
+
+// A device gives back nothing of what it is given, so nothing could be taken back by it.
+TEST_F(PosixFiles, BesideADeviceInPlaceOfTheirJournalAreOnlyRead) {
+  constexpr int kJournalModes = 18;  // two bytes of SQLite's header
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  testkit::ReleaseEmbedded();
+  WriteAll(path, ReadAll(path).replace(kJournalModes, 2, "\1\1"));
+  if (mknod((path + "-journal").c_str(), S_IFCHR | 0600, makedev(1, 3)) != 0) GTEST_SKIP();
+  EXPECT_EQ(Opened(path).Do("insert, first, next"), "!94 1 !9");
 }
 
 TEST_F(PosixFiles, ThatMayNotBecomeLargerSaySo) {
