@@ -13,17 +13,19 @@
 namespace recordmanager {
 namespace {
 
-// In the place of a log, a pipe would keep whoever opens it waiting for its other end.
-bool IsPipe(const char* path) {
+// In the place of a log, a pipe would keep whoever opens it waiting for its other end, and a device
+// would take what is written and give nothing back. SQLite reads devices for random numbers.
+bool IsNoFile(const char* path, int flags) {
   struct stat facts {};
-  return stat(path, &facts) == 0 && S_ISFIFO(facts.st_mode);
+  if (stat(path, &facts) != 0) return false;
+  return S_ISFIFO(facts.st_mode) || (S_ISCHR(facts.st_mode) && (flags & O_ACCMODE) != O_RDONLY);
 }
 
 // In a folder where nobody may delete what others have made, the kernel may refuse to make a file
 // that another user has made already, as a log.
 int Open(const char* path, int flags, int rights) {
-  if (IsPipe(path)) {
-    errno = EINVAL;
+  if (IsNoFile(path, flags)) {
+    errno = EISDIR;  // so that SQLite does not try again, to read only
     return -1;
   }
   const int made = open(path, flags, rights);

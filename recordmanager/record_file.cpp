@@ -116,6 +116,9 @@ int RecordFile::GivenUp() const {
 int RecordFile::Noted(int status) {
   if (inTransaction_ && givenUp_ == btrieve::kSuccess && !connection_.IsInTransaction()) {
     givenUp_ = status;
+    // What it wrote is taken back already, and nothing that is read from now on is its own.
+    ++transaction_;
+    ChangeBefore(transaction_) = INT64_MAX;
   }
   return status;
 }
@@ -239,11 +242,15 @@ int RecordFile::Delete(const RecordVersion& version) {
 int RecordFile::Begin() {
   if (inTransaction_) return btrieve::kSuccess;
   if (const int status = BeginWriting(); status != btrieve::kSuccess) return status;
+  std::int64_t before = 0;
+  if (const int status = ReadChange(before); status != btrieve::kSuccess) {
+    rollBack_.Run();
+    return status;
+  }
   inTransaction_ = true;
   givenUp_ = btrieve::kSuccess;
-  const int status = ReadChange(ChangeBefore(transaction_));
-  if (status != btrieve::kSuccess) RollBack();
-  return status;
+  ChangeBefore(transaction_) = before;
+  return btrieve::kSuccess;
 }
 
 int RecordFile::Commit() {

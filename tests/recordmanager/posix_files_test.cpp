@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -149,19 +151,33 @@ TEST_F(PosixFiles, ThatNobodyUsesKeepNoHandlesFromOthers) {
   }
 }
 
+// A device gives back nothing of what it is given, so nothing could be taken back by it.
+TEST_F(PosixFiles, BesideADeviceInPlaceOfTheirJournalAreOnlyRead) {
+  EXPECT_EQ(client.Do("insert, close"), "1 ok");
+  testkit::ReleaseEmbedded();
+  WriteAll(path, InMode(kJournalled, ReadAll(path)));
+  if (mknod((path + "-journal").c_str(), S_IFCHR | 0600, makedev(1, 3)) != 0) GTEST_SKIP();
+  EXPECT_EQ(Opened(path).Do("insert, first, next"), "!94 1 !9");
+}
+
 // As with a spent quota.
 TEST_F(PosixFiles, ThatMayNotBecomeLargerSaySo) {
+  const std::string large = InFolder("LARGE.KRV");
+  const KeyDescription key = DescribeKey(0, 4, kIntegerKey, kKeyDuplicates);
+  ASSERT_EQ(Create(large, DescribeFile(client.length, {key})), kSuccess);
+  Client& givenUp = Opened(large);
   auto* const before = std::signal(SIGXFSZ, SIG_IGN);
   {
     const Limit limit(RLIMIT_FSIZE, 100'000);
     std::string outcome = "1";
     for (int i = 0; i < 200 && !outcome.starts_with('!'); ++i) outcome = client.Do("insert");
     EXPECT_EQ(outcome, "!18");
-    const std::string large = InFolder("LARGE.KRV");
-    const KeyDescription key = DescribeKey(0, 4, kIntegerKey, kKeyDuplicates);
-    ASSERT_EQ(Create(large, DescribeFile(client.length, {key})), kSuccess);
-    EXPECT_THAT(Opened(large).Do("begin, insert*, insert, end"), testing::EndsWith("!18 !18 !18"));
+    EXPECT_THAT(givenUp.Do("insert, begin, insert*, insert"), testing::EndsWith("!18 !18"));
   }
+  // Others may write again, and the records that they are given have the numbers of those that are
+  // gone.
+  EXPECT_EQ(Worker(large, "insert, insert").Wait(), 0);
+  EXPECT_EQ(givenUp.Do("next, first, next, end, update, next, next"), "0 0 0 !18 ok 0 !9");
   std::signal(SIGXFSZ, before);
   EXPECT_EQ(client.Do("first, next, insert, close").find('!'), std::string::npos);
 }
