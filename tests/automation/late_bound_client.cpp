@@ -38,10 +38,13 @@ LateBoundClient::~LateBoundClient() {
   CoUninitialize();
 }
 
+HRESULT LateBoundClient::Find(LPOLESTR name, DISPID& method) const {
+  return library_->GetIDsOfNames(IID_NULL, &name, 1, 0, &method);
+}
+
 std::string LateBoundClient::Call(std::wstring name, const std::vector<const wchar_t*>& arguments) {
   DISPID method = 0;
-  LPOLESTR names = name.data();
-  EXPECT_EQ(library_->GetIDsOfNames(IID_NULL, &names, 1, 0, &method), S_OK);
+  EXPECT_EQ(Find(name.data(), method), S_OK);
   BSTR record = nullptr;
   std::vector<VARIANT> given(arguments.size());  // the last one first
   std::ranges::transform(arguments | std::views::reverse, given.begin(),

@@ -20,6 +20,9 @@ class LateBoundClient {
   // Stands for the variable among the arguments.
   static constexpr wchar_t kRecord[] = L"record";
 
+  // Looks up a method by its name, which may be null.
+  HRESULT Find(LPOLESTR name, DISPID& method) const;
+
   // The record that the export writes into the variable.
   std::string Call(std::wstring name, const std::vector<const wchar_t*>& arguments);
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -210,6 +211,11 @@ TEST_F(AutomationServer, RefusesWhatIsNoCallOfTheLibrary) {
   }
 }
 
+TEST_F(AutomationServer, KnowsNoMethodWithoutAName) {
+  DISPID method = 0;
+  EXPECT_EQ(LateBoundClient().Find(nullptr, method), DISP_E_UNKNOWNNAME);
+}
+
 TEST_F(AutomationServer, SaysWhyThereIsNoLibrary) {
   TemporaryFolder alone;
   fs::copy_file(ProductFolder() / "qlx99server.exe", alone.Path() / "qlx99server.exe");
@@ -276,6 +282,32 @@ TEST_F(AutomationServer, ShowsItsDialogsInFrontOfTheClientInWhichTheUserIs) {
   EXPECT_EQ(GetForegroundWindow(), window);
   EXPECT_TRUE(IsWindowEnabled(window));
   DestroyWindow(window);
+}
+
+// As one whose window's thread waits for another, which makes the call. Wine lets every program put
+// windows in front, so the client takes its place back.
+TEST_F(AutomationServer, WaitsForNoClientThatAnswersNoMessages) {
+  std::atomic<bool> returned = false;
+  std::thread busy([&] {
+    HWND window = CreateWindowA("STATIC", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000, 700,
+                                nullptr, nullptr, nullptr, nullptr);
+    EXPECT_TRUE(Eventually([&] {
+      SetForegroundWindow(window);
+      return returned.load();
+    }));
+    DestroyWindow(window);
+  });
+  std::thread person([] {
+    EXPECT_TRUE(Eventually([] { return PartyDialog() != nullptr; }));
+    Sleep(500);  // until the dialog has tried to take the keyboard
+    PostMessageA(PartyDialog(), WM_COMMAND, IDC_TAKE, 0);
+  });
+  EXPECT_EQ(LateBoundClient().Call(L"BLesenDLL",
+                                   {L"G ", L"23001124", L"", L"", LateBoundClient::kRecord}),
+            "4802|0 |0|");
+  returned = true;
+  person.join();
+  busy.join();
 }
 
 TEST_F(AutomationServer, TakesThePlaceOfAnotherVersion) {
