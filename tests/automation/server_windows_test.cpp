@@ -3,16 +3,15 @@
 #include <gmock/gmock.h>
 
 #include <array>
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <set>
 #include <sstream>
-#include <thread>
 
 #include "automation/late_bound_client.h"
 #include "automation/machine_office.h"
+#include "automation/seen_from_outside.h"
 #include "frame/attach.h"
 #include "office/export_call.h"
 #include "office/sample_office.h"
@@ -36,22 +35,6 @@ using testkit::TemporaryFolder;
 
 const std::string kClassKeys[] = {"qlx99.Library", "qlx99.Library.1",
                                   "CLSID\\{A3F2BE8F-F156-4BB0-B3BA-7CA73F004344}"};
-
-bool Eventually(const std::function<bool()>& isSo) {
-  constexpr int kTimes = 3000;
-  for (int i = 0; i < kTimes; ++i) {
-    if (isSo()) return true;
-    Sleep(10);
-  }
-  return false;
-}
-
-int CountServers() { return CountRunning("qlx99server.exe"); }
-
-HWND PartyDialog() {
-  HWND dialog = FindWindowW(L"#32770", L"Gegner auswählen");
-  return IsWindowVisible(dialog) ? dialog : nullptr;
-}
 
 const std::string kClasses = "Software\\Classes\\";
 
@@ -261,53 +244,6 @@ TEST_F(AutomationServer, EndsWithItsClient) {
   EXPECT_NE(PartyDialog(), nullptr);
   choosing->Kill();
   EXPECT_TRUE(Eventually([] { return CountServers() == 0; }));
-}
-
-TEST_F(AutomationServer, ShowsItsDialogsInFrontOfTheClientInWhichTheUserIs) {
-  HWND window = CreateWindowA("STATIC", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000, 700,
-                              nullptr, nullptr, nullptr, nullptr);
-  SetForegroundWindow(window);
-  std::thread person([] {
-    EXPECT_TRUE(Eventually([] { return PartyDialog() != nullptr; }));
-    HWND dialog = PartyDialog();
-    EXPECT_TRUE(Eventually([&] { return GetForegroundWindow() == dialog; }));
-    EXPECT_TRUE(
-        Eventually([&] { return (GetWindowLongA(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; }));
-    PostMessageA(dialog, WM_COMMAND, IDC_TAKE, 0);
-  });
-  EXPECT_EQ(LateBoundClient().Call(L"BLesenDLL",
-                                   {L"G ", L"23001124", L"", L"", LateBoundClient::kRecord}),
-            "4802|0 |0|");
-  person.join();
-  EXPECT_EQ(GetForegroundWindow(), window);
-  EXPECT_TRUE(IsWindowEnabled(window));
-  DestroyWindow(window);
-}
-
-// As one whose window's thread waits for another, which makes the call. Wine lets every program put
-// windows in front, so the client takes its place back.
-TEST_F(AutomationServer, WaitsForNoClientThatAnswersNoMessages) {
-  std::atomic<bool> returned = false;
-  std::thread busy([&] {
-    HWND window = CreateWindowA("STATIC", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000, 700,
-                                nullptr, nullptr, nullptr, nullptr);
-    EXPECT_TRUE(Eventually([&] {
-      SetForegroundWindow(window);
-      return returned.load();
-    }));
-    DestroyWindow(window);
-  });
-  std::thread person([] {
-    EXPECT_TRUE(Eventually([] { return PartyDialog() != nullptr; }));
-    Sleep(500);  // until the dialog has tried to take the keyboard
-    PostMessageA(PartyDialog(), WM_COMMAND, IDC_TAKE, 0);
-  });
-  EXPECT_EQ(LateBoundClient().Call(L"BLesenDLL",
-                                   {L"G ", L"23001124", L"", L"", LateBoundClient::kRecord}),
-            "4802|0 |0|");
-  returned = true;
-  person.join();
-  busy.join();
 }
 
 TEST_F(AutomationServer, TakesThePlaceOfAnotherVersion) {
