@@ -2,7 +2,7 @@
 //
 // Windows lets only the program that the user is in put a window in front, and that is the client.
 // So dialogs stand above all other windows, and where the user is in a window of the client, they
-// take the keyboard from it and give it back.
+// take the keyboard from it and give it back, unless that window does not answer.
 #pragma once
 
 #include <map>

@@ -55,7 +55,7 @@ HRESULT WINAPI LibraryObject::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names
                                             LCID /*locale*/, DISPID* ids) try {
   client_.MeetCaller();
   for (UINT i = 0; i < count; ++i) ids[i] = DISPID_UNKNOWN;
-  const auto id = count > 0 ? MethodNamed(names[0]) : std::nullopt;
+  const auto id = count > 0 && names[0] != nullptr ? MethodNamed(names[0]) : std::nullopt;
   if (id) ids[0] = *id;
   return id && count == 1 ? S_OK : DISP_E_UNKNOWNNAME;
 } catch (const std::bad_alloc&) {

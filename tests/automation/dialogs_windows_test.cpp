@@ -1,4 +1,5 @@
 // The dialogs of the automation server, and what becomes of them without their client.
+#include <atomic>
 #include <thread>
 
 #include "automation/server_test.h"
@@ -46,6 +47,8 @@ std::string ChosenOpponent() {
   std::wstring name = L"BLesenDLL";
   LPOLESTR names = name.data();
   DISPID method = 0;
+  LPOLESTR none = nullptr;
+  EXPECT_EQ(library->GetIDsOfNames(IID_NULL, &none, 1, 0, &method), DISP_E_UNKNOWNNAME);
   library->GetIDsOfNames(IID_NULL, &names, 1, 0, &method);
   BSTR record = nullptr;
   std::array<VARIANT, 5> arguments{};  // the last one first
@@ -66,9 +69,13 @@ std::string ChosenOpponent() {
   return Utf8(text);
 }
 
+HWND ClientWindow() {
+  return CreateWindowA("STATIC", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000, 700, nullptr,
+                       nullptr, nullptr, nullptr);
+}
+
 TEST_F(AutomationDialogs, StandInFrontOfTheClientInWhichTheUserIs) {
-  HWND window = CreateWindowA("STATIC", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000, 700,
-                              nullptr, nullptr, nullptr, nullptr);
+  HWND window = ClientWindow();
   SetForegroundWindow(window);
   std::thread person([] {
     EXPECT_TRUE(Eventually([] { return PartyDialog() != nullptr; }));
@@ -83,6 +90,29 @@ TEST_F(AutomationDialogs, StandInFrontOfTheClientInWhichTheUserIs) {
   EXPECT_EQ(GetForegroundWindow(), window);
   EXPECT_TRUE(IsWindowEnabled(window));
   DestroyWindow(window);
+}
+
+// As of one whose window's thread waits for another, which makes the call. Wine lets every program
+// put windows in front, so the client takes its place back.
+TEST_F(AutomationDialogs, WaitForNoClientThatAnswersNoMessages) {
+  std::atomic<bool> returned = false;
+  std::thread busy([&] {
+    HWND window = ClientWindow();
+    EXPECT_TRUE(Eventually([&] {
+      SetForegroundWindow(window);
+      return returned.load();
+    }));
+    DestroyWindow(window);
+  });
+  std::thread person([] {
+    EXPECT_TRUE(Eventually([] { return PartyDialog() != nullptr; }));
+    Sleep(500);  // until the dialog has tried to take the keyboard
+    PostMessageA(PartyDialog(), WM_COMMAND, IDC_TAKE, 0);
+  });
+  EXPECT_EQ(ChosenOpponent(), "4802|0 |0|");
+  returned = true;
+  person.join();
+  busy.join();
 }
 
 }  // namespace
