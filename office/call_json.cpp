@@ -1,5 +1,6 @@
 #include "office/call_json.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "office/export_call.h"
@@ -19,6 +20,8 @@ Json FieldsOf(const DeliveredRecord& record) {
   return fields;
 }
 
+bool HasText(const std::string& field) { return !field.empty(); }
+
 }  // namespace
 
 JsonAnswer CallForJson(std::string_view name, const std::vector<std::string>& arguments) {
@@ -29,12 +32,14 @@ JsonAnswer CallForJson(std::string_view name, const std::vector<std::string>& ar
     answer["record"] = nullptr;
     answer["fields"] = nullptr;
   }
+  bool hasContent = false;
   if (outcome.ansiRecord) {
     const DeliveredRecord record(called, *outcome.ansiRecord);
     answer["record"] = record.Text();
     answer["fields"] = FieldsOf(record);
+    hasContent = record.IsComplete() && std::ranges::any_of(record.Fields(), HasText);
   }
-  const bool delivered = called.fields.empty() ? outcome.result != 0 : !answer["fields"].is_null();
+  const bool delivered = called.fields.empty() ? outcome.result != 0 : hasContent;
   return {answer.dump(), delivered};
 }
 

@@ -109,6 +109,7 @@ TEST_F(QlxCommands, TellAScriptThatNothingWasDelivered) {
   } rows[] = {
       {"BLesenDLL|G |23001124||1", R"("result":0,"record":null,"fields":null})", ""},
       {"SLesenDLL|99999999", R"("result":-1,"record":"0|","fields":null})", ""},
+      {"ALesenDLL||99999", R"("linkText":"","relationDesignation":""}})", ""},
       {"WVNew|12345678|1|morgen|1|0|0|x", R"("result":0})",
        "Systemmeldung !\nGeben Sie bitte ein Datum an !\n"},
   };
