@@ -187,12 +187,4 @@ TEST_F(QlxInstallations, LieInAnyFolderThatTheCodePageCanName) {
   EXPECT_THAT(Qlx("office|check").out, HasSubstr("Kanzlei – Köln €\n"));
 }
 
-TEST_F(QlxInstallations, CanBeGenerated) {
-  const Outcome created = Qlx("office|create|" + folder_.Text() + "|--cases|3");
-  ASSERT_EQ(created.code, office::kDone) << created.err;
-  EXPECT_EQ(created.err, "3 of 3 cases\n");
-  ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
-  EXPECT_THAT(Qlx("call|BListeNext|10000003|5").out, HasSubstr("partyRecordId"));
-}
-
 }  // namespace

@@ -1,5 +1,4 @@
-// A file that was put back beside what a killed program has left, its log or its journal, or that
-// was torn there by a loss of power.
+// A file that was put back beside what a killed program has left, its log or its journal.
 #include "party_file.h"
 
 namespace recordmanager_tests {
@@ -130,26 +129,6 @@ TEST_F(Restored, AndCutOffAreNotGoneOnWith) {
   const std::string journalled = WithRollbackJournal(base);
   const std::string journal = Synchronised(Leftover(path, "begin, insert", "-journal"));
   EXPECT_EQ(Read(journalled.substr(0, 3 * kPage), "-journal", journal), kRefused);
-}
-
-// The power went while the page of the states was written: of its sectors only the first is new,
-// which tells where its row begins; the row has grown, as its count of changes needs a byte more.
-TEST_F(Restored, WithATornPageOfTheStatesGoOnFromTheirOwnLeftoversOnly) {
-  constexpr std::size_t kPage = 4096;
-  constexpr std::size_t kSector = 512;
-  const auto tear = [](std::string old, const std::string& written) {
-    return old.replace(kPage, kSector, written, kPage, kSector);
-  };
-  const std::string before = After(ReadAll(path), "insert");
-  const std::string after = After(before, "insert");
-  const std::string torn = tear(before, after);
-  ASSERT_NE(torn, before);
-  EXPECT_EQ(Read(torn, "-wal", LeftoverOf(before, "insert")), kTwo);
-  EXPECT_EQ(Read(torn, "-wal", LeftoverOf(after, "insert")), kRefused);
-
-  const std::string base = WithRollbackJournal(before);
-  const std::string journal = Synchronised(Leftover(path, "begin, insert", "-journal"));
-  EXPECT_EQ(Read(tear(base, After(base, "insert")), "-journal", journal), kOne);
 }
 
 // A record file's bytes as the first format had them: without states.
