@@ -489,8 +489,15 @@ Private Sub RequireCase(ByVal caseNumber As String)
     CaseRecord caseNumber
 End Sub
 
-' Of a longer one the library would take the beginning, which may be another case's number.
+' Of a longer one the library would take the beginning, and for a character that Windows-1252 lacks one that looks like
+' it: both may be another case's number.
 Private Sub RequireCaseNumber(ByVal caseNumber As String)
+    Dim atCharacter As Long
+    For atCharacter = 1 To Len(caseNumber)
+        If Not IsInWindows1252(Mid$(caseNumber, atCharacter, 1)) Then
+            Fail qlxNotThere, "Die Akte " & caseNumber & " gibt es nicht: Aktennummern stehen in Windows-1252."
+        End If
+    Next
     If Len(RTrim$(caseNumber)) > 8 Then
         Fail qlxNotThere, "Die Akte " & caseNumber & " gibt es nicht: Aktennummern haben höchstens 8 Zeichen."
     End If
@@ -692,19 +699,25 @@ Private Sub RequirePlainText(ByVal theText As String)
     Next
 End Sub
 
-' The characters that Windows-1252 has between 128 and 159, by their Unicode numbers.
 Private Sub RequirePlainCharacter(ByVal oneCharacter As String)
-    Const OfWindows1252 As String = " 8364 8218 402 8222 8230 8224 8225 710 8240 352 8249 338 381 8216 8217 8220 " & _
-        "8221 8226 8211 8212 732 8482 353 8250 339 382 376 "
-    Dim charCode As Long
-    charCode = AscW(oneCharacter) And &HFFFF&
     If oneCharacter = "|" Then Fail qlxNotValid, "Der Text darf das Trennzeichen | nicht enthalten."
-    If charCode < 32 Then Fail qlxNotValid, "Der Text darf keinen Zeilenumbruch und kein Steuerzeichen enthalten."
-    If charCode < 127 Or (charCode > 159 And charCode < 256) Then Exit Sub
-    If InStr(OfWindows1252, " " & charCode & " ") = 0 Then
+    If AscW(oneCharacter) >= 0 And AscW(oneCharacter) < 32 Then
+        Fail qlxNotValid, "Der Text darf keinen Zeilenumbruch und kein Steuerzeichen enthalten."
+    End If
+    If Not IsInWindows1252(oneCharacter) Then
         Fail qlxNotValid, "Der Text enthält ein Zeichen, das sich nicht speichern lässt: " & oneCharacter
     End If
 End Sub
+
+' The list has the characters that Windows-1252 has between 128 and 159, by their Unicode numbers.
+Private Function IsInWindows1252(ByVal oneCharacter As String) As Boolean
+    Const FromThere As String = " 8364 8218 402 8222 8230 8224 8225 710 8240 352 8249 338 381 8216 8217 8220 " & _
+        "8221 8226 8211 8212 732 8482 353 8250 339 382 376 "
+    Dim charCode As Long
+    charCode = AscW(oneCharacter) And &HFFFF&
+    IsInWindows1252 = charCode < 127 Or (charCode > 159 And charCode < 256) Or _
+        InStr(FromThere, " " & charCode & " ") > 0
+End Function
 
 ' The text of a Date or of a text that is one; an unset Date is a day of 1899.
 Private Function DateTextOf(ByVal dueDate As Variant) As String

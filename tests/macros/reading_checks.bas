@@ -33,6 +33,8 @@ Public Sub CheckPositions()
     Refused "a follow-up of a longer case number", qlxNotThere, "höchstens 8 Zeichen"
     CasePartyAt "12345678x", 1
     Refused "a party of a longer case number", qlxNotThere, "höchstens 8 Zeichen"
+    CasePartyAt ChrW$(945) & "1234567", 1
+    Refused "a case number with a foreign letter", qlxNotThere, "Windows-1252"
     ReadCase "123456789"
     Refused "a case of a longer number", qlxNotThere, "höchstens 8 Zeichen"
     FollowUpCount "999"
