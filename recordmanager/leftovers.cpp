@@ -199,7 +199,8 @@ class Surroundings {
     const int status = fit(RawFile(*files_, name, kind), base, fits);
     if (!IsThere(name)) return btrieve::kSuccess;
     if (!fits) misfit = name;
-    return status;
+    const bool isFolder = status == btrieve::kIoError && InspectFile(name).kind == FileKind::kOther;
+    return isFolder ? btrieve::kPermissionError : status;
   }
 
   int Remove(const char* name) const {

@@ -92,8 +92,14 @@ TEST_F(ProtectedFiles, ThatMayNotBeWrittenAreRefused) {
 TEST_F(ProtectedFiles, ThatCanHaveNoJournalAreRefused) {
   const std::string file = InFolder("FILE.KRV");
   ASSERT_EQ(Create(file), kSuccess);
-  ASSERT_EQ(mkfifo((file + "-journal").c_str(), 0600), 0);
-  EXPECT_EQ(Client().Open(file), kPermissionError);
+  for (const std::string& journal : {file + "-journal", file + "-wal"}) {
+    ASSERT_EQ(mkfifo(journal.c_str(), 0600), 0);
+    EXPECT_EQ(Client().Open(file), kPermissionError) << journal;
+    std::filesystem::remove(journal);
+    std::filesystem::create_directory(journal);
+    EXPECT_EQ(Client().Open(file), kPermissionError) << journal;
+    std::filesystem::remove(journal);
+  }
 }
 
 TEST_F(ProtectedFiles, AreReadWithAllThatOthersWriteWhoCameLater) {
