@@ -164,7 +164,10 @@ void Repeat(void (*run)(const fs::path& folder), const Options& options) {
     MakeRecordsIn(folder);
     run(folder);
     ExpectSound(folder, kSlots);
-    fs::remove_all(folder);
+    WaitUntil("the folder goes", [&] {  // a forked child marks its end before it leaves
+      std::error_code busy;
+      return fs::remove_all(folder, busy), !fs::exists(folder);
+    });
   }
   std::cout << rounds << " rounds\n";
 }
