@@ -73,16 +73,6 @@ void MakeOffice(const std::filesystem::path& directory, const Fill& fill) {
 
 }  // namespace
 
-OfficeFiles::OfficeFiles(const RecordManager& manager, const std::filesystem::path& directory) {
-  for (const RecordLayout& layout : qlx99::kRecordFiles) {
-    files_[layout.file.name] = std::make_unique<TableFile>(manager, directory, layout);
-  }
-}
-
-void OfficeFiles::Insert(const RecordLayout& layout, std::string& record) {
-  files_.at(layout.file.name)->Insert(record);
-}
-
 void MakeSampleOffice(const std::filesystem::path& directory) {
   MakeOffice(directory, [](const RecordManager& manager, OfficeFiles& files) {
     Transaction transaction(manager);
