@@ -50,7 +50,7 @@ class LoginHandshakeTest : public DelegatedTest {
     OfficePrograms::LoginMaskReports(1);
   };
 
-  const Login logins_[10] = {
+  const Login logins_[11] = {
       {"logged in from the start", 0, true, kBoth,
        Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized())},
       {"nobody logged in",
@@ -74,6 +74,8 @@ class LoginHandshakeTest : public DelegatedTest {
       {"login taken back and made again before it has ended", 0, true, kBoth,
        Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(-1)), LoginEnded(1),
             LoginEnded(1).Meanwhile(Mask(1)), LoginEnded(1), Minimized())},
+      {"mask closed behind the answers", 0, false, kBoth,
+       Talk(LoggedIn(1), Product(8).Meanwhile(Mask(2)), LoginEnded(1))},
       {"mask closed before the login has ended", 0, false, kBoth,
        Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(2)), LoginEnded(1))},
       {"host closed before the login",
