@@ -180,6 +180,19 @@ TEST_F(PosixFiles, ThatMayNotBecomeLargerSaySo) {
   EXPECT_EQ(givenUp.Do("next, first, next, end, update, next, next"), "0 0 0 !18 ok 0 !9");
   std::signal(SIGXFSZ, before);
   EXPECT_EQ(client.Do("first, next, insert, close").find('!'), std::string::npos);
+  // Nor does a transaction that one file refuses change the next one.
+  const std::string next = InFolder("NEXT.KRV");
+  ASSERT_EQ(Create(next, DescribeFile(client.length, {key})), kSuccess);
+  Client& behind = Opened(next);
+  EXPECT_EQ(givenUp.Do("first, begin, delete"), "0 ok ok");
+  EXPECT_EQ(behind.Do("insert"), "0");
+  std::signal(SIGXFSZ, SIG_IGN);
+  {
+    const Limit limit(RLIMIT_FSIZE, 1);
+    EXPECT_EQ(givenUp.Do("end"), "!18");
+  }
+  std::signal(SIGXFSZ, before);
+  EXPECT_EQ(behind.Do("first"), "!9");
 }
 
 // The statuses of opening a file on a disk of its own, with blocks smaller than pages: with more
