@@ -227,43 +227,6 @@ TEST(MacroInterface, DeclaresEachExportAsTheHeaderDoes) {
             expected);
 }
 
-// The functions that stand for the exports in 64-bit word processors take the same, and hand it on
-// to the method of the same name.
-TEST(MacroInterface, CallsEachExportByAutomationAsItDeclaresIt) {
-  std::vector<std::string> expected;
-  for (const std::string& prototype : Prototypes()) {
-    const std::string head = BasicHead(prototype);
-    const std::string call =
-        Replaced(prototype.substr(0, prototype.find('(')) + " = QlxLibrary()." + head,
-                 {{"ByVal | As (String|Long)", ""}});
-    std::smatch buffer;
-    if (std::regex_search(prototype, buffer, std::regex(", char\\* (\\w+)"))) {
-      const std::string name = InBasic(buffer[1]);
-      expected.push_back(Replaced(head, {{"ByVal " + name, "ByRef " + name}}) +
-                         " Dim theAnswer As String " + Replaced(call, {{name, "theAnswer"}}) +
-                         " PutAnswer theAnswer, endMark, " + name);
-    } else {
-      expected.push_back(head + " " + call);
-    }
-  }
-  const std::string module =
-      Replaced(ProjectFile("macros/qlx99.bas"),
-               {{"theAnswer, (Chr\\$\\(0\\)|\"\"), ", "theAnswer, endMark, "}});
-  const std::string functions = module.substr(module.rfind("Private Sub PutAnswer"));
-  EXPECT_EQ(All(functions, "Public Function (.*?) End Function"), expected);
-}
-
-// The editor gives a name one form throughout a project, and a name of one word may be one of the
-// word processor's.
-TEST(MacroInterface, LeavesTheLettersOfTheOfficesNamesAlone) {
-  for (const char* file : {"macros/qlx99.bas", "macros/letter.bas"}) {
-    const std::string module = Replaced(ProjectFile(file), {{"(^|\n) *'[^\n]*", "$1"}});
-    EXPECT_THAT(All(module, "\\b(?:ByVal|ByRef|ParamArray|Dim|Const) ([a-z]+)\\b"), IsEmpty());
-    EXPECT_THAT(All(module, "\\bDim [^\"]*?, ([a-z]+)(?:\\(\\))? As "), IsEmpty());
-    EXPECT_THAT(All(module, "Public Type ((?!Qlx)\\w+)"), IsEmpty());
-  }
-}
-
 // Each function with its arguments, and each error.
 TEST(MacroInterface, IsToldOfInTheHandbook) {
   const std::string handbook = ProjectFile("macros/HANDBUCH.md");

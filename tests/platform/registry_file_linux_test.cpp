@@ -108,17 +108,6 @@ TEST_F(RegistrationFile, IsNotReplacedWhenItCannotBeRead) {
   }
 }
 
-TEST_F(RegistrationFile, LiesWithOtherSettingsUnlessTheEnvironmentSaysWhere) {
-  std::filesystem::create_symlink("new.reg", Path());
-  EXPECT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
-  EXPECT_TRUE(std::filesystem::exists(registry_.Folder() / "new.reg"));
-  unsetenv("QLX99_REGISTRY");
-  setenv("XDG_CONFIG_HOME", registry_.Folder().c_str(), 1);
-  EXPECT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
-  unsetenv("XDG_CONFIG_HOME");
-  EXPECT_TRUE(std::filesystem::exists(registry_.Folder() / "qlx99" / "registry.reg"));
-}
-
 TEST(QlxRegistryFile, IsNamedWithWhatIsWrongInIt) {
   const testkit::PrivateRegistry registry;
   const std::string folder = registry.Folder().string();
