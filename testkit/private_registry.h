@@ -9,9 +9,6 @@ namespace testkit {
 // As long as it exists, this process has it; empty at first. One at a time.
 class PrivateRegistry {
  public:
-  // A key for tests that need just any.
-  static constexpr auto kKey = "SOFTWARE\\qlx99 tests";
-
   PrivateRegistry() { UsePrivateRegistry(Folder()); }
   ~PrivateRegistry() { DropPrivateRegistry(); }
   PrivateRegistry(const PrivateRegistry&) = delete;

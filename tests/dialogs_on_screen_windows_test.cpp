@@ -1,8 +1,4 @@
 // What the library does to the dialogs on a real screen, and what a person's keys do to them.
-#include "addresses/bank_connection_file.h"
-#include "addresses/contact_person_file.h"
-#include "frame/attach.h"
-#include "frame/login_window.h"
 #include "resources/resource.h"
 #include "support/export_test.h"
 
@@ -47,16 +43,6 @@ TEST_F(DialogsOnScreen, StandInColumnsAndHearTheKeys) {
   library->ALesenDLL("", "4711", CallerBuffer(), "");
   library->BLesenDLL("  ", "12345678", nullptr, nullptr, CallerBuffer());
   UnhookWindowsHookEx(hook);
-}
-
-// By the library that is built into this program.
-TEST(LoginWindow, HasAnOrdinaryFrameThatIsHidden) {
-  AttachLibrary(GetModuleHandleA(nullptr));
-  CreateLoginWindow();
-  HWND window = FindWindowA("KrvQLX", nullptr);
-  EXPECT_EQ(static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)),
-            WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX | WS_CLIPSIBLINGS);
-  DetachLibrary(Detachment::kFreed);
 }
 
 }  // namespace

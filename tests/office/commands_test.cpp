@@ -76,6 +76,8 @@ const struct {
     {"office|create| ", kWrongUsage, "DIR: is empty"},
     {"call|Blubb", kWrongUsage, "There is no export \"Blubb\". There are:\n  GetDocuRoot length\n"},
     {"call|SLesenDLL|1|2", kWrongUsage, "takes 1 argument (caseNumber); you gave 2. The buffer "},
+    {"call|WVInit|Şahin", kFailed, "\"Ş\""},
+    {"call|WVInit|\xE2\x82", kFailed, "not UTF-8"},
     {"call|GetDocuRoot|x", kWrongUsage, "\"x\" is not a whole number"},
     {"office|show|ZTNIX", kWrongUsage, "There are: ZTUSER ZTTCASE"},
     {"office|create|nowhere|--cases|0", kWrongUsage, "--cases"},

@@ -7,7 +7,6 @@
 #include "frame/attach.h"
 #include "office/command_line.h"
 #include "office/record_manager.h"
-#include "record_files.h"
 #include "sample_office.h"
 #include "support/manager_script.h"
 #include "support/office_programs.h"

@@ -4,9 +4,7 @@
 #include <cstring>
 
 #include "office/export_call.h"
-#include "office/failure.h"
 #include "office/record_text.h"
-#include "office/sample_file.h"
 #include "office/text_encoding.h"
 #include "record_files.h"
 
@@ -14,27 +12,6 @@ namespace office {
 namespace {
 
 using qlx99::CaseRecord;
-
-template <class Action>
-std::string FailureOf(const Action& action) {
-  try {
-    action();
-  } catch (const Failure& failure) {
-    return failure.what();
-  }
-  return "no failure";
-}
-
-TEST(Encoding, GivesTheOfficesBytesAndNamesACharacterThatItLacks) {
-  EXPECT_EQ(Encode("Müßig – 5 € \u0081\u009D"), "M\xFC\xDFig \x96 5 \x80 \x81\x9D");
-  EXPECT_EQ(Encode("ÄÖÜß§─", CodePage::kOem), "\x8E\x99\x9A\xE1\xF5\xC4");
-  EXPECT_NE(FailureOf([] { Encode("Aylin Şahin"); }).find("\"Ş\""), std::string::npos);
-  EXPECT_NE(FailureOf([] { Encode("Akte \U0001F4C1"); }).find("\"\U0001F4C1\""), std::string::npos);
-  EXPECT_NE(FailureOf([] { Encode("€", CodePage::kOem); }).find("850"), std::string::npos);
-  for (const char* broken : {"M\xFCller", "\xE2z", "\xE2\x82", "\xC0\x80"}) {
-    EXPECT_NE(FailureOf([&] { Encode(broken); }).find("not UTF-8"), std::string::npos) << broken;
-  }
-}
 
 TEST(Decoding, ShowsEveryByteAndObeysNone) {
   EXPECT_EQ(Decode("M\xFCller \x80"), "Müller €");
@@ -50,33 +27,6 @@ TEST(Fields, AreReadAsOthersMayHaveLeftThem) {
   const double smallest = 5e-324;
   std::memcpy(record.data() + CaseRecord::amount.offset, &smallest, sizeof smallest);
   EXPECT_EQ(FieldText(CaseRecord::amount, record).size(), 326U);
-}
-
-TEST(SampleFile, FailsForAMistakeWithItsPlace) {
-  const struct {
-    const char* line;
-    const char* complaint;
-  } rows[] = {
-      {"rubrum Müller", "no line of the form \"name: value\""},
-      {"title: Müller", "ZTCASE.KRV has no field \"title\". It has: id, caseNumber"},
-      {"id: 2", "id stands twice"},
-      {"userId: 2147483648", "is not a whole number"},
-      {"userId:", "is not a whole number"},
-      {"firstDate: 29.02.2023", "is not a date"},
-      {"firstDate: 31.12.1899", "01.01.1900 to 05.06.2079"},
-      {"firstDate: 06.06.2079", "01.01.1900 to 05.06.2079"},
-      {"amount: inf", "is not an amount"},
-      {"shortCode: ÄÖÜÄÖ", "has 5 characters, but the field holds 4"},
-      {"rubrum: a|b", "\"|\""},
-  };
-  for (const auto& [line, complaint] : rows) {
-    const std::string text = std::string("# A case\nid: 1\n") + line + "\n";
-    const std::string failure = FailureOf([&] {
-      ParseSample(qlx99::LayoutOf<CaseRecord>(), {"ztcase.txt", text});
-    });
-    EXPECT_TRUE(failure.starts_with("ztcase.txt:3: ")) << failure;
-    EXPECT_NE(failure.find(complaint), std::string::npos) << line << "\n" << failure;
-  }
 }
 
 // A text of the office may hold the "|" that divides the fields.

@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "record_files.h"
 #include "store/record.h"
-#include "store/record_layout.h"
 #include "testkit/private_registry.h"
 
 namespace qlx99::tests {
