@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "testkit/private_registry.h"
+#include "testkit/process.h"
 
 // What one command did.
 struct Outcome {

@@ -9,8 +9,7 @@
 #include <utility>
 
 #include "platform/windows_api.h"
-#include "testkit/files.h"
-#include "testkit/private_registry.h"
+#include "testkit/process.h"
 #include "tests/office/sample_office.h"
 
 namespace {

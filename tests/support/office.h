@@ -15,7 +15,7 @@
 
 #include "record_files.h"
 #include "store/record.h"
-#include "testkit/private_registry.h"
+#include "testkit/process.h"
 
 namespace qlx99::tests {
 

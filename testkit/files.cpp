@@ -1,4 +1,4 @@
-#include "testkit/temporary_folder.h"
+#include "testkit/files.h"
 
 #include <random>
 
