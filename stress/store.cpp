@@ -65,10 +65,10 @@ void Require(int status, const char* what) {
 }  // namespace
 
 // The file, opened for one stretch of work as an export would.
-class Store::Cursor {
+class Store::Cursor : public btrieve::Client {
  public:
-  Cursor(const fs::path& file, const btrieve::EntryPoint& manager) : client_(manager) {
-    client_.SetKey(file.string());
+  Cursor(const fs::path& file, const btrieve::EntryPoint& manager) : Client(manager) {
+    SetKey(file.string());
     Require(Call(btrieve::kOpen), "Open");
   }
   ~Cursor() { Call(btrieve::kClose); }
@@ -83,10 +83,8 @@ class Store::Cursor {
     return status;
   }
   btrieve::Status CallOnce(WORD operation, Key key = kByNumber) {
-    return client_.Call(operation, key, record);
+    return Client::Call(operation, key, record);
   }
-
-  void SetKey(std::int32_t value) { client_.SetKey(value); }
 
   void Find(std::int32_t name) {
     SetKey(name);
@@ -95,9 +93,6 @@ class Store::Cursor {
   }
 
   Record record;
-
- private:
-  btrieve::Client client_;
 };
 
 void Store::Add(int item) {

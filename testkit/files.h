@@ -18,8 +18,8 @@ inline void WriteAll(const std::filesystem::path& name, const std::string& bytes
   std::ofstream(name, std::ios::binary) << bytes;
 }
 
-// Empty, and used by nobody else, until the end of its scope. What cannot be removed then,
-// because a file is still open, goes with RemoveTemporaryFolders.
+// Empty, and used by nobody else, until the end of its scope. What cannot be removed then, because
+// a file is still open, goes at the end of the program.
 class TemporaryFolder {
  public:
   TemporaryFolder();
@@ -33,8 +33,5 @@ class TemporaryFolder {
  private:
   std::filesystem::path path_;
 };
-
-// Once, when all tests have run.
-void RemoveTemporaryFolders();
 
 }  // namespace testkit
