@@ -76,14 +76,14 @@ class Store::Cursor : public btrieve::Client {
   Cursor& operator=(const Cursor&) = delete;
 
   // Tries again while others are using the file, as the library does.
-  int Call(WORD operation, Key key = kByNumber) {
+  int Call(WORD operation, Key by = kByNumber) {
     constexpr int kMostAttempts = 1000;
-    btrieve::Status status = CallOnce(operation, key);
-    for (int i = 1; i < kMostAttempts && IsBusy(status); ++i) status = CallOnce(operation, key);
+    btrieve::Status status = CallOnce(operation, by);
+    for (int i = 1; i < kMostAttempts && IsBusy(status); ++i) status = CallOnce(operation, by);
     return status;
   }
-  btrieve::Status CallOnce(WORD operation, Key key = kByNumber) {
-    return Client::Call(operation, key, record);
+  btrieve::Status CallOnce(WORD operation, Key by = kByNumber) {
+    return Client::Call(operation, by, record);
   }
 
   void Find(std::int32_t name) {

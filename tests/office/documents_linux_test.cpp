@@ -27,7 +27,6 @@ namespace office {
 namespace {
 
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::UnorderedElementsAreArray;
 
@@ -211,23 +210,6 @@ TEST(MacroInterface, DeclaresEachExportAsTheHeaderDoes) {
   const std::string module =
       Replaced(ProjectFile("macros/qlx99.bas"), {{"ByVal \\w+ As ", "ByVal "}});
   EXPECT_EQ(All(module, "\\bDeclare Function ([^)]*\\) As \\w+)"), expected);
-}
-
-// Each function with its arguments, and each error.
-TEST(MacroInterface, IsToldOfInTheHandbook) {
-  const std::string handbook = ProjectFile("macros/HANDBUCH.md");
-  std::string module = ProjectFile("macros/qlx99.bas");
-  module.erase(module.rfind("#If Win64"));
-  for (const std::string& head : All(module, "\\bPublic ((?:Function|Sub) [^)]*\\))")) {
-    EXPECT_THAT(handbook,
-                HasSubstr(Replaced(head, {{"Optional ByVal (\\w+) As \\w+( = \\w+)?", "[$1]"},
-                                          {"By(?:Val|Ref) (\\w+) As \\w+", "$1"},
-                                          {"Function ", "`"},
-                                          {"Sub (\\w+)\\((.*)\\)", "`$1 $2`"}})));
-  }
-  for (const std::string& error : All(module, "(qlx\\w+) = vbObjectError")) {
-    EXPECT_THAT(handbook, HasSubstr("| `" + error + "` |"));
-  }
 }
 
 TEST(MacroInterface, ReadsEachRecordIntoItsFieldsInTheirOrder) {

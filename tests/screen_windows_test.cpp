@@ -1,4 +1,6 @@
-// What the library does to the dialogs on a real screen, and what a person's keys do to them.
+// What the library does to the dialogs on a real screen, and what a person's keys do to them; and
+// what the tool does without one.
+#include "office/sample_office.h"
 #include "resources/resource.h"
 #include "support/export_test.h"
 
@@ -43,6 +45,20 @@ TEST_F(DialogsOnScreen, StandInColumnsAndHearTheKeys) {
   library->ALesenDLL("", "4711", CallerBuffer(), "");
   library->BLesenDLL("  ", "12345678", nullptr, nullptr, CallerBuffer());
   UnhookWindowsHookEx(hook);
+}
+
+// As a service or a task runs the tool: on a window station that nobody sees.
+class QlxWithoutAScreen : public SampleOffice {};
+
+TEST_F(QlxWithoutAScreen, WritesMessagesInsteadOfWaitingForSomebodyToReadThem) {
+  HWINSTA const screen = GetProcessWindowStation();
+  HWINSTA const unseen = CreateWindowStationA(nullptr, 0, WINSTA_ALL_ACCESS, nullptr);
+  ASSERT_TRUE(SetProcessWindowStation(unseen));
+  EXPECT_EQ(Qlx("call|WVNew|12345678|1|morgen|1|0|0|x").err,
+            "Systemmeldung !\nGeben Sie bitte ein Datum an !\n");
+  EXPECT_THAT(Qlx("letter|98010042").err, testing::HasSubstr("A choice was not made"));
+  SetProcessWindowStation(screen);
+  CloseWindowStation(unseen);
 }
 
 }  // namespace
