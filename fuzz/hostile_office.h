@@ -17,12 +17,9 @@
 #include "platform/screen.h"
 #include "platform/windows_api.h"
 #include "record_files.h"
-#include "testkit/files.h"
 #include "testkit/found_export.h"
-#include "testkit/private_registry.h"
 #include "testkit/process.h"
 #include "testkit/scripted_manager/handler.h"
-#include "testkit/temporary_folder.h"
 
 namespace fuzz {
 

@@ -10,7 +10,6 @@
 #include "recordmanager/sql.h"
 #include "testkit/engine_entry_point.h"
 #include "testkit/files.h"
-#include "testkit/temporary_folder.h"
 
 namespace {
 

@@ -1,16 +1,11 @@
 // Plays the inputs in a folder again. For builds without libFuzzer.
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <vector>
-
 #include "fuzz/input.h"
+#include "testkit/files.h"
 
 int main(int /*argc*/, char** argv) {
   int count = 0;
   for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
-    std::ifstream file(entry.path(), std::ios::binary);
-    const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+    const std::string bytes = testkit::ReadAll(entry.path());
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
     ++count;
   }

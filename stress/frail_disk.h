@@ -65,7 +65,6 @@ class FrailDisk : public HookedFiles {
   std::filesystem::path links_;  // the contents by their numbers, also those that lost their names
   std::mt19937 random_;
   bool forgetful_;
-  bool namesNeedSync_;
   int left_ = 0;
   bool off_ = false;
   unsigned luck_ = kAll;  // of what is not safe; 0: nothing is kept

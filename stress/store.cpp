@@ -65,10 +65,10 @@ void Require(int status, const char* what) {
 }  // namespace
 
 // The file, opened for one stretch of work as an export would.
-class Store::Cursor {
+class Store::Cursor : public btrieve::Client {
  public:
-  Cursor(const fs::path& file, const btrieve::EntryPoint& manager) : client_(manager) {
-    client_.SetKey(file.string());
+  Cursor(const fs::path& file, const btrieve::EntryPoint& manager) : Client(manager) {
+    SetKey(file.string());
     Require(Call(btrieve::kOpen), "Open");
   }
   ~Cursor() { Call(btrieve::kClose); }
@@ -76,17 +76,15 @@ class Store::Cursor {
   Cursor& operator=(const Cursor&) = delete;
 
   // Tries again while others are using the file, as the library does.
-  int Call(WORD operation, Key key = kByNumber) {
+  int Call(WORD operation, Key by = kByNumber) {
     constexpr int kMostAttempts = 1000;
-    btrieve::Status status = CallOnce(operation, key);
-    for (int i = 1; i < kMostAttempts && IsBusy(status); ++i) status = CallOnce(operation, key);
+    btrieve::Status status = CallOnce(operation, by);
+    for (int i = 1; i < kMostAttempts && IsBusy(status); ++i) status = CallOnce(operation, by);
     return status;
   }
-  btrieve::Status CallOnce(WORD operation, Key key = kByNumber) {
-    return client_.Call(operation, key, record);
+  btrieve::Status CallOnce(WORD operation, Key by = kByNumber) {
+    return Client::Call(operation, by, record);
   }
-
-  void SetKey(std::int32_t value) { client_.SetKey(value); }
 
   void Find(std::int32_t name) {
     SetKey(name);
@@ -95,9 +93,6 @@ class Store::Cursor {
   }
 
   Record record;
-
- private:
-  btrieve::Client client_;
 };
 
 void Store::Add(int item) {

@@ -1,4 +1,4 @@
-// Whole files, read and written at once.
+// Whole files, read and written at once, and folders of one's own.
 #pragma once
 
 #include <filesystem>
@@ -17,5 +17,21 @@ inline std::string ReadAll(const std::filesystem::path& name) {
 inline void WriteAll(const std::filesystem::path& name, const std::string& bytes) {
   std::ofstream(name, std::ios::binary) << bytes;
 }
+
+// Empty, and used by nobody else, until the end of its scope. What cannot be removed then, because
+// a file is still open, goes at the end of the program.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  const std::filesystem::path& Path() const { return path_; }
+  std::string Text() const { return path_.string(); }
+
+ private:
+  std::filesystem::path path_;
+};
 
 }  // namespace testkit

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "testkit/files.h"
+
 namespace testkit {
 
 // This program's file, and its folder.
@@ -53,5 +55,20 @@ std::optional<bool> Fork();
 // it is "office.reg" in `folder`.
 void UsePrivateRegistry(const std::filesystem::path& folder);
 void DropPrivateRegistry();
+
+// As long as it exists, this process has it; empty at first. One at a time.
+class PrivateRegistry {
+ public:
+  PrivateRegistry() { UsePrivateRegistry(Folder()); }
+  ~PrivateRegistry() { DropPrivateRegistry(); }
+  PrivateRegistry(const PrivateRegistry&) = delete;
+  PrivateRegistry& operator=(const PrivateRegistry&) = delete;
+
+  // Holds, where the registry is a file, that file and nothing else.
+  const std::filesystem::path& Folder() const { return folder_.Path(); }
+
+ private:
+  TemporaryFolder folder_;
+};
 
 }  // namespace testkit

@@ -1,13 +1,5 @@
 // ALesenDLL: 25 fields of an address, and the dialogs in which the user chooses among several
 // contact persons or bank connections.
-#include "addresses/address_file.h"
-#include "addresses/address_link_file.h"
-#include "addresses/bank_connection_file.h"
-#include "addresses/contact_person_file.h"
-#include "addresses/nationality_file.h"
-#include "addresses/title_file.h"
-#include "caseparties/case_party_file.h"
-#include "cases/case_file.h"
 #include "resources/resource.h"
 #include "support/export_test.h"
 

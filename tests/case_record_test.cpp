@@ -4,14 +4,8 @@
 #include <cstdio>
 #include <limits>
 
-#include "addresses/relation_file.h"
-#include "caseparties/case_party_file.h"
 #include "cases/amount.h"
-#include "cases/archive_file.h"
-#include "cases/case_file.h"
-#include "cases/case_type_file.h"
 #include "support/export_test.h"
-#include "users/user_file.h"
 
 namespace qlx99::tests {
 namespace {

@@ -16,6 +16,8 @@ using testing::ElementsAre;
 
 using Programs = std::vector<const char*>;
 const Programs kBoth{kLoginServer, kInquiryProgram};
+const Programs kServer{kLoginServer};
+const Programs kNobody;
 
 // The word processor's main window, which owns the library's hidden one.
 constexpr const char* kHost = "OpusApp";
@@ -53,17 +55,12 @@ class LoginHandshakeTest : public DelegatedTest {
   const Login logins_[11] = {
       {"logged in from the start", 0, true, kBoth,
        Talk(LoggedIn(1), Product(8), LoginEnded(1), Minimized())},
-      {"nobody logged in",
-       0,
-       true,
-       {kLoginServer},
+      {"nobody logged in", 0, true, kServer,
        Talk(LoggedIn(0), Started().Meanwhile(Mask(1)), Product(0), Product(0), Product(8),
             LoginEnded(0), LoginEnded(0), LoginEnded(1), Minimized())},
-      {"no login server, and the mask closed", 0, false, {}, Talk(Started().Meanwhile(Mask(2)))},
-      {"no login server yet",
-       0,
-       true,
-       {},
+      {"no login server, and the mask closed", 0, false, kNobody,
+       Talk(Started().Meanwhile(Mask(2)))},
+      {"no login server yet", 0, true, kNobody,
        Talk(Started().Meanwhile(serverStarts_), Product(8), LoginEnded(1), Minimized())},
       {"another product, then yet another", 2, true, kBoth,
        Talk(LoggedIn(1), Product(3), ChangeLogin(), ChangeLogin().Meanwhile(Mask(1)), ChangeLogin(),
@@ -78,15 +75,9 @@ class LoginHandshakeTest : public DelegatedTest {
        Talk(LoggedIn(1), Product(8).Meanwhile(Mask(2)), LoginEnded(1))},
       {"mask closed before the login has ended", 0, false, kBoth,
        Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(Mask(2)), LoginEnded(1))},
-      {"host closed before the login",
-       0,
-       false,
-       {kLoginServer},
+      {"host closed before the login", 0, false, kServer,
        Talk(LoggedIn(0), Started().Meanwhile(HostCloses))},
-      {"host closed before the login has ended",
-       0,
-       false,
-       {kLoginServer},
+      {"host closed before the login has ended", 0, false, kServer,
        Talk(LoggedIn(1), Product(8), LoginEnded(0).Meanwhile(HostCloses))},
   };
 };
@@ -94,10 +85,7 @@ class LoginHandshakeTest : public DelegatedTest {
 TEST_F(LoginHandshakeTest, FollowsTheLogin) {
   for (const Login& login : logins_) Follow(login);
   fs::remove(programs.Bin32() / "telq32.exe");
-  Follow({"no inquiry program: nobody counts as logged in",
-          0,
-          true,
-          {kLoginServer},
+  Follow({"no inquiry program: nobody counts as logged in", 0, true, kServer,
           Talk(LoggedIn(1).Meanwhile(Mask(1)), Product(0), Product(8), LoginEnded(1))});
 }
 

@@ -1,9 +1,7 @@
 // GetDokuNr.
-#include "caseparties/document_number_file.h"
 
 #include <map>
 
-#include "cases/case_file.h"
 #include "support/export_test.h"
 
 namespace qlx99::tests {

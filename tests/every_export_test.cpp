@@ -4,10 +4,6 @@
 #include <regex>
 #include <sstream>
 
-#include "caseparties/case_party_file.h"
-#include "caseparties/document_number_file.h"
-#include "cases/case_file.h"
-#include "followups/follow_up_file.h"
 #include "office/export_table.h"
 #include "support/export_test.h"
 #include "testkit/embedded_manager.h"

@@ -1,5 +1,7 @@
-// WVNew, WVChange and WVDelete: what they refuse and in which order, and what they write.
-#include "followups/follow_up_file.h"
+// WVNew, WVChange and WVDelete: what they refuse and in which order, and what they write. And
+// dates, as all exports store and write them.
+#include <chrono>
+
 #include "store/dates.h"
 #include "support/export_test.h"
 #include "tests/recordmanager/party_file.h"
@@ -185,6 +187,23 @@ TEST_F(FollowUpMaintenanceTest, WriteNothingOverAnotherWorkstationsChange) {
   EXPECT_THAT(office.Records<F>(), SizeIs(1));
   // The counter lies within the text.
   EXPECT_THAT(Content(0).first, Not(AnyOf(before, HasSubstr("Stellungnahme"))));
+}
+
+TEST(DayNumbers, AgreeWithTheCalendarInBothDirections) {
+  using namespace std::chrono;
+  constexpr sys_days kDayZero = 1900y / January / 1;
+  for (std::uint16_t number = 0; number < kNoDate; ++number) {
+    const year_month_day date = kDayZero + days(number);
+    const auto day = static_cast<int>(static_cast<unsigned>(date.day()));
+    const auto month = static_cast<int>(static_cast<unsigned>(date.month()));
+    const auto year = static_cast<int>(date.year());
+    std::array<char, 16> expected{};
+    std::snprintf(expected.data(), expected.size(), "%02d.%02d.%04d", day, month, year);
+    ASSERT_EQ(FormatDay(number).Bytes(), expected.data());
+    ASSERT_EQ(DayNumberOf({day, month, year}), number);
+  }
+  EXPECT_EQ(DayNumberOf({31, 12, 1899}), kNoDate);
+  EXPECT_EQ(FormatDay(kNoDate).Bytes(), "");
 }
 
 }  // namespace

@@ -1,12 +1,6 @@
 // The exports that deliver a list: one tells how many entries there are, its partner the entry at a
 // position.
-#include "addresses/address_file.h"
-#include "caseparties/case_party_file.h"
-#include "cases/case_file.h"
-#include "followups/follow_up_file.h"
-#include "followups/follow_up_kind_file.h"
 #include "support/export_test.h"
-#include "users/user_file.h"
 
 namespace qlx99::tests {
 namespace {
@@ -73,8 +67,17 @@ TEST_F(ListsTest, DeliverTheEntryAtEachPosition) {
     EXPECT_EQ(FollowUp(index), FollowUp("1"));
     EXPECT_EQ(Party(index), Party("1"));
   }
-  EXPECT_EQ(User("2147483647"), "-1 ");
   EXPECT_EQ(Party("2147483647"), "0 ||<end>");
+  // A number's text ends where its digits do. One beyond 32 bits is the nearest that fits.
+  const std::string farIn = std::string(2000, ' ') + "+" + std::string(2000, '0') + "2";
+  for (const char* index : {"2", "\t02", "2,5", "2-", farIn.c_str()})
+    EXPECT_EQ(User(index), User("2"));
+  for (const char* index : {"-2", "- 2", "--2", "0x2", "-4294967294", "-99999999999999999999"}) {
+    EXPECT_EQ(User(index), User("1"));
+  }
+  for (const char* index : {"2147483648", "4294967298", "99999999999999999999"}) {
+    EXPECT_EQ(User(index), "-1 ");
+  }
 }
 
 TEST_F(ListsTest, EndAtTwoEmptyFieldsAndAtPartiesWithoutAddress) {

@@ -2,10 +2,6 @@
 // click on its toolbar starts a second call. Each call gives what it gives alone.
 #include <map>
 
-#include "addresses/bank_connection_file.h"
-#include "addresses/contact_person_file.h"
-#include "cases/case_file.h"
-#include "cases/case_type_file.h"
 #include "resources/resource.h"
 #include "support/export_test.h"
 

@@ -1,9 +1,4 @@
 // BLesenDLL: the party of a case in a role, and the dialog in which the user picks one of several.
-#include "addresses/address_link_file.h"
-#include "addresses/contact_person_file.h"
-#include "addresses/relation_file.h"
-#include "caseparties/case_party_file.h"
-#include "cases/case_file.h"
 #include "resources/resource.h"
 #include "support/export_test.h"
 

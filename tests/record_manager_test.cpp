@@ -1,7 +1,5 @@
 // How the library loads and calls the record manager, seen from the record manager's side.
-#include "followups/follow_up_file.h"
 #include "support/export_test.h"
-#include "users/user_file.h"
 
 namespace qlx99::tests {
 namespace {

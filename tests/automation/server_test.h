@@ -16,7 +16,6 @@
 #include "platform/windows_api.h"
 #include "support/library.h"
 #include "testkit/files.h"
-#include "testkit/temporary_folder.h"
 // <windows.h> first: this builds on it.
 #include <tlhelp32.h>
 

@@ -1,12 +1,14 @@
 // The tool's commands on the sample office, through the library and the embedded record manager.
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <sstream>
 
 #include "office/command_line.h"
 #include "office/export_call.h"
 #include "office/record_manager.h"
 #include "office/record_text.h"
+#include "office/text_encoding.h"
 #include "record_files.h"
 #include "sample_office.h"
 #include "support/user.h"
@@ -76,6 +78,8 @@ const struct {
     {"office|create| ", kWrongUsage, "DIR: is empty"},
     {"call|Blubb", kWrongUsage, "There is no export \"Blubb\". There are:\n  GetDocuRoot length\n"},
     {"call|SLesenDLL|1|2", kWrongUsage, "takes 1 argument (caseNumber); you gave 2. The buffer "},
+    {"call|WVInit|Şahin", kFailed, "\"Ş\""},
+    {"call|WVInit|\xE2\x82", kFailed, "not UTF-8"},
     {"call|GetDocuRoot|x", kWrongUsage, "\"x\" is not a whole number"},
     {"office|show|ZTNIX", kWrongUsage, "There are: ZTUSER ZTTCASE"},
     {"office|create|nowhere|--cases|0", kWrongUsage, "--cases"},
@@ -178,6 +182,10 @@ TEST_F(QlxCommands, ShowWhatIsThereWhateverItsTextsHold) {
   SetField(qlx99::CaseRecord::id, "77", oneCase);
   SetField(qlx99::CaseRecord::caseNumber, "77000001", oneCase);
   oneCase[qlx99::CaseRecord::rubrum.offset] = '|';
+  oneCase.replace(qlx99::CaseRecord::shortCode.offset, 4, "\x1B[2J");
+  oneCase.replace(qlx99::CaseRecord::currency.offset, 3, "DM\0", 3);
+  const double smallest = 5e-324;
+  std::memcpy(&oneCase[qlx99::CaseRecord::amount.offset], &smallest, sizeof smallest);
   SetField(qlx99::CaseRecord::text40, "wegen \"Nichts\"", oneCase);
   const RecordManager manager;
   TableFile(manager, Folder(), followUps).Insert(followUp);
@@ -187,7 +195,43 @@ TEST_F(QlxCommands, ShowWhatIsThereWhateverItsTextsHold) {
               AllOf(HasSubstr("\n?                  cannot be told apart: ||0|"),
                     HasSubstr("\n15.05.2024  Frist  a|b ")));
   EXPECT_THAT(Qlx("letter|77000001").err, HasSubstr("Case 77000001 cannot be read"));
-  EXPECT_THAT(Qlx("office|show|ztcase|--csv").out, HasSubstr(",\"wegen \"\"Nichts\"\"\","));
+  EXPECT_THAT(Qlx("office|show|ztcase|--csv").out,
+              AllOf(HasSubstr(",\"wegen \"\"Nichts\"\"\",DM\n"), HasSubstr("\\x1B[2J"),
+                    HasSubstr(std::string(300, '0'))));
+}
+
+// A text of the office may hold the "|" that divides the fields.
+TEST(DeliveredRecord, NamesFieldsOnlyWhereItCanTellThemApart) {
+  const struct {
+    const char* from;
+    const char* record;
+    const char* field;
+    const char* text;  // of the field; null where the names belong to no fields
+  } rows[] = {
+      {"BLesenDLL", "4711|2 |0|", "relationCode", "2"},
+      {"BLesenDLL", "4711|2 |0|", "linkNumber", ""},
+      {"BLesenDLL", "4711|2 |0", "", nullptr},
+      {"BLesenDLL", "", "", nullptr},
+      {"WVNext", "15.05.2024|Frist|2|a|b||c|Merten|JM|1|||0|0|7", "text", "a|b||c"},
+      {"WVNext", "15.05.2024|Frist|2|a|b||c|Merten|JM|1|||0|0|7", "id", "7"},
+      {"WVNext", "|||2|a||Merten|JM|1|||0|0|7", "", nullptr},                // in the kind's name
+      {"WVNext", "|Frist|2|a|Merten|JM|1|Loh|meyer|PL|4|0|7", "", nullptr},  // the second user's
+      {"WVNext", "15.05.2024|Frist|2|a", "", nullptr},
+      {"ZtkodoliNext", "a|b|10|1", "name", "a|b"},
+      {"SLesenDLL", "A ./. B||||Art|1.234,50|||a|b|Merten|JM|||2|EUR", "longText", "a|b"},
+      {"SLesenDLL", "A|B|||||1.234,50|||a|Merten|JM|||2|EUR", "", nullptr},
+      {"BListeNext", "25|Herrn|A||Weg 1|Köln|4711||201", "name", "A"},
+      {"BListeNext", "Herrn|A|B||Weg 1|Köln|4711||201", "", nullptr},  // no relation
+      {"BListeNext", "25|A|B||||4711||201", "", nullptr},              // no address
+  };
+  for (const auto& [from, text, field, expected] : rows) {
+    SCOPED_TRACE(std::string(from) + ": " + text);
+    const office::DeliveredRecord record(office::ExportNamed(from), office::Encode(text));
+    ASSERT_EQ(record.IsComplete(), expected != nullptr);
+    if (expected != nullptr) {
+      EXPECT_EQ(record[field], expected);
+    }
+  }
 }
 
 }  // namespace

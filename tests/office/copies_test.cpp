@@ -8,6 +8,7 @@
 #include "office/command_line.h"
 #include "office/record_manager.h"
 #include "record_files.h"
+#include "recordmanager/party_file.h"
 #include "sample_office.h"
 #include "support/manager_script.h"
 #include "testkit/files.h"
@@ -53,34 +54,26 @@ class QlxCopies : public testing::Test {
   // A file that only the case-management system knows, with several orders of its own.
   // `lastKey` and `firstKey` have the flags of the last and the first of them.
   void MakeForeignFile(const char* name, unsigned lastKey, unsigned firstKey = 0) const {
-    constexpr std::size_t kLength = 50;
     const auto key = [](std::size_t offset, unsigned flags) {
       return btrieve::DescribeKey(offset, 4, btrieve::kIntegerKey, flags);
     };
-    const fs::path path = Office() / name;
-    const office::RecordManager manager;
-    TableFile::CreateOver(
-        manager, path,
-        btrieve::DescribeFile(kLength, {key(0, firstKey), key(4, kRepeated), key(8, lastKey)}));
-    TableFile file(manager, path, btrieve::kOpenNormal);
-    const auto record = [](int id, int one, int other) {
-      std::string bytes(kLength, static_cast<char>(id));
-      const std::int32_t values[] = {id, one, other};
-      std::copy_n(reinterpret_cast<const char*>(values), sizeof values, bytes.begin());
-      return bytes;
-    };
-    office::Transaction transaction(manager);
+    const std::string path = (Office() / name).string();
+    const std::string description =
+        btrieve::DescribeFile(50, {key(0, firstKey), key(4, kRepeated), key(8, lastKey)});
+    ASSERT_EQ(recordmanager_tests::Create(path, description), btrieve::kSuccess);
+    recordmanager_tests::Client file;
+    ASSERT_EQ(file.Open(path), btrieve::kSuccess);
+    const auto text = [](int number) { return std::to_string(number); };
+    std::string script = "begin";
     for (int id = 1'200; id > 0; --id) {
-      std::string bytes = record(id, id % 7, id % 3);
-      file.Insert(bytes);
+      script += ", insert number=" + text(id) + " case=" + text(id % 7) + " role=" + text(id % 3) +
+                " counter=" + text(id);
     }
     for (int id = 1; id < 900; id += 11) {
-      std::string away = record(id, -1, id % 3);
-      std::string back = record(id, id % 7, id % 3);
-      const std::string value(back, 0, sizeof(std::int32_t));
-      ASSERT_TRUE(file.Find(0, value) && file.TryUpdate(0, away) && file.TryUpdate(0, back));
+      script += ", equal number=" + text(id) + ", update case=-1, update case=" + text(id % 7);
     }
-    transaction.Commit();
+    EXPECT_EQ(file.Do(script + ", end, close").find('!'), std::string::npos);
+    testkit::ReleaseEmbedded();
   }
 
   static constexpr unsigned kRepeated = btrieve::kKeyDuplicates | btrieve::kKeyModifiable;

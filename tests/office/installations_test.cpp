@@ -7,7 +7,6 @@
 #include "frame/attach.h"
 #include "office/command_line.h"
 #include "office/record_manager.h"
-#include "record_files.h"
 #include "sample_office.h"
 #include "support/manager_script.h"
 #include "support/office_programs.h"
@@ -87,14 +86,7 @@ TEST_F(QlxInstallations, AreCheckedForARecordManagerThatMayWrite) {
   ASSERT_EQ(Qlx("office|create|" + folder_.Text() + "|--cases|1").code, office::kDone);
   ASSERT_EQ(Qlx("setup|" + folder_.Text()).code, office::kDone);
   FoundManagers managers;
-  const auto& found = managers.Are({{"w3btrv7", PlacedManager::kWithoutBtrCallId}});
-  const auto folderBefore = std::filesystem::current_path();
-  std::filesystem::current_path(found);
-  SetDllDirectoryA(nullptr);
-  EXPECT_THAT(Qlx("office|check").out, Not(HasSubstr("is no record manager")))
-      << "which lies in the current folder";
-  std::filesystem::current_path(folderBefore);
-  SetDllDirectoryA(found.string().c_str());
+  managers.Are({{"w3btrv7", PlacedManager::kWithoutBtrCallId}});
   EXPECT_THAT(Qlx("office|check").out,
               HasSubstr("is no record manager: it has no entry point BTRCALLID. Install "));
   UnloadRecordManager("w3btrv7.dll");

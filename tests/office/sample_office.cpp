@@ -16,13 +16,11 @@ Outcome Qlx(const std::string& command) {
   return {code, out.str(), err.str()};
 }
 
-std::unique_ptr<SampleOffice::Made> SampleOffice::made;
-
 void SampleOffice::SetUpTestSuite() {
-  made = std::make_unique<Made>();
+  registry = std::make_unique<PrivateRegistry>();
   ASSERT_EQ(Qlx("office|create|" + Folder()).err, "");
   ASSERT_EQ(Qlx("setup|" + Folder()).err, "");
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
 }
 
-void SampleOffice::TearDownTestSuite() { made.reset(); }
+void SampleOffice::TearDownTestSuite() { registry.reset(); }

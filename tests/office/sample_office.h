@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "testkit/private_registry.h"
+#include "testkit/process.h"
 
 // What one command did.
 struct Outcome {
@@ -28,12 +28,8 @@ class SampleOffice : public testing::Test {
   static void SetUpTestSuite();
   static void TearDownTestSuite();
 
-  static std::string Folder() { return made->folder.Text(); }
+  static std::string Folder() { return (registry->Folder() / "office").string(); }
 
  private:
-  struct Made {
-    PrivateRegistry registry;
-    TemporaryFolder folder;
-  };
-  static std::unique_ptr<Made> made;
+  static inline std::unique_ptr<PrivateRegistry> registry;
 };

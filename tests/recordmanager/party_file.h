@@ -16,9 +16,7 @@
 #include "btrieve/client.h"
 #include "btrieve/file_description.h"
 #include "testkit/embedded_manager.h"
-#include "testkit/files.h"
 #include "testkit/process.h"
-#include "testkit/temporary_folder.h"
 
 namespace recordmanager_tests {
 

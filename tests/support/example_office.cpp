@@ -1,8 +1,6 @@
 // The records of the office that most tests of exports begin with.
 #include "support/export_test.h"
 
-#include "record_files.h"
-
 namespace qlx99::tests {
 namespace {
 

@@ -11,7 +11,6 @@
 #include "testkit/embedded_manager.h"
 #include "testkit/found_export.h"
 #include "testkit/process.h"
-#include "testkit/temporary_folder.h"
 
 namespace qlx99::tests {
 

@@ -14,7 +14,6 @@ int RunAllTests() {
   FindTheEmbeddedManager();
   const int result = RUN_ALL_TESTS();
   UnloadRecordManagers();
-  RemoveTemporaryFolders();
   return result;
 }
 

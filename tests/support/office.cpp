@@ -7,7 +7,6 @@
 
 #include "office/file_description.h"
 #include "office/record_text.h"
-#include "record_files.h"
 #include "support/text.h"
 #include "testkit/embedded_manager.h"
 

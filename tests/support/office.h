@@ -13,9 +13,9 @@
 #include <string>
 #include <vector>
 
+#include "record_files.h"
 #include "store/record.h"
-#include "store/record_layout.h"
-#include "testkit/private_registry.h"
+#include "testkit/process.h"
 
 namespace qlx99::tests {
 

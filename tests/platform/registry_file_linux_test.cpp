@@ -9,8 +9,7 @@
 #include <utility>
 
 #include "platform/windows_api.h"
-#include "testkit/files.h"
-#include "testkit/private_registry.h"
+#include "testkit/process.h"
 #include "tests/office/sample_office.h"
 
 namespace {
@@ -106,17 +105,6 @@ TEST_F(RegistrationFile, IsNotReplacedWhenItCannotBeRead) {
     EXPECT_EQ(Set("value"), LSTATUS{ERROR_ACCESS_DENIED});
     EXPECT_EQ(testkit::ReadAll(Path()), unicode);
   }
-}
-
-TEST_F(RegistrationFile, LiesWithOtherSettingsUnlessTheEnvironmentSaysWhere) {
-  std::filesystem::create_symlink("new.reg", Path());
-  EXPECT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
-  EXPECT_TRUE(std::filesystem::exists(registry_.Folder() / "new.reg"));
-  unsetenv("QLX99_REGISTRY");
-  setenv("XDG_CONFIG_HOME", registry_.Folder().c_str(), 1);
-  EXPECT_EQ(Set("value"), LSTATUS{ERROR_SUCCESS});
-  unsetenv("XDG_CONFIG_HOME");
-  EXPECT_TRUE(std::filesystem::exists(registry_.Folder() / "qlx99" / "registry.reg"));
 }
 
 TEST(QlxRegistryFile, IsNamedWithWhatIsWrongInIt) {

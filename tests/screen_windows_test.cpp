@@ -1,8 +1,6 @@
-// What the library does to the dialogs on a real screen, and what a person's keys do to them.
-#include "addresses/bank_connection_file.h"
-#include "addresses/contact_person_file.h"
-#include "frame/attach.h"
-#include "frame/login_window.h"
+// What the library does to the dialogs on a real screen, and what a person's keys do to them; and
+// what the tool does without one.
+#include "office/sample_office.h"
 #include "resources/resource.h"
 #include "support/export_test.h"
 
@@ -49,14 +47,18 @@ TEST_F(DialogsOnScreen, StandInColumnsAndHearTheKeys) {
   UnhookWindowsHookEx(hook);
 }
 
-// By the library that is built into this program.
-TEST(LoginWindow, HasAnOrdinaryFrameThatIsHidden) {
-  AttachLibrary(GetModuleHandleA(nullptr));
-  CreateLoginWindow();
-  HWND window = FindWindowA("KrvQLX", nullptr);
-  EXPECT_EQ(static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)),
-            WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX | WS_CLIPSIBLINGS);
-  DetachLibrary(Detachment::kFreed);
+// As a service or a task runs the tool: on a window station that nobody sees.
+class QlxWithoutAScreen : public SampleOffice {};
+
+TEST_F(QlxWithoutAScreen, WritesMessagesInsteadOfWaitingForSomebodyToReadThem) {
+  HWINSTA const screen = GetProcessWindowStation();
+  HWINSTA const unseen = CreateWindowStationA(nullptr, 0, WINSTA_ALL_ACCESS, nullptr);
+  ASSERT_TRUE(SetProcessWindowStation(unseen));
+  EXPECT_EQ(Qlx("call|WVNew|12345678|1|morgen|1|0|0|x").err,
+            "Systemmeldung !\nGeben Sie bitte ein Datum an !\n");
+  EXPECT_THAT(Qlx("letter|98010042").err, testing::HasSubstr("A choice was not made"));
+  SetProcessWindowStation(screen);
+  CloseWindowStation(unseen);
 }
 
 }  // namespace
