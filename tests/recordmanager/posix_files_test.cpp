@@ -1,11 +1,8 @@
-// What can happen to files on POSIX hosts only: others rename and delete them while they are open,
-// and processes are copied with what they have open.
-#include <fcntl.h>
+// What can happen to files on POSIX hosts only: others rename and delete them while they are open.
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -19,12 +16,6 @@ namespace {
 using namespace btrieve;
 
 class PosixFiles : public PartyFile {};
-
-int ExitCodeOf(pid_t child) {
-  int end = 0;
-  waitpid(child, &end, 0);
-  return WIFEXITED(end) ? WEXITSTATUS(end) : -1;
-}
 
 // Of what this process may have, until the end of the scope.
 class Limit {
@@ -89,39 +80,6 @@ TEST_F(PosixFiles, AreTheSameByEveryPath) {
   std::filesystem::current_path("second");
   EXPECT_EQ(Client().Open("PARTIES.KRV"), kFileNotFound);
   std::filesystem::current_path(before);
-}
-
-// If both drew the same random numbers, each would take the other's draft for its own.
-TEST_F(PosixFiles, AreCreatedByAProcessAndItsCopyAtTheSameTime) {
-  EXPECT_EQ(client.Do("close"), "ok");
-  for (int round = 0; round < 50; ++round) {
-    const pid_t child = fork();
-    const int status = Create(InFolder(child == 0 ? "CHILDS.KRV" : "PARENTS.KRV"));
-    if (child == 0) _exit(status);
-    ASSERT_EQ(ExitCodeOf(child), kSuccess) << "round " << round;
-    ASSERT_EQ(status, kSuccess);
-  }
-}
-
-TEST_F(PosixFiles, AreLeftAloneByWhoeverComesFromAFileThatTheyHaveReplaced) {
-  std::signal(SIGIO, SIG_IGN);  // which tells that somebody waits
-  for (const bool creates : {false, true}) {
-    const std::string name = InFolder(creates ? "CREATED.KRV" : "OPENED.KRV");
-    ASSERT_EQ(Create(name), kSuccess);
-    ASSERT_EQ(Create(InFolder("NEW.KRV")), kSuccess);
-    // Whoever opens the file waits within that call until the lease ends, with what he has found.
-    const int leased = open(name.c_str(), O_RDONLY);
-    EXPECT_EQ(fcntl(leased, F_SETLEASE, F_RDLCK), 0);
-    const pid_t late = fork();
-    if (late == 0) _exit(creates ? Create(name) : Client().Open(name));
-    while (fcntl(leased, F_GETLEASE) == F_RDLCK) usleep(1000);
-    std::filesystem::rename(InFolder("NEW.KRV"), name);
-    EXPECT_EQ(Opened(name).Do("insert"), "1");
-    fcntl(leased, F_SETLEASE, F_UNLCK);  // which the child process would keep
-    close(leased);
-    EXPECT_EQ(ExitCodeOf(late), kFileInUse) << name;
-    EXPECT_EQ(Worker(name, "first").Wait(), 0) << name;
-  }
 }
 
 TEST_F(PosixFiles, AreNotOpenedWithoutFreeHandles) {

@@ -1,0 +1,148 @@
+// What can happen to processes on POSIX hosts only: they are copied with what they have open, and
+// their calls are interrupted.
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <thread>
+
+#include "party_file.h"
+
+namespace recordmanager_tests {
+namespace {
+
+using namespace btrieve;
+
+class PosixProcesses : public PartyFile {};
+
+int ExitCodeOf(pid_t child) {
+  int end = 0;
+  waitpid(child, &end, 0);
+  return WIFEXITED(end) ? WEXITSTATUS(end) : -1;
+}
+
+// The numbers that a transaction gave are given again if it is taken back.
+TEST_F(PosixProcesses, GoOnAsCopiesMadeWithinATransaction) {
+  constexpr const char* kRows[][3] = {
+      {"end", "next case", "!9"},
+      {"end", "previous case, previous case, previous case", "2 1 !9"},
+      {"end", "update case=7 case", "ok"},
+      {"abort, insert", "next case", "!9"},
+      {"abort, insert case=7, insert case=7", "next case, next case, next case", "1 2 !9"},
+      {"abort, insert, insert, insert", "update case=7 case", "!80"}};
+  for (const auto& [parents, copys, outcome] : kRows) {
+    ASSERT_EQ(Create(InFolder("FRESH.KRV")), kSuccess);
+    Client& both = Opened(InFolder("FRESH.KRV"));
+    EXPECT_EQ(both.Do("begin, insert case=7 case, insert case=7 case, insert case=7 case"),
+              "ok 1 2 3");
+    std::array<int, 2> pipeEnds{};
+    ASSERT_EQ(pipe(pipeEnds.data()), 0);
+    const pid_t copy = fork();
+    if (copy == 0) {
+      close(pipeEnds[1]);
+      char nothing = 0;
+      _exit(read(pipeEnds[0], &nothing, 1) == 0 && both.Do(copys) == outcome ? 0 : 1);
+    }
+    both.Do(parents);
+    for (const int end : pipeEnds) close(end);
+    EXPECT_EQ(ExitCodeOf(copy), 0) << parents << "; " << copys;
+    both.Do("close");
+  }
+}
+
+// What a call does may be where a thread ends that others want to end.
+TEST_F(PosixProcesses, EndACanceledThreadOnlyAfterItsCall) {
+  std::string outcome;
+  std::thread([&] {
+    pthread_cancel(pthread_self());
+    outcome = client.Do("insert, close");
+  }).join();
+  EXPECT_EQ(outcome, "1 ok");
+  EXPECT_EQ(Opened(path).Do("first"), "1");
+}
+
+// As by a signal's handler. Whoever opens a file with a lease on it waits until that has ended.
+TEST_F(PosixProcesses, RefuseACallWithinACall) {
+  static Client* handlers = nullptr;
+  handlers = &client;
+  static int leased = -1;
+  static int status = 0;
+  const std::string other = InFolder("OTHER.KRV");
+  ASSERT_EQ(Create(other), kSuccess);
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(20);
+    std::signal(SIGIO, [](int) {
+      status = handlers->Call(kGetFirst, 0);
+      fcntl(leased, F_SETLEASE, F_UNLCK);
+    });
+    leased = open(other.c_str(), O_RDONLY);
+    fcntl(leased, F_SETLEASE, F_RDLCK);
+    _exit(Client().Open(other) == kSuccess ? status : 1);
+  }
+  EXPECT_EQ(ExitCodeOf(child), kFileInUse);
+}
+
+// The copy has only the thread that made it; of the other it would have a call without an end.
+TEST_F(PosixProcesses, MayBeCopiedDuringTheirFirstCalls) {
+  static std::atomic<int> calls = -1;  // -1: not yet
+  const pid_t child = fork();
+  if (child == 0) {
+    testkit::ReleaseEmbedded();
+    testkit::EmbeddedCallId();  // only loaded
+    std::thread([this] {
+      while (calls < 0) continue;
+      for (Client other;; ++calls) static_cast<void>(other.Open(path));
+    }).detach();
+    pthread_atfork(
+        [] {
+          calls = 0;
+          while (calls == 0) continue;
+        },
+        nullptr, nullptr);
+    const pid_t copy = fork();
+    alarm(20);
+    _exit(copy == 0 ? Client().Open(path) : ExitCodeOf(copy));
+  }
+  EXPECT_EQ(ExitCodeOf(child), kSuccess);
+}
+
+// If both drew the same random numbers, each would take the other's draft for its own.
+TEST_F(PosixProcesses, CreateFilesAtTheSameTimeAsTheirCopies) {
+  EXPECT_EQ(client.Do("close"), "ok");
+  for (int round = 0; round < 50; ++round) {
+    const pid_t child = fork();
+    const int status = Create(InFolder(child == 0 ? "CHILDS.KRV" : "PARENTS.KRV"));
+    if (child == 0) _exit(status);
+    ASSERT_EQ(ExitCodeOf(child), kSuccess) << "round " << round;
+    ASSERT_EQ(status, kSuccess);
+  }
+}
+
+TEST_F(PosixProcesses, LeaveAFileAloneThatHasReplacedTheirs) {
+  std::signal(SIGIO, SIG_IGN);  // which tells that somebody waits
+  for (const bool creates : {false, true}) {
+    const std::string name = InFolder(creates ? "CREATED.KRV" : "OPENED.KRV");
+    ASSERT_EQ(Create(name), kSuccess);
+    ASSERT_EQ(Create(InFolder("NEW.KRV")), kSuccess);
+    // Whoever opens the file waits within that call until the lease ends, with what he has found.
+    const int leased = open(name.c_str(), O_RDONLY);
+    EXPECT_EQ(fcntl(leased, F_SETLEASE, F_RDLCK), 0);
+    const pid_t late = fork();
+    if (late == 0) _exit(creates ? Create(name) : Client().Open(name));
+    while (fcntl(leased, F_GETLEASE) == F_RDLCK) usleep(1000);
+    std::filesystem::rename(InFolder("NEW.KRV"), name);
+    EXPECT_EQ(Opened(name).Do("insert"), "1");
+    fcntl(leased, F_SETLEASE, F_UNLCK);  // which the child process would keep
+    close(leased);
+    EXPECT_EQ(ExitCodeOf(late), kFileInUse) << name;
+    EXPECT_EQ(Worker(name, "first").Wait(), 0) << name;
+  }
+}
+
+}  // namespace
+}  // namespace recordmanager_tests
