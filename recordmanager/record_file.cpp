@@ -117,8 +117,8 @@ int RecordFile::Noted(int status) {
   if (inTransaction_ && givenUp_ == btrieve::kSuccess && !connection_.IsInTransaction()) {
     givenUp_ = status;
     // What it wrote is taken back already, and nothing that is read from now on is its own.
-    ++transactions_->present;
-    transactions_->ChangeBefore(transactions_->present) = INT64_MAX;
+    ++transaction_;
+    ChangeBefore(transaction_) = INT64_MAX;
   }
   return status;
 }
@@ -141,15 +141,13 @@ int RecordFile::ReadChange(std::int64_t& change) {
 }
 
 RecordVersion RecordFile::VersionOf(std::int64_t id, std::int64_t version) const {
-  const std::uint32_t present = transactions_->present;
-  const bool isUncertain = inTransaction_ && version > transactions_->ChangeBefore(present);
-  return {id, version, isUncertain ? present : 0};
+  const bool isUncertain = inTransaction_ && version > ChangeBefore(transaction_);
+  return {id, version, isUncertain ? transaction_ : 0};
 }
 
 bool RecordFile::IsTakenBack(const RecordVersion& version) const {
-  if (version.transaction == 0 || version.transaction == transactions_->present) return false;
-  const Transactions& its = TransactionsOf(version);
-  return !its.Know(version.transaction) || version.version > its.ChangeBefore(version.transaction);
+  if (version.transaction == 0 || version.transaction == transaction_) return false;
+  return !IsKnown(version.transaction) || version.version > ChangeBefore(version.transaction);
 }
 
 int RecordFile::NumberRecord(std::span<std::uint8_t> record) {
@@ -251,7 +249,7 @@ int RecordFile::Begin() {
   }
   inTransaction_ = true;
   givenUp_ = btrieve::kSuccess;
-  transactions_->ChangeBefore(transactions_->present) = before;
+  ChangeBefore(transaction_) = before;
   return btrieve::kSuccess;
 }
 
@@ -262,7 +260,6 @@ int RecordFile::Commit() {
   memory_.Note(*this);
   if (status == btrieve::kSuccess) {
     inTransaction_ = false;
-    transactions_->ChangeBefore(transactions_->present) = INT64_MAX;
   } else {
     RollBack();
   }
@@ -274,16 +271,13 @@ void RecordFile::RollBack() {
   const UnlessCommitted takenBack(connection_, rollBack_);
   inTransaction_ = false;
   leftLog_ = true;
-  ++transactions_->present;
+  ++transaction_;
 }
 
 void RecordFile::BecomeParents() {
   connection_.EndMark();
   memory_.Remove(*this);
-  if (inTransaction_) {
-    copiedIn_ = transactions_->present;
-    original_ = transactions_.get();
-  }
+  if (inTransaction_) ++transaction_;
   inTransaction_ = false;
 }
 

@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "recordmanager/common_memory.h"
 #include "recordmanager/key.h"
 #include "recordmanager/memory_limit.h"
 #include "recordmanager/read_ahead.h"
@@ -39,23 +38,6 @@ struct RecordVersion {
   std::uint32_t transaction = 0;
 };
 
-// Which transactions were taken back: the numbers that they gave to versions are given again.
-struct Transactions {
-  bool Know(std::uint32_t transaction) const {
-    return present - transaction < changesBefore.size();
-  }
-  std::int64_t& ChangeBefore(std::uint32_t transaction) {
-    return changesBefore[transaction % changesBefore.size()];
-  }
-  std::int64_t ChangeBefore(std::uint32_t transaction) const {
-    return changesBefore[transaction % changesBefore.size()];
-  }
-
-  std::uint32_t present = 1;  // another one after each that is taken back
-  // The last change before this one, and before each of the last that were taken back.
-  std::array<std::int64_t, 256> changesBefore{};
-};
-
 class RecordFile {
  public:
   // `path` as HostPath gives it; `forReading` as OpenDatabase takes it; `memory` outlives the file.
@@ -70,7 +52,7 @@ class RecordFile {
   bool IsReadOnly() const { return connection_.IsReadOnly(); }
 
   // To be called in a process that is a copy of the one that has the file open, and leaves it
-  // alone. Its transaction counts as taken back here until that one has ended it.
+  // alone. Its transaction counts as taken back here.
   void BecomeParents();
 
   // Finds the entry that the search means and copies its record to `target`. Status 9 when there is
@@ -110,10 +92,8 @@ class RecordFile {
 
   // Takes the place of an object for the same file: versions read there are as good here.
   void GoOnFrom(const RecordFile& other) {
-    *transactions_ = *other.transactions_;
-    if (other.original_ != nullptr) ++transactions_->present;
-    copiedIn_ = other.copiedIn_;
-    original_ = other.original_;
+    transaction_ = other.transaction_;
+    changesBefore_ = other.changesBefore_;
   }
 
   // To be called when the last user has closed the file: brings all its records, by whomever they
@@ -152,10 +132,16 @@ class RecordFile {
   int NextChange(std::int64_t& change);
   int ReadChange(std::int64_t& change);
   RecordVersion VersionOf(std::int64_t id, std::int64_t version) const;
-  const Transactions& TransactionsOf(const RecordVersion& version) const {
-    return original_ != nullptr && version.transaction == copiedIn_ ? *original_ : *transactions_;
-  }
   bool IsTakenBack(const RecordVersion& version) const;
+  bool IsKnown(std::uint32_t transaction) const {
+    return transaction_ - transaction < changesBefore_.size();
+  }
+  std::int64_t& ChangeBefore(std::uint32_t transaction) {
+    return changesBefore_[transaction % changesBefore_.size()];
+  }
+  std::int64_t ChangeBefore(std::uint32_t transaction) const {
+    return changesBefore_[transaction % changesBefore_.size()];
+  }
   int NumberRecord(std::span<std::uint8_t> record);
   int LoadEntries(const RecordVersion& version, std::vector<Entry>& entries);
   int StoreRecord(Statement& statement, std::int64_t change, std::int64_t id,
@@ -172,12 +158,10 @@ class RecordFile {
       insert_, rewrite_, rekey_, delete_;
   bool inTransaction_ = false;
   int givenUp_ = btrieve::kSuccess;  // what for, if SQLite has
+  std::uint32_t transaction_ = 1;    // another one after each that is taken back
   bool leftLog_ = false;             // what was taken back may still lie in the log
-  Common<Transactions> transactions_ = MakeCommon<Transactions>();
-  // In a copy of a process that was in a transaction: which, and where that one tells what came of
-  // it.
-  std::uint32_t copiedIn_ = 0;
-  const Transactions* original_ = nullptr;
+  // The last change before this one, and before each of the last that were taken back.
+  std::array<std::int64_t, 256> changesBefore_{};
 };
 
 }  // namespace recordmanager

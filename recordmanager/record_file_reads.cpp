@@ -78,13 +78,10 @@ int RecordFile::Read(const Key& key, const Search& search, std::span<std::uint8_
 // that have them now have come later.
 Search RecordFile::StepFrom(const Key& key, Bound bound, const Entry& entry,
                             const RecordVersion& version) const {
-  // Before the question whether it is taken back, as another process may end it at any moment.
-  const std::int64_t before = TransactionsOf(version).ChangeBefore(version.transaction);
-  if (!key.AllowsDuplicates() || !IsTakenBack(version) ||
-      !TransactionsOf(version).Know(version.transaction)) {
+  if (!key.AllowsDuplicates() || !IsTakenBack(version) || !IsKnown(version.transaction)) {
     return {bound, entry, {}, true};
   }
-  const auto next = static_cast<std::uint64_t>(before) + 1;
+  const auto next = static_cast<std::uint64_t>(ChangeBefore(version.transaction)) + 1;
   const Entry first = key.WithSequence(entry, next);
   if (entry < first) return {bound, entry, {}, true};  // it was there before
   return {bound == Bound::kAfter ? Bound::kFrom : bound, first, {}, true};

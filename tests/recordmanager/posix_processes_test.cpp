@@ -5,7 +5,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <csignal>
 #include <thread>
@@ -23,35 +22,6 @@ int ExitCodeOf(pid_t child) {
   int end = 0;
   waitpid(child, &end, 0);
   return WIFEXITED(end) ? WEXITSTATUS(end) : -1;
-}
-
-// The numbers that a transaction gave are given again if it is taken back.
-TEST_F(PosixProcesses, GoOnAsCopiesMadeWithinATransaction) {
-  constexpr const char* kRows[][3] = {
-      {"end", "next case", "!9"},
-      {"end", "previous case, previous case, previous case", "2 1 !9"},
-      {"end", "update case=7 case", "ok"},
-      {"abort, insert", "next case", "!9"},
-      {"abort, insert case=7, insert case=7", "next case, next case, next case", "1 2 !9"},
-      {"abort, insert, insert, insert", "update case=7 case", "!80"}};
-  for (const auto& [parents, copys, outcome] : kRows) {
-    ASSERT_EQ(Create(InFolder("FRESH.KRV")), kSuccess);
-    Client& both = Opened(InFolder("FRESH.KRV"));
-    EXPECT_EQ(both.Do("begin, insert case=7 case, insert case=7 case, insert case=7 case"),
-              "ok 1 2 3");
-    std::array<int, 2> pipeEnds{};
-    ASSERT_EQ(pipe(pipeEnds.data()), 0);
-    const pid_t copy = fork();
-    if (copy == 0) {
-      close(pipeEnds[1]);
-      char nothing = 0;
-      _exit(read(pipeEnds[0], &nothing, 1) == 0 && both.Do(copys) == outcome ? 0 : 1);
-    }
-    both.Do(parents);
-    for (const int end : pipeEnds) close(end);
-    EXPECT_EQ(ExitCodeOf(copy), 0) << parents << "; " << copys;
-    both.Do("close");
-  }
 }
 
 // What a call does may be where a thread ends that others want to end.
