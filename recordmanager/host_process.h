@@ -6,7 +6,8 @@ namespace recordmanager {
 // Calls of several threads take turns. The lock for that needs no memory and is there as long as
 // the library: hosts end while one of their threads is in a call, and call after the end of main.
 // Status 0, or why there is no turn: 101 when there is no memory to see forks by; on Windows 85
-// when a thread has ended within a call, or has left it by an exception.
+// when a thread has ended within a call, or has left it by an exception; that may show only after
+// half a minute.
 int TakeTurn();
 void EndTurn();
 
