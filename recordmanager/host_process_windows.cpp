@@ -70,7 +70,7 @@ int TakeTurn() {
 }
 
 void EndTurn() {
-  AcquireSRWLockExclusive(&lock);
+  if (!Lock()) return;
   holder = 0;
   ReleaseSRWLockExclusive(&lock);
   WakeConditionVariable(&turnEnds);
