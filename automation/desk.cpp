@@ -1,10 +1,10 @@
 #include "desk.h"
 
 #include <array>
-#include <cwchar>
 #include <string_view>
 
 #include "failure.h"
+#include "frame/login_window.h"
 
 namespace automation {
 namespace {
@@ -13,12 +13,13 @@ constexpr UINT kWork = WM_APP;       // of a Task
 constexpr UINT kShown = WM_APP + 1;  // of a dialog
 constexpr UINT kEnd = WM_APP + 2;
 
-bool IsDialog(HWND window) {
-  constexpr std::wstring_view kDialogClass = L"#32770";
-  std::array<wchar_t, kDialogClass.size() + 2> name{};
-  GetClassNameW(window, name.data(), static_cast<int>(name.size()));
-  return name.data() == kDialogClass;
+bool HasClass(HWND window, std::string_view wanted) {
+  std::array<char, 16> name{};
+  GetClassNameA(window, name.data(), static_cast<int>(name.size()));
+  return name.data() == wanted;
 }
+
+bool IsDialog(HWND window) { return HasClass(window, "#32770"); }
 
 }  // namespace
 
@@ -82,8 +83,10 @@ void Desk::Show(HWND dialog) {
   }
 }
 
-BOOL CALLBACK Desk::CloseDialog(HWND window, LPARAM /*unused*/) {
-  if (IsDialog(window)) PostMessageW(window, WM_CLOSE, 0, 0);
+// The library waits for a login as long as its window is there.
+BOOL CALLBACK Desk::EndWait(HWND window, LPARAM /*unused*/) {
+  const bool isWaitedFor = IsDialog(window) || HasClass(window, qlx99::kLoginWindow);
+  if (isWaitedFor) PostMessageW(window, WM_CLOSE, 0, 0);
   return TRUE;
 }
 
@@ -97,7 +100,7 @@ LRESULT CALLBACK Desk::Hear(HWND window, UINT message, WPARAM wordParam, LPARAM 
       return 0;
     case kEnd:
       desk->ended_ = true;
-      EnumThreadWindows(GetCurrentThreadId(), CloseDialog, 0);
+      EnumThreadWindows(GetCurrentThreadId(), EndWait, 0);
       return 0;
     default:
       return DefWindowProcW(window, message, wordParam, longParam);

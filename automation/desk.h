@@ -25,7 +25,8 @@ class Desk {
   // open, other work may begin and end. Throws Failure when the end has been called.
   void Do(const std::function<void()>& work) const;
 
-  // From any thread. Open dialogs, and those to come, are closed as if the user had done so.
+  // From any thread. Open dialogs, and those to come, are closed as if the user had done so, and no
+  // login is waited for any more.
   void End() const;
 
   // The process whose user sees the dialogs.
@@ -36,7 +37,7 @@ class Desk {
 
   static LRESULT CALLBACK Hear(HWND window, UINT message, WPARAM wordParam, LPARAM longParam);
   static LRESULT CALLBACK Watch(int code, WPARAM wordParam, LPARAM longParam);
-  static BOOL CALLBACK CloseDialog(HWND window, LPARAM unused);
+  static BOOL CALLBACK EndWait(HWND window, LPARAM unused);
 
   void Work(Task& task);
   void Show(HWND dialog);

@@ -6,8 +6,8 @@ namespace recordmanager {
 // Calls of several threads take turns. The lock for that needs no memory and is there as long as
 // the library: hosts end while one of their threads is in a call, and call after the end of main.
 // Status 0, or why there is no turn: 101 when there is no memory to see forks by; 85 on Windows
-// when a thread has ended within a call, or has left it by an exception, and elsewhere when a call
-// comes from within another, as from a signal's handler.
+// when a thread has ended within a call, or has left it by an exception, which may show only after
+// half a minute; 85 elsewhere when a call comes from within another, as from a signal's handler.
 int TakeTurn();
 void EndTurn();
 

@@ -6,8 +6,6 @@
 namespace qlx99 {
 namespace {
 
-constexpr const char* kName = "KrvQLX";  // the window's class and title
-
 struct LoginWindow {
   HWND window = nullptr;
   LoginState state = LoginState::kNoAnswer;
@@ -19,16 +17,16 @@ LoginWindow loginWindow;
 // worse than none.
 bool RegisterWindowClass() {
   WNDCLASSA known{};
-  if (GetClassInfoA(CurrentAttachment().module, kName, &known)) {
+  if (GetClassInfoA(CurrentAttachment().module, kLoginWindow, &known)) {
     if (known.lpfnWndProc == MainWndProc) return true;
-    UnregisterClassA(kName, CurrentAttachment().module);  // left by an earlier library
+    UnregisterClassA(kLoginWindow, CurrentAttachment().module);  // left by an earlier library
   }
   WNDCLASSA hidden{};
   hidden.style = CS_HREDRAW;
   hidden.lpfnWndProc = MainWndProc;
   hidden.hInstance = CurrentAttachment().module;
   hidden.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
-  hidden.lpszClassName = kName;
+  hidden.lpszClassName = kLoginWindow;
   return RegisterClassA(&hidden) != 0;
 }
 
@@ -47,8 +45,8 @@ void CreateLoginWindow() {
   if (!RegisterWindowClass()) return;
   HWND owner = FindWindowA("OpusApp", nullptr);
   loginWindow.window =
-      CreateWindowExA(0, kName, kName, kStyle, CW_USEDEFAULT, CW_USEDEFAULT, kWidth, kHeight, owner,
-                      nullptr, CurrentAttachment().module, nullptr);
+      CreateWindowExA(0, kLoginWindow, kLoginWindow, kStyle, CW_USEDEFAULT, CW_USEDEFAULT, kWidth,
+                      kHeight, owner, nullptr, CurrentAttachment().module, nullptr);
   ShowWindow(loginWindow.window, SW_HIDE);
 }
 
@@ -68,7 +66,7 @@ void DisownLoginWindow() {
     PostMessageA(loginWindow.window, WM_CLOSE, 0, 0);
   }
   // The class would outlive the library and lead to code that is gone.
-  UnregisterClassA(kName, CurrentAttachment().module);
+  UnregisterClassA(kLoginWindow, CurrentAttachment().module);
 }
 
 LRESULT CALLBACK MainWndProc(HWND window, UINT message, WPARAM wordParam, LPARAM longParam) {

@@ -7,6 +7,8 @@
 
 namespace qlx99 {
 
+inline constexpr const char* kLoginWindow = "KrvQLX";  // its class and title
+
 enum class LoginState : std::int32_t {
   kNoAnswer = -1,  // the login mask has not reported yet
   kLoggedIn = 1,   // it reports a login
@@ -20,8 +22,8 @@ void SetLoginState(LoginState state);
 // the login mask then.
 void CreateLoginWindow();
 
-// Whether the window was created and has been destroyed with its owner. Nothing is heard from the
-// login mask then.
+// Whether the window was created and has gone: with its owner, or closed by a host that ends.
+// Nothing is heard from the login mask then.
 bool LoginWindowHasGone();
 
 // Called when the process detaches the library.

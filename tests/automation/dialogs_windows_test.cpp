@@ -1,8 +1,11 @@
 // The dialogs of the automation server, and what becomes of them without their client.
 #include <atomic>
+#include <cstring>
 #include <thread>
 
 #include "automation/server_test.h"
+#include "frame/login_window.h"
+#include "frame/registry.h"
 #include "resources/resource.h"
 #include "support/text.h"
 // <windows.h> first: these build on it.
@@ -32,6 +35,22 @@ TEST_F(AutomationDialogs, EndWithTheirClient) {
   EXPECT_NE(PartyDialog(), nullptr);
   TerminateProcess(choosing, 1);
   EXPECT_TRUE(Eventually([] { return CountServers() == 0; }));
+}
+
+// In the delegated kind, where nobody has logged in.
+TEST_F(AutomationDialogs, WaitForNoLoginWithoutTheirClient) {
+  const auto configure = [](const RegistryValue& value, const char* text) {
+    RegSetKeyValueA(HKEY_LOCAL_MACHINE, value.keyPath, value.name, REG_SZ, text,
+                    static_cast<DWORD>(std::strlen(text)) + 1);
+  };
+  configure(kProgramName, "telq32.exe");
+  configure(kMappingRoot, "none");
+  HANDLE waiting = Start("library.UserInit");
+  EXPECT_TRUE(Eventually([] { return FindWindowA(kLoginWindow, nullptr) != nullptr; }));
+  TerminateProcess(waiting, 1);
+  EXPECT_TRUE(Eventually([] { return CountServers() == 0; }));
+  configure(kProgramName, "");
+  RegDeleteKeyValueA(HKEY_LOCAL_MACHINE, kMappingRoot.keyPath, kMappingRoot.name);
 }
 
 // The party that the user chooses for a client which, unlike a script, has a window, and null texts

@@ -103,9 +103,14 @@ TEST_F(WindowsLibrary, KeepsNoHostThatTerminatesAThreadWithinACall) {
         CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     const HANDLE thread = CreateThread(nullptr, 0, Wait, this, 0, nullptr);
     Sleep(500);
+    const HANDLE next = CreateThread(nullptr, 0, Wait, this, 0, nullptr);  // waits for its turn
+    Sleep(500);
     TerminateThread(thread, 0);
     CloseHandle(keepsOut);
-    CallOnceMore();
+    DWORD status = 0;
+    WaitForSingleObject(next, 20'000);
+    GetExitCodeThread(next, &status);
+    if (status == btrieve::kFileInUse) CallOnceMore();
   };
   client.Do("close");
   testkit::ReleaseEmbedded();
