@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <optional>
+#include <system_error>
 
 #include "frame/attach.h"
 #include "office/export_call.h"
@@ -13,7 +14,9 @@ namespace {
 
 constexpr const char* kLibraryName = "qlx99.dll";
 
-std::string WhyNotLoaded(DWORD error) {
+std::string WhyNotLoaded(const std::string& library, DWORD error) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(PathOf(library), ignored)) return "it is a folder";
   if (error == ERROR_BAD_EXE_FORMAT) {
     return "it is no library for programs of " + std::to_string(sizeof(void*) * CHAR_BIT) + " bits";
   }
@@ -48,7 +51,7 @@ ExaminedLibrary::~ExaminedLibrary() {
 std::string ExaminedLibrary::Load(const std::string& library) {
   HMODULE const loaded = LoadModule(library);
   if (loaded == nullptr) {
-    throw Failure(library + " cannot be loaded: " + WhyNotLoaded(GetLastError()) +
+    throw Failure(library + " cannot be loaded: " + WhyNotLoaded(library, GetLastError()) +
                   ". Install it, or name the one that macros load with --library.");
   }
   const std::filesystem::path file = PathOfModule(loaded);

@@ -41,7 +41,8 @@ bool HasMemory(const std::string& database) {
   return isThere != 0;
 }
 
-int OpenPatiently(const char* name, sqlite3_file* file, int wanted, int* outFlags) {
+// `got` receives the flags that the file is open with.
+int OpenPatiently(const char* name, sqlite3_file* file, int wanted, int& got) {
   const std::string path = name;
   const std::string database = DatabaseOf(path, wanted);
   const bool isOfOthers = IsLogOfOthers(database, wanted);
@@ -56,9 +57,8 @@ int OpenPatiently(const char* name, sqlite3_file* file, int wanted, int* outFlag
   do {
     result = SQLITE_BUSY;
     if (IsDenied(path, database, flags)) continue;
-    int got = flags;
+    got = flags;
     result = realFiles->xOpen(realFiles, name, file, flags, &got);
-    if (outFlags != nullptr) *outFlags = got;
     const bool isAsWanted = result == SQLITE_OK && (flags & ~got & SQLITE_OPEN_READWRITE) == 0;
     // The program that was in the way may have gone by now.
     if (isAsWanted || AccessTo(path, toWrite) == Access::kImpossible) return result;
@@ -71,12 +71,28 @@ int OpenPatiently(const char* name, sqlite3_file* file, int wanted, int* outFlag
   return result;  // of a file that nobody denies, why it cannot be opened all the same
 }
 
+// SQLite makes do with a journal that it can only read, and fails when it writes to it; and it does
+// not tell a disk without room for one.
+int OpenJournal(const char* name, sqlite3_file* file, int flags, int& got) {
+  int result = OpenPatiently(name, file, flags, got);
+  if (result == SQLITE_OK && (flags & ~got & SQLITE_OPEN_READWRITE) != 0) {
+    file->pMethods->xClose(file);
+    file->pMethods = nullptr;
+    result = SQLITE_CANTOPEN;
+  }
+  if (result == SQLITE_OK) EndSurely(file, *realFiles);
+  const bool isRefused = (result & 0xFF) == SQLITE_CANTOPEN && (flags & SQLITE_OPEN_CREATE) != 0;
+  return isRefused && HasNoRoomBeside(name) ? SQLITE_FULL : result;
+}
+
 int Open(sqlite3_vfs* /*files*/, const char* name, sqlite3_file* file, int flags, int* outFlags) {
   if (name == nullptr) return realFiles->xOpen(realFiles, name, file, flags, outFlags);
   try {
-    const int result = OpenPatiently(name, file, flags, outFlags);
     const bool isJournal = (flags & SQLITE_OPEN_MAIN_JOURNAL) != 0;
-    if (result == SQLITE_OK && isJournal) EndSurely(file, *realFiles);
+    int got = flags;
+    const int result =
+        isJournal ? OpenJournal(name, file, flags, got) : OpenPatiently(name, file, flags, got);
+    if (outFlags != nullptr) *outFlags = got;
     return result;
   } catch (...) {  // SQLite knows no exceptions
     file->pMethods = nullptr;

@@ -79,6 +79,7 @@ TEST_F(QlxInstallations, AreCheckedForTheLibraryThatMacrosLoad) {
   EXPECT_EQ(missing.code, office::kFailed);
   EXPECT_THAT(missing.out, AllOf(HasSubstr("! library         "), HasSubstr("is not there")));
   EXPECT_THAT(check("atbtrv32.dll").out, HasSubstr(", has no function "));
+  EXPECT_THAT(check("").out, HasSubstr(" cannot be loaded: it is a folder. "));
 }
 
 TEST_F(QlxInstallations, AreCheckedForARecordManagerThatMayWrite) {

@@ -159,7 +159,9 @@ int Work(const std::vector<std::string>& arguments) {
   Client client;
   if (const int status = client.Open(arguments.at(0)); status != kSuccess) return status;
   for (int left = std::stoi(arguments.at(2)); left > 0; --left) {
-    if (client.Do(arguments.at(1)).find('!') != std::string::npos) return 1;
+    const std::string outcomes = client.Do(arguments.at(1));
+    const std::size_t failure = outcomes.find('!');
+    if (failure != std::string::npos) return std::stoi(outcomes.substr(failure + 1));
   }
   return client.Do("close") == "ok" ? 0 : 1;
 }

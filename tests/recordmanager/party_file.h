@@ -77,8 +77,8 @@ class Client : public btrieve::Client {
 };
 
 // A process that works on a record file beside the tests' own: this program, started anew. It takes
-// a client's script, once or so many times; its exit code is 0 when all went well, and otherwise 1
-// or the status of opening the file. With a "hold" in the script, the constructor returns when the
+// a client's script, once or so many times; its exit code is 0 when all went well, and otherwise
+// the first status that was not. With a "hold" in the script, the constructor returns when the
 // process holds there.
 class Worker : public testkit::Process {
  public:

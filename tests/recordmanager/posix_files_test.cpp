@@ -154,12 +154,13 @@ TEST_F(PosixFiles, ThatMayNotBecomeLargerSaySo) {
 }
 
 // The statuses of opening a file on a disk of its own, with blocks smaller than pages: with more
-// and more room, and then with room for no more files.
+// and more room, and then with room for no more files; and of writing to one with a rollback
+// journal then.
 constexpr auto kOpenOnFullDisk = R"(
   truncate -s 1M disk && mkfs.ext4 -q -b 1024 -O ^has_journal disk && mkdir full || exit
   mount -o loop disk full || exit
-  cp PARTIES.KRV full
-  status() { "$program" --worker full/PARTIES.KRV first 1; printf ' %s' $?; }
+  cp PARTIES.KRV JOURNALLED.KRV full
+  status() { "$program" --worker full/${2-PARTIES.KRV} ${1-first} 1; printf ' %s' $?; }
   for room in $(seq 0 2 44); do
     dd if=/dev/zero of=full/filler bs=1k
     truncate -s -${room}k full/filler
@@ -168,7 +169,7 @@ constexpr auto kOpenOnFullDisk = R"(
   done > room
   i=0
   while touch full/$i; do i=$((i + 1)); done
-  status > files
+  { status; status insert JOURNALLED.KRV; } > files
 )";
 
 // What the users of a log share is memory, and writing to memory that the disk has no room for
@@ -176,6 +177,7 @@ constexpr auto kOpenOnFullDisk = R"(
 TEST_F(PosixFiles, OnAFullDiskOfSmallBlocksSaySo) {
   EXPECT_EQ(client.Do("insert, close"), "1 ok");
   testkit::ReleaseEmbedded();
+  WriteAll(InFolder("JOURNALLED.KRV"), InMode(kJournalled, ReadAll(path)));
   WriteAll(InFolder("script"), kOpenOnFullDisk);
   const std::string run = "cd " + folder.string() +
                           " && program=" + testkit::ProgramPath().string() +
@@ -184,7 +186,7 @@ TEST_F(PosixFiles, OnAFullDiskOfSmallBlocksSaySo) {
   if (!std::filesystem::exists(folder / "room")) GTEST_SKIP() << ReadAll(folder / "errors");
   EXPECT_EQ(end, 0) << ReadAll(folder / "errors");
   EXPECT_THAT(ReadAll(folder / "room"), testing::MatchesRegex(" 18( 0| 18)* 0( 0| 18)*"));
-  EXPECT_EQ(ReadAll(folder / "files"), " 18");
+  EXPECT_EQ(ReadAll(folder / "files"), " 18 18");
 }
 
 }  // namespace

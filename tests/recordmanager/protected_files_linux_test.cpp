@@ -100,6 +100,12 @@ TEST_F(ProtectedFiles, ThatCanHaveNoJournalAreRefused) {
     EXPECT_EQ(Client().Open(file), kPermissionError) << journal;
     std::filesystem::remove(journal);
   }
+  testkit::ReleaseEmbedded();
+  WriteAll(file, InMode(kJournalled, ReadAll(path)));
+  WriteAll(file + "-journal", "");
+  std::filesystem::permissions(file + "-journal", perms{0444});
+  BecomeOrdinaryUser();
+  EXPECT_EQ(Opened(file).Do("insert, first, close"), "!94 !9 ok") << "as another user's";
 }
 
 TEST_F(ProtectedFiles, AreReadWithAllThatOthersWriteWhoCameLater) {
