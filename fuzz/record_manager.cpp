@@ -1,12 +1,16 @@
 // The embedded record manager under rubbish: files that are damaged, operations in any order,
 // position blocks, lengths, buffers and keys of any kind, memory that runs out at any moment. Every
 // call ends with a status, and a file that was sound before is sound afterwards.
+#include <sqlite3.h>
+
 #include <filesystem>
 #include <memory>
+#include <new>
 
 #include "btrieve/file_description.h"
 #include "fuzz/failing_memory.h"
 #include "fuzz/input.h"
+#include "recordmanager/patient_files.h"
 #include "recordmanager/sql.h"
 #include "testkit/engine_entry_point.h"
 #include "testkit/files.h"
@@ -49,6 +53,7 @@ std::string Description() {
 struct Files {
   Files() {
     fuzz::WatchMemory();
+    LackMemoryAtFirst();
     {
       Engine engine;
       btrieve::Client client(testkit::EntryPointOf(engine));
@@ -60,6 +65,26 @@ struct Files {
       }
     }
     sound = testkit::ReadAll(Path("A.KRV"));
+  }
+
+  // SQLite sets itself up once, at its first use.
+  void LackMemoryAtFirst() const {
+    for (int nth = 1; nth < 20; ++nth) {
+      Connection connection;
+      int status = btrieve::kOutOfMemory;
+      fuzz::LetMemoryFail(nth, false);
+      try {
+        status = connection.Open(Path("FIRST.KRV"), Connection::Way::kNew);
+      } catch (const std::bad_alloc&) {
+      }
+      fuzz::LetMemoryFail(0, false);
+      if (status != btrieve::kSuccess) continue;
+      sqlite3_vfs* files = nullptr;
+      sqlite3_file_control(connection.Handle(), "main", SQLITE_FCNTL_VFS_POINTER, &files);
+      if (files != sqlite3_vfs_find(recordmanager::PatientFiles())) {
+        fuzz::Found("files that are opened without patience");
+      }
+    }
   }
 
   std::string Path(const std::string& name) const { return folder.Path() / name; }
@@ -275,6 +300,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   }
   if (HasAny("/proc/self/fd", files.Path(""))) fuzz::Found("a file stays open");
   if (HasAny(files.folder.Path(), files.Path("new-"))) fuzz::Found("a draft stays behind");
-  if (!damaged && !replaced && !IsSound(files.Path("A.KRV"))) fuzz::Found("a sound file has been damaged");
+  if (!damaged && !replaced && !IsSound(files.Path("A.KRV")))
+    fuzz::Found("a sound file has been damaged");
   return 0;
 }
