@@ -1,12 +1,15 @@
 // The embedded record manager under rubbish: files that are damaged, operations in any order,
 // position blocks, lengths, buffers and keys of any kind, memory that runs out at any moment. Every
 // call ends with a status, and a file that was sound before is sound afterwards.
+#include <sqlite3.h>
+
 #include <filesystem>
 #include <memory>
 
 #include "btrieve/file_description.h"
 #include "fuzz/failing_memory.h"
 #include "fuzz/input.h"
+#include "recordmanager/patient_files.h"
 #include "recordmanager/sql.h"
 #include "testkit/engine_entry_point.h"
 #include "testkit/files.h"
@@ -48,6 +51,7 @@ std::string Description() {
 struct Files {
   Files() {
     fuzz::WatchMemory();
+    LackMemoryAtFirst();
     {
       Engine engine;
       btrieve::Client client(testkit::EntryPointOf(engine));
@@ -59,6 +63,24 @@ struct Files {
       }
     }
     sound = testkit::ReadAll(Path("A.KRV"));
+  }
+
+  // SQLite sets itself up once, at its first use.
+  void LackMemoryAtFirst() const {
+    for (int nth = 1; nth < 20; ++nth) {
+      Connection connection;
+      fuzz::LetMemoryFail(nth, false);
+      try {
+        if (connection.Open(Path("FIRST.KRV"), Connection::Way::kNew) != btrieve::kSuccess)
+          continue;
+      } catch (...) {
+        continue;
+      }
+      fuzz::LetMemoryFail(0, false);
+      sqlite3_vfs* files = nullptr;
+      sqlite3_file_control(connection.Handle(), "main", SQLITE_FCNTL_VFS_POINTER, &files);
+      if (files != sqlite3_vfs_find(recordmanager::PatientFiles())) fuzz::Found("impatience");
+    }
   }
 
   std::string Path(const std::string& name) const { return folder.Path() / name; }
@@ -103,6 +125,8 @@ class Caller {
     Serve(call, static_cast<Wrong>(input_.Byte()));
   }
 
+  bool HasReplacedFile() const { return hasReplaced_; }
+
  private:
   enum class Wrong : std::uint8_t {
     kNothing,
@@ -119,6 +143,7 @@ class Caller {
     kOtherClient,
     kNoMemory,
     kNeverAnyMemory,
+    kReplacedFile,
   };
 
   void Change(std::string& bytes) {
@@ -166,12 +191,20 @@ class Caller {
     call.keyLength = key.size();
     if (wrong == Wrong::kKeyNumber) call.keyNumber = input_.Byte() - 128;
     if (wrong == Wrong::kOtherClient) call.client[0] = 1;
+    if (wrong == Wrong::kReplacedFile) ReplaceFile();
     SpoilBlock(call, wrong);
     ServeWithMemory(call, wrong);
     if (data.size() == record_.size()) {
       record_.assign(dataBuffer.get(), dataBuffer.get() + data.size());
     }
     if (key.size() == key_.size()) key_.assign(keyBuffer.get(), keyBuffer.get() + key.size());
+  }
+
+  // A backup is put in its place while it is open; the log is still the former file's.
+  void ReplaceFile() {
+    testkit::WriteAll(TheFiles().Path("BACKUP.KRV"), TheFiles().sound);
+    fs::rename(TheFiles().Path("BACKUP.KRV"), TheFiles().Path("A.KRV"));
+    hasReplaced_ = true;
   }
 
   void SpoilBlock(Call& call, Wrong wrong) {
@@ -215,6 +248,7 @@ class Caller {
   std::string record_ = std::string(kRecordLength, '\0');
   std::string key_;
   bool inTransaction_ = false;
+  bool hasReplaced_ = false;
 
   inline static const std::string kEmptyBlock = std::string(btrieve::kPositionBlockSize, '\0');
 };
@@ -250,15 +284,16 @@ bool HasAny(const fs::path& folder, const std::string& begin) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   Input input(bytes, size);
   const Files& files = TheFiles();
-  const bool damaged = input.OneIn(2);
-  files.Arrange(damaged ? DamagedBy(input) : files.sound);
+  bool sound = !input.OneIn(2);
+  files.Arrange(sound ? files.sound : DamagedBy(input));
   {
     Engine engine;
     Caller caller(engine, input);
     while (!input.IsSpent()) caller.CallOnce();
+    sound = sound && !caller.HasReplacedFile();
   }
   if (HasAny("/proc/self/fd", files.Path(""))) fuzz::Found("a file stays open");
   if (HasAny(files.folder.Path(), files.Path("new-"))) fuzz::Found("a draft stays behind");
-  if (!damaged && !IsSound(files.Path("A.KRV"))) fuzz::Found("a sound file has been damaged");
+  if (sound && !IsSound(files.Path("A.KRV"))) fuzz::Found("a sound file has been damaged");
   return 0;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "recordmanager/file_format.h"
@@ -288,7 +289,11 @@ void RecordFile::ForgetRecords() {
 
 void RecordFile::Settle() {
   if (inTransaction_ || !(leftLog_ || connection_.HasLogToMove())) return;
-  leftLog_ = !connection_.Checkpoint();
+  try {
+    leftLog_ = !connection_.Checkpoint();
+  } catch (const std::bad_alloc&) {
+    leftLog_ = true;  // nothing that was asked for has failed
+  }
 }
 
 }  // namespace recordmanager

@@ -98,7 +98,8 @@ class RecordFile {
 
   // To be called when the last user has closed the file: brings all its records, by whomever they
   // were written, into the file itself, so that it can be copied while processes still hold it.
-  // Does not wait for others: whoever is in the way does it when he closes the file.
+  // Does not wait for others: whoever is in the way does it when he closes the file. Without the
+  // memory for it, it is left to the next time.
   void Settle();
 
  private:

@@ -28,7 +28,8 @@ Purpose PurposeOf(const Key& key, const Search& search) {
 
 // Runs `body`, which reads and returns a status. A reader that can make no log reads the file as if
 // nobody wrote to it, and checks afterwards that nobody did. If somebody did, it opens the file
-// again, this time with the writer's log, and reads once more.
+// again, this time with the writer's log, and reads once more. Who may not write a log is told
+// status 94 also when it is just being written, and looks again, too.
 template <typename Body>
 int RecordFile::ReadWhatIs(Body body) {
   int status = btrieve::kSuccess;
@@ -36,10 +37,13 @@ int RecordFile::ReadWhatIs(Body body) {
     if (look != 0) PauseBriefly();
     if (isStale_) status = Reopen();
     if (isStale_) continue;
-    status = body();
+    status = Noted(body());
     isStale_ = connection_.IsUnchanging() && !IsUnchanged(connection_);
-    if (!isStale_) return Noted(status);
-    status = btrieve::kRecordInUse;
+    if (isStale_) {
+      status = btrieve::kRecordInUse;
+    } else if (status != btrieve::kPermissionError) {
+      return status;
+    }
   }
   return status;
 }

@@ -128,7 +128,9 @@ int Connection::Open(const std::string& path, Way way) {
   logged_ = false;
   logIndex_ = nullptr;
   useMark_.End();
-  const int result = sqlite3_open_v2(name.c_str(), &handle_, flags, PatientFiles());
+  const char* const files = PatientFiles();
+  if (files == nullptr) return btrieve::kOutOfMemory;  // SQLite would take its own instead
+  const int result = sqlite3_open_v2(name.c_str(), &handle_, flags, files);
   if (handle_ != nullptr) {  // as it is for lack of memory
     sqlite3_busy_handler(handle_, &Connection::WaitForLock, this);
   }
