@@ -3,14 +3,27 @@
 #include <algorithm>
 #include <cstring>
 #include <system_error>
-#include <tuple>
 
+#include "cases/case_file.h"
 #include "office/host.h"
 #include "office/install_kind.h"
 #include "office/record_manager.h"
 #include "record_files.h"
 
 namespace office {
+namespace {
+
+// In another file under its name the library finds no case at all.
+void RequireCases(const RecordManager& manager, const std::filesystem::path& folder) {
+  constexpr qlx99::RecordFileInfo kCases = qlx99::CaseRecord::file;
+  TableFile cases(manager, folder, qlx99::LayoutOf<qlx99::CaseRecord>());
+  const auto length = cases.Facts().file.recordLength;
+  if (length == kCases.length) return;
+  throw Failure(std::string(kCases.name) + " is another file: its records have " +
+                std::to_string(length) + " bytes. `qlx office check` tells more.");
+}
+
+}  // namespace
 
 bool IsNumber(const qlx99::RegistryValue& value) {
   HKEY key = nullptr;
@@ -67,8 +80,8 @@ std::string LackOf(const std::filesystem::path& folder) {
 void RequireReadableOffice() {
   RequireRegistry();
   if (IsDelegated()) return;
-  std::ignore = ExistingDataRoot();
-  const RecordManager manager;
+  const std::filesystem::path folder = ExistingDataRoot();
+  RequireCases(RecordManager(), folder);
 }
 
 }  // namespace office

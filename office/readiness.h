@@ -35,7 +35,7 @@ std::filesystem::path ExistingDataRoot();
 std::string LackOf(const std::filesystem::path& folder);
 
 // Fails with what is missing: the configuration, the folder of the record files or, where the
-// library needs it, the record manager.
+// library reads them itself, the record manager or the file of the cases.
 void RequireReadableOffice();
 
 }  // namespace office

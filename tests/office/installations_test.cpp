@@ -30,8 +30,8 @@ TEST_F(QlxInstallations, AreCheckedFileByFile) {
   const auto create = [&](qlx99::RecordLayout layout) {
     office::TableFile::Create(manager, folder_.Path(), layout);
   };
-  create(qlx99::LayoutOf<qlx99::CaseRecord>());
-  auto otherLength = qlx99::LayoutOf<qlx99::TitleRecord>();
+  create(qlx99::LayoutOf<qlx99::TitleRecord>());
+  auto otherLength = qlx99::LayoutOf<qlx99::CaseRecord>();
   ++otherLength.file.length;
   create(otherLength);
   auto otherKeys = qlx99::LayoutOf<qlx99::CaseTypeRecord>();
@@ -48,14 +48,16 @@ TEST_F(QlxInstallations, AreCheckedFileByFile) {
   const Outcome check = Qlx("office|check");
   EXPECT_EQ(check.code, office::kFailed);
   EXPECT_THAT(check.out,
-              AllOf(HasSubstr("\n  ZTCASE.KRV      0 records of 375 bytes\n"),
-                    HasSubstr("\n! ZTKOTITL.KRV    its records have 80 bytes, not 79; put "),
+              AllOf(HasSubstr("\n  ZTKOTITL.KRV    0 records of 79 bytes\n"),
+                    HasSubstr("\n! ZTCASE.KRV      its records have 376 bytes, not 375; put "),
                     HasSubstr("\n! ZTBANK.KRV      it has no key 1; put "),
                     HasSubstr("\n! ZTKODOLI.KRV    key 0 does not lie over "),
                     HasSubstr("ZTKONAT.KRV: it is not a record file, or"),
                     HasSubstr("ZTPART.KRV: there is no such file; restore it"),
                     HasSubstr("\n? ZTPART.KRV      ZTPART.KRV-wal lies in the folder, but "),
                     HasSubstr("\n? DocuRoot        nothing can be made in ")));
+  EXPECT_THAT(Qlx("letter|12345678").err,
+              HasSubstr("ZTCASE.KRV is another file: its records have "));
 }
 
 TEST_F(QlxInstallations, AreCheckedForTheLibraryThatMacrosLoad) {
