@@ -17,7 +17,10 @@ void Client::MeetCaller() {
   if (I_RpcBindingInqLocalClientPID(nullptr, &id) != RPC_S_OK) return;
   desk_->SetClient(id);
   process_ = OpenProcess(SYNCHRONIZE, FALSE, id);
-  if (process_ == nullptr) return;
+  if (process_ == nullptr) {
+    if (GetLastError() == ERROR_INVALID_PARAMETER) desk_->End();  // it has gone meanwhile
+    return;
+  }
   RegisterWaitForSingleObject(&wait_, process_, EndDesk, desk_, INFINITE, WT_EXECUTEONLYONCE);
 }
 

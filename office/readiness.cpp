@@ -4,6 +4,7 @@
 #include <cstring>
 #include <system_error>
 
+#include "caseparties/document_number_file.h"
 #include "cases/case_file.h"
 #include "office/host.h"
 #include "office/install_kind.h"
@@ -13,13 +14,12 @@
 namespace office {
 namespace {
 
-// In another file under its name the library finds no case at all.
-void RequireCases(const RecordManager& manager, const std::filesystem::path& folder) {
-  constexpr qlx99::RecordFileInfo kCases = qlx99::CaseRecord::file;
-  TableFile cases(manager, folder, qlx99::LayoutOf<qlx99::CaseRecord>());
-  const auto length = cases.Facts().file.recordLength;
-  if (length == kCases.length) return;
-  throw Failure(std::string(kCases.name) + " is another file: its records have " +
+// In another file under its name the library finds none of its records.
+void RequireFile(const std::filesystem::path& folder, const qlx99::RecordLayout& layout) {
+  const RecordManager manager;
+  const auto length = TableFile(manager, folder, layout).Facts().file.recordLength;
+  if (length == layout.file.length) return;
+  throw Failure(std::string(layout.file.name) + " is another file: its records have " +
                 std::to_string(length) + " bytes. `qlx office check` tells more.");
 }
 
@@ -80,8 +80,12 @@ std::string LackOf(const std::filesystem::path& folder) {
 void RequireReadableOffice() {
   RequireRegistry();
   if (IsDelegated()) return;
-  const std::filesystem::path folder = ExistingDataRoot();
-  RequireCases(RecordManager(), folder);
+  RequireFile(ExistingDataRoot(), qlx99::LayoutOf<qlx99::CaseRecord>());
+}
+
+void RequireDocumentNumbers() {
+  if (IsDelegated()) return;
+  RequireFile(ExistingDataRoot(), qlx99::LayoutOf<qlx99::DocumentNumberRecord>());
 }
 
 }  // namespace office

@@ -38,4 +38,7 @@ std::string LackOf(const std::filesystem::path& folder);
 // library reads them itself, the record manager or the file of the cases.
 void RequireReadableOffice();
 
+// Fails where GetDokuNr could not store its number: it gives 1 then, to every letter.
+void RequireDocumentNumbers();
+
 }  // namespace office

@@ -82,6 +82,10 @@ TEST_F(QlxInstallations, AreCheckedForTheLibraryThatMacrosLoad) {
   EXPECT_THAT(missing.out, AllOf(HasSubstr("! library         "), HasSubstr("is not there")));
   EXPECT_THAT(check("atbtrv32.dll").out, HasSubstr(", has no function "));
   EXPECT_THAT(check("").out, HasSubstr(" cannot be loaded: it is a folder. "));
+  std::filesystem::remove(folder_.Path() / "ZTHISTO.KRV");
+  const Outcome letter = Qlx("letter|12345678");
+  EXPECT_EQ(letter.code, office::kFailed);
+  EXPECT_THAT(letter.err, HasSubstr("ZTHISTO.KRV: there is no such file"));
 }
 
 TEST_F(QlxInstallations, AreCheckedForARecordManagerThatMayWrite) {
