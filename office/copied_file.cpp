@@ -1,7 +1,9 @@
 #include "office/copied_file.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -18,6 +20,14 @@ struct FileKey {
   bool hasDuplicates = false;
   bool isModifiable = false;
   std::vector<btrieve::KeyDescription> segments;
+  // Whose change gives a record another value of this key alone.
+  std::optional<std::size_t> ownByte = std::nullopt;
+
+  bool Covers(std::size_t byte) const {
+    return std::ranges::any_of(segments, [byte](const btrieve::KeyDescription& segment) {
+      return byte + 1 >= segment.position && byte + 1 < segment.position + segment.length;
+    });
+  }
 
   std::string ValueIn(const std::string& record) const {
     std::string value;
@@ -27,10 +37,10 @@ struct FileKey {
     return value;
   }
 
-  // A record with another value.
+  // A record with another value. Only for a key with a byte of its own.
   std::string Moved(std::string record) const {
-    char& first = record.at(segments.front().position - 1U);
-    first = static_cast<char>(~first);
+    char& byte = record.at(ownByte.value());
+    byte = static_cast<char>(~byte);
     return record;
   }
 };
@@ -54,16 +64,34 @@ std::vector<FileKey> KeysOf(const btrieve::FileFacts& facts) {
   return keys;
 }
 
+// The first byte of the key that lies in none of the others.
+std::optional<std::size_t> ByteOutside(const FileKey& key, const std::vector<FileKey>& others) {
+  for (const btrieve::KeyDescription& segment : key.segments) {
+    for (std::size_t byte = segment.position - 1U; key.Covers(byte); ++byte) {
+      const auto covers = [byte](const FileKey& other) { return other.Covers(byte); };
+      if (std::ranges::none_of(others, covers)) return byte;
+    }
+  }
+  return std::nullopt;
+}
+
 // Records of one value stand in the order in which they were given it. They are copied along the
 // first of these keys, which keeps that one's order. The others are keys with duplicates whose
 // order has to be restored. That changes their values, so a key that must not be changed comes
-// first.
+// first, and no byte of a key whose order is there already may be touched.
 std::vector<FileKey> KeysWithAnOrder(const std::vector<FileKey>& keys) {
   std::vector<FileKey> ordered;
   std::ranges::copy_if(keys, std::back_inserter(ordered), &FileKey::hasDuplicates);
   std::ranges::stable_sort(ordered, {}, &FileKey::isModifiable);
   const bool keepsOne = !ordered.empty() && !ordered.front().isModifiable;
   if (ordered.size() != 1 && !keepsOne) ordered.insert(ordered.begin(), keys.front());
+
+  std::vector<FileKey> kept{ordered.front()};
+  std::ranges::copy_if(keys, std::back_inserter(kept), std::not_fn(&FileKey::isModifiable));
+  for (FileKey& key : std::span(ordered).subspan(1)) {
+    key.ownByte = ByteOutside(key, kept);
+    kept.push_back(key);
+  }
   return ordered;
 }
 
@@ -73,7 +101,7 @@ auto UniqueKeyIn(const std::vector<FileKey>& keys) {
 
 // To restore an order, each record is found by a unique key, and its value changed for a moment.
 bool CanBeRestored(const FileKey& key, const std::vector<FileKey>& keys) {
-  return key.isModifiable && UniqueKeyIn(keys) != keys.end();
+  return key.ownByte && UniqueKeyIn(keys) != keys.end();
 }
 
 // Takes the records along a key, and hands them on some at a time: in a transaction of the other

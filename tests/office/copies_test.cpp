@@ -52,14 +52,16 @@ class QlxCopies : public testing::Test {
   }
 
   // A file that only the case-management system knows, with several orders of its own.
-  // `lastKey` and `firstKey` have the flags of the last and the first of them.
-  void MakeForeignFile(const char* name, unsigned lastKey, unsigned firstKey = 0) const {
+  // `lastKey` and `firstKey` have the flags of the last and the first of them. The last one lies
+  // over a part of the middle one when it begins before byte 8.
+  void MakeForeignFile(const char* name, unsigned lastKey, unsigned firstKey = 0,
+                       std::size_t lastBegin = 8) const {
     const auto key = [](std::size_t offset, unsigned flags) {
       return btrieve::DescribeKey(offset, 4, btrieve::kIntegerKey, flags);
     };
     const std::string path = (Office() / name).string();
     const std::string description =
-        btrieve::DescribeFile(50, {key(0, firstKey), key(4, kRepeated), key(8, lastKey)});
+        btrieve::DescribeFile(50, {key(0, firstKey), key(4, kRepeated), key(lastBegin, lastKey)});
     ASSERT_EQ(recordmanager_tests::Create(path, description), btrieve::kSuccess);
     recordmanager_tests::Client file;
     ASSERT_EQ(file.Open(path), btrieve::kSuccess);
@@ -84,6 +86,7 @@ class QlxCopies : public testing::Test {
 TEST_F(QlxCopies, HoldEveryByteAndEveryOrder) {
   MakeForeignFile("ZTANDERE.krv", kRepeated);
   MakeForeignFile("ZTFEST.KRV", btrieve::kKeyDuplicates);
+  MakeForeignFile("ZTTEILS.KRV", kRepeated, 0, 6);
   const std::string library =
       (testkit::ProductFolder() / testkit::LibraryFile("atbtrv32")).string();
   const Outcome copied = Qlx(CopyCommand() + "|--to|" + library);
@@ -92,7 +95,7 @@ TEST_F(QlxCopies, HoldEveryByteAndEveryOrder) {
   const auto names = NamesIn(Target());
 
   std::vector<std::pair<std::string, int>> orders;
-  std::set<std::string> expected = {"ZTANDERE.krv", "ZTFEST.KRV"};
+  std::set<std::string> expected = {"ZTANDERE.krv", "ZTFEST.KRV", "ZTTEILS.KRV"};
   for (const std::string& name : expected) {
     for (int key = 0; key < 3; ++key) orders.emplace_back(name, key);
   }
