@@ -135,7 +135,15 @@ void LookForLeftovers(Report& report, const RecordManager& manager,
   }
 }
 
-void LookAtFolders(Report& report, const RecordManager& manager) {
+void LookAtDocuRoot(Report& report) {
+  report.Add(qlx99::kDocuRoot.name, LookAtValue<qlx99::kDocuRoot>);
+  const auto documents = qlx99::ReadConfiguration<qlx99::kDocuRoot>();
+  if (documents && documents->front() != '\0') {
+    LookForRightToWrite(report, qlx99::kDocuRoot.name, PathOfNative(documents->data()));
+  }
+}
+
+void LookAtFolderOfRecords(Report& report, const RecordManager& manager) {
   const std::filesystem::path directory = ConfiguredDataRoot();
   if (manager.IsEmbedded() && IsOnNetworkDrive(directory)) {
     report.Doubtful(qlx99::kDataRoot.name,
@@ -143,22 +151,18 @@ void LookAtFolders(Report& report, const RecordManager& manager) {
                     "of one machine: several workstations need a client/server one.");
   }
   LookForRightToWrite(report, qlx99::kDataRoot.name, directory);
-  const auto documents = qlx99::ReadConfiguration<qlx99::kDocuRoot>();
-  if (documents && documents->front() != '\0') {
-    LookForRightToWrite(report, qlx99::kDocuRoot.name, PathOfNative(documents->data()));
-  }
   LookForLeftovers(report, manager, directory);
 }
 
 void LookAtRecordFiles(Report& report) {
   const bool hasFolder = report.Add(qlx99::kDataRoot.name, LookAtDataRoot);
-  report.Add(qlx99::kDocuRoot.name, LookAtValue<qlx99::kDocuRoot>);
+  LookAtDocuRoot(report);
   report.Add(qlx99::kProgramRoot.name, LookAtValue<qlx99::kProgramRoot>);
   std::optional<RecordManager> manager;
   const bool hasManager = report.Add(kManager, [&] { return DescribeManager(manager.emplace()); });
   if (hasManager) LookAtPlaceOf(report, *manager);
   if (!hasFolder || !hasManager) return;
-  LookAtFolders(report, *manager);
+  LookAtFolderOfRecords(report, *manager);
   const std::filesystem::path directory = ConfiguredDataRoot();
   for (const RecordLayout& layout : qlx99::kRecordFiles) {
     report.Add(layout.file.name, [&] { return LookAtFile(*manager, directory, layout); });
