@@ -61,12 +61,12 @@ DeliveredRecord Address(const std::string& caseNumber, const DeliveredRecord& pa
 
 LetterFacts ReadLetterFacts(const std::string& caseNumber, const std::string& role) {
   RequireReadableOffice();
+  RequireDocumentNumbers();
   const DeliveredRecord party = PartyInRole(caseNumber, RoleCode(role));
   DeliveredRecord address = Address(caseNumber, party);
   // The export takes the first contact person and bank connection then, which nobody has chosen.
   if (WasChoiceMissed()) throw Failure("A choice was not made, so there is no letter.");
   DeliveredRecord caseData = CaseData(caseNumber);
-  RequireDocumentNumbers();
   // Last, because the number is used up.
   const std::int32_t number = CallExport(ExportNamed("GetDokuNr"), {caseNumber}).result;
   if (number <= 0) throw Failure("There was no document number for case " + caseNumber + ".");
