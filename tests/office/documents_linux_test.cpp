@@ -8,13 +8,11 @@
 #include <cctype>
 #include <iterator>
 #include <regex>
-#include <set>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "office/export_call.h"
 #include "office/export_table.h"
 #include "office/record_text.h"
 #include "office/sample_file.h"
@@ -120,41 +118,6 @@ TEST_F(QlxLetter, IsTheOneThatIsShownToNewcomers) {
   EXPECT_EQ("\n" + Replaced(letter.out, {{"Nr.:       \\d+", "Nr.:       1"}}),
             Replaced(shown, {{"\n    ", "\n"}}) + "\n");
   EXPECT_EQ(letter.err, "");
-}
-
-// Numbers its documents from 1.
-class QlxExamples : public SampleOffice {};
-
-// "GetDocuRoot(260, path)" without the buffer: the texts and numbers.
-std::vector<std::string> ArgumentsIn(const std::string& call) {
-  std::vector<std::string> arguments;
-  const std::regex argument("\"([^\"]*)\"|\\b(\\d+)\\b");
-  for (std::sregex_iterator at(call.begin(), call.end(), argument), end; at != end; ++at) {
-    arguments.push_back(at->str(at->str(2).empty() ? 1 : 2));
-  }
-  return arguments;
-}
-
-// In one order, as macros would run them in the sample office of the package. Behind a call stands
-// its record, or else its result; "..." stands for any fields.
-TEST_F(QlxExamples, GiveWhatIsWrittenBehindThem) {
-  const std::string document = ProjectFile("docs/exports.md");
-  const std::regex example("\n    [^'\n]*?(\\w+)\\(([^'\n]*)\\)[^'\n]*(?:\n   )? *' ([^\n]*)");
-  std::set<std::string_view> shown;
-  for (std::sregex_iterator at(document.begin(), document.end(), example), end; at != end; ++at) {
-    const Export& called = ExportNamed(at->str(1));
-    shown.insert(called.name);
-    const CallOutcome outcome = CallExport(called, ArgumentsIn(at->str(2)));
-    std::string given =
-        outcome.ansiRecord ? Decode(*outcome.ansiRecord) : std::to_string(outcome.result);
-    if (given.starts_with(Folder())) {
-      given = "C:\\qlx99\\office" + Replaced(given.substr(Folder().size()), {{"/", "\\"}});
-    }
-    const std::string pattern =
-        Replaced(at->str(3), {{"[.|()$+*?\\[\\]{}\\\\]", "\\$&"}, {"(\\\\\\.){3}", ".*"}});
-    EXPECT_TRUE(std::regex_match(given, std::regex(pattern))) << at->str() << "\n    ' " << given;
-  }
-  EXPECT_EQ(shown.size(), Exports().size());
 }
 
 // The lines that state something: a heading, and below it length, keys and fields, the latter

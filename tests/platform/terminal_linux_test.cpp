@@ -54,6 +54,10 @@ TEST_F(QlxAtTheTerminal, TakesTheLineOfTheNumberAndAsksAgain) {
           "  2  Gegner                        Karl-Heinz                     Hövelmann\n"
           "Nummer (Eingabe = markierte Zeile, 0 = Abbruch): "));
   EXPECT_THAT(shown.str(), HasSubstr("Diese Nummer steht nicht zur Wahl."));
+  // Each dialog has columns of its own.
+  EXPECT_THAT(shown.str(), HasSubstr("\n  3  Böß                 Friedhelm\n"));
+  EXPECT_THAT(shown.str(),
+              HasSubstr("\n  2  Bergische Handelsbank, Filiale Burscheid          771 002 "));
   MessageBoxW(nullptr, u"a\x1B[2J!", u"Über", MB_OK);
   EXPECT_THAT(shown.str(), testing::EndsWith("\nÜber\na [2J!\n"));
 }

@@ -126,12 +126,6 @@ TEST_F(Files, ThatCannotBeOpenedSayWhy) {
   EXPECT_EQ(Opened(folder.string() + "\\PARTIES.KRV").Do("close, close"), "ok !3");
 }
 
-TEST_F(Files, OpenedForReadingRefuseWrites) {
-  EXPECT_EQ(client.Do("insert"), "1");
-  EXPECT_EQ(Opened(path, kOpenReadOnly).Do("insert, equal number=1, update, delete, first, next"),
-            "!46 1 !46 !46 1 !9");
-}
-
 TEST_F(Files, AreCompleteOnceClosedAndFreeAfterAWhile) {
   EXPECT_EQ(client.Do("insert, close"), "1 ok");
   WriteAll(other, ReadAll(path));

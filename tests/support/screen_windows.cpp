@@ -77,7 +77,7 @@ void Show(HWND window) {
   OpenDialog dialog(window);
   HWND text = GetDlgItem(window, kMessageText);
   if (currentUser == nullptr) {
-    ADD_FAILURE() << "nobody expects " << dialog.Look();
+    ADD_FAILURE() << "nobody expects " << dialog.Look().title;
   } else if (text == nullptr) {
     currentUser->Sees(dialog);
   } else {

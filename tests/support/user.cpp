@@ -10,7 +10,7 @@ namespace {
 constexpr int kTakeButton = 1;
 
 void Press(OpenDialog& dialog, int buttonId) {
-  EXPECT_TRUE(dialog.Press(buttonId)) << "button " << buttonId << " of " << dialog.Look();
+  EXPECT_TRUE(dialog.Press(buttonId)) << "button " << buttonId << " of " << dialog.Look().title;
 }
 
 const ShownControl kNoControl{0, "", 0, {}, -1, 0};
@@ -18,7 +18,7 @@ const ShownControl kNoControl{0, "", 0, {}, -1, 0};
 const ShownControl& Find(const ShownDialog& dialog, const char* what, auto isIt) {
   const auto found = std::find_if(dialog.controls.begin(), dialog.controls.end(), isIt);
   if (found != dialog.controls.end()) return *found;
-  ADD_FAILURE() << "no " << what << " in " << dialog;
+  ADD_FAILURE() << "no " << what << " in " << dialog.title;
   return kNoControl;
 }
 
@@ -27,15 +27,6 @@ const ShownControl& Find(const ShownDialog& dialog, const char* what, auto isIt)
 std::ostream& operator<<(std::ostream& out, const MessageBox& message) {
   return out << "message box \"" << message.text << "\", title \"" << message.title << "\", style "
              << message.style;
-}
-
-std::ostream& operator<<(std::ostream& out, const ShownDialog& dialog) {
-  out << "dialog \"" << dialog.title << "\"";
-  for (const ShownControl& control : dialog.controls) {
-    out << "\n  " << control.id << " \"" << control.text << "\"";
-    for (const std::string& line : control.lines) out << "\n    \"" << line << "\"";
-  }
-  return out;
 }
 
 const ShownControl& ShownDialog::Control(int id) const {
@@ -50,7 +41,8 @@ const ShownControl& ShownDialog::List() const {
 std::function<void(OpenDialog&)> Choice(int line) {
   return [line](OpenDialog& dialog) {
     const ShownDialog shown = dialog.Look();
-    EXPECT_TRUE(dialog.Select(shown.List().id, line - 1)) << "line " << line << " of " << shown;
+    EXPECT_TRUE(dialog.Select(shown.List().id, line - 1))
+        << "line " << line << " of " << shown.title;
     Press(dialog, kTakeButton);
   };
 }
@@ -96,12 +88,12 @@ void User::Sees(OpenDialog& dialog) {
   dialogs_.push_back(shown);
   if (instructions_.empty() && isPatient_) TakesTheSelected();
   if (instructions_.empty()) {
-    ADD_FAILURE() << "nobody said what to do at " << shown;
+    ADD_FAILURE() << "nobody said what to do at " << shown.title;
   } else {
     const auto action = std::move(instructions_.front());
     instructions_.pop_front();
     action(dialog);
-    EXPECT_FALSE(dialog.IsOpen()) << "still open: " << shown;
+    EXPECT_FALSE(dialog.IsOpen()) << "still open: " << shown.title;
   }
   if (dialog.IsOpen()) dialog.Cancel();
 }

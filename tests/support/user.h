@@ -49,8 +49,6 @@ struct ShownDialog {
   const ShownControl& List() const;
 };
 
-std::ostream& operator<<(std::ostream& out, const ShownDialog& dialog);
-
 // A dialog that waits for its user.
 class OpenDialog {
  public:
