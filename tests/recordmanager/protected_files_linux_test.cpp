@@ -105,6 +105,31 @@ TEST_F(ProtectedFiles, ThatCanHaveNoJournalAreRefused) {
   EXPECT_EQ(Opened(file).Do("insert, first, close"), "!94 !9 ok") << "as another user's";
 }
 
+TEST_F(ProtectedFiles, AreReadWithAllThatOthersWriteWhoCameLater) {
+  EXPECT_EQ(client.Do("insert case=7, close"), "1 ok");
+  // A copy, as this process still holds what it has written itself.
+  const std::string file = InFolder("FILE.KRV");
+  std::filesystem::copy_file(path, file);
+  Client* reader = nullptr;
+  const auto read = [&](const std::string& script) {
+    return DoAsReader(file, [&] {
+      if (reader == nullptr) reader = &Opened(file, kOpenReadOnly);
+      return reader->Do(script);
+    });
+  };
+  EXPECT_EQ(read("first, next, first"), "1 !9 1");
+  EXPECT_EQ(Worker(file, "insert case=7").Wait(), 0);
+  EXPECT_FALSE(std::filesystem::exists(file + "-wal")) << "has come and gone";
+  EXPECT_EQ(read("next, next, equal case=7"), "2 !9 1");
+  Worker writer(file, "insert, hold, insert");
+  EXPECT_EQ(read("equal case=7, next* case, last"), "1 2 !9 3");
+  EXPECT_EQ(DoAsReader(file, [&] { return Opened(file, kOpenReadOnly).Do("last, close"); }), "3 ok")
+      << "who comes while the log is there";
+  writer.GoOn();
+  EXPECT_EQ(writer.Wait(), 0);
+  EXPECT_EQ(read("next, next, close"), "4 !9 ok");
+}
+
 // A log that a reader made would be his, and nobody else could write it.
 TEST_F(ProtectedFiles, CanBeWrittenByTheirOwnerWhoeverHasOpenedThem) {
   constexpr uid_t kOwner = 65533;
