@@ -18,7 +18,8 @@ using recordmanager::Engine;
 alignas(Engine) std::byte engineMemory[sizeof(Engine)];
 Engine* engine = nullptr;
 
-short Serve(const Call& call) noexcept {
+// Throws nothing; but a thread that is canceled unwinds from the end of its turn.
+short Serve(const Call& call) {
   int status = recordmanager::TakeTurn();
   if (status != btrieve::kSuccess) return static_cast<short>(status);
   if (engine == nullptr) engine = new (engineMemory) Engine;

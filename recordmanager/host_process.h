@@ -7,7 +7,7 @@ namespace recordmanager {
 // the library: hosts end while one of their threads is in a call, and call after the end of main.
 // Status 0, or why there is no turn: 101 when there is no memory to see forks by; 85 on Windows
 // when a thread has ended within a call, or has left it by an exception, which may show only after
-// half a minute; 85 elsewhere when a call comes from within another, as from a signal's handler.
+// half a minute; 85 elsewhere when a call comes from within another or a fork, as from a handler.
 int TakeTurn();
 void EndTurn();
 

@@ -14,17 +14,25 @@ constinit std::mutex turns;
 constinit int wasCancelable = PTHREAD_CANCEL_ENABLE;  // whoever has the turn
 constinit bool seesForks = false;
 
-// Whether this thread has the turn, or waits for it. At a place that needs no memory.
-[[gnu::tls_model("initial-exec")]] constinit thread_local volatile bool isInCall = false;
+// How often this thread has the turn, or waits for it: for a call, a fork, or the end. At a place
+// that needs no memory.
+[[gnu::tls_model("initial-exec")]] constinit thread_local volatile int turnsHere = 0;
 
-void LockTurns() { turns.lock(); }
-void UnlockTurns() { turns.unlock(); }
+void LockTurns() {
+  turnsHere = turnsHere + 1;
+  turns.lock();
+}
+
+void UnlockTurns() {
+  turns.unlock();
+  turnsHere = turnsHere - 1;
+}
 
 // Nobody was in a call when the process was copied.
 void BecomeChild() {
   ForgetParent();
   OnFork();
-  turns.unlock();
+  UnlockTurns();
 }
 
 bool SeeForks() {
@@ -36,20 +44,22 @@ bool SeeForks() {
 __attribute__((constructor)) void Begin() { SeeForks(); }
 
 __attribute__((destructor)) void End() {
-  if (!turns.try_lock()) return;  // somebody is in a call, and will be as if he were killed
-  OnEnd();
-  turns.unlock();
+  turnsHere = turnsHere + 1;
+  if (turns.try_lock()) {  // or somebody is in a call, and will be as if he were killed
+    OnEnd();
+    turns.unlock();
+  }
+  turnsHere = turnsHere - 1;
 }
 
 }  // namespace
 
 // What a call does may be where a thread is canceled, and what it holds then would stay held.
 int TakeTurn() {
-  if (isInCall) return btrieve::kFileInUse;
-  isInCall = true;
+  if (turnsHere != 0) return btrieve::kFileInUse;
   int before = PTHREAD_CANCEL_ENABLE;
   pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &before);
-  turns.lock();
+  LockTurns();
   wasCancelable = before;
   if (SeeForks()) return btrieve::kSuccess;
   EndTurn();
@@ -58,8 +68,7 @@ int TakeTurn() {
 
 void EndTurn() {
   const int before = wasCancelable;
-  turns.unlock();
-  isInCall = false;
+  UnlockTurns();
   pthread_setcancelstate(before, nullptr);
 }
 

@@ -24,18 +24,28 @@ int ExitCodeOf(pid_t child) {
   return WIFEXITED(end) ? WEXITSTATUS(end) : -1;
 }
 
-// What a call does may be where a thread ends that others want to end.
+// Whoever opens a file with a lease on it waits until that has ended.
 TEST_F(PosixProcesses, EndACanceledThreadOnlyAfterItsCall) {
-  std::string outcome;
-  std::thread([&] {
-    pthread_cancel(pthread_self());
-    outcome = client.Do("insert, close");
-  }).join();
-  EXPECT_EQ(outcome, "1 ok");
-  EXPECT_EQ(Opened(path).Do("first"), "1");
+  std::signal(SIGIO, SIG_IGN);  // which tells that somebody waits
+  for (const int type : {PTHREAD_CANCEL_DEFERRED, PTHREAD_CANCEL_ASYNCHRONOUS}) {
+    const std::string name = InFolder(std::to_string(type) + ".KRV");
+    ASSERT_EQ(Create(name), kSuccess);
+    Client canceled;
+    const int leased = open(name.c_str(), O_RDONLY);
+    EXPECT_EQ(fcntl(leased, F_SETLEASE, F_RDLCK), 0);
+    std::thread thread([&] {
+      pthread_setcanceltype(type, nullptr);
+      static_cast<void>(canceled.Open(name));
+    });
+    while (fcntl(leased, F_GETLEASE) == F_RDLCK) usleep(1000);
+    pthread_cancel(thread.native_handle());
+    close(leased);
+    thread.join();
+    EXPECT_EQ(canceled.Do("insert, close"), "1 ok");
+  }
 }
 
-// As by a signal's handler. Whoever opens a file with a lease on it waits until that has ended.
+// As by a signal's handler.
 TEST_F(PosixProcesses, RefuseACallWithinACall) {
   static Client* handlers = nullptr;
   handlers = &client;
@@ -55,6 +65,26 @@ TEST_F(PosixProcesses, RefuseACallWithinACall) {
     _exit(Client().Open(other) == kSuccess ? status : 1);
   }
   EXPECT_EQ(ExitCodeOf(child), kFileInUse);
+}
+
+// Handlers that are older than the library are called within its own.
+TEST_F(PosixProcesses, RefuseACallWithinAFork) {
+  static Client* handlers = nullptr;
+  handlers = &client;
+  static std::string statuses;
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(20);
+    const auto call = [] { statuses += std::to_string(handlers->Call(kGetFirst, 0)) + ' '; };
+    testkit::ReleaseEmbedded();
+    pthread_atfork(call, call, call);
+    testkit::EmbeddedCallId();
+    const pid_t copy = fork();
+    const bool areRefused = statuses == "85 85 ";
+    if (copy == 0) _exit(areRefused ? Client().Open(path) : 1);
+    _exit(areRefused ? ExitCodeOf(copy) : 1);
+  }
+  EXPECT_EQ(ExitCodeOf(child), kSuccess);
 }
 
 // The copy has only the thread that made it; of the other it would have a call without an end.
