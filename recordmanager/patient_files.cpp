@@ -87,6 +87,7 @@ int OpenJournal(const char* name, sqlite3_file* file, int flags, int& got) {
 
 int Open(sqlite3_vfs* /*files*/, const char* name, sqlite3_file* file, int flags, int* outFlags) {
   if (name == nullptr) return realFiles->xOpen(realFiles, name, file, flags, outFlags);
+  file->pMethods = nullptr;
   try {
     const bool isJournal = (flags & SQLITE_OPEN_MAIN_JOURNAL) != 0;
     int got = flags;
@@ -95,6 +96,7 @@ int Open(sqlite3_vfs* /*files*/, const char* name, sqlite3_file* file, int flags
     if (outFlags != nullptr) *outFlags = got;
     return result;
   } catch (...) {  // SQLite knows no exceptions
+    if (file->pMethods != nullptr) file->pMethods->xClose(file);
     file->pMethods = nullptr;
     return SQLITE_NOMEM;
   }
