@@ -128,7 +128,10 @@ TEST(QlxConfiguration, IsCheckedForWhatItsKindNeeds) {
   its.IsNotConfigured("MappingRoot");
   EXPECT_THAT(Qlx("office|check").out, HasSubstr("! MappingRoot     is not set below "));
   EXPECT_EQ(Qlx("call|UserInit").out, "kind: delegated\nresult: 0  (number of users)\n");
-  its.IsNotConfigured("ProgramName");
+}
+
+TEST(QlxConfiguration, IsCheckedForTheFolderOfTheRecords) {
+  qlx99::tests::Office its;
   qlx99::AttachLibrary(GetModuleHandleA(nullptr));
   its.IsNotConfigured("DataRoot");
   EXPECT_THAT(Qlx("office|check").out, HasSubstr("! DataRoot        is not set below "));
