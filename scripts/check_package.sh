@@ -56,7 +56,10 @@ qlx letter 12345678 >letter.txt
 c_caller 12345678 >record.txt
 qlx99server /regserver
 cscript //nologo server.vbs >server.txt
-del atbtrv32.dll
+:again
+del atbtrv32.dll 2>nul
+rem The server ends a moment after its client.
+if exist atbtrv32.dll goto again
 qlx office check >alone.log 2>&1
 qlx letter 12345678 >>alone.log 2>&1
 END
