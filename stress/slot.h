@@ -41,7 +41,7 @@ class Slot {
  public:
   using Items = std::set<int>;
 
-  // What its keeper will do follows from the seed.
+  // What its keeper will do follows from the number that chance is begun with.
   Slot(const std::filesystem::path& folder, int number, const btrieve::EntryPoint& manager,
        unsigned seed = std::random_device()());
 
