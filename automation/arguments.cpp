@@ -44,11 +44,16 @@ bool IsTextOrNumber(VARTYPE type) {
   return std::ranges::find(kTypes, type) != std::ranges::end(kTypes);
 }
 
-// Throws Failure for what is no text and no number.
-void CheckType(const VARIANT& value) {
+// Throws Failure for an argument that the client left out.
+void CheckGiven(const VARIANT& value) {
   if (value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND) {
     throw Failure{DISP_E_PARAMNOTOPTIONAL};
   }
+}
+
+// The same for what is no text and no number.
+void CheckType(const VARIANT& value) {
+  CheckGiven(value);
   if (!IsTextOrNumber(value.vt)) throw Failure{DISP_E_TYPEMISMATCH};
 }
 
@@ -125,6 +130,7 @@ std::int32_t Arguments::Number() {
 
 char* Arguments::Buffer() {
   VARIANT& given = Take();
+  CheckGiven(given);
   VARIANT& variable = Behind(given);
   const bool isText = variable.vt == (VT_BYREF | VT_BSTR);
   const bool isAnything = &variable != &given && (variable.vt & VT_BYREF) == 0;

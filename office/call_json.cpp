@@ -34,7 +34,7 @@ JsonAnswer CallForJson(std::string_view name, const std::vector<std::string>& ar
   }
   bool hasContent = false;
   if (outcome.ansiRecord) {
-    const DeliveredRecord record(called, *outcome.ansiRecord);
+    const DeliveredRecord record(called, *outcome.ansiRecord, Reader::kProgram);
     answer["record"] = record.Text();
     answer["fields"] = FieldsOf(record);
     hasContent = record.IsComplete() && std::ranges::any_of(record.Fields(), HasText);

@@ -59,8 +59,10 @@ bool HasForm(Form form, const std::string& text) {
 
 }  // namespace
 
-DeliveredRecord::DeliveredRecord(const Export& from, std::string_view ansi)
-    : from_(&from), text_(Decode(ansi)), fields_(Split(text_)) {
+DeliveredRecord::DeliveredRecord(const Export& from, std::string_view ansi, Reader reader)
+    : from_(&from),
+      text_(reader == Reader::kPerson ? Decode(ansi) : Utf8(ansi)),
+      fields_(Split(text_)) {
   JoinFreeText(from.fields, fields_);
   complete_ = std::ranges::equal(from.fields, fields_, HasForm, &Field::form);
   std::ranges::transform(fields_, std::back_inserter(trimmed_),

@@ -11,10 +11,13 @@
 
 namespace office {
 
+// For whom a record is read: people are shown control characters as their numbers.
+enum class Reader { kPerson, kProgram };
+
 // A record whose fields go by their names. A "|" in a free text does not divide it.
 class DeliveredRecord {
  public:
-  DeliveredRecord(const Export& from, std::string_view ansi);
+  DeliveredRecord(const Export& from, std::string_view ansi, Reader reader = Reader::kPerson);
 
   // Whether it has as many fields as its export's records have when nothing is missing, each in
   // its form. Only then do the names belong to the fields.

@@ -79,6 +79,11 @@ std::string Encode(std::string_view utf8, CodePage codePage) {
   return bytes;
 }
 
+std::string Utf8(std::string_view bytes, CodePage codePage) {
+  if (bytes.empty()) return {};
+  return Narrow(Widen(bytes, static_cast<UINT>(codePage), 0), CP_UTF8, 0, nullptr);
+}
+
 std::string Decode(std::string_view bytes, CodePage codePage) {
   if (bytes.empty()) return {};
   WideText shown;

@@ -13,6 +13,9 @@ enum class CodePage : unsigned { kAnsi = 1252, kOem = 850 };
 // Fails for text that is not UTF-8, and for the first character that the code page lacks.
 std::string Encode(std::string_view utf8, CodePage codePage = CodePage::kAnsi);
 
+// For programs: the text as it is.
+std::string Utf8(std::string_view bytes, CodePage codePage = CodePage::kAnsi);
+
 // For showing: every byte becomes something visible. Control characters, which a record may hold
 // but a terminal must not obey, become their number, as in \x1B.
 std::string Decode(std::string_view bytes, CodePage codePage = CodePage::kAnsi);

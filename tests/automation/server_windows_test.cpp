@@ -109,6 +109,13 @@ TEST_F(AutomationServer, RefusesWhatIsNoCallOfTheLibrary) {
   }
 }
 
+TEST_F(AutomationServer, MissesArgumentsThatAreLeftOut) {
+  EXPECT_EQ(Run("On Error Resume Next\n"
+                "library.ALesenDLL \"\", , record, \"\"\nWScript.Echo Err.Number\nErr.Clear\n"
+                "library.ALesenDLL \"\", 4711, , \"\"\nWScript.Echo Err.Number\n"),
+            "449\n449\n");
+}
+
 TEST_F(AutomationServer, SaysWhyThereIsNoLibraryAndIsFoundByTheCheck) {
   const std::string program = (ProductFolder() / "qlx99server.exe").string();
   EXPECT_THAT(Qlx("office|check").out, HasSubstr("  automation      " + program + " answers\n"));

@@ -195,6 +195,8 @@ TEST_F(QlxCommands, ShowWhatIsThereWhateverItsTextsHold) {
               AllOf(HasSubstr("\n?                  cannot be told apart: ||0|"),
                     HasSubstr("\n15.05.2024  Frist  a|b ")));
   EXPECT_THAT(Qlx("letter|77000001").err, HasSubstr("Case 77000001 cannot be read"));
+  EXPECT_THAT(Qlx("call|SLesenDLL|77000001").out, HasSubstr("|\\x1B[2J|"));
+  EXPECT_THAT(Qlx("call|--json|SLesenDLL|77000001").out, HasSubstr("|\\u001b[2J|"));
   EXPECT_THAT(Qlx("office|show|ztcase|--csv").out,
               AllOf(HasSubstr(",\"wegen \"\"Nichts\"\"\",DM\n"), HasSubstr("\\x1B[2J"),
                     HasSubstr(std::string(300, '0'))));
