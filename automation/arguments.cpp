@@ -113,6 +113,7 @@ const char* Arguments::Text() {
   Value value(Take());
   CheckType(value);
   const bool isText = value.vt == VT_BSTR;
+  if (value.vt == VT_R4) value.Become(VT_R8);  // or it would be written with seven digits at most
   value.Become(VT_BSTR);
   const std::wstring_view text(value.bstrVal, SysStringLen(value.bstrVal));
   if (!isText && !IsPlainNumber(text)) throw Failure{DISP_E_OVERFLOW};

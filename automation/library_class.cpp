@@ -62,6 +62,10 @@ DWORD WINAPI Offer(void* desk) {
 
 }  // namespace
 
-void OfferClass(Desk& desk) { CloseHandle(CreateThread(nullptr, 0, Offer, &desk, 0, nullptr)); }
+void OfferClass(Desk& desk) {
+  HANDLE const thread = CreateThread(nullptr, 0, Offer, &desk, 0, nullptr);
+  if (thread == nullptr) return desk.End();
+  CloseHandle(thread);
+}
 
 }  // namespace automation

@@ -109,6 +109,19 @@ TEST_F(AutomationServer, RefusesWhatIsNoCallOfTheLibrary) {
   }
 }
 
+TEST_F(AutomationServer, TakesACaseNumberFromNumbersOfEveryKind) {
+  std::istringstream answers(Run(
+      "For Each number In Array(\"12345678\", 12345678, 12345678.0, CCur(12345678), "
+      "CSng(12345678))\nrecord = \"\"\nWScript.Echo library.SLesenDLL(number, record) & record\n"
+      "Next\n"));
+  std::string expected;
+  std::getline(answers, expected);
+  EXPECT_THAT(expected, StartsWith("-1Brandst"));
+  int alike = 0;
+  for (std::string answer; std::getline(answers, answer);) alike += answer == expected ? 1 : 0;
+  EXPECT_EQ(alike, 4);
+}
+
 TEST_F(AutomationServer, MissesArgumentsThatAreLeftOut) {
   EXPECT_EQ(Run("On Error Resume Next\n"
                 "library.ALesenDLL \"\", , record, \"\"\nWScript.Echo Err.Number\nErr.Clear\n"
