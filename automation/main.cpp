@@ -45,6 +45,7 @@ int SayUnregistered(bool isRemoved) {
 // The process ends as it stands: nobody is served any more, and Windows' threads may still be busy
 // with a client that is gone.
 [[noreturn]] void Serve() {
+  SetErrorMode(SEM_FAILCRITICALERRORS);  // a library that is damaged is told to the client alone
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);  // as the word processor's thread is
   Desk desk;
   OfferClass(desk);

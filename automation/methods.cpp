@@ -42,18 +42,24 @@ bool IsNamed(const Method& method, std::wstring_view name) {
                               static_cast<int>(name.size()), TRUE) == CSTR_EQUAL;
 }
 
+constexpr const wchar_t* kLibraryName = L"qlx99.dll";
+
+// Some of them name the library in their midst, and all end with a blank.
 std::wstring WordsFor(DWORD error) {
   constexpr DWORD kInOneLine = FORMAT_MESSAGE_MAX_WIDTH_MASK;
+  std::array<const wchar_t*, 9> inserts{};  // as many as there can be
+  inserts.fill(kLibraryName);
   std::array<wchar_t, 500> words{};
-  const DWORD length =
-      FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | kInOneLine,
-                     nullptr, error, 0, words.data(), words.size(), nullptr);
-  return {words.data(), length};
+  const DWORD length = FormatMessageW(
+      FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_ARGUMENT_ARRAY | kInOneLine, nullptr, error, 0,
+      words.data(), words.size(), std::bit_cast<va_list*>(inserts.data()));
+  const std::wstring_view all(words.data(), length);
+  return std::wstring(all.substr(0, all.find_last_not_of(L' ') + 1));
 }
 
 // Loaded at the first call, so that the client can be told why that fails, and never freed.
 FARPROC AddressOf(const char* name) {
-  const std::wstring path = ProgramFolder() + L"qlx99.dll";
+  const std::wstring path = ProgramFolder() + kLibraryName;
   HMODULE const library = LoadLibraryW(path.c_str());
   if (library == nullptr) {
     const DWORD error = GetLastError();

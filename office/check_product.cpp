@@ -31,14 +31,32 @@ std::string Described(const std::filesystem::path& file) {
          std::to_string(sizeof(void*) * CHAR_BIT) + " bits, in " + PathText(file.parent_path());
 }
 
+// `otherwise` is advice for one that cannot be loaded. Throws Failure when it cannot be, or is not
+// such a library.
+HMODULE LoadWithExports(const std::string& library, const std::string& otherwise) {
+  HMODULE const loaded = LoadModule(library);
+  if (loaded == nullptr) {
+    throw Failure(library + " cannot be loaded: " + WhyNotLoaded(library, GetLastError()) + ". " +
+                  otherwise);
+  }
+  for (const Export& one : Exports()) {
+    const std::string name(one.name);
+    if (GetProcAddress(loaded, name.c_str()) != nullptr) continue;
+    const std::string file = Described(PathOfModule(loaded));
+    FreeLibrary(loaded);
+    throw Failure(file + ", has no function " + name +
+                  ": it is another library or version. Install that of this program.");
+  }
+  return loaded;
+}
+
 }  // namespace
 
 ExaminedLibrary::ExaminedLibrary(const std::string& library, Report& report)
     : program_(qlx99::CurrentAttachment().module) {
-  if (!report.Add("library", [&] { return Load(library.empty() ? kLibraryName : library); })) {
-    return;
+  if (report.Add("library", [&] { return Load(library.empty() ? kLibraryName : library); })) {
+    qlx99::AttachLibrary(library_);
   }
-  qlx99::AttachLibrary(library_);
   LookAtAutomation(report);
 }
 
@@ -49,21 +67,9 @@ ExaminedLibrary::~ExaminedLibrary() {
 }
 
 std::string ExaminedLibrary::Load(const std::string& library) {
-  HMODULE const loaded = LoadModule(library);
-  if (loaded == nullptr) {
-    throw Failure(library + " cannot be loaded: " + WhyNotLoaded(library, GetLastError()) +
-                  ". Install it, or name the one that macros load with --library.");
-  }
-  const std::filesystem::path file = PathOfModule(loaded);
-  for (const Export& one : Exports()) {
-    const std::string name(one.name);
-    if (GetProcAddress(loaded, name.c_str()) != nullptr) continue;
-    FreeLibrary(loaded);
-    throw Failure(Described(file) + ", has no function " + name +
-                  ": it is another library or version. Install that of this program.");
-  }
-  library_ = loaded;
-  return Described(file);
+  library_ =
+      LoadWithExports(library, "Install it, or name the one that macros load with --library.");
+  return Described(PathOfModule(library_));
 }
 
 void ExaminedLibrary::LookAtAutomation(Report& report) const {
@@ -81,10 +87,12 @@ void ExaminedLibrary::LookAtAutomation(Report& report) const {
                                  "). Run `qlx99server /regserver` where it lies now.");
   }
   const std::filesystem::path beside = server->program.parent_path() / kLibraryName;
-  if (!std::filesystem::exists(beside)) {
-    return report.Bad(kWhat, program + " answers, but has no " + kLibraryName + " beside it.");
+  try {
+    FreeLibrary(LoadWithExports(PathText(beside), "Install it there."));
+  } catch (const Failure& failure) {
+    return report.Bad(kWhat, program + " answers, but " + failure.what());
   }
-  if (VersionOf(beside) != VersionOf(PathOfModule(library_))) {
+  if (library_ != nullptr && VersionOf(beside) != VersionOf(PathOfModule(library_))) {
     return report.Doubtful(kWhat, program + " answers, with another version: " + Described(beside));
   }
   report.Good(kWhat, program + " answers");
