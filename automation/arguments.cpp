@@ -20,10 +20,10 @@ VARIANT& Behind(VARIANT& given) {
 }
 
 struct Value : VARIANT {
-  // Follows references, as far as they lead.
+  // A copy of what is behind all references: VariantCopyInd itself follows one.
   explicit Value(VARIANT& given) : VARIANT() {
     VariantInit(this);
-    const HRESULT copied = VariantCopyInd(this, &given);
+    const HRESULT copied = VariantCopyInd(this, &Behind(given));
     if (FAILED(copied)) throw Failure{copied};
   }
   ~Value() { VariantClear(this); }

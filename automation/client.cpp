@@ -13,8 +13,8 @@ Client::~Client() {
 
 void Client::MeetCaller() {
   unsigned long id = 0;
+  if (isMet_ || I_RpcBindingInqLocalClientPID(nullptr, &id) != RPC_S_OK) return;
   if (isMet_.exchange(true)) return;
-  if (I_RpcBindingInqLocalClientPID(nullptr, &id) != RPC_S_OK) return;
   desk_->SetClient(id);
   process_ = OpenProcess(SYNCHRONIZE, FALSE, id);
   if (process_ == nullptr) {

@@ -30,7 +30,10 @@ class Factory final : public IClassFactory {
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
     if (hasMade_.exchange(true)) return CLASS_E_CLASSNOTAVAILABLE;
     auto* const made = new (std::nothrow) LibraryObject(desk_);
-    if (made == nullptr) return E_OUTOFMEMORY;
+    if (made == nullptr) {
+      desk_.End();
+      return E_OUTOFMEMORY;
+    }
     made->AddRef();
     const HRESULT status = made->QueryInterface(wanted, object);
     made->Release();

@@ -8,7 +8,8 @@
 
 namespace automation {
 
-// Late-bound only. The desk ends with it.
+// Late-bound only, without a type library: its methods are the exports, and nothing has to be kept
+// in step with them. The desk ends with it.
 class LibraryObject final : public IDispatch {
  public:
   explicit LibraryObject(Desk& desk) : desk_(desk), client_(desk) {}

@@ -5,11 +5,15 @@
 #include "automation/server_test.h"
 #include "frame/attach.h"
 #include "office/export_call.h"
+// <windows.h> first: these build on it.
+#include <oleauto.h>
 
 namespace qlx99::tests {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 struct Call {
@@ -122,6 +126,41 @@ TEST_F(AutomationServer, TakesACaseNumberFromNumbersOfEveryKind) {
   EXPECT_EQ(alike, 4);
 }
 
+// As languages pass a variable that they were passed themselves.
+TEST_F(AutomationServer, FollowsReferencesToReferences) {
+  CoInitialize(nullptr);
+  CLSID id{};
+  ASSERT_EQ(CLSIDFromProgID(L"qlx99.Library", &id), S_OK);
+  IDispatch* library = nullptr;
+  ASSERT_EQ(CoCreateInstance(id, nullptr, CLSCTX_LOCAL_SERVER, IID_IDispatch,
+                             reinterpret_cast<void**>(&library)),
+            S_OK);
+  std::wstring name = L"GetDokuNr";
+  LPOLESTR names = name.data();
+  DISPID method = 0;
+  EXPECT_EQ(library->GetIDsOfNames(IID_NULL, &names, 1, 0, &method), S_OK);
+  const auto referenceTo = [](VARIANT& variable) {
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_VARIANT;
+    reference.pvarVal = &variable;
+    return reference;
+  };
+  VARIANT number{};
+  number.vt = VT_BSTR;
+  number.bstrVal = SysAllocString(L"12345678");
+  VARIANT inner = referenceTo(number);
+  VARIANT outer = referenceTo(inner);
+  DISPPARAMS arguments{&outer, nullptr, 1, 0};
+  VARIANT result{};
+  EXPECT_EQ(
+      library->Invoke(method, IID_NULL, 0, DISPATCH_METHOD, &arguments, &result, nullptr, nullptr),
+      S_OK);
+  EXPECT_GT(result.lVal, 0);
+  VariantClear(&number);
+  library->Release();
+  CoUninitialize();
+}
+
 TEST_F(AutomationServer, MissesArgumentsThatAreLeftOut) {
   EXPECT_EQ(Run("On Error Resume Next\n"
                 "library.ALesenDLL \"\", , record, \"\"\nWScript.Echo Err.Number\nErr.Clear\n"
@@ -138,8 +177,20 @@ TEST_F(AutomationServer, SaysWhyThereIsNoLibraryAndIsFoundByTheCheck) {
   RunServer("/regserver", alone.Path());
   EXPECT_THAT(Run("attempt(\"UserInit()\")", "js"),
               StartsWith("8007007e " + alone.Text() + "\\qlx99.dll cannot be loaded. "));
+  const std::string library = alone.Text() + "\\qlx99.dll";
+  const std::string bad = "! automation      " + copy.string() + " answers, but ";
   EXPECT_THAT(Qlx("office|check").out,
-              HasSubstr("! automation      " + copy.string() + " answers, but has no qlx99.dll"));
+              HasSubstr(bad + library + " cannot be loaded: it, or a library "));
+  testkit::WriteAll(library, "damaged");
+  EXPECT_THAT(Run("attempt(\"UserInit()\")", "js"),
+              AllOf(StartsWith("800700c1 " + library + " cannot be loaded. "), Not(HasSubstr("%1")),
+                    Not(HasSubstr(" \n"))));
+  EXPECT_THAT(Qlx("office|check|--library|" + library).out,
+              AllOf(HasSubstr("! library         "),
+                    HasSubstr(bad + library + " cannot be loaded: it is no ")));
+  fs::copy_file(ProductFolder() / "atbtrv32.dll", library, fs::copy_options::overwrite_existing);
+  EXPECT_THAT(Qlx("office|check").out,
+              AllOf(HasSubstr(bad + "qlx99.dll "), HasSubstr(alone.Text() + ", has no function ")));
   EXPECT_TRUE(Eventually([] { return CountServers() == 0; }));
   fs::remove(copy);
   EXPECT_THAT(Qlx("office|check").out, HasSubstr(copy.string() + " does not answer (error 0x8"));
