@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sourced by run and test: makes sure that this machine has what they use.
+# Sourced by run, test and other scripts: makes sure that this machine has what they use.
 
 # need COMMAND_OR_FILE PACKAGE: notes the Debian package if the command or file is missing.
 missing_packages=()
