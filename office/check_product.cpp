@@ -39,12 +39,12 @@ HMODULE LoadWithExports(const std::string& library, const std::string& otherwise
     throw Failure(library + " cannot be loaded: " + WhyNotLoaded(library, GetLastError()) + ". " +
                   otherwise);
   }
+  const std::filesystem::path file = PathOfModule(loaded);
   for (const Export& one : Exports()) {
     const std::string name(one.name);
     if (GetProcAddress(loaded, name.c_str()) != nullptr) continue;
-    const std::string file = Described(PathOfModule(loaded));
     FreeLibrary(loaded);
-    throw Failure(file + ", has no function " + name +
+    throw Failure(Described(file) + ", has no function " + name +
                   ": it is another library or version. Install that of this program.");
   }
   return loaded;
